@@ -1,0 +1,1 @@
+# SPDX-License-Identifier: LGPL-2.1-or-later

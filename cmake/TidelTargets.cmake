@@ -1,0 +1,23 @@
+# SPDX-License-Identifier: LGPL-2.1-or-later
+# What every target of this project is compiled with. Nothing here reaches a consumer.
+function(tidel_target_defaults target)
+    target_compile_options(${target} PRIVATE
+        # The C that is generated here is nobody's to mend.
+        $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wshadow>
+        # Trace messages carry source paths, which must not depend on where the tree was built.
+        -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
+    if(TIDEL_WERROR)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+    target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_BYTEARRAY QT_NO_FOREACH)
+endfunction()
+
+function(tidel_library_defaults target)
+    tidel_target_defaults(${target})
+    set_target_properties(${target} PROPERTIES
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR}
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON)
+    target_link_options(${target} PRIVATE -Wl,--no-undefined)
+endfunction()

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "qsparqlconnection.h"
+
+#include "sparqltableresult_p.h"
+#include "trackerstore_p.h"
+
+#include <QDir>
+#include <QStandardPaths>
+#include <QUuid>
+
+namespace {
+
+QString trackerDriver() { return QStringLiteral("QTRACKER_DIRECT"); }
+
+QString storeFolder(const QSparqlConnectionOptions &options)
+{
+    const QString folder = options.databaseName();
+    return folder.isEmpty()
+        ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QLatin1String("/tidel/store")
+        : QDir(folder).absolutePath();
+}
+
+} // namespace
+
+QSparqlConnection::QSparqlConnection(const QString &driverName, const QSparqlConnectionOptions &options,
+                                     QObject *parent)
+    : QObject(parent)
+    , m_driverName(driverName)
+    , m_options(options)
+{
+    if (m_driverName == trackerDriver()) {
+        m_store = TrackerStore::open(storeFolder(m_options), &m_error);
+    } else {
+        m_error = QSparqlError(QStringLiteral("There is no driver \"%1\"; drivers: %2")
+                                   .arg(m_driverName, drivers().join(QLatin1String(", "))),
+                               QSparqlError::ConnectionError);
+    }
+}
+
+QSparqlConnection::~QSparqlConnection() = default;
+
+QStringList QSparqlConnection::drivers() { return {trackerDriver()}; }
+
+QString QSparqlConnection::driverName() const { return m_driverName; }
+
+QSparqlConnectionOptions QSparqlConnection::options() const { return m_options; }
+
+bool QSparqlConnection::isValid() const { return m_store != nullptr; }
+
+bool QSparqlConnection::hasError() const { return m_error.isValid(); }
+
+QSparqlError QSparqlConnection::lastError() const { return m_error; }
+
+QSparqlResult *QSparqlConnection::exec(const QSparqlQuery &query)
+{
+    const QString statement = query.preparedQueryText();
+    const QSparqlQuery::StatementType type = query.type();
+    if (!isValid())
+        return new SparqlTableResult(statement, type, m_error);
+
+    const bool isUpdate = type == QSparqlQuery::InsertStatement || type == QSparqlQuery::DeleteStatement;
+    SparqlTable table;
+    const QSparqlError error = isUpdate ? m_store->update(statement) : m_store->select(statement, &table);
+    return error.isValid() ? new SparqlTableResult(statement, type, error)
+                           : new SparqlTableResult(statement, type, std::move(table));
+}
+
+QUrl QSparqlConnection::createUrn() const
+{
+    return QUrl(QLatin1String("urn:uuid:") + QUuid::createUuid().toString(QUuid::WithoutBraces));
+}

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "sparqllexer_p.h"
+
+namespace {
+
+bool isWordCharacter(QChar character) { return character.isLetterOrNumber() || character == u'_'; }
+
+bool isForbiddenInIri(QChar character)
+{
+    return character.unicode() <= u' ' || QStringView(u"<>\"{}|^`\\").contains(character);
+}
+
+} // namespace
+
+SparqlLexer::SparqlLexer(QStringView text)
+    : m_text(text)
+{
+}
+
+SparqlToken SparqlLexer::next()
+{
+    if (m_position >= m_text.size())
+        return {SparqlToken::End, m_position, {}};
+    const Extent extent = extentOfNext();
+    const SparqlToken token{extent.kind, m_position, m_text.mid(m_position, extent.length)};
+    m_position = token.end();
+    return token;
+}
+
+SparqlToken SparqlLexer::nextMeaningful()
+{
+    SparqlToken token = next();
+    while (token.kind == SparqlToken::Space || token.kind == SparqlToken::Comment)
+        token = next();
+    return token;
+}
+
+SparqlLexer::Extent SparqlLexer::extentOfNext() const
+{
+    const QChar first = m_text[m_position];
+    switch (first.unicode()) {
+    case u'#': return {SparqlToken::Comment, commentLength()};
+    case u'"':
+    case u'\'': return {SparqlToken::String, stringLength()};
+    case u'?':
+    case u'$': return variableExtent();
+    case u'\\':
+        // An escaped character of a prefixed name, which may be a quote or a number sign.
+        return {SparqlToken::Other, m_position + 1 < m_text.size() ? 2 : 1};
+    case u'<':
+        if (const int length = iriLength())
+            return {SparqlToken::Iri, length};
+        break;
+    default: break;
+    }
+    if (first.isSpace())
+        return {SparqlToken::Space, spaceLength()};
+    return {SparqlToken::Other, qMax(1, wordLength(m_position))};
+}
+
+SparqlLexer::Extent SparqlLexer::variableExtent() const
+{
+    const bool isPlaceholder = standsAt(m_position + 1, u":");
+    const int mark = isPlaceholder ? 2 : 1;
+    const int name = wordLength(m_position + mark);
+    if (name == 0)
+        return {SparqlToken::Other, 1};
+    return {isPlaceholder ? SparqlToken::Placeholder : SparqlToken::Variable, mark + name};
+}
+
+int SparqlLexer::spaceLength() const
+{
+    int end = m_position;
+    while (end < m_text.size() && m_text[end].isSpace())
+        ++end;
+    return end - m_position;
+}
+
+int SparqlLexer::commentLength() const
+{
+    int end = m_position;
+    while (end < m_text.size() && m_text[end] != u'\n' && m_text[end] != u'\r')
+        ++end;
+    return end - m_position;
+}
+
+int SparqlLexer::stringLength() const
+{
+    const QChar quote = m_text[m_position];
+    const QChar triple[] = {quote, quote, quote};
+    const bool isLong = standsAt(m_position, QStringView(triple, 3));
+    const QStringView terminator(triple, isLong ? 3 : 1);
+    for (int end = m_position + int(terminator.size()); end < m_text.size(); ++end) {
+        if (m_text[end] == u'\\')
+            ++end;
+        else if (m_text[end] == quote && standsAt(end, terminator))
+            return end + int(terminator.size()) - m_position;
+    }
+    return int(m_text.size()) - m_position;
+}
+
+/// 0 where the angle bracket is a comparison.
+int SparqlLexer::iriLength() const
+{
+    int end = m_position + 1;
+    while (end < m_text.size() && !isForbiddenInIri(m_text[end]))
+        ++end;
+    return standsAt(end, u">") ? end + 1 - m_position : 0;
+}
+
+int SparqlLexer::wordLength(int from) const
+{
+    int end = from;
+    while (end < m_text.size() && isWordCharacter(m_text[end]))
+        ++end;
+    return end - from;
+}
+
+bool SparqlLexer::standsAt(int position, QStringView text) const
+{
+    return position <= m_text.size() && m_text.mid(position, text.size()) == text;
+}

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef SPARQLTABLERESULT_P_H
+#define SPARQLTABLERESULT_P_H
+
+#include "qsparqlresult.h"
+#include "sparqltable_p.h"
+
+/// A result that holds all of its rows, and so nothing of the store.
+class SparqlTableResult : public QSparqlResult
+{
+    Q_OBJECT
+
+public:
+    SparqlTableResult(const QString &query, QSparqlQuery::StatementType type, SparqlTable table);
+    SparqlTableResult(const QString &query, QSparqlQuery::StatementType type, const QSparqlError &error);
+
+    int size() const override;
+    QSparqlResultRow current() const override;
+    QSparqlBinding binding(int index) const override;
+    QVariant value(int index) const override;
+
+private:
+    const SparqlTable::Cell *cell(int index) const;
+
+    const SparqlTable m_table;
+};
+
+#endif

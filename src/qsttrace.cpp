@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "qsttrace.h"
+
+namespace {
+
+QByteArray prefix(const QstTraceOrigin &origin)
+{
+    QByteArray text;
+    for (const QByteArray &field : {QByteArray(origin.category), QByteArray(origin.file),
+                                    QByteArray::number(origin.line), QByteArray(origin.signature),
+                                    QByteArray(origin.function)}) {
+        text += field;
+        text += '\n';
+    }
+    return text;
+}
+
+} // namespace
+
+QstTrace::QstTrace(QtMsgType type, const QstTraceOrigin &origin)
+    : m_type(type)
+    , m_origin(origin)
+    , m_stream(&m_text)
+{
+    m_stream << prefix(origin).constData();
+}
+
+QstTrace::~QstTrace()
+{
+    // A debug stream of Qt's own would drop the last blank, which belongs to the message.
+    qt_message_output(m_type, QMessageLogContext(m_origin.file, m_origin.line, m_origin.signature, "default"), m_text);
+}
+
+QDebug &QstTrace::stream() { return m_stream; }

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef STORERESULT_P_H
+#define STORERESULT_P_H
+
+#include <QSparqlResult>
+
+#include <memory>
+
+class QSparqlConnection;
+class QSparqlQuery;
+struct QstTraceOrigin;
+
+struct DeleteLater
+{
+    void operator()(QObject *object) const { object->deleteLater(); }
+};
+
+/// A finished result without an error, or nothing.
+using StoreResult = std::unique_ptr<QSparqlResult, DeleteLater>;
+
+/// What a critical trace says when a statement fails.
+struct FailureTexts
+{
+    enum Detail { PreparedText, LastError };
+
+    const char *noResult;
+    const char *error;
+    Detail detail = PreparedText; ///< what follows the text of an error
+};
+
+/// Runs \a query and waits for it. A failure is traced as coming from \a origin and yields nothing.
+StoreResult execute(QSparqlConnection *connection, const QSparqlQuery &query, const QstTraceOrigin &origin,
+                    const FailureTexts &texts);
+
+#endif
