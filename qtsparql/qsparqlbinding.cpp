@@ -3,6 +3,7 @@
 
 #include <QDateTime>
 #include <QDebug>
+#include <QLocale>
 
 namespace {
 
@@ -30,11 +31,40 @@ QString escaped(const QString &text)
 
 QString quoted(const QString &text) { return QLatin1Char('"') + escaped(text) + QLatin1Char('"'); }
 
-QString iri(const QUrl &url) { return QLatin1Char('<') + QString::fromLatin1(url.toEncoded()) + QLatin1Char('>'); }
+QString iri(const QUrl &url)
+{
+    return QLatin1Char('<') + QString::fromLatin1(url.toEncoded()) + QLatin1Char('>');
+}
+
+/// A resource as the store names it: a QUrl would write some of them another way, and others not at all.
+QString iri(const QString &text)
+{
+    QString result;
+    for (const QChar character : text) {
+        if (character.unicode() <= u' ' || QStringView(u"<>\"{}|^`\\").contains(character))
+            result += QStringLiteral("%%1").arg(character.unicode(), 2, 16, QLatin1Char('0')).toUpper();
+        else
+            result += character;
+    }
+    return QLatin1Char('<') + result + QLatin1Char('>');
+}
 
 QString dateTimeText(const QDateTime &time)
 {
-    return time.toOffsetFromUtc(time.offsetFromUtc()).toString(Qt::ISODate);
+    // Zones of the past were off by seconds, which the text has no place for.
+    const int offset = time.offsetFromUtc();
+    return time.toOffsetFromUtc(offset - offset % 60).toString(Qt::ISODate);
+}
+
+QString doubleText(double value)
+{
+    QString text = QString::number(value, 'g', QLocale::FloatingPointShortest);
+    // A whole number would be an integer, and Tracker refuses an exponent after one.
+    if (!text.contains(QLatin1Char('.'))) {
+        const int exponent = int(text.indexOf(QLatin1Char('e')));
+        text.insert(exponent == -1 ? int(text.size()) : exponent, QLatin1String(".0"));
+    }
+    return text;
 }
 
 /// The local name of the XML Schema type that a value of this meta type has; null for others.
@@ -43,8 +73,14 @@ const char *schemaType(int metaType)
     switch (metaType) {
     case QMetaType::QString: return "string";
     case QMetaType::Bool: return "boolean";
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+    case QMetaType::Short:
+    case QMetaType::UShort:
     case QMetaType::Int:
     case QMetaType::UInt:
+    case QMetaType::Long:
+    case QMetaType::ULong:
     case QMetaType::LongLong:
     case QMetaType::ULongLong: return "integer";
     case QMetaType::Float:
@@ -60,28 +96,30 @@ QString bareLiteral(const QVariant &value)
 {
     switch (value.userType()) {
     case QMetaType::Bool: return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
+    case QMetaType::SChar:
+    case QMetaType::Short:
     case QMetaType::Int:
+    case QMetaType::Long:
+    case QMetaType::LongLong: return QString::number(value.toLongLong());
+    case QMetaType::UChar:
+    case QMetaType::UShort:
     case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong: return value.toString();
+    case QMetaType::ULong:
+    case QMetaType::ULongLong: return QString::number(value.toULongLong());
     case QMetaType::Float:
     case QMetaType::Double:
         // Not-a-number and the infinities have no bare form.
-        return qIsFinite(value.toDouble()) ? QString::number(value.toDouble(), 'g', 17) : QString();
-    case QMetaType::QDateTime: return quoted(dateTimeText(value.toDateTime())) + QLatin1String("^^xsd:dateTime");
-    case QMetaType::QDate:
-        return quoted(value.toDate().toString(Qt::ISODate)) + QLatin1String("^^xsd:date");
+        return qIsFinite(value.toDouble()) ? doubleText(value.toDouble()) : QString();
+    case QMetaType::QDateTime:
+        return quoted(dateTimeText(value.toDateTime())) + QLatin1String("^^xsd:dateTime");
+    case QMetaType::QDate: return quoted(value.toDate().toString(Qt::ISODate)) + QLatin1String("^^xsd:date");
     default: return QString();
     }
 }
 
 } // namespace
 
-QSparqlBinding::QSparqlBinding(const QString &name, const QVariant &value)
-    : m_name(name)
-    , m_value(value)
-{
-}
+QSparqlBinding::QSparqlBinding(const QString &name, const QVariant &value) : m_name(name), m_value(value) { }
 
 QString QSparqlBinding::name() const { return m_name; }
 
@@ -153,7 +191,7 @@ QString QSparqlBinding::toString() const
     if (isBlank())
         return QLatin1String("_:") + m_value.toString();
     if (isUri())
-        return iri(m_value.toUrl());
+        return m_kind == Kind::Resource ? iri(m_value.toString()) : iri(m_value.toUrl());
     if (m_dataTypeUri.isEmpty() && m_languageTag.isEmpty()) {
         const QString bare = bareLiteral(m_value);
         return bare.isEmpty() ? quoted(m_value.toString()) : bare;
@@ -167,7 +205,7 @@ QString QSparqlBinding::toString() const
 bool QSparqlBinding::operator==(const QSparqlBinding &other) const
 {
     return m_kind == other.m_kind && m_name == other.m_name && m_value == other.m_value
-        && m_languageTag == other.m_languageTag && m_dataTypeUri == other.m_dataTypeUri;
+        && m_languageTag == other.m_languageTag && dataTypeUri() == other.dataTypeUri();
 }
 
 QDebug operator<<(QDebug debug, const QSparqlBinding &binding)

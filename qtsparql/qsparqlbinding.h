@@ -13,8 +13,8 @@ class QDebug;
 /**
  * One RDF term under a name: the value of a variable in a result row, or a value to be put into a statement.
  *
- * The value is an ordinary QVariant. A resource that the store returns is held as text with isUri() true, so that
- * every conversion of QVariant from text works on it; a QUrl is a resource too.
+ * The value is an ordinary QVariant. A resource that the store returns is held as text with isUri() true, so
+ * that every conversion of QVariant from text works on it; a QUrl is a resource too.
  */
 class Q_SPARQL_EXPORT QSparqlBinding
 {

@@ -15,18 +15,16 @@ QString trackerDriver() { return QStringLiteral("QTRACKER_DIRECT"); }
 QString storeFolder(const QSparqlConnectionOptions &options)
 {
     const QString folder = options.databaseName();
-    return folder.isEmpty()
-        ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QLatin1String("/tidel/store")
-        : QDir(folder).absolutePath();
+    return folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+            + QLatin1String("/tidel/store")
+                            : QDir(folder).absolutePath();
 }
 
 } // namespace
 
 QSparqlConnection::QSparqlConnection(const QString &driverName, const QSparqlConnectionOptions &options,
                                      QObject *parent)
-    : QObject(parent)
-    , m_driverName(driverName)
-    , m_options(options)
+    : QObject(parent), m_driverName(driverName), m_options(options)
 {
     if (m_driverName == trackerDriver()) {
         m_store = TrackerStore::open(storeFolder(m_options), &m_error);

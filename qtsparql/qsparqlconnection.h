@@ -20,8 +20,9 @@ class TrackerStore;
  * A connection to an RDF store.
  *
  * The one driver is "QTRACKER_DIRECT": a Tracker database inside this process, in the folder that
- * QSparqlConnectionOptions::databaseName() names. The database is opened, and created where there is none, by the
- * constructor. Several processes may use one database at once. A connection belongs to the thread that made it.
+ * QSparqlConnectionOptions::databaseName() names. The database is opened, and created where there is none, by
+ * the constructor. Several processes may use one database at once. A connection belongs to the thread that
+ * made it.
  *
  * \code
  * QSparqlConnection connection("QTRACKER_DIRECT");
@@ -51,9 +52,9 @@ public:
     QSparqlError lastError() const;
 
     /**
-     * Runs \a query to its end and returns what came of it, for the caller to delete; never null. A failure is the
-     * result's error; on a connection that is not valid that is the connection's own. Blocks until the store has
-     * answered. An update of several operations takes effect as a whole or not at all.
+     * Runs \a query to its end and returns what came of it, for the caller to delete; never null. A failure
+     * is the result's error; on a connection that is not valid that is the connection's own. Blocks until the
+     * store has answered. An update of several operations takes effect as a whole or not at all.
      */
     QSparqlResult *exec(const QSparqlQuery &query);
 

@@ -8,7 +8,8 @@
 #include <QString>
 #include <QVariant>
 
-/// Named settings of a connection. An option that is not set is an invalid value and leaves the driver's default.
+/// Named settings of a connection. An option that is not set is an invalid value and leaves the driver's
+/// default.
 class Q_SPARQL_EXPORT QSparqlConnectionOptions
 {
 public:

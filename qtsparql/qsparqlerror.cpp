@@ -4,9 +4,7 @@
 #include <QDebug>
 
 QSparqlError::QSparqlError(const QString &message, ErrorType type, int number)
-    : m_message(message)
-    , m_type(type)
-    , m_number(number)
+    : m_message(message), m_type(type), m_number(number)
 {
 }
 
@@ -27,7 +25,7 @@ bool QSparqlError::isValid() const { return m_type != NoError; }
 QDebug operator<<(QDebug debug, const QSparqlError &error)
 {
     const QDebugStateSaver saver(debug);
-    debug.nospace() << "QSparqlError(" << int(error.type()) << ", " << error.number() << ", " << error.message()
-                    << ")";
+    debug.nospace() << "QSparqlError(" << int(error.type()) << ", " << error.number() << ", "
+                    << error.message() << ")";
     return debug;
 }

@@ -11,19 +11,19 @@ class QDebug;
 /**
  * What went wrong with a connection or a statement.
  *
- * A default-constructed error means that nothing did. The message is meant for people and ends with the store's
- * own words; type() is what a program should look at.
+ * A default-constructed error means that nothing did. The message is meant for people and ends with the
+ * store's own words; type() is what a program should look at.
  */
 class Q_SPARQL_EXPORT QSparqlError
 {
 public:
     enum ErrorType {
-        NoError,          ///< nothing went wrong
-        ConnectionError,  ///< the driver is unknown or the store cannot be opened
-        StatementError,   ///< the statement is refused: its syntax, or a class or property that the store lacks
+        NoError, ///< nothing went wrong
+        ConnectionError, ///< the driver is unknown or the store cannot be opened
+        StatementError, ///< the statement is refused: its syntax, or a class or property that the store lacks
         TransactionError, ///< an update contradicts the ontology and was undone
-        BackendError,     ///< the store itself fails: disk full, damaged file, interrupted
-        UnknownError      ///< none of these
+        BackendError, ///< the store itself fails: disk full, damaged file, interrupted
+        UnknownError ///< none of these
     };
 
     /// \a number is the store's own error code, -1 where it has none.

@@ -8,11 +8,7 @@
 
 Q_LOGGING_CATEGORY(lcQuery, "tidel.sparql.query")
 
-QSparqlQuery::QSparqlQuery(const QString &query, StatementType type)
-    : m_query(query)
-    , m_type(type)
-{
-}
+QSparqlQuery::QSparqlQuery(const QString &query, StatementType type) : m_query(query), m_type(type) { }
 
 QString QSparqlQuery::query() const { return m_query; }
 
@@ -41,7 +37,10 @@ void QSparqlQuery::bindValues(const QSparqlResultRow &row)
         bindValue(row.binding(i));
 }
 
-QVariant QSparqlQuery::boundValue(const QString &placeholder) const { return m_bindings.value(placeholder).value(); }
+QVariant QSparqlQuery::boundValue(const QString &placeholder) const
+{
+    return m_bindings.value(placeholder).value();
+}
 
 QMap<QString, QVariant> QSparqlQuery::boundValues() const
 {

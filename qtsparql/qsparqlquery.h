@@ -30,7 +30,7 @@ public:
         DescribeStatement,
         SelectStatement,
         InsertStatement, ///< an update; it may hold several operations, deletions among them
-        DeleteStatement  ///< an update as well; the two differ in name only
+        DeleteStatement ///< an update as well; the two differ in name only
     };
 
     explicit QSparqlQuery(const QString &query = QString(), StatementType type = SelectStatement);
@@ -53,8 +53,9 @@ public:
     void unbindValues();
 
     /**
-     * The statement with each bound value written as QSparqlBinding::toString() writes it. A placeholder without a
-     * value stays as it is, with a warning in the category `tidel.sparql.query`. A value is never searched again.
+     * The statement with each bound value written as QSparqlBinding::toString() writes it. A placeholder
+     * without a value stays as it is, with a warning in the category `tidel.sparql.query`. A value is never
+     * searched again.
      */
     QString preparedQueryText() const;
 

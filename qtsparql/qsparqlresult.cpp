@@ -2,8 +2,7 @@
 #include "qsparqlresult.h"
 
 QSparqlResult::QSparqlResult(const QString &query, QSparqlQuery::StatementType type)
-    : m_query(query)
-    , m_type(type)
+    : m_query(query), m_type(type)
 {
 }
 

@@ -20,7 +20,8 @@
  * while (result->next())
  *     use(result->stringValue(0));
  * \endcode
- * After an error there are no rows. A result belongs to the caller of exec() and does not need the connection any more.
+ * After an error there are no rows. A result belongs to the caller of exec() and does not need the connection
+ * any more.
  */
 class Q_SPARQL_EXPORT QSparqlResult : public QObject
 {
@@ -45,7 +46,8 @@ public:
     int pos() const;
     /// True when the result stands on a row.
     bool isValid() const;
-    /// Moves to the row \a pos; outside the rows it moves before the first or behind the last one and returns false.
+    /// Moves to the row \a pos; outside the rows it moves before the first or behind the last one and returns
+    /// false.
     bool setPos(int pos);
     bool next();
     bool previous();

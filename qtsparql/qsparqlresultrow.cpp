@@ -27,14 +27,18 @@ QString QSparqlResultRow::variableName(int index) const { return binding(index).
 
 int QSparqlResultRow::indexOf(const QString &name) const
 {
-    const auto found = std::find_if(m_bindings.cbegin(), m_bindings.cend(),
-                                    [&name](const QSparqlBinding &binding) { return binding.name() == name; });
+    const auto found =
+        std::find_if(m_bindings.cbegin(), m_bindings.cend(),
+                     [&name](const QSparqlBinding &binding) { return binding.name() == name; });
     return found == m_bindings.cend() ? -1 : int(found - m_bindings.cbegin());
 }
 
 bool QSparqlResultRow::contains(const QString &name) const { return indexOf(name) != -1; }
 
-bool QSparqlResultRow::operator==(const QSparqlResultRow &other) const { return m_bindings == other.m_bindings; }
+bool QSparqlResultRow::operator==(const QSparqlResultRow &other) const
+{
+    return m_bindings == other.m_bindings;
+}
 
 QDebug operator<<(QDebug debug, const QSparqlResultRow &row)
 {

@@ -12,10 +12,7 @@ bool isForbiddenInIri(QChar character)
 
 } // namespace
 
-SparqlLexer::SparqlLexer(QStringView text)
-    : m_text(text)
-{
-}
+SparqlLexer::SparqlLexer(QStringView text) : m_text(text) { }
 
 SparqlToken SparqlLexer::next()
 {
@@ -103,6 +100,9 @@ int SparqlLexer::stringLength() const
 int SparqlLexer::iriLength() const
 {
     int end = m_position + 1;
+    // `?a<?:limit&&?b>?c`: would be an IRI by its characters alone.
+    if (standsAt(end, u"?:") || standsAt(end, u"$:"))
+        return 0;
     while (end < m_text.size() && !isForbiddenInIri(m_text[end]))
         ++end;
     return standsAt(end, u">") ? end + 1 - m_position : 0;

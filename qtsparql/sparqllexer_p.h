@@ -11,11 +11,11 @@ struct SparqlToken
         End,
         Space,
         Comment,
-        String,      ///< a quoted literal, short or long, without its language tag or datatype
-        Iri,         ///< an IRI reference with its angle brackets
-        Variable,    ///< `?name` or `$name`
+        String, ///< a quoted literal, short or long, without its language tag or datatype
+        Iri, ///< an IRI reference with its angle brackets
+        Variable, ///< `?name` or `$name`
         Placeholder, ///< `?:name` or `$:name`
-        Other        ///< a single character of anything else, or a word
+        Other ///< a single character of anything else, or a word
     };
 
     Kind kind = End;

@@ -23,7 +23,10 @@ struct SparqlTable
 
     int columnCount() const { return int(names.size()); }
     int rowCount() const { return names.isEmpty() ? 0 : int(cells.size() / size_t(names.size())); }
-    const Cell &cell(int row, int column) const { return cells[size_t(row) * size_t(names.size()) + size_t(column)]; }
+    const Cell &cell(int row, int column) const
+    {
+        return cells[size_t(row) * size_t(names.size()) + size_t(column)];
+    }
 };
 
 #endif

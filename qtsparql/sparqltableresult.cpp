@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "sparqltableresult_p.h"
 
-SparqlTableResult::SparqlTableResult(const QString &query, QSparqlQuery::StatementType type, SparqlTable table)
-    : QSparqlResult(query, type)
-    , m_table(std::move(table))
+SparqlTableResult::SparqlTableResult(const QString &query, QSparqlQuery::StatementType type,
+                                     SparqlTable table)
+    : QSparqlResult(query, type), m_table(std::move(table))
 {
     if (isBool() && m_table.rowCount() > 0)
         setBoolValue(m_table.cell(0, 0).value.toBool());

@@ -23,12 +23,23 @@ bool isDateTimeType(SparqlLexer following)
 /// The literal \a quoted with its instant in UTC; a null text where it stands as it is.
 QString inUtc(QStringView quoted)
 {
-    const QString value = quoted.mid(1, quoted.size() - 2).toString();
-    const QDateTime time = QDateTime::fromString(value, Qt::ISODateWithMs);
+    const int mark = quoted.size() >= 6 && quoted[1] == quoted[0] ? 3 : 1;
+    QString value = quoted.mid(mark, quoted.size() - 2 * mark).toString();
+    // Kept as it is written: QDateTime ends at milliseconds.
+    QString fraction;
+    const int point = int(value.indexOf(u'.'));
+    for (int i = point; i != -1 && i < value.size() && (i == point || value[i].isDigit()); ++i)
+        fraction += value[i];
+    value.remove(point, fraction.size());
+
+    const QDateTime time = QDateTime::fromString(value, Qt::ISODate);
     if (value.endsWith(u'Z') || !time.isValid())
         return QString();
-    const auto format = time.time().msec() == 0 ? Qt::ISODate : Qt::ISODateWithMs;
-    return QLatin1Char('"') + time.toUTC().toString(format) + QLatin1Char('"');
+    QString utc = time.toUTC().toString(Qt::ISODate);
+    // The first and the last hours that can be written have no text in UTC.
+    if (utc.isEmpty())
+        return QString();
+    return QLatin1Char('"') + utc.insert(utc.size() - 1, fraction) + QLatin1Char('"');
 }
 
 /// What stands for \a token in a statement for Tracker; a null text where it stands as it is.

@@ -5,11 +5,11 @@
 #include <QString>
 
 /**
- * The differences between SPARQL 1.1 and what Tracker 3 takes, bridged on the level of tokens: nothing inside a
- * literal, an IRI or a comment is touched.
+ * The differences between SPARQL 1.1 and what Tracker 3 takes, bridged on the level of tokens: nothing inside
+ * a literal, an IRI or a comment is touched.
  *
- * - A variable whose name begins with an underscore is sent as `$_name`: after a property Tracker takes the question
- *   mark for a path operator.
+ * - A variable whose name begins with an underscore is sent as `$_name`: after a property Tracker takes the
+ * question mark for a path operator.
  * - The empty IRI, `<>`, is sent as one fixed IRI: Tracker makes a new blank node of each.
  * - A typed date-time with an offset, or without a zone, is sent as the same instant in UTC: Tracker orders
  *   date-times by their text.
@@ -22,7 +22,8 @@ QString toTracker(const QString &statement);
 /// The resource \a iri as the caller knows it.
 QString iriFromTracker(const QString &iri);
 
-/// True for a statement of white space and comments alone, which SPARQL allows as an update and Tracker does not.
+/// True for a statement of white space and comments alone, which SPARQL allows as an update and Tracker does
+/// not.
 bool isBlank(const QString &statement);
 
 } // namespace TrackerDialect

@@ -12,6 +12,7 @@
 
 #include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QLockFile>
 #include <QLoggingCategory>
 
@@ -24,12 +25,15 @@ struct GObjectDeleter
 {
     void operator()(gpointer object) const { g_object_unref(object); }
 };
-template<typename T> using GObjectPtr = std::unique_ptr<T, GObjectDeleter>;
+template <typename T> using GObjectPtr = std::unique_ptr<T, GObjectDeleter>;
 
 constexpr int lockTimeoutMs = 30000;
 
 QSparqlError::ErrorType kindOf(const GError *error)
 {
+    // The statement's fault as well, but of a domain that Tracker has no public name for.
+    if (error->domain == g_quark_try_string("tracker_date_error-quark"))
+        return QSparqlError::StatementError;
     if (error->domain != TRACKER_SPARQL_ERROR)
         return QSparqlError::BackendError;
     switch (error->code) {
@@ -45,9 +49,9 @@ QSparqlError::ErrorType kindOf(const GError *error)
 }
 
 /// The one place where a store's error becomes ours. Takes \a error.
-QSparqlError fromGError(const char *what, GError *error)
+QSparqlError fromGError(const QString &what, GError *error)
 {
-    const QString text = QLatin1String(what) + QLatin1String(": ") + QString::fromUtf8(error->message);
+    const QString text = what + QLatin1String(": ") + QString::fromUtf8(error->message);
     const QSparqlError result(text, kindOf(error), error->code);
     g_error_free(error);
     return result;
@@ -65,7 +69,8 @@ void logFromGLib(const gchar *, GLogLevelFlags, const gchar *message, gpointer)
 
 void routeTrackerMessages()
 {
-    static const guint handler = g_log_set_handler("Tracker", GLogLevelFlags(G_LOG_LEVEL_MASK), logFromGLib, nullptr);
+    static const guint handler =
+        g_log_set_handler("Tracker", GLogLevelFlags(G_LOG_LEVEL_MASK), logFromGLib, nullptr);
     Q_UNUSED(handler)
 }
 
@@ -81,7 +86,8 @@ SparqlTable::Cell readCell(TrackerSparqlCursor *cursor, int column)
     case TRACKER_SPARQL_VALUE_TYPE_URI:
         return {TrackerDialect::iriFromTracker(text()), SparqlTable::CellKind::Resource};
     case TRACKER_SPARQL_VALUE_TYPE_BLANK_NODE: return {text(), SparqlTable::CellKind::BlankNode};
-    case TRACKER_SPARQL_VALUE_TYPE_INTEGER: return {qlonglong(tracker_sparql_cursor_get_integer(cursor, column))};
+    case TRACKER_SPARQL_VALUE_TYPE_INTEGER:
+        return {qlonglong(tracker_sparql_cursor_get_integer(cursor, column))};
     case TRACKER_SPARQL_VALUE_TYPE_DOUBLE: return {tracker_sparql_cursor_get_double(cursor, column)};
     case TRACKER_SPARQL_VALUE_TYPE_BOOLEAN: return {bool(tracker_sparql_cursor_get_boolean(cursor, column))};
     case TRACKER_SPARQL_VALUE_TYPE_DATETIME: {
@@ -96,10 +102,42 @@ SparqlTable::Cell readCell(TrackerSparqlCursor *cursor, int column)
 QSparqlError refuseNull(const QString &statement)
 {
     // Tracker takes zero-terminated text, so that the rest of such a statement would silently be left out.
-    return statement.contains(QChar(u'\0'))
-        ? QSparqlError(QStringLiteral("The statement contains a null character"), QSparqlError::StatementError)
-        : QSparqlError();
+    return statement.contains(QChar(u'\0')) ? QSparqlError(
+               QStringLiteral("The statement contains a null character"), QSparqlError::StatementError)
+                                            : QSparqlError();
 }
+
+/**
+ * Stands in the folder of a store for as long as a database is being made there. Tracker never again opens a
+ * database whose making was cut short. It holds nothing yet, since the lock is kept until it is whole, so
+ * that whoever finds the mark may begin anew.
+ */
+class CreationMark
+{
+public:
+    explicit CreationMark(const QString &folder)
+        : m_folder(folder), m_file(m_folder.filePath(QStringLiteral("creating")))
+    {
+    }
+
+    /// Leaves a store that is whole alone. False when the folder cannot be written to.
+    bool set()
+    {
+        if (m_file.exists()) {
+            const QStringList remains = m_folder.entryList({QStringLiteral("meta.db*")}, QDir::Files);
+            for (const QString &name : remains)
+                m_folder.remove(name);
+        }
+        return m_folder.exists(QStringLiteral("meta.db")) || m_file.open(QIODevice::WriteOnly);
+    }
+
+    /// False when the mark that was set is still there, or was taken over by somebody else.
+    bool remove() { return !m_file.isOpen() || m_file.remove(); }
+
+private:
+    QDir m_folder;
+    QFile m_file;
+};
 
 } // namespace
 
@@ -108,10 +146,7 @@ struct TrackerStore::Handle
     GObjectPtr<TrackerSparqlConnection> connection;
 };
 
-TrackerStore::TrackerStore(std::unique_ptr<Handle> handle)
-    : m_handle(std::move(handle))
-{
-}
+TrackerStore::TrackerStore(std::unique_ptr<Handle> handle) : m_handle(std::move(handle)) { }
 
 TrackerStore::~TrackerStore() { tracker_sparql_connection_close(m_handle->connection.get()); }
 
@@ -128,7 +163,17 @@ std::unique_ptr<TrackerStore> TrackerStore::open(const QString &folder, QSparqlE
         *error = connectionError(QStringLiteral("Cannot lock the store in %1").arg(folder));
         return nullptr;
     }
+    CreationMark mark(folder);
+    std::unique_ptr<TrackerStore> store = mark.set() ? openLocked(folder, error) : nullptr;
+    if (store && mark.remove())
+        return store;
+    if (!error->isValid())
+        *error = connectionError(QStringLiteral("Cannot write in the folder of the store, %1").arg(folder));
+    return nullptr;
+}
 
+std::unique_ptr<TrackerStore> TrackerStore::openLocked(const QString &folder, QSparqlError *error)
+{
     const GObjectPtr<GFile> store(g_file_new_for_path(QFile::encodeName(folder).constData()));
     const GObjectPtr<GFile> ontology(g_file_new_for_uri("resource:///tidel/ontology"));
     GError *cause = nullptr;
@@ -136,9 +181,10 @@ std::unique_ptr<TrackerStore> TrackerStore::open(const QString &folder, QSparqlE
     handle->connection.reset(tracker_sparql_connection_new(TRACKER_SPARQL_CONNECTION_FLAGS_NONE, store.get(),
                                                            ontology.get(), nullptr, &cause));
     if (cause) {
-        const QSparqlError detail = fromGError("Cannot open the store", cause);
-        *error = QSparqlError(detail.message() + QStringLiteral(" (%1)").arg(folder), QSparqlError::ConnectionError,
-                              detail.number());
+        const QString what =
+            QStringLiteral("Cannot open the store in %1, damaged or of another version").arg(folder);
+        *error = fromGError(what, cause);
+        error->setType(QSparqlError::ConnectionError);
         return nullptr;
     }
     return std::unique_ptr<TrackerStore>(new TrackerStore(std::move(handle)));
@@ -150,9 +196,10 @@ QSparqlError TrackerStore::select(const QString &statement, SparqlTable *table)
         return refusal;
     GError *error = nullptr;
     const GObjectPtr<TrackerSparqlCursor> cursor(tracker_sparql_connection_query(
-        m_handle->connection.get(), TrackerDialect::toTracker(statement).toUtf8().constData(), nullptr, &error));
+        m_handle->connection.get(), TrackerDialect::toTracker(statement).toUtf8().constData(), nullptr,
+        &error));
     if (!cursor)
-        return fromGError("The query is refused", error);
+        return fromGError(QStringLiteral("The query is refused"), error);
 
     SparqlTable rows;
     const int columns = tracker_sparql_cursor_get_n_columns(cursor.get());
@@ -165,7 +212,7 @@ QSparqlError TrackerStore::select(const QString &statement, SparqlTable *table)
     // An open cursor would hold the read transaction until the result goes.
     tracker_sparql_cursor_close(cursor.get());
     if (error)
-        return fromGError("The query failed", error);
+        return fromGError(QStringLiteral("The query failed"), error);
     *table = std::move(rows);
     return QSparqlError();
 }
@@ -178,6 +225,7 @@ QSparqlError TrackerStore::update(const QString &statement)
         return refusal;
     GError *error = nullptr;
     tracker_sparql_connection_update(m_handle->connection.get(),
-                                     TrackerDialect::toTracker(statement).toUtf8().constData(), nullptr, &error);
-    return error ? fromGError("The update is refused", error) : QSparqlError();
+                                     TrackerDialect::toTracker(statement).toUtf8().constData(), nullptr,
+                                     &error);
+    return error ? fromGError(QStringLiteral("The update is refused"), error) : QSparqlError();
 }

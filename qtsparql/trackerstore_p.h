@@ -15,7 +15,8 @@
 class TrackerStore
 {
 public:
-    /// Opens the database in \a folder and creates it where there is none; null with \a error set when that fails.
+    /// Opens the database in \a folder and creates it where there is none; null with \a error set when that
+    /// fails.
     static std::unique_ptr<TrackerStore> open(const QString &folder, QSparqlError *error);
     ~TrackerStore();
 
@@ -25,6 +26,7 @@ public:
 
 private:
     struct Handle;
+    static std::unique_ptr<TrackerStore> openLocked(const QString &folder, QSparqlError *error);
     explicit TrackerStore(std::unique_ptr<Handle> handle);
 
     const std::unique_ptr<Handle> m_handle;

@@ -49,7 +49,7 @@ QStringList firstColumn(QSparqlResult *result)
     return texts;
 }
 
-template<typename T> QList<T> allRows(QSparqlResult *result, T (*extract)(const QSparqlResultRow &))
+template <typename T> QList<T> allRows(QSparqlResult *result, T (*extract)(const QSparqlResultRow &))
 {
     QList<T> values;
     while (result->next())
@@ -129,7 +129,8 @@ void FeedTrackerSparql::releaseInstance()
 }
 
 FeedTrackerSparql::FeedTrackerSparql()
-    : m_connection(new QSparqlConnection(QStringLiteral("QTRACKER_DIRECT"), QSparqlConnectionOptions(), nullptr))
+    : m_connection(
+        new QSparqlConnection(QStringLiteral("QTRACKER_DIRECT"), QSparqlConnectionOptions(), nullptr))
 {
     // Critical even when all is well, so that the one line that tells which store was met is in every log.
     if (m_connection->isValid())
@@ -202,11 +203,12 @@ FeedEnclosure extractEnclosure(const QSparqlResultRow &row)
 
 QList<FeedChannel> FeedTrackerSparql::allChannels() const
 {
-    const QSparqlQuery query = statement(
-        "select ?u ?t ?l ?n ?c ?v ?b where {?u a mfo:FeedChannel; . OPTIONAL{?u nie:title ?t.}. "
-        "OPTIONAL { ?u nie:links ?l . }. OPTIONAL{?u nie:characterSet ?n. }. OPTIONAL {?u nie:comment ?c . }. "
-        "OPTIONAL {?u nie:created ?v . }. OPTIONAL {?u nie:contentLastModified ?b . }}",
-        QSparqlQuery::SelectStatement);
+    const QSparqlQuery query =
+        statement("select ?u ?t ?l ?n ?c ?v ?b where {?u a mfo:FeedChannel; . OPTIONAL{?u nie:title ?t.}. "
+                  "OPTIONAL { ?u nie:links ?l . }. OPTIONAL{?u nie:characterSet ?n. }. OPTIONAL {?u "
+                  "nie:comment ?c . }. "
+                  "OPTIONAL {?u nie:created ?v . }. OPTIONAL {?u nie:contentLastModified ?b . }}",
+                  QSparqlQuery::SelectStatement);
     const StoreResult result =
         execute(m_connection, query, HERE,
                 {"Query Execution Failed", "Executing query failed: returning empty list"});
@@ -215,7 +217,8 @@ QList<FeedChannel> FeedTrackerSparql::allChannels() const
 
 QStringList FeedTrackerSparql::allChannelUrls() const
 {
-    const QSparqlQuery query = statement("select ?u { ?u a mfo:FeedChannel . }", QSparqlQuery::SelectStatement);
+    const QSparqlQuery query =
+        statement("select ?u { ?u a mfo:FeedChannel . }", QSparqlQuery::SelectStatement);
     const StoreResult result =
         execute(m_connection, query, HERE,
                 {"Query Execution Failed", "Executing query failed: returning empty list"});
@@ -232,12 +235,13 @@ FeedChannel FeedTrackerSparql::channelForUri(const QString &uri) const
         TRACE_CRITICAL << "Empty uri: returning empty channel";
         return {};
     }
-    const QSparqlQuery query = queryFor(
-        "select ?u ?t ?l ?n ?c ?v ?b where {?u a mfo:FeedChannel. OPTIONAL{?u nie:title ?t.}. "
-        "OPTIONAL { ?u nie:links ?l . }. OPTIONAL{?u nie:characterSet ?n . }. OPTIONAL {?u nie:comment ?c . }. "
-        "OPTIONAL {?u nie:created ?v . }. OPTIONAL {?u nie:contentLastModified ?b . } "
-        "FILTER ((?u = ?:channel_uri)) }",
-        "channel_uri", QUrl(uri));
+    const QSparqlQuery query =
+        queryFor("select ?u ?t ?l ?n ?c ?v ?b where {?u a mfo:FeedChannel. OPTIONAL{?u nie:title ?t.}. "
+                 "OPTIONAL { ?u nie:links ?l . }. OPTIONAL{?u nie:characterSet ?n . }. OPTIONAL {?u "
+                 "nie:comment ?c . }. "
+                 "OPTIONAL {?u nie:created ?v . }. OPTIONAL {?u nie:contentLastModified ?b . } "
+                 "FILTER ((?u = ?:channel_uri)) }",
+                 "channel_uri", QUrl(uri));
     TRACE_DEBUG << "Prepared Query: " << query.preparedQueryText();
     const StoreResult result =
         execute(m_connection, query, HERE,
@@ -277,7 +281,8 @@ QString FeedTrackerSparql::channelType(const QString &uri) const
 QList<FeedMessage> FeedTrackerSparql::messagesForChannel(const QString &channelUri) const
 {
     const QSparqlQuery query = queryFor(
-        "SELECT ?_feedMessage ?_title ?_content ?_link ?_contentCreated ?_downloadedTime ?_tag ?_summary WHERE { "
+        "SELECT ?_feedMessage ?_title ?_content ?_link ?_contentCreated ?_downloadedTime ?_tag ?_summary "
+        "WHERE { "
         "?_feedMessage a mfo:FeedMessage  . ?_feedMessage nie:isLogicalPartOf ?:channelUri . "
         "?_feedMessage nie:title ?_title . ?_feedMessage nie:description ?_content . "
         "?_feedMessage nie:subject ?_summary . ?_feedMessage nie:links ?_link . "
@@ -295,7 +300,8 @@ QList<FeedEnclosure> FeedTrackerSparql::enclosuresForMessage(const QString &mess
         "SELECT ?_enclosure ?_remLink ?_locLink ?_id  ?_size ?_default ?_optional ?_mimeType WHERE { "
         "?_enclosure a mfo:Enclosure;  nie:isLogicalPartOf ?:messageUri; mfo:remoteLink ?_remLink; "
         "mfo:localLink ?_locLink; nie:identifier ?_id; nie:contentSize ?_size; mfo:groupDefault ?_default; "
-        "mfo:optional ?_optional. OPTIONAL { ?_enclosure mfo:image ?_image. }OPTIONAL { ?_enclosure nie:mimeType "
+        "mfo:optional ?_optional. OPTIONAL { ?_enclosure mfo:image ?_image. }OPTIONAL { ?_enclosure "
+        "nie:mimeType "
         "?_mimeType. } }",
         "messageUri", QUrl(messageUri));
     const StoreResult result =
@@ -310,7 +316,8 @@ FeedEnclosure FeedTrackerSparql::enclosureForUri(const QString &uri) const
         return {};
     }
     const QSparqlQuery query = queryFor(
-        "select ?u ?rl ?ll ?i ?s ?d ?o ?icon ?m where {?u a mfo:Enclosure. OPTIONAL {?u mfo:remoteLink ?rl.} . "
+        "select ?u ?rl ?ll ?i ?s ?d ?o ?icon ?m where {?u a mfo:Enclosure. OPTIONAL {?u mfo:remoteLink ?rl.} "
+        ". "
         "OPTIONAL {?u mfo:localLink ?ll.} . OPTIONAL {?u nie:identifier ?i.} . "
         "OPTIONAL {?u nie:contentSize ?s.}. OPTIONAL {?u mfo:groupDefault ?d.}. "
         "OPTIONAL {?u mfo:optional ?o.}. OPTIONAL {?u mfo:image ?icon.}. OPTIONAL {?u nie:mimeType ?m.} "
@@ -343,10 +350,10 @@ QStringList FeedTrackerSparql::allMessageUrls(const QString &channelUri) const
 
 QStringList FeedTrackerSparql::messageLinksOfChannel(const QString &channelUri) const
 {
-    const QSparqlQuery query = queryFor(
-        "SELECT ?links WHERE {?u a mfo:FeedMessage. ?u nie:isLogicalPartOf ?:channelUri.  "
-        "OPTIONAL {?u nie:links ?links .} }",
-        "channelUri", QUrl(channelUri));
+    const QSparqlQuery query =
+        queryFor("SELECT ?links WHERE {?u a mfo:FeedMessage. ?u nie:isLogicalPartOf ?:channelUri.  "
+                 "OPTIONAL {?u nie:links ?links .} }",
+                 "channelUri", QUrl(channelUri));
     const StoreResult result =
         execute(m_connection, query, HERE,
                 {"Query Execution failed", "Executing query failed: returning empty list "});
@@ -355,10 +362,10 @@ QStringList FeedTrackerSparql::messageLinksOfChannel(const QString &channelUri) 
 
 QDateTime FeedTrackerSparql::latestPostPublishedTime(const QString &channelUri)
 {
-    const QSparqlQuery query = queryFor(
-        "SELECT ?pubDate WHERE {?u a mfo:FeedMessage. ?u nie:isLogicalPartOf ?:channelUri.  "
-        "OPTIONAL {?u nie:contentCreated ?pubDate .} }ORDER BY DESC(?pubDate) LIMIT 1",
-        "channelUri", QUrl(channelUri));
+    const QSparqlQuery query =
+        queryFor("SELECT ?pubDate WHERE {?u a mfo:FeedMessage. ?u nie:isLogicalPartOf ?:channelUri.  "
+                 "OPTIONAL {?u nie:contentCreated ?pubDate .} }ORDER BY DESC(?pubDate) LIMIT 1",
+                 "channelUri", QUrl(channelUri));
     const StoreResult result =
         execute(m_connection, query, HERE,
                 {"Query Execution failed", "Executing query failed: returning empty enclosure"});
@@ -368,8 +375,9 @@ QDateTime FeedTrackerSparql::latestPostPublishedTime(const QString &channelUri)
 QString FeedTrackerSparql::addChannel(const FeedChannel &channel) const
 {
     const QUrl link = QUrl::fromUserInput(channel.link());
-    const QSparqlQuery lookup = queryFor(
-        "SELECT ?l WHERE { ?channel a mfo:FeedChannel; nie:links ?l .FILTER(( ?l = ?:link)).  }", "link", link);
+    const QSparqlQuery lookup =
+        queryFor("SELECT ?l WHERE { ?channel a mfo:FeedChannel; nie:links ?l .FILTER(( ?l = ?:link)).  }",
+                 "link", link);
     TRACE_DEBUG << lookup.preparedQueryText();
     const StoreResult known =
         execute(m_connection, lookup, HERE, {"Query Execution failed", "Query Execution Failed"});
@@ -394,7 +402,8 @@ QString FeedTrackerSparql::addChannel(const FeedChannel &channel) const
     insert.bindValue(QStringLiteral("title"), channel.title());
     insert.bindValue(QStringLiteral("current_date"), currentTimeText());
     TRACE_DEBUG << insert.preparedQueryText();
-    if (!execute(m_connection, insert, HERE, {"Query Execution failed", "Query Execution Failed - addChannel"}))
+    if (!execute(m_connection, insert, HERE,
+                 {"Query Execution failed", "Query Execution Failed - addChannel"}))
         return {};
     TRACE_DEBUG << "Channel Uri: " << urn.toString();
 
@@ -411,9 +420,9 @@ bool FeedTrackerSparql::addMessages(const QList<FeedMessage> &messages, const QS
     }
     QString update;
     for (const FeedMessage &message : messages) {
-        const QSparqlQuery lookup = queryFor(
-            "SELECT ?message ?l WHERE { ?message a mfo:FeedMessage; nie:links ?l .FILTER(( ?l = ?:link)).  } ",
-            "link", QUrl::fromUserInput(message.link()));
+        const QSparqlQuery lookup = queryFor("SELECT ?message ?l WHERE { ?message a mfo:FeedMessage; "
+                                             "nie:links ?l .FILTER(( ?l = ?:link)).  } ",
+                                             "link", QUrl::fromUserInput(message.link()));
         const StoreResult known =
             execute(m_connection, lookup, HERE, {"Query Execution failed", "Query Execution Failed"});
         if (!known)
@@ -432,7 +441,8 @@ bool FeedTrackerSparql::addMessages(const QList<FeedMessage> &messages, const QS
 
 void FeedTrackerSparql::addMissingEnclosures(const FeedMessage &message, const QString &messageUri) const
 {
-    const QList<FeedEnclosure> missing = withoutStored(message.enclosures(), enclosuresForMessage(messageUri));
+    const QList<FeedEnclosure> missing =
+        withoutStored(message.enclosures(), enclosuresForMessage(messageUri));
     if (!missing.isEmpty())
         addEnclosures(missing, messageUri);
 }
@@ -459,8 +469,8 @@ QString FeedTrackerSparql::addMessageQuery(const FeedMessage &message, const QSt
             + QLatin1String("\"^^xsd:dateTime ");
     }
     if (!message.link().isEmpty()) {
-        insert += QLatin1String("; nie:links ")
-            + QSparqlBinding(QStringLiteral("link"), message.link()).toString();
+        insert +=
+            QLatin1String("; nie:links ") + QSparqlBinding(QStringLiteral("link"), message.link()).toString();
     }
     insert += QLatin1String(" } ");
 
@@ -471,9 +481,10 @@ QString FeedTrackerSparql::addMessageQuery(const FeedMessage &message, const QSt
 
 QString createAssociation(const FeedMessage &message, const QString &channelUri)
 {
-    return fillTemplate(QLatin1String("INSERT {?u a mfo:FeedMessage; nie:isLogicalPartOf <%channelUri>} "
-                                      "WHERE {?u nie:links <%link> }"),
-                        {{QLatin1String("%channelUri"), channelUri}, {QLatin1String("%link"), message.link()}});
+    return fillTemplate(
+        QLatin1String("INSERT {?u a mfo:FeedMessage; nie:isLogicalPartOf <%channelUri>} "
+                      "WHERE {?u nie:links <%link> }"),
+        {{QLatin1String("%channelUri"), channelUri}, {QLatin1String("%link"), message.link()}});
 }
 
 bool FeedTrackerSparql::addEnclosures(const QList<FeedEnclosure> &enclosures, const QString &messageUri) const

@@ -18,9 +18,9 @@ class QSparqlResultRow;
 /**
  * The one gateway between the feed model and the store.
  *
- * Channels, messages and enclosures are resources of the store, named by URIs. A channel is known by its link, a
- * message by its link and an enclosure by its remote URL: what is stored already is linked to its new owner instead of
- * being stored twice.
+ * Channels, messages and enclosures are resources of the store, named by URIs. A channel is known by its
+ * link, a message by its link and an enclosure by its remote URL: what is stored already is linked to its new
+ * owner instead of being stored twice.
  *
  * \code
  * FeedTrackerSparql *store = FeedTrackerSparql::instance();
@@ -29,19 +29,20 @@ class QSparqlResultRow;
  *     show(store->messagesForChannel(uri));
  * \endcode
  *
- * An operation that fails returns its empty value and writes one critical trace in the category "Tracker"; nothing
- * is thrown. Every operation blocks until the store has answered. All calls belong to one thread, whose event loop
- * frees what the operations release.
+ * An operation that fails returns its empty value and writes one critical trace in the category "Tracker";
+ * nothing is thrown. Every operation blocks until the store has answered. All calls belong to one thread,
+ * whose event loop frees what the operations release.
  *
- * Links are pasted or bound as IRIs: hand over absolute, encoded URLs. A value that would end its place in a statement
- * early makes the store refuse the whole statement.
+ * Links are pasted or bound as IRIs: hand over absolute, encoded URLs. A value that would end its place in a
+ * statement early makes the store refuse the whole statement.
  */
 class TIDEL_EXPORT FeedTrackerSparql : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The store object, made and connected by the first call. It is returned even when the store cannot be opened.
+    /// The store object, made and connected by the first call. It is returned even when the store cannot be
+    /// opened.
     static FeedTrackerSparql *instance();
     /// Deletes the store object; the next instance() makes a new one.
     static void releaseInstance();
@@ -67,8 +68,8 @@ public:
     /// \name Reading messages and enclosures
     /// @{
     /**
-     * The messages of the channel, the first downloaded first, without id, base URL and enclosures. A message is
-     * listed once for each of its tags.
+     * The messages of the channel, the first downloaded first, without id, base URL and enclosures. A message
+     * is listed once for each of its tags.
      */
     QList<FeedMessage> messagesForChannel(const QString &channelUri) const;
     /// The enclosures of the message. Their MIME type is in FeedEnclosure::typeIcon().
@@ -86,23 +87,24 @@ public:
     /// \name Adding
     /// @{
     /**
-     * Stores the channel without its messages and returns its new URI; empty when that fails or when its link is
-     * stored already. An icon with a remote URL becomes an enclosure of \a channel's own URI, not of the new one.
+     * Stores the channel without its messages and returns its new URI; empty when that fails or when its link
+     * is stored already. An icon with a remote URL becomes an enclosure of \a channel's own URI, not of the
+     * new one.
      */
     QString addChannel(const FeedChannel &channel) const;
     /**
-     * Stores the messages under the channel in one update; a message whose link is stored already becomes a message
-     * of this channel too, and its new enclosures are stored. True when all of that was done.
+     * Stores the messages under the channel in one update; a message whose link is stored already becomes a
+     * message of this channel too, and its new enclosures are stored. True when all of that was done.
      */
     bool addMessages(const QList<FeedMessage> &messages, const QString &channelUri) const;
     /**
-     * The statement that stores \a message under the channel; empty when \a channelUri is. The message's enclosures
-     * are stored at once, the message itself only when the statement is run.
+     * The statement that stores \a message under the channel; empty when \a channelUri is. The message's
+     * enclosures are stored at once, the message itself only when the statement is run.
      */
     QString addMessageQuery(const FeedMessage &message, const QString &channelUri) const;
     /**
-     * Stores the enclosures of a message in one update; those whose remote URL is stored already are linked to it.
-     * One without a remote URL is left out. True when the update succeeded.
+     * Stores the enclosures of a message in one update; those whose remote URL is stored already are linked
+     * to it. One without a remote URL is left out. True when the update succeeded.
      */
     bool addEnclosures(const QList<FeedEnclosure> &enclosures, const QString &messageUri) const;
     /// Replaces MIME type, length and type icon of the stored enclosure with this remote URL.

@@ -6,9 +6,9 @@ namespace {
 QByteArray prefix(const QstTraceOrigin &origin)
 {
     QByteArray text;
-    for (const QByteArray &field : {QByteArray(origin.category), QByteArray(origin.file),
-                                    QByteArray::number(origin.line), QByteArray(origin.signature),
-                                    QByteArray(origin.function)}) {
+    for (const QByteArray &field :
+         {QByteArray(origin.category), QByteArray(origin.file), QByteArray::number(origin.line),
+          QByteArray(origin.signature), QByteArray(origin.function)}) {
         text += field;
         text += '\n';
     }
@@ -18,9 +18,7 @@ QByteArray prefix(const QstTraceOrigin &origin)
 } // namespace
 
 QstTrace::QstTrace(QtMsgType type, const QstTraceOrigin &origin)
-    : m_type(type)
-    , m_origin(origin)
-    , m_stream(&m_text)
+    : m_type(type), m_origin(origin), m_stream(&m_text)
 {
     m_stream << prefix(origin).constData();
 }
@@ -28,7 +26,8 @@ QstTrace::QstTrace(QtMsgType type, const QstTraceOrigin &origin)
 QstTrace::~QstTrace()
 {
     // A debug stream of Qt's own would drop the last blank, which belongs to the message.
-    qt_message_output(m_type, QMessageLogContext(m_origin.file, m_origin.line, m_origin.signature, "default"), m_text);
+    qt_message_output(m_type, QMessageLogContext(m_origin.file, m_origin.line, m_origin.signature, "default"),
+                      m_text);
 }
 
 QDebug &QstTrace::stream() { return m_stream; }

@@ -20,10 +20,9 @@ struct QstTraceOrigin
 /**
  * One structured message for Qt's message handler.
  *
- * The message is five fields, each ended by a line feed - category, source file, source line, signature of the
- * function, its bare name - then one blank and the message itself, each item followed by a blank. It goes to the
- * handler when the trace is destroyed, on the thread that wrote it. Use the macros:
- * \code
+ * The message is five fields, each ended by a line feed - category, source file, source line, signature of
+ * the function, its bare name - then one blank and the message itself, each item followed by a blank. It goes
+ * to the handler when the trace is destroyed, on the thread that wrote it. Use the macros: \code
  * QST_DEBUG("MyReader") << "refreshing" << channel.link();
  * QST_CRITICAL("MyReader") << "no channel of that name";
  * \endcode
@@ -47,7 +46,7 @@ private:
 };
 
 /// This place in the code, under \a category.
-#define QST_HERE(category)                                                                                        \
+#define QST_HERE(category)                                                                                   \
     QstTraceOrigin { category, __FILE__, __LINE__, Q_FUNC_INFO, __func__ }
 
 /// Streams that write one message at the level of their name.
