@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: LGPL-2.1-or-later
+# usage: tidelbenchmark.sh TIDEL PARSER
+# CPU seconds of subscribing and refreshing 200 feeds of 50 items, beside parsing them with nothing else done.
+set -euo pipefail
+tidel=$1 parser=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+export XDG_DATA_HOME=$work/data
+
+python3 "$(dirname "$0")/../tests/data/generate-feeds.py" --feeds 200 --items 50 --size 1024 "$work/feeds"
+
+cpu_of() {
+    local TIMEFORMAT='%U %S'
+    local seconds
+    seconds=$({ time "${@:2}" >"$work/output"; } 2>&1)
+    awk -v what="$1" '{ printf "%-20s %6.2f s\n", what, $1 + $2 }' <<<"$seconds"
+}
+
+cpu_of "parsing alone" "$parser" "$work"/feeds/*
+cpu_of "tidel subscribe" "$tidel" subscribe "$work"/feeds/*
+cpu_of "tidel refresh" "$tidel" refresh
