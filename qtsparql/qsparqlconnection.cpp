@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "qsparqlconnection.h"
 
+#include "sharedstores_p.h"
 #include "sparqltableresult_p.h"
 #include "trackerstore_p.h"
 
@@ -27,7 +28,7 @@ QSparqlConnection::QSparqlConnection(const QString &driverName, const QSparqlCon
     : QObject(parent), m_driverName(driverName), m_options(options)
 {
     if (m_driverName == trackerDriver()) {
-        m_store = TrackerStore::open(storeFolder(m_options), &m_error);
+        m_store = sharedStore(storeFolder(m_options), &m_error);
     } else {
         m_error = QSparqlError(QStringLiteral("There is no driver \"%1\"; drivers: %2")
                                    .arg(m_driverName, drivers().join(QLatin1String(", "))),

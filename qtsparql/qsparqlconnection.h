@@ -65,7 +65,7 @@ private:
     const QString m_driverName;
     const QSparqlConnectionOptions m_options;
     QSparqlError m_error;
-    std::unique_ptr<TrackerStore> m_store;
+    std::shared_ptr<TrackerStore> m_store;
 };
 
 #endif

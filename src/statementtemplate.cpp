@@ -12,13 +12,20 @@ bool endsPlace(const QString &value, QLatin1Char opening)
 {
     const auto isTerminator = [opening](QChar character) {
         switch (opening.toLatin1()) {
-        // Whatever else an IRI forbids, the store refuses by itself.
-        case '<': return character == u'>';
+        // Whatever else an IRI forbids, the store refuses by itself. Not every one refuses \u003E, though: it
+        // may stand for what it names before anything is parsed.
+        case '<': return character == u'>' || character == u'\\';
         case '"': return character == u'"' || character == u'\\' || character == u'\n' || character == u'\r';
         default: return false;
         }
     };
     return std::any_of(value.cbegin(), value.cend(), isTerminator);
+}
+
+auto placeAt(QLatin1String text, const TemplateValues &values)
+{
+    return std::find_if(values.cbegin(), values.cend(),
+                        [text](const auto &value) { return text.startsWith(value.first); });
 }
 
 } // namespace
@@ -28,9 +35,7 @@ QString fillTemplate(QLatin1String text, const TemplateValues &values)
     QString statement;
     bool refused = false;
     for (int i = 0; i < text.size();) {
-        const QLatin1String rest = text.mid(i);
-        const auto place = std::find_if(values.cbegin(), values.cend(),
-                                        [rest](const auto &value) { return rest.startsWith(value.first); });
+        const auto place = text.at(i) == QLatin1Char('%') ? placeAt(text.mid(i), values) : values.cend();
         if (place == values.cend()) {
             statement += text.at(i++);
             continue;

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "sharedstores_p.h"
+
+#include "trackerstore_p.h"
+
+#include <QFile>
+#include <QHash>
+
+#include <sys/stat.h>
+
+namespace {
+
+/// Tells a database from one that was made in its place: its number is not given away while it is open.
+struct FileIdentity
+{
+    dev_t device = 0;
+    ino_t number = 0;
+
+    bool operator==(const FileIdentity &other) const
+    {
+        return device == other.device && number == other.number;
+    }
+};
+
+FileIdentity databaseIn(const QString &folder)
+{
+    struct stat status;
+    const QByteArray path = QFile::encodeName(folder + QLatin1String("/meta.db"));
+    return stat(path.constData(), &status) == 0 ? FileIdentity{status.st_dev, status.st_ino} : FileIdentity();
+}
+
+struct OpenStore
+{
+    std::weak_ptr<TrackerStore> store;
+    FileIdentity database;
+};
+
+} // namespace
+
+std::shared_ptr<TrackerStore> sharedStore(const QString &folder, QSparqlError *error)
+{
+    thread_local QHash<QString, OpenStore> openStores;
+    OpenStore &known = openStores[folder];
+    if (auto store = known.store.lock(); store && known.database == databaseIn(folder))
+        return store;
+    const std::shared_ptr<TrackerStore> store = TrackerStore::open(folder, error);
+    known = {store, databaseIn(folder)};
+    return store;
+}
