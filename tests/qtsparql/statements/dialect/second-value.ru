@@ -1,0 +1,2 @@
+# SPDX-License-Identifier: LGPL-2.1-or-later
+INSERT { <http://example.org/1> nie:created "2026-01-01T00:00:00Z" }

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "scratchstore.h"
+
+#include <QCoreApplication>
+#include <QLockFile>
+#include <QTextStream>
+
+#include <cstdio>
+
+/**
+ * What the tests do in processes of their own. It says "ready", does its work when it is told to by a line on
+ * its standard input, and says how that went on its standard output; standard error is left to the layer
+ * below.
+ */
+namespace {
+
+void say(const QString &line) { QTextStream(stdout) << line << '\n'; }
+
+void waitForLine()
+{
+    while (true) {
+        const int character = std::getchar();
+        if (character == '\n' || character == EOF)
+            return;
+    }
+}
+
+bool done(const ScratchStore::Result &result)
+{
+    if (result->hasError())
+        say(result->lastError().message());
+    return !result->hasError();
+}
+
+bool write(QSparqlConnection &connection, const QString &prefix, int count)
+{
+    for (int i = 0; i < count; ++i) {
+        const QString statement =
+            QStringLiteral("INSERT { <urn:%1:%2> a mfo:FeedMessage ; nie:title \"%1 %2\" } "
+                           "INSERT { <urn:%1:%2> nie:comment \"%2\" }")
+                .arg(prefix)
+                .arg(i);
+        if (!done(ScratchStore::run(connection, statement, QSparqlQuery::InsertStatement)))
+            return false;
+    }
+    return true;
+}
+
+/// Statements that the store has something to say about.
+bool provoke(QSparqlConnection &connection)
+{
+    const auto insert =
+        ScratchStore::run(connection,
+                          QStringLiteral("INSERT { <urn:m> a mfo:FeedMessage ; nie:links </tmp/a.mp3> ; "
+                                         "nie:isLogicalPartOf \"no iri\" }"),
+                          QSparqlQuery::InsertStatement);
+    for (const char *refused : {"INSERT {", "INSERT { <urn:m> a \"x\" }", "INSERT { <urn:m> nie:nothing 1 }",
+                                "DROP GRAPH <urn:nowhere>", "LOAD <file:///nowhere>"})
+        ScratchStore::run(connection, QString::fromLatin1(refused), QSparqlQuery::InsertStatement);
+    return done(insert)
+        && ScratchStore::rows(connection, QStringLiteral("SELECT ?l { <urn:m> nie:links ?l }"))
+        == QStringList(QStringLiteral("/tmp/a.mp3"));
+}
+
+bool run(const QString &command, const QString &folder, const QStringList &rest)
+{
+    if (command == QLatin1String("lock")) {
+        QLockFile lock(folder + QLatin1String("/opening.lock"));
+        const bool locked = lock.tryLock(0);
+        say(locked ? QStringLiteral("locked") : QStringLiteral("not locked"));
+        waitForLine();
+        return locked;
+    }
+    const auto connection = ScratchStore::connect(folder);
+    if (!connection->isValid()) {
+        say(connection->lastError().message());
+        return false;
+    }
+    if (command == QLatin1String("write"))
+        return write(*connection, rest.value(0), rest.value(1).toInt());
+    if (command == QLatin1String("provoke"))
+        return provoke(*connection);
+    return command == QLatin1String("open");
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication app(argc, argv);
+    const QStringList arguments = app.arguments();
+    say(QStringLiteral("ready"));
+    waitForLine();
+    return run(arguments.value(1), arguments.value(2), arguments.mid(3)) ? 0 : 1;
+}

@@ -1,0 +1,287 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "scratchstore.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTest>
+
+#include <sqlite3.h>
+
+#include <dlfcn.h>
+
+namespace {
+
+int stepsTaken = 0;
+
+} // namespace
+
+/// Stands in front of the function that Tracker calls, and counts what SQLite's machine does to find the
+/// rows.
+extern "C" Q_DECL_EXPORT int sqlite3_step(sqlite3_stmt *statement)
+{
+    using Step = int (*)(sqlite3_stmt *);
+    static const Step step = reinterpret_cast<Step>(dlsym(RTLD_NEXT, "sqlite3_step"));
+    const int outcome = step(statement);
+    stepsTaken += sqlite3_stmt_status(statement, SQLITE_STMTSTATUS_VM_STEP, 1);
+    return outcome;
+}
+
+class TestOntology : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void indexes_data();
+    void indexes();
+    void lookUpIsIndependentOfTheSize_data();
+    void lookUpIsIndependentOfTheSize();
+    void namesAreTheStockOnes();
+    void stockProgramReads_data();
+    void stockProgramReads();
+    void stockProgramBesideAnOpenConnection();
+    void stockProgramWrites();
+    void storeThatAStockProgramMade();
+    void wordsAreFound();
+};
+
+namespace {
+
+struct Outcome
+{
+    int exitCode;
+    QStringList lines;
+};
+
+Outcome stock(const QString &mode, const QString &folder, const QStringList &statements)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(QStringLiteral(TIDEL_STOCK_READER), QStringList{mode, folder} + statements);
+    if (!process.waitForFinished(60000))
+        return {-1, {process.errorString()}};
+    QStringList lines = QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'));
+    lines.removeAll(QString());
+    return {process.exitCode(), lines};
+}
+
+#define VERIFY_STOCK(outcome, expected)                                                                      \
+    do {                                                                                                     \
+        const Outcome checked = (outcome);                                                                   \
+        QVERIFY2(checked.exitCode == 0, qPrintable(checked.lines.join(QLatin1Char('\n'))));                  \
+        QCOMPARE(checked.lines, expected);                                                                   \
+    } while (false)
+
+const QString insertFeed = QStringLiteral(
+    "INSERT { <urn:c> a mfo:FeedChannel ; nie:title \"Caf\u00e9 \u65e5\u672c\" ; "
+    "nie:links <http://example.org/feed> . "
+    "<urn:m> a mfo:FeedMessage ; nie:title \"one\" ; nie:isLogicalPartOf <urn:c> ; "
+    "nie:description \"<p>body</p>\" ; nie:contentCreated \"2026-11-21T10:00:00+02:00\"^^xsd:dateTime ; "
+    "nie:links <http://example.org/1> . "
+    "<urn:e> a mfo:Enclosure ; nie:isLogicalPartOf <urn:m> ; mfo:optional true ; "
+    "nie:contentSize 3000000000 ; mfo:remoteLink <http://example.org/1.mp3> }");
+const QStringList readFeed = {
+    QStringLiteral("SELECT ?c ?t ?l { ?c a mfo:FeedChannel ; nie:title ?t ; nie:links ?l }"),
+    QStringLiteral("SELECT ?m ?t ?b ?d ?l { ?m a mfo:FeedMessage ; nie:title ?t ; nie:description ?b ; "
+                   "nie:contentCreated ?d ; nie:links ?l ; nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel }"),
+    QStringLiteral("SELECT ?e ?o ?n ?l { ?e a mfo:Enclosure ; mfo:optional ?o ; nie:contentSize ?n ; "
+                   "mfo:remoteLink ?l ; nie:isLogicalPartOf <urn:m> }")};
+const QStringList feed = {QStringLiteral("urn:c Caf\u00e9 \u65e5\u672c http://example.org/feed"),
+                          QStringLiteral("urn:m one <p>body</p> 2026-11-21T08:00:00Z http://example.org/1"),
+                          QStringLiteral("urn:e true 3000000000 http://example.org/1.mp3")};
+
+int collectText(void *lines, int columns, char **values, char **)
+{
+    QStringList line;
+    for (int i = 0; i < columns; ++i)
+        line.append(QString::fromUtf8(values[i]));
+    static_cast<QStringList *>(lines)->append(line.join(QLatin1Char(' ')));
+    return 0;
+}
+
+/// What SQLite itself knows of the store.
+QStringList sqliteRows(const QString &folder, const QString &statement)
+{
+    sqlite3 *database = nullptr;
+    QStringList lines;
+    char *error = nullptr;
+    const QByteArray file = QFile::encodeName(folder + QStringLiteral("/meta.db"));
+    if (sqlite3_open_v2(file.constData(), &database, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK
+        || sqlite3_exec(database, statement.toUtf8().constData(), collectText, &lines, &error) != SQLITE_OK)
+        lines = QStringList(QString::fromUtf8(error ? error : sqlite3_errmsg(database)));
+    sqlite3_free(error);
+    sqlite3_close(database);
+    return lines;
+}
+
+/// A channel of \a count messages with an enclosure each, in the order \a from, \a from + 1 and so on.
+void addMessages(const ScratchStore &store, int from, int count)
+{
+    QString statement = QStringLiteral("INSERT {");
+    for (int i = from; i < from + count; ++i) {
+        statement +=
+            QStringLiteral(
+                "<urn:m%1> a mfo:FeedMessage ; nie:title \"%1\" ; nie:links <http://example.org/%1> ; "
+                "nie:isLogicalPartOf <urn:c%2> . "
+                "<urn:e%1> a mfo:Enclosure ; mfo:remoteLink <http://example.org/%1.mp3> ; "
+                "nie:isLogicalPartOf <urn:m%1> . ")
+                .arg(i)
+                .arg(i / 10);
+    }
+    VERIFY_DONE(store.update(statement + QLatin1Char('}')));
+}
+
+int stepsFor(const ScratchStore &store, const QString &query)
+{
+    // Not counted: what Tracker does once for each new statement.
+    store.select(query);
+    stepsTaken = 0;
+    const auto result = store.select(query);
+    return result->size() == 1 ? stepsTaken : -1;
+}
+
+} // namespace
+
+void TestOntology::indexes_data()
+{
+    QTest::addColumn<QString>("property");
+    for (const char *property : {"nie:links", "mfo:remoteLink", "nie:isLogicalPartOf"})
+        QTest::newRow(property) << QString::fromLatin1(property);
+}
+
+void TestOntology::indexes()
+{
+    QFETCH(QString, property);
+    const ScratchStore store;
+    const QStringList tables = sqliteRows(
+        store.folder(),
+        QStringLiteral("SELECT DISTINCT m.tbl_name FROM sqlite_master m, pragma_index_info(m.name) i "
+                       "WHERE m.type = 'index' AND i.seqno = 0 AND i.name = '%1'")
+            .arg(property));
+    QCOMPARE(tables.size(), 1);
+    const QString plan =
+        sqliteRows(store.folder(),
+                   QStringLiteral("EXPLAIN QUERY PLAN SELECT ID FROM \"%1\" WHERE \"%2\" = 1")
+                       .arg(tables[0], property))
+            .join(QLatin1Char('\n'));
+    QVERIFY2(plan.contains(QStringLiteral("SEARCH")) && plan.contains(QStringLiteral("INDEX")),
+             qPrintable(plan));
+}
+
+void TestOntology::lookUpIsIndependentOfTheSize_data()
+{
+    QTest::addColumn<QString>("query");
+    QTest::newRow("message by link") << QStringLiteral(
+        "SELECT ?m ?l { ?m a mfo:FeedMessage ; nie:links ?l FILTER(?l = <http://example.org/7>) }");
+    QTest::newRow("enclosure by link") << QStringLiteral(
+        "SELECT ?e ?l { ?e a mfo:Enclosure ; mfo:remoteLink ?l FILTER(?l = <http://example.org/7.mp3>) }");
+    QTest::newRow("enclosures of a message") << QStringLiteral(
+        "SELECT ?e ?l { ?e a mfo:Enclosure ; nie:isLogicalPartOf <urn:m7> ; mfo:remoteLink ?l }");
+    QTest::newRow("messages of a channel")
+        << QStringLiteral("SELECT COUNT(?m) { ?m a mfo:FeedMessage ; nie:isLogicalPartOf <urn:c0> }");
+}
+
+void TestOntology::lookUpIsIndependentOfTheSize()
+{
+    QFETCH(QString, query);
+    const ScratchStore store;
+    addMessages(store, 0, 50);
+    const int few = stepsFor(store, query);
+    QVERIFY(few > 0);
+    addMessages(store, 50, 1500);
+    const int many = stepsFor(store, query);
+    QVERIFY2(many > 0 && many <= few + few / 4,
+             qPrintable(QStringLiteral("%1 steps among 50 messages, %2 among 1550").arg(few).arg(many)));
+}
+
+void TestOntology::namesAreTheStockOnes()
+{
+    const ScratchStore store;
+    const QTemporaryDir dir;
+    const QString inOurs =
+        QStringLiteral("FILTER(REGEX(STR(?x), \"/ontology/v3/(nie|nao|nfo|mfo)#\")) } ORDER BY ?x");
+    for (const QString &what :
+         {QStringLiteral("SELECT ?x { ?x a rdfs:Class "),
+          QStringLiteral("SELECT ?x ?d ?r { ?x a rdf:Property ; rdfs:domain ?d ; rdfs:range ?r ")}) {
+        const Outcome known = stock(QStringLiteral("readwrite"), dir.path(), {what + inOurs});
+        QCOMPARE(known.exitCode, 0);
+        QVERIFY(known.lines.size() > 10);
+        const QStringList names = store.rows(what + inOurs);
+        QVERIFY(names.size() >= 9);
+        for (const QString &name : names)
+            QVERIFY2(known.lines.contains(name), qPrintable(name));
+    }
+}
+
+void TestOntology::stockProgramReads_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::newRow("read-only") << QStringLiteral("readonly");
+    QTest::newRow("default flags") << QStringLiteral("readwrite");
+}
+
+void TestOntology::stockProgramReads()
+{
+    QFETCH(QString, mode);
+    const QTemporaryDir dir;
+    {
+        const auto connection = ScratchStore::connect(dir.path());
+        VERIFY_DONE(ScratchStore::run(*connection, insertFeed, QSparqlQuery::InsertStatement));
+    }
+    for (int i = 0; i < 2; ++i) {
+        VERIFY_STOCK(stock(mode, dir.path(), readFeed), feed);
+        // The store is still ours.
+        const auto connection = ScratchStore::connect(dir.path());
+        QVERIFY2(connection->isValid(), qPrintable(connection->lastError().message()));
+        QCOMPARE(ScratchStore::rows(*connection, readFeed.value(1)).size(), 1);
+        VERIFY_DONE(ScratchStore::run(
+            *connection, QStringLiteral("INSERT { <urn:new> a mfo:FeedMessage ; nie:title \"new\" }"),
+            QSparqlQuery::InsertStatement));
+    }
+}
+
+void TestOntology::stockProgramBesideAnOpenConnection()
+{
+    const ScratchStore store;
+    VERIFY_DONE(store.update(insertFeed));
+    for (const char *mode : {"readonly", "readwrite"}) {
+        VERIFY_STOCK(stock(QString::fromLatin1(mode), store.folder(), readFeed), feed);
+        VERIFY_DONE(store.update(QStringLiteral("INSERT { <urn:new> a mfo:FeedChannel }")));
+    }
+    QCOMPARE(store.rows(readFeed.value(1)).size(), 1);
+}
+
+void TestOntology::stockProgramWrites()
+{
+    const ScratchStore store;
+    const Outcome outcome = stock(QStringLiteral("readwrite"), store.folder(), {insertFeed});
+    QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.lines.join(QLatin1Char('\n'))));
+    QStringList rows;
+    for (const QString &query : readFeed) {
+        const auto result = store.select(query);
+        VERIFY_DONE(result);
+        QCOMPARE(result->size(), 1);
+    }
+}
+
+void TestOntology::storeThatAStockProgramMade()
+{
+    const QTemporaryDir dir;
+    const Outcome outcome = stock(QStringLiteral("readwrite"), dir.path(), {insertFeed});
+    QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.lines.join(QLatin1Char('\n'))));
+    const auto connection = ScratchStore::connect(dir.path());
+    QVERIFY2(connection->isValid(), qPrintable(connection->lastError().message()));
+    QCOMPARE(ScratchStore::rows(*connection, readFeed.value(0)), QStringList(feed.value(0)));
+}
+
+void TestOntology::wordsAreFound()
+{
+    const ScratchStore store;
+    VERIFY_DONE(store.update(insertFeed));
+    const QString search = QStringLiteral("SELECT ?s { ?s fts:match \"%1\" }");
+    QCOMPARE(store.rows(search.arg(QStringLiteral("one"))), QStringList(QStringLiteral("urn:m")));
+    QCOMPARE(store.rows(search.arg(QStringLiteral("caf\u00e9"))), QStringList(QStringLiteral("urn:c")));
+    QCOMPARE(store.rows(search.arg(QStringLiteral("body"))), QStringList());
+}
+
+QTEST_GUILESS_MAIN(TestOntology)
+#include "tst_ontology.moc"
