@@ -3,7 +3,41 @@
 
 #include <dlfcn.h>
 
+#include <memory>
+
 namespace {
+
+/// The store's own result behind a delay, as a driver that works in the background has it.
+class LateResult : public QSparqlResult
+{
+public:
+    explicit LateResult(QSparqlResult *result)
+        : QSparqlResult(result->query(), result->statementType()), m_result(result)
+    {
+    }
+
+    void waitForFinished() override
+    {
+        m_result->waitForFinished();
+        m_isFinished = true;
+        setLastError(m_result->lastError());
+    }
+    bool isFinished() const override { return m_isFinished; }
+    int size() const override { return m_isFinished ? m_result->size() : 0; }
+    QSparqlResultRow current() const override { return atThisRow()->current(); }
+    QSparqlBinding binding(int index) const override { return atThisRow()->binding(index); }
+    QVariant value(int index) const override { return atThisRow()->value(index); }
+
+private:
+    QSparqlResult *atThisRow() const
+    {
+        m_result->setPos(pos());
+        return m_result.get();
+    }
+
+    const std::unique_ptr<QSparqlResult> m_result;
+    bool m_isFinished = false;
+};
 
 QStringList seenStatements;
 QList<QSparqlQuery::StatementType> seenTypes;
@@ -16,7 +50,11 @@ QSparqlResult *realExec(QSparqlConnection *connection, const QSparqlQuery &query
     using Exec = QSparqlResult *(*)(QSparqlConnection *, const QSparqlQuery &);
     static const Exec exec =
         reinterpret_cast<Exec>(dlsym(RTLD_NEXT, "_ZN17QSparqlConnection4execERK12QSparqlQuery"));
-    QSparqlResult *result = exec(connection, query);
+    return exec(connection, query);
+}
+
+QSparqlResult *remembered(QSparqlResult *result)
+{
     givenResults.append(result);
     return result;
 }
@@ -61,9 +99,10 @@ QSparqlResult *QSparqlConnection::exec(const QSparqlQuery &query)
     seenTypes.append(query.type());
     lastConnection = this;
     switch (currentJudge ? currentJudge(text) : StatementGate::Pass) {
-    case StatementGate::Pass: return realExec(this, query);
+    case StatementGate::Pass: return remembered(realExec(this, query));
     case StatementGate::Refuse:
-        return realExec(this, QSparqlQuery(StatementGate::refusedStatement(), query.type()));
+        return remembered(realExec(this, QSparqlQuery(StatementGate::refusedStatement(), query.type())));
+    case StatementGate::Late: return remembered(new LateResult(realExec(this, query)));
     case StatementGate::NoResult: break;
     }
     return nullptr;

@@ -20,7 +20,8 @@ namespace StatementGate {
 enum Verdict {
     Pass,
     NoResult, ///< exec() returns null
-    Refuse ///< the store is given a statement that it refuses, so that the result has a real error
+    Refuse, ///< the store is given a statement that it refuses, so that the result has a real error
+    Late ///< the result has neither rows nor an error until its waitForFinished() is called
 };
 
 /// Lets everything pass and forgets what was seen.

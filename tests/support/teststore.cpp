@@ -36,16 +36,21 @@ TestStore::~TestStore()
 
 QString TestStore::dataFolder() const { return m_folder.path(); }
 
+QSparqlConnection *TestStore::beside() const
+{
+    if (!m_beside)
+        m_beside = std::make_unique<QSparqlConnection>(QStringLiteral("QTRACKER_DIRECT"));
+    return m_beside.get();
+}
+
 void TestStore::update(const QString &statement) const
 {
-    QSparqlConnection connection(QStringLiteral("QTRACKER_DIRECT"));
-    delete run(&connection, statement, QSparqlQuery::InsertStatement);
+    delete run(beside(), statement, QSparqlQuery::InsertStatement);
 }
 
 std::vector<QSparqlResultRow> TestStore::select(const QString &statement) const
 {
-    QSparqlConnection connection(QStringLiteral("QTRACKER_DIRECT"));
-    const std::unique_ptr<QSparqlResult> result(run(&connection, statement, QSparqlQuery::SelectStatement));
+    const std::unique_ptr<QSparqlResult> result(run(beside(), statement, QSparqlQuery::SelectStatement));
     std::vector<QSparqlResultRow> rows;
     while (result->next())
         rows.push_back(result->current());

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <memory>
 #include <vector>
 
 class QSparqlConnection;
@@ -33,7 +34,10 @@ public:
     int count(const QString &pattern) const;
 
 private:
+    QSparqlConnection *beside() const;
+
     QTemporaryDir m_folder;
+    mutable std::unique_ptr<QSparqlConnection> m_beside;
 };
 
 #endif

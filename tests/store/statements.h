@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef STATEMENTS_H
+#define STATEMENTS_H
+
+#include <feedchannel.h>
+#include <feedenclosure.h>
+#include <feedmessage.h>
+
+#include <QString>
+
+/**
+ * The statements as they have to reach the store, to the last blank.
+ *
+ * A resource is given as it stands between angle brackets, so that a test says itself how it is encoded.
+ * Those that write take the URN that they create; URN1 and its like stand for one, see patterned().
+ */
+namespace Statements {
+
+QString allChannels();
+QString allChannelUrls();
+QString channelForUri(const QString &uri);
+QString channelType(const QString &uri);
+
+QString messagesForChannel(const QString &channelUri);
+QString enclosuresForMessage(const QString &messageUri);
+QString enclosureForUri(const QString &uri);
+QString allMessageUrls(const QString &channelUri);
+QString messageLinksOfChannel(const QString &channelUri);
+QString latestPostPublishedTime(const QString &channelUri);
+
+QString channelLookup(const QString &link);
+QString channelInsert(const FeedChannel &channel, const QString &link, const QString &urn);
+
+QString messageLookup(const QString &link);
+/// Texts are expected to need no escaping, and the date to be given as it is written.
+QString messageInsert(const FeedMessage &message, const QString &publishedDate, const QString &channelUri,
+                      const QString &urn);
+QString association(const QString &link, const QString &channelUri);
+
+QString enclosureLookup(const QString &remoteUrl);
+QString enclosureInsert(const FeedEnclosure &enclosure, const QString &ownerUri, const QString &urn);
+QString enclosureLink(const QString &enclosureUri, const QString &ownerUri);
+QString enclosureToUpdate(const QString &remoteUrl);
+QString enclosureUpdate(const FeedEnclosure &enclosure, const QString &uri);
+
+} // namespace Statements
+
+#endif
