@@ -1,0 +1,76 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: LGPL-2.1-or-later
+"""Writes many feeds, or large ones, always the same for the same options."""
+
+import argparse
+import datetime
+import pathlib
+import random
+from xml.sax.saxutils import escape
+
+WORDS = """amber basin cedar delta ember fjord grove haven inlet juniper kelp lagoon meadow nectar orchard pebble
+quarry ridge summit thicket upland valley willow yarrow zephyr""".split()
+NEWEST = datetime.datetime(2026, 11, 1, 12, 0, tzinfo=datetime.timezone.utc)
+PODCAST_EVERY = 5
+
+
+def words(rng, count):
+    return " ".join(rng.choice(WORDS) for _ in range(count))
+
+
+def html(rng, size):
+    text = "<p>"
+    while len(text) < size - 4:
+        text += f"{words(rng, 6)}, <em>{rng.choice(WORDS)}</em> & {rng.choice(WORDS)}. "
+    return text[: size - 4] + "</p>"
+
+
+def item(rng, site, feed, number, count, size, is_podcast):
+    date = NEWEST - datetime.timedelta(hours=count - number, minutes=feed)
+    lines = [
+        "    <item>",
+        f"      <title>{words(rng, 4).capitalize()} {number}</title>",
+        f"      <link>{site}/items/{number}</link>",
+        f'      <guid isPermaLink="false">feed-{feed}-item-{number}</guid>',
+        f"      <pubDate>{date.strftime('%a, %d %b %Y %H:%M:%S')} GMT</pubDate>",
+        f"      <description>{escape(html(rng, size))}</description>",
+    ]
+    if is_podcast:
+        lines.append(f'      <enclosure url="{site}/media/{number}.mp3" length="{rng.randrange(10**6, 10**8)}"'
+                     ' type="audio/mpeg"/>')
+    return "\n".join(lines + ["    </item>\n"])
+
+
+def feed_text(feed, items, size):
+    rng = random.Random(feed)
+    is_podcast = feed % PODCAST_EVERY == 0
+    site = f"https://feed-{feed}.example.org"
+    title = f"{words(rng, 2).title()} {feed}"
+    head = f"""<?xml version="1.0" encoding="UTF-8"?>
+<rss version="2.0">
+  <channel>
+    <title>{title}</title>
+    <link>{site}/</link>
+    <description>{words(rng, 8).capitalize()}</description>
+"""
+    newest_first = range(items, 0, -1)
+    body = "".join(item(rng, site, feed, number, items, size, is_podcast) for number in newest_first)
+    return head + body + "  </channel>\n</rss>\n"
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--feeds", type=int, default=200, help="number of files (%(default)s)")
+    parser.add_argument("--items", type=int, default=50, help="items in each (%(default)s)")
+    parser.add_argument("--size", type=int, default=1024, help="characters of HTML in each item (%(default)s)")
+    parser.add_argument("directory", type=pathlib.Path, help="where the files go: feed-000.xml and so on")
+    options = parser.parse_args()
+
+    options.directory.mkdir(parents=True, exist_ok=True)
+    for feed in range(options.feeds):
+        path = options.directory / f"feed-{feed:03}.xml"
+        path.write_text(feed_text(feed, options.items, options.size), encoding="utf-8")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,244 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include <commands.h>
+#include <feedstore.h>
+#include <output.h>
+
+#include <messagelog.h>
+#include <statementgate.h>
+#include <teststore.h>
+
+#include <QtTest>
+
+#include <cstdlib>
+
+using namespace Tidel;
+
+namespace {
+
+/// What a command writes.
+class Capture
+{
+public:
+    Capture() : m_out(open_memstream(&m_outText, &m_outSize)), m_err(open_memstream(&m_errText, &m_errSize))
+    {
+    }
+    ~Capture()
+    {
+        fclose(m_out);
+        fclose(m_err);
+        free(m_outText);
+        free(m_errText);
+    }
+    Q_DISABLE_COPY(Capture)
+
+    Output output() { return Output(m_out, m_err); }
+    QString out() { return text(m_out, m_outText); }
+    QString err() { return text(m_err, m_errText); }
+
+private:
+    static QString text(FILE *stream, char *const &buffer)
+    {
+        fflush(stream);
+        return QString::fromUtf8(buffer);
+    }
+
+    char *m_outText = nullptr;
+    char *m_errText = nullptr;
+    size_t m_outSize = 0;
+    size_t m_errSize = 0;
+    FILE *m_out;
+    FILE *m_err;
+};
+
+struct Result
+{
+    QString out;
+    QString err;
+    bool isFine;
+};
+
+using Command = void (*)(FeedStore &, const QStringList &, Output &);
+
+int updates()
+{
+    int count = 0;
+    for (QSparqlQuery::StatementType type : StatementGate::types())
+        count += type == QSparqlQuery::SelectStatement ? 0 : 1;
+    return count;
+}
+
+StatementGate::Verdict refuseMessages(const QString &statement)
+{
+    const bool isUpdate = statement.startsWith("INSERT") && statement.contains("mfo:FeedMessage");
+    return isUpdate ? StatementGate::Refuse : StatementGate::Pass;
+}
+
+StatementGate::Verdict refuseChannels(const QString &statement)
+{
+    const bool isUpdate = statement.startsWith("INSERT") && statement.contains("a mfo:FeedChannel");
+    return isUpdate ? StatementGate::Refuse : StatementGate::Pass;
+}
+
+} // namespace
+
+/// What the commands ask of the store, and what they say when it fails.
+class TestCommands : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void channelIsRefused();
+    void messagesAreRefused();
+    void newMessagesAreRefused();
+    void noAnswer();
+    void refreshAsksLittle();
+    void imageBelongsToItsChannel();
+    void favourites();
+    void titlesAreNoTemplates();
+
+private:
+    QString write(const QString &name, const QByteArray &title, const QByteArray &items) const;
+    QString sample(const QString &name) const { return QString(TIDEL_TEST_DATA) + "/feeds/" + name; }
+    Result run(Command command, const QStringList &arguments) const;
+
+    std::unique_ptr<TestStore> m_store;
+    std::unique_ptr<MessageLog> m_log;
+};
+
+void TestCommands::init()
+{
+    m_log = std::make_unique<MessageLog>();
+    m_store = std::make_unique<TestStore>();
+    StatementGate::reset();
+}
+
+void TestCommands::cleanup()
+{
+    StatementGate::reset();
+    m_store.reset();
+    m_log.reset();
+}
+
+QString TestCommands::write(const QString &name, const QByteArray &title, const QByteArray &items) const
+{
+    QFile file(m_store->dataFolder() + '/' + name);
+    const QByteArray document =
+        "<rss version='2.0'><channel><title>" + title + "</title>" + items + "</channel></rss>";
+    return file.open(QIODevice::WriteOnly) && file.write(document) > 0 ? file.fileName() : QString();
+}
+
+Result TestCommands::run(Command command, const QStringList &arguments) const
+{
+    QString error;
+    const auto store = FeedStore::open(&error);
+    if (!store)
+        return {QString(), error, false};
+    Capture capture;
+    Output output = capture.output();
+    command(*store, arguments, output);
+    const bool isFine = output.finish();
+    return {capture.out(), capture.err(), isFine};
+}
+
+void TestCommands::channelIsRefused()
+{
+    StatementGate::setJudge(refuseChannels);
+    const Result refused = run(subscribe, {sample("town-news.xml")});
+    QVERIFY(!refused.isFine);
+    QCOMPARE(refused.out, QString());
+    QCOMPARE(refused.err, "tidel: " + sample("town-news.xml") + ": the store did not take the channel\n");
+    QCOMPARE(m_store->count("?c a mfo:FeedChannel"), 0);
+    QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 0);
+}
+
+void TestCommands::messagesAreRefused()
+{
+    StatementGate::setJudge(refuseMessages);
+    const Result refused = run(subscribe, {sample("town-news.xml")});
+    QVERIFY(!refused.isFine);
+    QCOMPARE(refused.out, QString());
+    QVERIFY2(refused.err.contains("subscribed, but the store did not take its messages"),
+             qPrintable(refused.err));
+    QVERIFY2(refused.err.contains("tidel refresh"), qPrintable(refused.err));
+    QCOMPARE(m_store->count("?c a mfo:FeedChannel"), 1);
+
+    StatementGate::reset();
+    const Result refreshed = run(refresh, {});
+    QVERIFY2(refreshed.isFine, qPrintable(refreshed.err));
+    QVERIFY2(refreshed.out.startsWith("Town News: 2 new\n"), qPrintable(refreshed.out));
+    QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 2);
+}
+
+void TestCommands::newMessagesAreRefused()
+{
+    const QString feed = write("feed.xml", "Feed", "<item><title>One</title></item>");
+    const QString other = write("other.xml", "Other", "<item><title>One</title></item>");
+    QVERIFY(run(subscribe, {feed, other}).isFine);
+    write("feed.xml", "Feed", "<item><title>Two</title></item><item><title>One</title></item>");
+    StatementGate::setJudge(refuseMessages);
+    const Result refused = run(refresh, {});
+    QVERIFY(!refused.isFine);
+    QCOMPARE(refused.out, QString("Other: nothing new\n"));
+    QVERIFY2(refused.err.startsWith("tidel: Feed (file://") && refused.err.contains("did not take"),
+             qPrintable(refused.err));
+    StatementGate::reset();
+    QCOMPARE(run(refresh, {}).out, QString("Feed: 1 new\n  (no date)  Two\nOther: nothing new\n"));
+}
+
+void TestCommands::noAnswer()
+{
+    StatementGate::setJudge([](const QString &) { return StatementGate::NoResult; });
+    QVERIFY(!run(subscribe, {sample("town-news.xml")}).isFine);
+    QVERIFY(!run(listMessages, {"Town News"}).isFine);
+    QVERIFY(!run(listEnclosures, {"https://press.example.net/bridge"}).isFine);
+    QCOMPARE(run(listChannels, {}).out, QString());
+    QCOMPARE(run(refresh, {}).out, QString());
+}
+
+void TestCommands::refreshAsksLittle()
+{
+    QVERIFY(run(subscribe, {sample("town-news.xml"), sample("hillside-radio.xml")}).isFine);
+    StatementGate::reset();
+    QVERIFY(run(refresh, {}).isFine);
+    QCOMPARE(updates(), 0);
+    QCOMPARE(StatementGate::statements().size(), 3); // the channels, and the links of each
+}
+
+void TestCommands::imageBelongsToItsChannel()
+{
+    QVERIFY(run(subscribe, {sample("hillside-radio.xml")}).isFine);
+    QCOMPARE(m_store->texts("SELECT ?l { ?c a mfo:FeedChannel . ?e a mfo:Enclosure ; "
+                            "nie:isLogicalPartOf ?c ; mfo:remoteLink ?l }"),
+             QStringList("https://radio.example.org/cover.png"));
+    QCOMPARE(m_store->count("?e a mfo:Enclosure"), 7);
+    QCOMPARE(m_store->count("?e a mfo:Enclosure ; nie:isLogicalPartOf ?o . ?o a mfo:FeedMessage"), 6);
+}
+
+void TestCommands::favourites()
+{
+    QVERIFY(run(subscribe, {sample("town-news.xml")}).isFine);
+    m_store->update("INSERT DATA { <urn:tag:1> a nao:Tag . <urn:tag:2> a nao:Tag }");
+    m_store->update("INSERT { ?m nao:hasTag <urn:tag:1> , <urn:tag:2> } "
+                    "WHERE { ?m a mfo:FeedMessage ; nie:links <https://town.example.net/pool> }");
+    const QStringList lines = run(listMessages, {"Town News"}).out.split('\n', Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 2);
+    QVERIFY2(!lines.at(0).contains('*'), qPrintable(lines.at(0)));
+    QVERIFY2(lines.at(1).contains("  *  The pool is closed  "), qPrintable(lines.at(1)));
+}
+
+void TestCommands::titlesAreNoTemplates()
+{
+    const QString feed = write("%2.xml", "100%1 %2 %3", "");
+    QCOMPARE(run(subscribe, {feed}).out, QString("Subscribed: 100%1 %2 %3 (0 messages)\n"));
+    write("%2.xml", "100%1 %2 %3", "<item><title>%1 %2</title></item>");
+    QCOMPARE(run(refresh, {}).out, QString("100%1 %2 %3: 1 new\n  (no date)  %1 %2\n"));
+    QVERIFY(QFile::remove(feed));
+    const Result gone = run(refresh, {});
+    QVERIFY2(gone.err.startsWith("tidel: 100%1 %2 %3 (file://"), qPrintable(gone.err));
+}
+
+QTEST_GUILESS_MAIN(TestCommands)
+#include "tst_commands.moc"

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include <feedsource.h>
+#include <links.h>
+
+#include <QtTest>
+
+#include <unistd.h>
+
+using namespace Tidel;
+
+class TestFeedSource : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void addresses_data();
+    void addresses();
+    void oneFileHasOneAddress();
+    void strangeNames_data();
+    void strangeNames();
+    void failures();
+    void unreadable();
+    void tooLarge();
+
+private:
+    QString write(const QString &name, const QByteArray &content) const;
+    QString failure(const QString &argument) const;
+
+    QTemporaryDir m_dir;
+};
+
+void TestFeedSource::initTestCase()
+{
+    QVERIFY(m_dir.isValid());
+    QVERIFY(QDir::setCurrent(m_dir.path()));
+}
+
+QString TestFeedSource::write(const QString &name, const QByteArray &content) const
+{
+    QFile file(m_dir.filePath(name));
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() ? file.fileName()
+                                                                                    : QString();
+}
+
+QString TestFeedSource::failure(const QString &argument) const
+{
+    QString error;
+    return readDocument(documentUrl(argument), &error) ? QString() : error;
+}
+
+void TestFeedSource::addresses_data()
+{
+    QTest::addColumn<QString>("argument");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("path") << "/feeds/a.xml"
+                          << "file:///feeds/a.xml";
+    QTest::newRow("path with dots") << "/feeds/./x/../a.xml"
+                                    << "file:///feeds/a.xml";
+    QTest::newRow("file URL") << "file:///feeds/a.xml"
+                              << "file:///feeds/a.xml";
+    QTest::newRow("file URL, one slash") << "file:/feeds/a.xml"
+                                         << "file:///feeds/a.xml";
+    QTest::newRow("file URL with host") << "FILE://localhost/feeds/a.xml"
+                                        << "file:///feeds/a.xml";
+    QTest::newRow("encoded file URL") << "file:///feeds/a%20b%23.xml"
+                                      << "file:///feeds/a%20b%23.xml";
+    QTest::newRow("web") << "https://example.org/a.xml"
+                         << "https://example.org/a.xml";
+}
+
+void TestFeedSource::addresses()
+{
+    QFETCH(QString, argument);
+    QFETCH(QString, expected);
+    QCOMPARE(encodedUrl(documentUrl(argument)), expected);
+}
+
+void TestFeedSource::oneFileHasOneAddress()
+{
+    const QString path = write("one.xml", "<a/>");
+    const QUrl url = documentUrl(path);
+    QCOMPARE(documentUrl("one.xml"), url);
+    QCOMPARE(documentUrl("./one.xml"), url);
+    QCOMPARE(documentUrl("file:one.xml"), url);
+    QCOMPARE(documentUrl(QUrl::fromLocalFile(path).toString()), url);
+}
+
+void TestFeedSource::strangeNames_data()
+{
+    QTest::addColumn<QString>("name");
+
+    for (const char *name :
+         {"plain.xml", "two words.xml", "100%.xml", "a%41b.xml", "a#b?c.xml", "a:b.xml", "[a]{b}.xml",
+          "a|b^c`d.xml", "a\"b<c>d.xml", "a\\b.xml", "a&b;c=d,e+f@g!h$i'(j)*~.xml", "-a.xml", "%25.xml"})
+        QTest::newRow(name) << QString(name);
+    QTest::newRow("non-ASCII") << QStringLiteral("\u4e80\u00e9.xml");
+}
+
+// The channel's link must find the file again, and the store must find the channel by it.
+void TestFeedSource::strangeNames()
+{
+    QFETCH(QString, name);
+    QVERIFY(!write(name, "<a/>").isEmpty());
+    const QString link = encodedUrl(documentUrl(name));
+    QCOMPARE(encodedUrl(QUrl::fromUserInput(link)), link);
+    QCOMPARE(cleanLink(link, QUrl()), link);
+    QString error;
+    QCOMPARE(readDocument(QUrl(link), &error).value_or(error.toUtf8()), QByteArray("<a/>"));
+}
+
+void TestFeedSource::failures()
+{
+    QCOMPARE(failure("missing.xml"), QString("no such file"));
+    QCOMPARE(failure("."), QString("is a directory, not a feed file"));
+    QCOMPARE(failure("/dev/zero"), QString("is not a regular file"));
+    write("empty.xml", "");
+    QCOMPARE(failure("empty.xml"), QString("is empty"));
+    QVERIFY(QFile::link("gone.xml", m_dir.filePath("dangling.xml")));
+    QCOMPARE(failure("dangling.xml"), QString("leads to a file that does not exist"));
+    QVERIFY(failure("https://example.org/a.xml").startsWith("only files can be read for now"));
+}
+
+void TestFeedSource::unreadable()
+{
+    if (geteuid() == 0)
+        QSKIP("nothing is unreadable for the superuser");
+    const QString path = write("locked.xml", "<a/>");
+    QVERIFY(QFile::setPermissions(path, {}));
+    QVERIFY2(failure(path).startsWith("cannot be read: "), qPrintable(failure(path)));
+}
+
+void TestFeedSource::tooLarge()
+{
+    QFile file(m_dir.filePath("large.xml"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(file.resize(300 * 1024 * 1024));
+    QCOMPARE(failure("large.xml"), QString("is too large: more than 32 MiB"));
+}
+
+QTEST_GUILESS_MAIN(TestFeedSource)
+#include "tst_feedsource.moc"

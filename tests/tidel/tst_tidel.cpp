@@ -1,0 +1,523 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include <QtTest>
+
+namespace {
+
+const QString samples(TIDEL_TEST_DATA);
+
+/// What a run of the program left.
+struct Run
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+
+    QStringList lines() const { return out.split('\n', Qt::SkipEmptyParts); }
+    QStringList errors() const { return err.split('\n', Qt::SkipEmptyParts); }
+};
+
+} // namespace
+
+/// Runs the real program on a store of its own for each test.
+class TestTidel : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void help();
+    void version();
+    void usageErrors_data();
+    void usageErrors();
+    void emptyStore();
+    void subscribe();
+    void subscribeTwice();
+    void failuresDoNotStopTheRest();
+    void everySample();
+    void messages();
+    void channelNames();
+    void unknownNames();
+    void enclosures();
+    void refreshTwice();
+    void secondEdition();
+    void refreshSome();
+    void refreshWithoutFile();
+    void sharedItem();
+    void hostileFeeds();
+    void noTraces();
+    void strangeFileNames();
+    void plainLocale();
+    void localTime();
+    void storeThatCannotBeOpened();
+    void resultsThatCannotBeWritten();
+
+private:
+    Run run(const QStringList &arguments) const;
+    QString copy(const QString &sample, const QString &name = QString()) const;
+    QStringList copyFolder(const QString &folder) const;
+    QString feedFile(const QString &name) const { return m_dir->filePath("feeds/" + name); }
+
+    QScopedPointer<QTemporaryDir> m_dir;
+    QProcessEnvironment m_environment;
+};
+
+#define VERIFY_RUN(run, code)                                                                                \
+    QVERIFY2((run).exitCode == (code),                                                                       \
+             qPrintable(QString("exit code %1\n%2\n%3").arg((run).exitCode).arg((run).out, (run).err)))
+
+void TestTidel::init()
+{
+    m_dir.reset(new QTemporaryDir);
+    QVERIFY(m_dir->isValid());
+    QVERIFY(QDir(m_dir->path()).mkdir("feeds"));
+    m_environment = QProcessEnvironment::systemEnvironment();
+    m_environment.insert("XDG_DATA_HOME", m_dir->filePath("data"));
+    m_environment.insert("LC_ALL", "C.UTF-8");
+    m_environment.insert("TZ", "UTC");
+}
+
+void TestTidel::cleanup() { m_dir.reset(); }
+
+Run TestTidel::run(const QStringList &arguments) const
+{
+    QProcess process;
+    process.setProcessEnvironment(m_environment);
+    process.setWorkingDirectory(feedFile(QString()));
+    process.start(TIDEL_PROGRAM, arguments);
+    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
+        return {};
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+QString TestTidel::copy(const QString &sample, const QString &name) const
+{
+    const QString path = feedFile(name.isEmpty() ? QFileInfo(sample).fileName() : name);
+    QFile::remove(path);
+    return QFile::copy(samples + '/' + sample, path) ? path : QString();
+}
+
+QStringList TestTidel::copyFolder(const QString &folder) const
+{
+    QStringList paths;
+    const QStringList names = QDir(samples + '/' + folder).entryList(QDir::Files);
+    for (const QString &name : names)
+        paths.append(copy(folder + '/' + name));
+    return paths;
+}
+
+void TestTidel::help()
+{
+    const Run all = run({"--help"});
+    VERIFY_RUN(all, 0);
+    QVERIFY(all.out.startsWith("Usage: tidel "));
+    QCOMPARE(all.err, QString());
+    for (const char *name : {"subscribe", "refresh", "channels", "messages", "enclosures"}) {
+        const QString command(name);
+        QVERIFY2(all.out.contains("\n  " + command), name);
+        const Run one = run({command, "--help"});
+        VERIFY_RUN(one, 0);
+        QVERIFY2(one.out.startsWith("Usage: tidel ") && one.out.section('\n', 0, 0).contains(command),
+                 qPrintable(one.out));
+        QCOMPARE(run({command, "-h"}).out, one.out);
+    }
+    QVERIFY(!QFile::exists(m_dir->filePath("data")));
+}
+
+void TestTidel::version()
+{
+    const Run version = run({"--version"});
+    VERIFY_RUN(version, 0);
+    QVERIFY(QRegularExpression("^tidel \\d+\\.\\d+\\.\\d+\n$").match(version.out).hasMatch());
+}
+
+void TestTidel::usageErrors_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("nothing") << QStringList() << "no command given";
+    QTest::newRow("command") << QStringList{"frobnicate"} << "unknown command \"frobnicate\"";
+    QTest::newRow("command with control") << QStringList{"a\x1b[2J\nb"} << "unknown command \"a[2J b\"";
+    QTest::newRow("option") << QStringList{"--frobnicate"} << "frobnicate";
+    QTest::newRow("option of a command") << QStringList{"channels", "--frobnicate"} << "frobnicate";
+    QTest::newRow("no file") << QStringList{"subscribe"} << "an argument is missing";
+    QTest::newRow("no channel") << QStringList{"messages"} << "an argument is missing";
+    QTest::newRow("no message") << QStringList{"enclosures"} << "an argument is missing";
+    QTest::newRow("too much for channels") << QStringList{"channels", "a"} << "too many arguments";
+    QTest::newRow("too much for messages") << QStringList{"messages", "a", "b"} << "too many arguments";
+    QTest::newRow("too much for enclosures") << QStringList{"enclosures", "a", "b"} << "too many arguments";
+}
+
+void TestTidel::usageErrors()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, expected);
+    const Run wrong = run(arguments);
+    VERIFY_RUN(wrong, 2);
+    QCOMPARE(wrong.out, QString());
+    QCOMPARE(wrong.errors().size(), 1);
+    QVERIFY2(wrong.err.startsWith("tidel: ") && wrong.err.contains(expected), qPrintable(wrong.err));
+    QVERIFY2(wrong.err.contains("--help"), qPrintable(wrong.err));
+    QVERIFY(!QFile::exists(m_dir->filePath("data")));
+}
+
+void TestTidel::emptyStore()
+{
+    for (const char *name : {"channels", "refresh"}) {
+        const Run empty = run({name});
+        VERIFY_RUN(empty, 0);
+        QCOMPARE(empty.out, QString());
+        QVERIFY2(empty.err.contains("tidel subscribe"), qPrintable(empty.err));
+    }
+}
+
+void TestTidel::subscribe()
+{
+    const QString radio = copy("feeds/hillside-radio.xml");
+    const QString garden = copy("feeds/garden-notes.atom");
+    const Run subscribed = run({"subscribe", radio, "garden-notes.atom"});
+    VERIFY_RUN(subscribed, 0);
+    QCOMPARE(subscribed.lines(),
+             QStringList({"Subscribed: The Hillside Radio Hour (5 messages)",
+                          "Subscribed: Garden Notes (4 messages)"}));
+    QCOMPARE(subscribed.err, QString());
+
+    const Run channels = run({"channels"});
+    VERIFY_RUN(channels, 0);
+    QCOMPARE(channels.lines().size(), 2);
+    const QRegularExpression row("^Garden Notes +4 messages  "
+                                 + QRegularExpression::escape("file://" + garden) + " +urn:uuid:[0-9a-f-]+$");
+    QVERIFY2(row.match(channels.lines().first()).hasMatch(), qPrintable(channels.out));
+    QVERIFY(channels.lines().last().startsWith("The Hillside Radio Hour"));
+}
+
+void TestTidel::subscribeTwice()
+{
+    const QString radio = copy("feeds/hillside-radio.xml");
+    VERIFY_RUN(run({"subscribe", radio}), 0);
+    for (const QString &name : {radio, QString("hillside-radio.xml"), "file://" + radio}) {
+        const Run again = run({"subscribe", name});
+        VERIFY_RUN(again, 0);
+        QCOMPARE(again.lines().size(), 1);
+        QVERIFY2(again.out.startsWith("Already subscribed: The Hillside Radio Hour"), qPrintable(again.out));
+        QVERIFY2(again.out.contains("tidel refresh"), qPrintable(again.out));
+    }
+    const Run twice = run({"subscribe", copy("feeds/town-news.xml"), "./town-news.xml"});
+    VERIFY_RUN(twice, 0);
+    QVERIFY2(twice.lines().last().startsWith("Already subscribed: Town News"), qPrintable(twice.out));
+    QCOMPARE(run({"channels"}).lines().size(), 2);
+    QCOMPARE(run({"messages", "Town News"}).lines().size(), 2);
+}
+
+void TestTidel::failuresDoNotStopTheRest()
+{
+    copyFolder("broken");
+    copy("feeds/town-news.xml");
+    copy("feeds/county-news.xml");
+    const QStringList wrong{
+        "missing.xml",   ".", "https://example.org/feed.xml", "empty.xml", "plain-text.xml", "truncated.xml",
+        "bookmarks.opml"};
+    const Run some = run(QStringList{"subscribe", "town-news.xml"} + wrong + QStringList{"county-news.xml"});
+    VERIFY_RUN(some, 1);
+    QCOMPARE(some.lines(),
+             QStringList({"Subscribed: Town News (2 messages)", "Subscribed: County News (2 messages)"}));
+
+    const QStringList errors = some.errors();
+    QCOMPARE(errors.size(), wrong.size());
+    for (int i = 0; i < wrong.size(); ++i)
+        QVERIFY2(errors.at(i).startsWith("tidel: " + wrong.at(i) + ": "), qPrintable(errors.at(i)));
+    QVERIFY(errors.at(0).endsWith("no such file"));
+    QVERIFY(errors.at(1).contains("directory"));
+    QVERIFY(errors.at(2).contains("only files"));
+    QVERIFY(errors.at(3).contains("empty"));
+    QVERIFY(errors.at(4).contains("not well-formed XML (line 1, column "));
+    QVERIFY(errors.at(6).contains("XML but not a feed"));
+    QCOMPARE(run({"channels"}).lines().size(), 2);
+}
+
+void TestTidel::everySample()
+{
+    const QStringList feeds = copyFolder("feeds");
+    const Run good = run(QStringList{"subscribe"} + feeds);
+    VERIFY_RUN(good, 0);
+    QCOMPARE(good.lines().size(), feeds.size());
+    QCOMPARE(run({"channels"}).lines().size(), feeds.size());
+
+    const QStringList wrong = copyFolder("broken");
+    const Run bad = run(QStringList{"subscribe"} + wrong);
+    VERIFY_RUN(bad, 1);
+    QCOMPARE(bad.out, QString());
+    QCOMPARE(bad.errors().size(), wrong.size());
+
+    for (const QString &feed : feeds) {
+        const Run messages = run({"messages", feed});
+        VERIFY_RUN(messages, 0);
+        const QString count = QString(" (%1 message").arg(messages.lines().size());
+        QVERIFY2(good.lines().at(feeds.indexOf(feed)).contains(count), qPrintable(feed));
+    }
+    const Run refreshed = run({"refresh"});
+    VERIFY_RUN(refreshed, 0);
+    QCOMPARE(refreshed.lines().filter(QRegularExpression(": nothing new$")).size(), feeds.size());
+}
+
+void TestTidel::messages()
+{
+    VERIFY_RUN(run({"subscribe", copy("feeds/observatory.rdf")}), 0);
+    const Run messages = run({"messages", "Observatory News"});
+    VERIFY_RUN(messages, 0);
+    QCOMPARE(
+        messages.lines(),
+        QStringList({"2026-11-06 00:12     A comet, at last             https://sky.example.org/2026/comet",
+                     "2026-11-04 00:00     Clouds                       https://sky.example.org/2026/clouds",
+                     "1969-07-21 02:56     From the archive: footsteps  https://sky.example.org/1969/moon"}));
+
+    VERIFY_RUN(run({"subscribe", copy("feeds/missing-parts.xml")}), 0);
+    const Run bare = run({"messages", "missing-parts.xml"});
+    QVERIFY2(bare.out.contains("(no date)     (no title)"), qPrintable(bare.out));
+
+    VERIFY_RUN(run({"subscribe", copy("feeds/nothing-yet.xml")}), 0);
+    const Run none = run({"messages", "Nothing Yet"});
+    VERIFY_RUN(none, 0);
+    QCOMPARE(none.out, QString());
+    QVERIFY(none.err.contains("no messages"));
+}
+
+void TestTidel::channelNames()
+{
+    const QString town = copy("feeds/town-news.xml");
+    copy("feeds/town-news.xml", "twin.xml");
+    VERIFY_RUN(run({"subscribe", town}), 0);
+    const QString expected = run({"messages", "Town News"}).out;
+    QVERIFY(expected.contains("The bridge is open"));
+    const QString uri = run({"channels"}).lines().first().section(' ', -1);
+    for (const QString &name : {uri, town, QString("town-news.xml"), "file://" + town})
+        QCOMPARE(run({"messages", name}).out, expected);
+
+    VERIFY_RUN(run({"subscribe", "twin.xml"}), 0);
+    const Run ambiguous = run({"messages", "Town News"});
+    VERIFY_RUN(ambiguous, 1);
+    QCOMPARE(ambiguous.out, QString());
+    QVERIFY2(ambiguous.err.contains("2 channels have this title"), qPrintable(ambiguous.err));
+    QCOMPARE(run({"messages", "twin.xml"}).out, expected);
+}
+
+void TestTidel::unknownNames()
+{
+    VERIFY_RUN(run({"subscribe", copy("feeds/town-news.xml")}), 0);
+    for (const QStringList &arguments :
+         {QStringList{"messages", "Nowhere"}, QStringList{"enclosures", "https://example.org/nothing"},
+          QStringList{"enclosures", ""}, QStringList{"enclosures", "> } DELETE WHERE { ?s ?p ?o } #"},
+          QStringList{"messages", ""}, QStringList{"refresh", "Nowhere"}}) {
+        const Run unknown = run(arguments);
+        VERIFY_RUN(unknown, 1);
+        QCOMPARE(unknown.out, QString());
+        QCOMPARE(unknown.errors().size(), 1);
+        QVERIFY2(unknown.err.contains("no such"), qPrintable(unknown.err));
+    }
+    QCOMPARE(run({"messages", "Town News"}).lines().size(), 2);
+}
+
+void TestTidel::enclosures()
+{
+    VERIFY_RUN(run({"subscribe", copy("feeds/hillside-radio.xml")}), 0);
+    const Run two = run({"enclosures", "https://radio.example.org/episodes/5"});
+    VERIFY_RUN(two, 0);
+    QStringList lines = two.lines();
+    lines.sort();
+    QCOMPARE(
+        lines,
+        QStringList({"   (no size)  audio/mpeg       https://media.example.org/hillside/5.mp3",
+                     "204800 bytes  application/pdf  https://media.example.org/hillside/5-letters.pdf"}));
+
+    VERIFY_RUN(run({"subscribe", copy("feeds/town-news.xml")}), 0);
+    const Run none = run({"enclosures", "https://town.example.net/pool"});
+    VERIFY_RUN(none, 0);
+    QCOMPARE(none.out, QString());
+    QVERIFY2(none.err.contains("no enclosures"), qPrintable(none.err));
+    const Run one = run({"enclosures", "https://press.example.net/bridge"});
+    QCOMPARE(one.out, QString("54321 bytes  image/jpeg  https://press.example.net/bridge.jpg\n"));
+}
+
+void TestTidel::refreshTwice()
+{
+    const QStringList feeds{copy("feeds/hillside-radio.xml"), copy("feeds/same-link.xml"),
+                            copy("feeds/missing-parts.xml")};
+    VERIFY_RUN(run(QStringList{"subscribe"} + feeds), 0);
+    QStringList before;
+    for (const QString &feed : feeds)
+        before.append(run({"messages", feed}).out);
+    for (int round = 0; round < 2; ++round) {
+        const Run refreshed = run({"refresh"});
+        VERIFY_RUN(refreshed, 0);
+        QCOMPARE(refreshed.lines(),
+                 QStringList({"missing-parts.xml: nothing new", "Same Link: nothing new",
+                              "The Hillside Radio Hour: nothing new"}));
+    }
+    for (int i = 0; i < feeds.size(); ++i)
+        QCOMPARE(run({"messages", feeds.at(i)}).out, before.at(i));
+}
+
+void TestTidel::secondEdition()
+{
+    VERIFY_RUN(run({"subscribe", copy("feeds/hillside-radio.xml")}), 0);
+    copy("feeds-later/hillside-radio.xml");
+    const Run refreshed = run({"refresh"});
+    VERIFY_RUN(refreshed, 0);
+    QCOMPARE(refreshed.lines(),
+             QStringList({"The Hillside Radio Hour: 2 new", "  2026-11-17 18:00  Letters, answered",
+                          "  2026-11-10 18:00  The Bridge"}));
+    QCOMPARE(run({"refresh"}).lines(), QStringList("The Hillside Radio Hour: nothing new"));
+
+    const QStringList lines = run({"messages", "The Hillside Radio Hour"}).lines();
+    QCOMPARE(lines.size(), 7);
+    QVERIFY2(lines.first().contains("Letters, answered"), qPrintable(lines.first()));
+    QVERIFY2(lines.last().contains("Pilot"), qPrintable(lines.last()));
+    QVERIFY(run({"enclosures", "https://radio.example.org/episodes/7"}).out.contains("37440000 bytes"));
+}
+
+void TestTidel::refreshSome()
+{
+    VERIFY_RUN(run({"subscribe", copy("feeds/hillside-radio.xml"), copy("feeds/town-news.xml")}), 0);
+    copy("feeds-later/hillside-radio.xml");
+    QCOMPARE(run({"refresh", "Town News"}).lines(), QStringList("Town News: nothing new"));
+    const Run some = run({"refresh", "Nowhere", "hillside-radio.xml"});
+    VERIFY_RUN(some, 1);
+    QVERIFY2(some.out.startsWith("The Hillside Radio Hour: 2 new\n"), qPrintable(some.out));
+    QVERIFY2(some.err.startsWith("tidel: Nowhere: no such channel"), qPrintable(some.err));
+}
+
+void TestTidel::refreshWithoutFile()
+{
+    const QString town = copy("feeds/town-news.xml");
+    VERIFY_RUN(run({"subscribe", town, copy("feeds/county-news.xml")}), 0);
+    QVERIFY(QFile::remove(town));
+    const Run refreshed = run({"refresh"});
+    VERIFY_RUN(refreshed, 1);
+    QCOMPARE(refreshed.lines(), QStringList("County News: nothing new"));
+    QCOMPARE(refreshed.err, "tidel: Town News (file://" + town + "): no such file\n");
+    QCOMPARE(run({"messages", "Town News"}).lines().size(), 2);
+}
+
+void TestTidel::sharedItem()
+{
+    VERIFY_RUN(run({"subscribe", copy("feeds/town-news.xml"), copy("feeds/county-news.xml")}), 0);
+    for (const char *channel : {"Town News", "County News"}) {
+        const Run messages = run({"messages", channel});
+        QCOMPARE(messages.lines().size(), 2);
+        QVERIFY2(messages.lines().first().contains("https://press.example.net/bridge"),
+                 qPrintable(messages.out));
+    }
+    // The message is one, and has what either feed says of its files.
+    QCOMPARE(run({"enclosures", "https://press.example.net/bridge"}).lines().size(), 2);
+    QCOMPARE(run({"refresh"}).lines(), QStringList({"County News: nothing new", "Town News: nothing new"}));
+}
+
+void TestTidel::hostileFeeds()
+{
+    const QString town = copy("feeds/town-news.xml");
+    VERIFY_RUN(run({"subscribe", town}), 0);
+    const QString hostile = copy("feeds/hostile.xml");
+    const QString title = "\" } ; DELETE { ?c a mfo:FeedChannel } WHERE { ?c a mfo:FeedChannel } # %1 %2";
+    const Run subscribed = run({"subscribe", hostile});
+    VERIFY_RUN(subscribed, 0);
+    QCOMPARE(subscribed.lines(), QStringList("Subscribed: " + title + " (10 messages)"));
+    QCOMPARE(run({"refresh"}).lines(), QStringList({title + ": nothing new", "Town News: nothing new"}));
+
+    const Run channels = run({"channels"});
+    QCOMPARE(channels.lines().size(), 2);
+    QVERIFY2(channels.out.contains("Town News"), qPrintable(channels.out));
+    QVERIFY2(channels.out.contains(title), qPrintable(channels.out));
+    QCOMPARE(run({"messages", town}).lines().size(), 2);
+    VERIFY_RUN(run({"subscribe", copy("feeds/hostile.xml", "twin.xml")}), 0);
+    const Run ambiguous = run({"messages", title});
+    QVERIFY2(ambiguous.err.startsWith("tidel: " + title + ": 2 channels"), qPrintable(ambiguous.err));
+
+    const Run messages = run({"messages", hostile});
+    VERIFY_RUN(messages, 0);
+    QCOMPARE(messages.lines().size(), 10);
+    for (QChar c : messages.out)
+        QVERIFY(c == '\n' || c.category() != QChar::Other_Control);
+    QVERIFY(!messages.out.contains("javascript:") && !messages.out.contains("data:"));
+    QVERIFY(!messages.out.contains("root:"));
+    QCOMPARE(run({"enclosures", "https://hostile.example.org/6"}).lines().size(), 3);
+}
+
+void TestTidel::noTraces()
+{
+    m_environment.insert("QT_LOGGING_RULES", "*=true");
+    m_environment.insert("QT_FORCE_STDERR_LOGGING", "1");
+    m_environment.insert("G_MESSAGES_DEBUG", "all");
+    VERIFY_RUN(run({"subscribe", copy("feeds/town-news.xml")}), 0);
+    QCOMPARE(run({"subscribe", copy("feeds/county-news.xml")}).err, QString());
+    QCOMPARE(run({"refresh"}).err, QString());
+    QCOMPARE(run({"channels"}).err, QString());
+    QCOMPARE(run({"subscribe", copy("broken/truncated.xml")}).errors().size(), 1);
+}
+
+void TestTidel::strangeFileNames()
+{
+    const QStringList names{"two words.xml", "100%41.xml",  "a#b?c.xml",
+                            "[a]{b}|^`.xml", "\"<x>\".xml", QStringLiteral("\u4e80.xml")};
+    for (const QString &name : names) {
+        VERIFY_RUN(run({"subscribe", copy("feeds/town-news.xml", name)}), 0);
+        QVERIFY2(run({"subscribe", name}).out.startsWith("Already subscribed"), qPrintable(name));
+        QCOMPARE(run({"refresh", name}).lines(), QStringList("Town News: nothing new"));
+        QCOMPARE(run({"messages", name}).lines().size(), 2);
+    }
+    QCOMPARE(run({"channels"}).lines().size(), names.size());
+}
+
+// A cron job's environment names no character set; titles and file names are UTF-8 all the same.
+void TestTidel::plainLocale()
+{
+    const QString name = QStringLiteral("\u4e80.xml");
+    const Run expected = [&] {
+        run({"subscribe", copy("feeds/many-scripts.xml", name)});
+        return run({"messages", name});
+    }();
+    QVERIFY(expected.out.contains(QStringLiteral("\u9045\u3044\u30ab\u30e1")));
+    m_environment.insert("LC_ALL", "C");
+    m_environment.insert("XDG_DATA_HOME", m_dir->filePath("other"));
+    VERIFY_RUN(run({"subscribe", name}), 0);
+    QCOMPARE(run({"messages", name}).out, expected.out);
+}
+
+void TestTidel::localTime()
+{
+    VERIFY_RUN(run({"subscribe", copy("feeds/town-news.xml")}), 0);
+    m_environment.insert("TZ", "Asia/Kathmandu");
+    const Run messages = run({"messages", "Town News"});
+    QVERIFY2(messages.out.startsWith("2026-11-04 14:45"), qPrintable(messages.out));
+}
+
+void TestTidel::storeThatCannotBeOpened()
+{
+    QFile file(m_dir->filePath("data"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.close();
+    const Run closed = run({"channels"});
+    VERIFY_RUN(closed, 1);
+    QCOMPARE(closed.out, QString());
+    QCOMPARE(closed.errors().size(), 1);
+    QVERIFY2(closed.err.startsWith("tidel: the store cannot be used: "), qPrintable(closed.err));
+}
+
+void TestTidel::resultsThatCannotBeWritten()
+{
+    if (!QFile::exists("/dev/full"))
+        QSKIP("there is no /dev/full here");
+    VERIFY_RUN(run({"subscribe", copy("feeds/town-news.xml")}), 0);
+    QProcess process;
+    process.setProcessEnvironment(m_environment);
+    process.setStandardOutputFile("/dev/full");
+    process.start(TIDEL_PROGRAM, {"channels"});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 1);
+    QVERIFY(process.readAllStandardError().contains("cannot be written"));
+}
+
+QTEST_GUILESS_MAIN(TestTidel)
+#include "tst_tidel.moc"

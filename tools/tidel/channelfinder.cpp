@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "channelfinder.h"
+
+#include "feedsource.h"
+#include "links.h"
+
+namespace Tidel {
+
+std::optional<FeedChannel> findChannel(const QList<FeedChannel> &channels, const QString &name,
+                                       QString *error)
+{
+    const QString link = encodedUrl(documentUrl(name));
+    const QString title = name.simplified();
+    QList<FeedChannel> sameTitle;
+    for (const FeedChannel &channel : channels) {
+        if (channel.uri() == name || channel.link() == name || channel.link() == link)
+            return channel;
+        if (channel.title() == title)
+            sameTitle.append(channel);
+    }
+    if (sameTitle.size() == 1)
+        return sameTitle.first();
+
+    *error = sameTitle.isEmpty()
+        ? QStringLiteral("%1: no such channel; \"tidel channels\" lists them").arg(name)
+        : QStringLiteral(
+              "%1: %2 channels have this title; use the link of one, as \"tidel channels\" shows it")
+              .arg(name, QString::number(sameTitle.size()));
+    return std::nullopt;
+}
+
+} // namespace Tidel

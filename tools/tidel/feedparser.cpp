@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "feedparser.h"
+
+#include "feeddate.h"
+#include "linkclaims.h"
+#include "links.h"
+#include "messageorder.h"
+#include "text.h"
+
+#include <Syndication/Image>
+
+#include <algorithm>
+#include <limits>
+
+namespace Tidel {
+
+namespace {
+
+/// "rss", "atom" or "rdf", after the outermost element.
+QString channelType(const FeedTree &tree)
+{
+    const QString root = tree.elements.documentElement().localName().toLower();
+    return root == QLatin1String("feed") ? QStringLiteral("atom") : root;
+}
+
+bool isTokenCharacter(QChar c)
+{
+    static const QString marks = QStringLiteral("!#$&^_.+-");
+    return (c >= QLatin1Char('a') && c <= QLatin1Char('z'))
+        || (c >= QLatin1Char('0') && c <= QLatin1Char('9')) || marks.contains(c);
+}
+
+/// \a text as "type/subtype", without parameters; empty when it is none.
+QString cleanMimeType(const QString &text)
+{
+    const QString type = text.section(QLatin1Char(';'), 0, 0).trimmed().toLower();
+    const int slash = type.indexOf(QLatin1Char('/'));
+    if (slash <= 0 || slash == type.size() - 1 || type.size() > 255)
+        return QString();
+    const auto isToken = [&](int from, int to) {
+        return std::all_of(type.begin() + from, type.begin() + to, isTokenCharacter);
+    };
+    return isToken(0, slash) && isToken(slash + 1, type.size()) ? type : QString();
+}
+
+unsigned int cleanLength(const QString &text)
+{
+    bool isNumber = false;
+    const quint64 length = text.trimmed().toULongLong(&isNumber);
+    return isNumber && length <= std::numeric_limits<unsigned int>::max() ? unsigned(length) : 0;
+}
+
+} // namespace
+
+ParsedFeed::ParsedFeed(const FeedTree &tree, const QUrl &url)
+    : m_tree(tree), m_link(encodedUrl(url)), m_base(url), m_items(feedItems(tree))
+{
+    m_website = cleanLink(m_tree.feed->link(), baseOf(m_tree.elements.documentElement()));
+    if (!m_website.isEmpty())
+        m_base = QUrl(m_website);
+}
+
+std::optional<ParsedFeed> ParsedFeed::parse(const QByteArray &document, const QUrl &url, QString *error)
+{
+    const std::optional<FeedTree> tree = parseFeedTree(document, error);
+    if (!tree)
+        return std::nullopt;
+    return ParsedFeed(*tree, url);
+}
+
+FeedChannel ParsedFeed::channel() const
+{
+    FeedChannel channel;
+    channel.setLink(m_link);
+    channel.setTitle(plainText(m_tree.feed->title()));
+    if (channel.title().isEmpty())
+        channel.setTitle(QUrl(m_link).fileName());
+    channel.setType(channelType(m_tree));
+    channel.setDescription(cleanText(m_tree.feed->description()));
+
+    FeedEnclosure icon;
+    icon.setRemoteUrl(cleanFileLink(m_tree.feed->image()->url(), m_base));
+    channel.setIcon(icon);
+    return channel;
+}
+
+QList<FeedMessage> ParsedFeed::messages(const QSet<QString> &channelLinks,
+                                        const QSet<QString> &knownLinks) const
+{
+    // Feeds about one page name it in every item: a fragment for all of them, since the page itself would be
+    // the link of whichever is the oldest at the time.
+    LinkClaims claims(channelLinks + QSet<QString>{m_link, m_website});
+    QList<FeedMessage> messages;
+    for (auto item = m_items.rbegin(); item != m_items.rend(); ++item) {
+        const QString link = claims.claim(**item, wantedLink(**item));
+        if (!link.isEmpty() && !knownLinks.contains(link))
+            messages.append(message(**item, link));
+    }
+    std::reverse(messages.begin(), messages.end());
+    sortNewestFirst(messages);
+    return messages;
+}
+
+QString ParsedFeed::resolve(const Reference &reference, QString (*clean)(const QString &, const QUrl &)) const
+{
+    const bool needsBase = isRelativeLink(reference.address);
+    return clean(reference.address, needsBase ? baseOf(reference.where) : m_base);
+}
+
+QUrl ParsedFeed::baseOf(const Syndication::ElementWrapper &element) const
+{
+    const QString base = element.isNull() ? QString() : element.xmlBase();
+    return base.isEmpty() ? m_base : m_base.resolved(QUrl(base));
+}
+
+QString ParsedFeed::wantedLink(const FeedItem &item) const
+{
+    const QString link = resolve(item.link(), cleanLink);
+    if (!link.isEmpty())
+        return link;
+    const QString permalink = item.permalink();
+    const QString address = isRelativeLink(permalink) ? QString() : cleanLink(permalink, m_base);
+    return address.isEmpty() ? itemUrn(m_link, item.id()) : address;
+}
+
+FeedMessage ParsedFeed::message(const FeedItem &item, const QString &link) const
+{
+    FeedMessage message;
+    message.setLink(link);
+    message.setId(cleanText(item.id()));
+    message.setTitle(plainText(item.title()));
+    message.setDescription(cleanText(item.text()));
+    message.setSummary(cleanText(item.summary()));
+    message.setBaseUrl(baseOf(item.link().where));
+    message.setPublishedDate(parseFeedDate(item.date()));
+    for (const FileReference &file : item.files()) {
+        FeedEnclosure found = enclosure(file);
+        if (!found.remoteUrl().isEmpty())
+            message.addChild(&found);
+    }
+    return message;
+}
+
+FeedEnclosure ParsedFeed::enclosure(const FileReference &file) const
+{
+    FeedEnclosure enclosure;
+    enclosure.setRemoteUrl(resolve(file.url, cleanFileLink));
+    enclosure.setMimeType(cleanMimeType(file.mimeType));
+    enclosure.setLength(cleanLength(file.length));
+    return enclosure;
+}
+
+} // namespace Tidel

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_FEEDPARSER_H
+#define TIDEL_FEEDPARSER_H
+
+#include "feeditem.h"
+
+#include <QSet>
+#include <QUrl>
+
+#include <feedchannel.h>
+
+#include <optional>
+
+namespace Tidel {
+
+/// A parsed feed that hands out values fit for the store: links are absolute, encoded and unlike each other,
+/// titles are plain text, times are in UTC.
+class ParsedFeed
+{
+public:
+    /// Parses \a document, which was read from \a url; on failure nothing, and \a error says why.
+    static std::optional<ParsedFeed> parse(const QByteArray &document, const QUrl &url, QString *error);
+
+    /// The feed without its messages. Its link is the address of the document, from which it can be read
+    /// again.
+    FeedChannel channel() const;
+
+    /// The messages, newest first. None gets a link of \a channelLinks; those whose link is one of
+    /// \a knownLinks are left out.
+    QList<FeedMessage> messages(const QSet<QString> &channelLinks = {},
+                                const QSet<QString> &knownLinks = {}) const;
+
+private:
+    ParsedFeed(const FeedTree &tree, const QUrl &url);
+
+    QString resolve(const Reference &reference, QString (*clean)(const QString &, const QUrl &)) const;
+    QUrl baseOf(const Syndication::ElementWrapper &element) const;
+    QString wantedLink(const FeedItem &item) const;
+    FeedMessage message(const FeedItem &item, const QString &link) const;
+    FeedEnclosure enclosure(const FileReference &file) const;
+
+    FeedTree m_tree;
+    QString m_link;
+    QString m_website;
+    QUrl m_base;
+    std::vector<std::unique_ptr<FeedItem>> m_items;
+};
+
+} // namespace Tidel
+
+#endif

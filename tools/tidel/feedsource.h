@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_FEEDSOURCE_H
+#define TIDEL_FEEDSOURCE_H
+
+#include <QByteArray>
+#include <QString>
+#include <QUrl>
+
+#include <optional>
+
+namespace Tidel {
+
+/// The largest document that is read, in bytes.
+constexpr qint64 maximumDocumentSize = 32 * 1024 * 1024;
+
+/// The absolute address that a user means by \a argument, a path or a URL.
+QUrl documentUrl(const QString &argument);
+
+/// The bytes of the document at \a url; on failure nothing, and \a error says why.
+std::optional<QByteArray> readDocument(const QUrl &url, QString *error);
+
+} // namespace Tidel
+
+#endif

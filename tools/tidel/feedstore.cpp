@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "feedstore.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QSparqlConnection>
+#include <QSparqlQuery>
+#include <QSparqlResult>
+#include <QSparqlResultRow>
+#include <QUrl>
+
+#include <feedtrackersparql.h>
+
+#include <algorithm>
+
+namespace Tidel {
+
+FeedStore::FeedStore(std::unique_ptr<QSparqlConnection> connection) : m_connection(std::move(connection)) { }
+
+FeedStore::~FeedStore()
+{
+    FeedTrackerSparql::releaseInstance();
+    collectGarbage();
+}
+
+// The library does not say whether its store is open, so a connection of our own is asked first.
+std::unique_ptr<FeedStore> FeedStore::open(QString *error)
+{
+    auto connection = std::make_unique<QSparqlConnection>(QStringLiteral("QTRACKER_DIRECT"));
+    if (!connection->isValid()) {
+        *error = connection->lastError().message();
+        return nullptr;
+    }
+    return std::unique_ptr<FeedStore>(new FeedStore(std::move(connection)));
+}
+
+FeedTrackerSparql &FeedStore::library() const { return *FeedTrackerSparql::instance(); }
+
+QList<FeedChannel> FeedStore::channels() const
+{
+    QList<FeedChannel> channels;
+    QSet<QString> uris;
+    const QList<FeedChannel> stored = library().allChannels();
+    for (const FeedChannel &channel : stored) {
+        if (uris.contains(channel.uri()))
+            continue;
+        uris.insert(channel.uri());
+        channels.append(channel);
+    }
+    std::sort(channels.begin(), channels.end(), [](const FeedChannel &a, const FeedChannel &b) {
+        const int order = QString::compare(a.title(), b.title(), Qt::CaseInsensitive);
+        return order != 0 ? order < 0 : a.link() < b.link();
+    });
+    return channels;
+}
+
+QHash<QString, int> FeedStore::messageCounts() const
+{
+    const QSparqlQuery query(QStringLiteral("SELECT ?c (COUNT(?m) AS ?n) WHERE { ?c a mfo:FeedChannel . "
+                                            "?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c } GROUP BY ?c"));
+    QHash<QString, int> counts;
+    const QList<QSparqlResultRow> found = rows(query);
+    for (const QSparqlResultRow &row : found)
+        counts.insert(row.value(0).toString(), row.value(1).toInt());
+    return counts;
+}
+
+QString FeedStore::messageUri(const QString &name) const
+{
+    const QUrl address = QUrl::fromUserInput(name);
+    for (const QString &pattern : {QStringLiteral("?m a mfo:FeedMessage ; nie:links ?:address"),
+                                   QStringLiteral("?m a mfo:FeedMessage FILTER(?m = ?:address)")}) {
+        QSparqlQuery query(QStringLiteral("SELECT ?m WHERE { ") + pattern + QStringLiteral(" }"));
+        query.bindValue(QStringLiteral("address"), address);
+        const QList<QSparqlResultRow> found = rows(query);
+        if (!found.isEmpty())
+            return found.first().value(0).toString();
+    }
+    return QString();
+}
+
+void FeedStore::collectGarbage() const
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+QList<QSparqlResultRow> FeedStore::rows(const QSparqlQuery &query) const
+{
+    QList<QSparqlResultRow> rows;
+    const std::unique_ptr<QSparqlResult> result(m_connection->exec(query));
+    if (!result)
+        return rows;
+    result->waitForFinished();
+    while (result->next())
+        rows.append(result->current());
+    return rows;
+}
+
+} // namespace Tidel

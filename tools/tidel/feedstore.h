@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_FEEDSTORE_H
+#define TIDEL_FEEDSTORE_H
+
+#include <QHash>
+#include <QList>
+#include <QSet>
+#include <QString>
+
+#include <feedchannel.h>
+
+#include <memory>
+
+class FeedTrackerSparql;
+class QSparqlConnection;
+class QSparqlQuery;
+class QSparqlResultRow;
+
+namespace Tidel {
+
+/// The user's store: the library's operations, and what they do not answer.
+class FeedStore
+{
+public:
+    /// Opens the store; on failure null, and \a error says why.
+    static std::unique_ptr<FeedStore> open(QString *error);
+    ~FeedStore();
+    Q_DISABLE_COPY(FeedStore)
+
+    FeedTrackerSparql &library() const;
+
+    /// All channels by title, each once.
+    QList<FeedChannel> channels() const;
+    /// How many messages the channels have, by their URIs; none for a channel without.
+    QHash<QString, int> messageCounts() const;
+    /// The URI of the message that \a name, a link or a URI, stands for; empty when there is none.
+    QString messageUri(const QString &name) const;
+
+    /// Frees what the library has released, which otherwise waits for an event loop.
+    void collectGarbage() const;
+
+private:
+    explicit FeedStore(std::unique_ptr<QSparqlConnection> connection);
+
+    QList<QSparqlResultRow> rows(const QSparqlQuery &query) const;
+
+    std::unique_ptr<QSparqlConnection> m_connection;
+};
+
+} // namespace Tidel
+
+#endif

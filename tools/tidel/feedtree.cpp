@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "feedtree.h"
+
+#include "xmlguard.h"
+#include "xmltext.h"
+
+#include <Syndication/DocumentSource>
+#include <Syndication/Global>
+#include <Syndication/ParserCollection>
+
+namespace Tidel {
+
+namespace {
+
+// The time to parse RDF grows with the square of the number of its elements.
+constexpr qint64 maximumRdfNodes = 150000;
+
+bool isRdf(const QDomDocument &elements)
+{
+    return elements.documentElement().namespaceURI()
+        == QLatin1String("http://www.w3.org/1999/02/22-rdf-syntax-ns#");
+}
+
+QString parseError(const QByteArray &document)
+{
+    const QString error = xmlError(document);
+    return error.isEmpty() ? QStringLiteral("is not well-formed XML") : error;
+}
+
+QString notAFeed(const QDomDocument &elements)
+{
+    return QStringLiteral("is XML but not a feed: its outermost element is <%1>")
+        .arg(elements.documentElement().tagName());
+}
+
+} // namespace
+
+std::optional<FeedTree> parseFeedTree(const QByteArray &document, QString *error)
+{
+    const std::optional<QByteArray> xml = readableXml(document, error);
+    if (!xml)
+        return std::nullopt;
+    XmlExtent extent;
+    *error = xmlObstacle(*xml, &extent);
+    if (!error->isEmpty())
+        return std::nullopt;
+
+    const Syndication::DocumentSource source(*xml, QString());
+    FeedTree tree;
+    tree.elements = source.asDomDocument();
+    if (tree.elements.documentElement().isNull()) {
+        *error = parseError(*xml);
+        return std::nullopt;
+    }
+    if (isRdf(tree.elements) && extent.nodes > maximumRdfNodes) {
+        *error = QStringLiteral("is not read: RDF with more than %1 elements, attributes and texts")
+                     .arg(maximumRdfNodes);
+        return std::nullopt;
+    }
+    tree.feed = Syndication::parserCollection()->parse(source);
+    if (!tree.feed) {
+        *error = notAFeed(tree.elements);
+        return std::nullopt;
+    }
+    return tree;
+}
+
+} // namespace Tidel

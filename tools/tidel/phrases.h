@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_PHRASES_H
+#define TIDEL_PHRASES_H
+
+#include <QDateTime>
+#include <QString>
+
+namespace Tidel {
+
+/// "1 message", "2 messages".
+QString countedMessages(int count);
+
+/// \a time in local time, "2026-11-03 10:00", or that there is none.
+QString shownTime(const QDateTime &time);
+
+/// What to do when there is no channel yet.
+QString noChannelsHint();
+
+/// \a title, or that there is none.
+QString shownTitle(const QString &title);
+
+} // namespace Tidel
+
+#endif

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "table.h"
+
+#include "terminaltext.h"
+
+namespace Tidel {
+
+namespace {
+
+// One cell longer than this sticks out, instead of all others being moved to the right.
+constexpr int maximumColumnWidth = 60;
+
+} // namespace
+
+Table::Table(const QSet<int> &rightAligned) : m_rightAligned(rightAligned) { }
+
+void Table::addRow(const QStringList &cells)
+{
+    QStringList row;
+    for (const QString &cell : cells)
+        row.append(terminalText(cell));
+    m_rows.append(row);
+}
+
+QStringList Table::lines() const
+{
+    const QVector<int> widths = columnWidths();
+    QStringList lines;
+    for (const QStringList &row : m_rows)
+        lines.append(line(row, widths));
+    return lines;
+}
+
+QVector<int> Table::columnWidths() const
+{
+    QVector<int> widths;
+    for (const QStringList &row : m_rows) {
+        while (widths.size() < row.size())
+            widths.append(0);
+        for (int i = 0; i < row.size(); ++i)
+            widths[i] = qMax(widths.at(i), qMin(displayWidth(row.at(i)), maximumColumnWidth));
+    }
+    return widths;
+}
+
+QString Table::line(const QStringList &cells, const QVector<int> &widths) const
+{
+    QString text;
+    for (int i = 0; i < cells.size(); ++i) {
+        const QString padding(qMax(0, widths.at(i) - displayWidth(cells.at(i))), QLatin1Char(' '));
+        if (i > 0)
+            text += QLatin1String("  ");
+        text += m_rightAligned.contains(i) ? padding + cells.at(i) : cells.at(i) + padding;
+    }
+    while (text.endsWith(QLatin1Char(' ')))
+        text.chop(1);
+    return text;
+}
+
+} // namespace Tidel

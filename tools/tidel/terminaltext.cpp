@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "terminaltext.h"
+
+#include <QVector>
+
+#include <wchar.h>
+
+namespace Tidel {
+
+namespace {
+
+bool isBlank(char32_t c) { return (c >= '\t' && c <= '\r') || c == 0x85 || c == 0x2028 || c == 0x2029; }
+
+bool isControl(char32_t c) { return c < 0x20 || (c >= 0x7f && c <= 0x9f); }
+
+/// Embeddings, overrides and isolates, the deprecated formatting characters, and interlinear annotation.
+/// The plain direction marks stay: they turn nothing and texts in mixed scripts need them.
+bool isUnsafeFormatting(char32_t c)
+{
+    return (c >= 0x202a && c <= 0x202e) || (c >= 0x2066 && c <= 0x206f) || (c >= 0xfff9 && c <= 0xfffb)
+        || c == 0xfeff;
+}
+
+bool isSurrogate(char32_t c) { return c >= 0xd800 && c <= 0xdfff; }
+
+} // namespace
+
+QString terminalText(const QString &text)
+{
+    QString safe;
+    safe.reserve(text.size());
+    const QVector<uint> codePoints = text.toUcs4();
+    for (char32_t c : codePoints) {
+        if (isBlank(c))
+            safe += QLatin1Char(' ');
+        else if (isSurrogate(c))
+            safe += QChar(QChar::ReplacementCharacter);
+        else if (!isControl(c) && !isUnsafeFormatting(c))
+            safe += QString::fromUcs4(&c, 1);
+    }
+    return safe;
+}
+
+int displayWidth(const QString &text)
+{
+    int width = 0;
+    const QVector<uint> codePoints = text.toUcs4();
+    for (uint c : codePoints) {
+        const int columns = wcwidth(wchar_t(c));
+        width += columns < 0 ? 1 : columns;
+    }
+    return width;
+}
+
+} // namespace Tidel
