@@ -38,7 +38,7 @@ QString obstacle(const QString &path)
     if (!info.isFile())
         return QStringLiteral("is not a regular file");
     if (info.size() > maximumDocumentSize)
-        return QStringLiteral("is too large: more than %1 MiB").arg(maximumDocumentSize / (1024 * 1024));
+        return QStringLiteral("is too large: more than %1 MiB").arg(maximumDocumentSize >> 20);
     return QString();
 }
 

@@ -11,7 +11,7 @@
 namespace Tidel {
 
 /// The largest document that is read, in bytes.
-constexpr qint64 maximumDocumentSize = 32 * 1024 * 1024;
+constexpr qint64 maximumDocumentSize = Q_INT64_C(32) * 1024 * 1024;
 
 /// The absolute address that a user means by \a argument, a path or a URL.
 QUrl documentUrl(const QString &argument);

@@ -64,7 +64,7 @@ void ExtentCounter::count(const QXmlStreamReader &reader)
         const int attributes = int(reader.attributes().size() + reader.namespaceDeclarations().size());
         m_openElements.push_back(attributes);
         m_openAttributes += attributes;
-        m_extent.nodes += 2 * attributes;
+        m_extent.nodes += 2 * qint64(attributes);
         m_extent.attributes = qMax(m_extent.attributes, m_openAttributes);
         m_extent.attributeSteps += attributes > 0 ? m_openAttributes : 0;
         m_extent.depth = qMax(m_extent.depth, int(m_openElements.size()));
