@@ -11,6 +11,7 @@
 #endif
 
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QLockFile>
@@ -107,6 +108,19 @@ QSparqlError refuseNull(const QString &statement)
                                             : QSparqlError();
 }
 
+bool waitFor(QLockFile *lock)
+{
+    // Left to itself QLockFile looks ever more rarely: the last of eight programs would start after six
+    // seconds.
+    constexpr int intervalMs = 10;
+    const QDeadlineTimer deadline(lockTimeoutMs);
+    while (!lock->tryLock(intervalMs)) {
+        if (lock->error() != QLockFile::LockFailedError || deadline.hasExpired())
+            return false;
+    }
+    return true;
+}
+
 /**
  * Stands in the folder of a store for as long as a database is being made there. Tracker never again opens a
  * database whose making was cut short. It holds nothing yet, since the lock is kept until it is whole, so
@@ -159,7 +173,7 @@ std::unique_ptr<TrackerStore> TrackerStore::open(const QString &folder, QSparqlE
     }
     // Two processes that create one database at once spoil it for each other.
     QLockFile lock(folder + QLatin1String("/opening.lock"));
-    if (!lock.tryLock(lockTimeoutMs)) {
+    if (!waitFor(&lock)) {
         *error = connectionError(QStringLiteral("Cannot lock the store in %1").arg(folder));
         return nullptr;
     }

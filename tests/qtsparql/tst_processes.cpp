@@ -43,7 +43,11 @@ public:
     }
     ~Helper() { kill(); }
 
-    void go() { m_process.write("\n"); }
+    void go()
+    {
+        m_process.write("\n");
+        m_process.waitForBytesWritten(timeout);
+    }
     bool reads(const QString &line)
     {
         while (!m_process.canReadLine() && m_process.waitForReadyRead(timeout)) { }

@@ -9,7 +9,7 @@
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) { });
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
 
     FeedMessage message;
     message.setTitle(QStringLiteral("Hello"));
