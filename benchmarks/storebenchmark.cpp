@@ -25,8 +25,7 @@ public:
         : m_sqlite(folder.filePath(QStringLiteral("sqlite.db"))), m_next(messageCount)
     {
         qputenv("XDG_DATA_HOME", folder.path().toLocal8Bit());
-        FeedTrackerSparql::releaseInstance();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        closeStore();
         channel = store()->addChannel(sampleChannel(1));
         otherChannel = store()->addChannel(sampleChannel(2));
         for (int first = 0; first < messageCount; first += 1000) {
@@ -37,6 +36,11 @@ public:
     }
 
     FeedTrackerSparql *store() { return FeedTrackerSparql::instance(); }
+    void closeStore()
+    {
+        FeedTrackerSparql::releaseInstance();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
     SqliteArchive &sqlite() { return m_sqlite; }
 
     /// Messages that neither archive has, other ones with every call.
@@ -126,6 +130,8 @@ void messagesForChannel(benchmark::State &state)
 void openStore(benchmark::State &state)
 {
     Archives &archives = archivesOf(int(state.range(0)));
+    // Connections of one thread share an open store.
+    archives.closeStore();
     compare(
         state, [] { Archives::require(QSparqlConnection(QStringLiteral("QTRACKER_DIRECT")).isValid()); },
         [&] { SqliteArchive(archives.folder.filePath(QStringLiteral("sqlite.db"))); });
