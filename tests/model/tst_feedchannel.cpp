@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
+#include "sharedvalue.h"
+
 #include <feedchannel.h>
 #include <feedenclosure.h>
 #include <feedmessage.h>
 
 #include <QtTest>
 
-#include <cstring>
-#include <thread>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 static_assert(std::is_base_of_v<FeedNode, FeedChannel>);
@@ -22,16 +21,7 @@ static_assert(!std::is_convertible_v<QString, FeedChannel>);
 
 namespace {
 
-struct Field
-{
-    const char *name;
-    QVariant (*get)(const FeedChannel &);
-    void (*set)(FeedChannel &, const QVariant &);
-    QVariant defaultValue;
-    QVariant constructed;
-    QVariant given;
-    QVariant stored;
-};
+using Field = SharedValueField<FeedChannel>;
 
 QDateTime day(int number) { return QDateTime(QDate(2020, 1, number), QTime(12, 0), Qt::UTC); }
 
@@ -118,44 +108,13 @@ const std::vector<Field> &fields()
     return all;
 }
 
-QVariantList valuesOf(const FeedChannel &channel)
-{
-    QVariantList values;
-    for (const Field &field : fields())
-        values.append(field.get(channel));
-    return values;
-}
-
 FeedChannel filled()
 {
     return FeedChannel("urn:1", "http://a/1", " title \t 1\n", image("http://i/1"), "type 1", "description 1",
                        day(1), day(2), "last week", messages("1 3 2"));
 }
 
-// The record is all that a node holds beside its virtual table.
-template <typename Node> const void *recordOf(const Node &node)
-{
-    static_assert(sizeof(Node) == 2 * sizeof(void *));
-    const void *record = nullptr;
-    std::memcpy(&record, reinterpret_cast<const char *>(&node) + sizeof(void *), sizeof record);
-    return record;
-}
-
-bool ownsItsRecordAlone(FeedChannel &channel)
-{
-    const void *before = recordOf(channel);
-    channel.detach();
-    return recordOf(channel) == before;
-}
-
 void add(FeedChannel &channel, FeedMessage child) { static_cast<FeedNode *>(&channel)->addChild(&child); }
-
-void addFieldRows()
-{
-    QTest::addColumn<int>("index");
-    for (size_t i = 0; i < fields().size(); ++i)
-        QTest::newRow(fields()[i].name) << int(i);
-}
 
 } // namespace
 
@@ -165,18 +124,18 @@ class tst_FeedChannel : public QObject
 
 private slots:
     void defaultIsAnEmptyChannel();
-    void constructorPutsEachArgumentInItsField();
-    void setterChangesItsFieldOnly_data() { addFieldRows(); }
-    void setterChangesItsFieldOnly();
-    void setterOnACopyLeavesTheOriginal_data() { addFieldRows(); }
-    void setterOnACopyLeavesTheOriginal();
-    void setterOnTheOriginalLeavesTheCopy_data() { addFieldRows(); }
-    void setterOnTheOriginalLeavesTheCopy();
-    void copySharesTheRecord();
-    void assignmentSharesTheRecord();
-    void assignmentWithinOneRecordChangesNothing();
-    void selfAssignmentChangesNothing();
-    void moveLeavesAUsableObject();
+    void constructorPutsEachArgumentInItsField() { shared.constructorPutsEachArgumentInItsField(); }
+    void setterChangesItsFieldOnly_data() { shared.addFieldRows(); }
+    void setterChangesItsFieldOnly() { shared.setterChangesItsFieldOnly(); }
+    void setterOnACopyLeavesTheOriginal_data() { shared.addFieldRows(); }
+    void setterOnACopyLeavesTheOriginal() { shared.setterOnACopyLeavesTheOriginal(); }
+    void setterOnTheOriginalLeavesTheCopy_data() { shared.addFieldRows(); }
+    void setterOnTheOriginalLeavesTheCopy() { shared.setterOnTheOriginalLeavesTheCopy(); }
+    void copySharesTheRecord() { shared.copySharesTheRecord(); }
+    void assignmentSharesTheRecord() { shared.assignmentSharesTheRecord(); }
+    void assignmentWithinOneRecordChangesNothing() { shared.assignmentWithinOneRecordChangesNothing(); }
+    void selfAssignmentChangesNothing() { shared.selfAssignmentChangesNothing(); }
+    void moveLeavesAUsableObject() { shared.moveLeavesAUsableObject(); }
     void detachMakesACopyOfAllFields();
     void detachKeepsARecordThatIsNotShared();
     void lastOwnerDeletesTheRecord();
@@ -195,169 +154,45 @@ private slots:
     void addChildIgnoresOtherNodesWithoutDetaching();
     void castsFromNodeToChannel();
     void copiesMayBeUsedInSeveralThreads();
+
+private:
+    const SharedValueTests<FeedChannel> shared{fields(), filled};
 };
 
 void tst_FeedChannel::defaultIsAnEmptyChannel()
 {
     const FeedChannel channel;
-    for (const Field &field : fields())
-        QVERIFY2(field.get(channel) == field.defaultValue, field.name);
     QVERIFY(channel.subscribedTime().isNull());
     QVERIFY(channel.updatedTime().isNull());
     QCOMPARE(int(channel.icon().type()), int(FeedEnclosure::Optional));
     QCOMPARE(channel.icon().uri(), QString());
-}
-
-void tst_FeedChannel::constructorPutsEachArgumentInItsField()
-{
-    const FeedChannel channel = filled();
-    for (const Field &field : fields())
-        QVERIFY2(field.get(channel) == field.constructed, field.name);
-}
-
-void tst_FeedChannel::setterChangesItsFieldOnly()
-{
-    QFETCH(int, index);
-    const Field &field = fields()[size_t(index)];
-    FeedChannel channel = filled();
-    QVariantList expected = valuesOf(channel);
-    QVERIFY(expected.at(index) != field.stored);
-    expected[index] = field.stored;
-
-    field.set(channel, field.given);
-    QCOMPARE(valuesOf(channel), expected);
-}
-
-void tst_FeedChannel::setterOnACopyLeavesTheOriginal()
-{
-    QFETCH(int, index);
-    const Field &field = fields()[size_t(index)];
-    const FeedChannel original = filled();
-    const QVariantList before = valuesOf(original);
-    FeedChannel copy = original;
-
-    field.set(copy, field.given);
-    QCOMPARE(valuesOf(original), before);
-    QCOMPARE(field.get(copy), field.stored);
-}
-
-void tst_FeedChannel::setterOnTheOriginalLeavesTheCopy()
-{
-    QFETCH(int, index);
-    const Field &field = fields()[size_t(index)];
-    FeedChannel original = filled();
-    const QVariantList before = valuesOf(original);
-    const FeedChannel copy = original;
-
-    field.set(original, field.given);
-    QCOMPARE(valuesOf(copy), before);
-    QCOMPARE(field.get(original), field.stored);
-}
-
-void tst_FeedChannel::copySharesTheRecord()
-{
-    const FeedChannel original = filled();
-    const FeedChannel copy = original;
-    QCOMPARE(recordOf(copy), recordOf(original));
-    QCOMPARE(valuesOf(copy), valuesOf(filled()));
-}
-
-void tst_FeedChannel::assignmentSharesTheRecord()
-{
-    const FeedChannel original = filled();
-    FeedChannel copy;
-    FeedChannel &result = (copy = original);
-    QCOMPARE(&result, &copy);
-    QCOMPARE(recordOf(copy), recordOf(original));
-    QCOMPARE(valuesOf(copy), valuesOf(filled()));
-}
-
-void tst_FeedChannel::assignmentWithinOneRecordChangesNothing()
-{
-    FeedChannel original = filled();
-    const void *record = recordOf(original);
-    {
-        FeedChannel copy = original;
-        copy = original;
-        original = copy;
-        QCOMPARE(recordOf(copy), record);
-        QCOMPARE(recordOf(original), record);
-    }
-    QVERIFY(ownsItsRecordAlone(original));
-    QCOMPARE(valuesOf(original), valuesOf(filled()));
-}
-
-void tst_FeedChannel::selfAssignmentChangesNothing()
-{
-    FeedChannel channel = filled();
-    const void *record = recordOf(channel);
-    const FeedChannel &alias = channel;
-    channel = alias;
-    QCOMPARE(recordOf(channel), record);
-    QVERIFY(ownsItsRecordAlone(channel));
-    QCOMPARE(valuesOf(channel), valuesOf(filled()));
-}
-
-void tst_FeedChannel::moveLeavesAUsableObject()
-{
-    FeedChannel original = filled();
-    FeedChannel moved = std::move(original);
-    QVERIFY(recordOf(original));
-    QCOMPARE(valuesOf(moved), valuesOf(filled()));
-
-    FeedChannel assigned;
-    assigned = std::move(moved);
-    QVERIFY(recordOf(moved));
-    QCOMPARE(valuesOf(assigned), valuesOf(filled()));
+    shared.defaultHasTheDefaultValues();
 }
 
 void tst_FeedChannel::detachMakesACopyOfAllFields()
 {
     FeedChannel original = filled();
-    const void *record = recordOf(original);
-    FeedChannel copy = original;
-
-    copy.detach();
-    QCOMPARE(recordOf(original), record);
-    QVERIFY(recordOf(copy) != record);
-    QCOMPARE(valuesOf(copy), valuesOf(original));
-    QCOMPARE(recordOf(copy.icon()), recordOf(original.icon()));
-    QVERIFY(ownsItsRecordAlone(copy));
-    QVERIFY(ownsItsRecordAlone(original));
+    {
+        FeedChannel copy = original;
+        copy.detach();
+        QVERIFY(recordOf(copy) != recordOf(original));
+        QCOMPARE(recordOf(copy.icon()), recordOf(original.icon()));
+    }
+    shared.detachMakesACopyOfAllFields(original);
 }
 
 void tst_FeedChannel::detachKeepsARecordThatIsNotShared()
 {
-    FeedChannel channel = filled();
-    const void *record = recordOf(channel);
-    channel.detach();
-    QCOMPARE(recordOf(channel), record);
-    channel.setUri("other");
-    QCOMPARE(recordOf(channel), record);
+    shared.detachKeepsARecordThatIsNotShared([](FeedChannel &channel) { channel.setUri("other"); });
 }
 
 void tst_FeedChannel::lastOwnerDeletesTheRecord()
 {
-    QString uri = QString("urn:") + QString::number(1);
-    QString iconUrl = QString("http://i/") + QString::number(1);
-    QString title = QString("title ") + QString::number(1);
-    {
-        FeedChannel copy;
-        {
-            FeedChannel original;
-            original.setUri(uri);
-            original.setIcon(image(iconUrl));
-            original.insertMessage(message(title, day(1)));
-            copy = original;
-        }
-        QVERIFY(!uri.isDetached());
-        QVERIFY(!iconUrl.isDetached());
-        QVERIFY(!title.isDetached());
-        QCOMPARE(copy.uri(), uri);
-    }
-    QVERIFY(uri.isDetached());
-    QVERIFY(iconUrl.isDetached());
-    QVERIFY(title.isDetached());
+    shared.lastOwnerDeletesTheRecord(3, [](FeedChannel &channel, const std::vector<QString> &texts) {
+        channel.setUri(texts[0]);
+        channel.setIcon(image(texts[1]));
+        channel.insertMessage(message(texts[2], day(1)));
+    });
 }
 
 void tst_FeedChannel::iconSharesTheRecordOfTheChannelsImage()
@@ -559,7 +394,7 @@ void tst_FeedChannel::addChildIgnoresOtherNodesWithoutDetaching()
     for (FeedNode *child : children)
         static_cast<FeedNode *>(&channel)->addChild(child);
     QCOMPARE(recordOf(channel), recordOf(copy));
-    QCOMPARE(valuesOf(channel), valuesOf(filled()));
+    QCOMPARE(shared.valuesOf(channel), shared.valuesOf(filled()));
 }
 
 void tst_FeedChannel::castsFromNodeToChannel()
@@ -575,25 +410,10 @@ void tst_FeedChannel::castsFromNodeToChannel()
 
 void tst_FeedChannel::copiesMayBeUsedInSeveralThreads()
 {
-    constexpr int Threads = 4;
-    constexpr int Rounds = 20000;
-    FeedChannel original = filled();
-    std::vector<std::thread> threads;
-    for (int i = 0; i < Threads; ++i) {
-        threads.emplace_back([copy = original] {
-            FeedMessage child = message("4", day(4));
-            for (int round = 0; round < Rounds; ++round) {
-                const FeedChannel second = copy;
-                FeedChannel third = second;
-                third.addChild(&child);
-            }
+    shared.copiesMayBeUsedInSeveralThreads(
+        [child = message("4", day(4))](FeedChannel &channel, const FeedChannel &, int) mutable {
+            channel.addChild(&child);
         });
-    }
-    for (std::thread &thread : threads)
-        thread.join();
-    threads.clear();
-    QVERIFY(ownsItsRecordAlone(original));
-    QCOMPARE(valuesOf(original), valuesOf(filled()));
 }
 
 QTEST_APPLESS_MAIN(tst_FeedChannel)

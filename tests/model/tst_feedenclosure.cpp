@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
+#include "sharedvalue.h"
+
 #include <feedchannel.h>
 #include <feedenclosure.h>
 #include <feedmessage.h>
 
 #include <QtTest>
 
-#include <cstring>
-#include <thread>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 static_assert(std::is_abstract_v<FeedNode>);
@@ -35,15 +34,7 @@ static_assert(
 
 namespace {
 
-struct Field
-{
-    const char *name;
-    QVariant (*get)(const FeedEnclosure &);
-    void (*set)(FeedEnclosure &, const QVariant &);
-    QVariant defaultValue;
-    QVariant constructed;
-    QVariant other;
-};
+using Field = SharedValueField<FeedEnclosure>;
 
 const std::vector<Field> &fields()
 {
@@ -74,39 +65,9 @@ const std::vector<Field> &fields()
     return all;
 }
 
-QVariantList valuesOf(const FeedEnclosure &enclosure)
-{
-    QVariantList values;
-    for (const Field &field : fields())
-        values.append(field.get(enclosure));
-    return values;
-}
-
 FeedEnclosure filled()
 {
     return FeedEnclosure("urn:1", "http://a/1", "file:///1", "media", 11, FeedEnclosure::Essential, 22, true);
-}
-
-// The record is all that an enclosure holds beside its virtual table.
-const void *recordOf(const FeedEnclosure &enclosure)
-{
-    const void *record = nullptr;
-    std::memcpy(&record, reinterpret_cast<const char *>(&enclosure) + sizeof(void *), sizeof record);
-    return record;
-}
-
-bool ownsItsRecordAlone(FeedEnclosure &enclosure)
-{
-    const void *before = recordOf(enclosure);
-    enclosure.detach();
-    return recordOf(enclosure) == before;
-}
-
-void addFieldRows()
-{
-    QTest::addColumn<int>("index");
-    for (size_t i = 0; i < fields().size(); ++i)
-        QTest::newRow(fields()[i].name) << int(i);
 }
 
 } // namespace
@@ -116,20 +77,20 @@ class tst_FeedEnclosure : public QObject
     Q_OBJECT
 
 private slots:
-    void defaultIsAnEmptyOptionalEnclosure();
-    void constructorPutsEachArgumentInItsField();
-    void setterChangesItsFieldOnly_data() { addFieldRows(); }
-    void setterChangesItsFieldOnly();
-    void setterOnACopyLeavesTheOriginal_data() { addFieldRows(); }
-    void setterOnACopyLeavesTheOriginal();
-    void setterOnTheOriginalLeavesTheCopy_data() { addFieldRows(); }
-    void setterOnTheOriginalLeavesTheCopy();
+    void defaultIsAnEmptyOptionalEnclosure() { shared.defaultHasTheDefaultValues(); }
+    void constructorPutsEachArgumentInItsField() { shared.constructorPutsEachArgumentInItsField(); }
+    void setterChangesItsFieldOnly_data() { shared.addFieldRows(); }
+    void setterChangesItsFieldOnly() { shared.setterChangesItsFieldOnly(); }
+    void setterOnACopyLeavesTheOriginal_data() { shared.addFieldRows(); }
+    void setterOnACopyLeavesTheOriginal() { shared.setterOnACopyLeavesTheOriginal(); }
+    void setterOnTheOriginalLeavesTheCopy_data() { shared.addFieldRows(); }
+    void setterOnTheOriginalLeavesTheCopy() { shared.setterOnTheOriginalLeavesTheCopy(); }
     void typeKeepsUnknownValues();
-    void copySharesTheRecord();
-    void assignmentSharesTheRecord();
-    void assignmentWithinOneRecordChangesNothing();
-    void selfAssignmentChangesNothing();
-    void moveLeavesAUsableObject();
+    void copySharesTheRecord() { shared.copySharesTheRecord(); }
+    void assignmentSharesTheRecord() { shared.assignmentSharesTheRecord(); }
+    void assignmentWithinOneRecordChangesNothing() { shared.assignmentWithinOneRecordChangesNothing(); }
+    void selfAssignmentChangesNothing() { shared.selfAssignmentChangesNothing(); }
+    void moveLeavesAUsableObject() { shared.moveLeavesAUsableObject(); }
     void detachMakesACopyOfAllFields();
     void detachKeepsARecordThatIsNotShared();
     void lastOwnerDeletesTheRecord();
@@ -138,60 +99,10 @@ private slots:
     void addChildChangesNothing();
     void castsFromNodeToEnclosure();
     void copiesMayBeUsedInSeveralThreads();
+
+private:
+    const SharedValueTests<FeedEnclosure> shared{fields(), filled};
 };
-
-void tst_FeedEnclosure::defaultIsAnEmptyOptionalEnclosure()
-{
-    const FeedEnclosure enclosure;
-    for (const Field &field : fields())
-        QVERIFY2(field.get(enclosure) == field.defaultValue, field.name);
-}
-
-void tst_FeedEnclosure::constructorPutsEachArgumentInItsField()
-{
-    const FeedEnclosure enclosure = filled();
-    for (const Field &field : fields())
-        QVERIFY2(field.get(enclosure) == field.constructed, field.name);
-}
-
-void tst_FeedEnclosure::setterChangesItsFieldOnly()
-{
-    QFETCH(int, index);
-    const Field &field = fields()[size_t(index)];
-    FeedEnclosure enclosure = filled();
-    QVariantList expected = valuesOf(enclosure);
-    QVERIFY(expected.at(index) != field.other);
-    expected[index] = field.other;
-
-    field.set(enclosure, field.other);
-    QCOMPARE(valuesOf(enclosure), expected);
-}
-
-void tst_FeedEnclosure::setterOnACopyLeavesTheOriginal()
-{
-    QFETCH(int, index);
-    const Field &field = fields()[size_t(index)];
-    const FeedEnclosure original = filled();
-    const QVariantList before = valuesOf(original);
-    FeedEnclosure copy = original;
-
-    field.set(copy, field.other);
-    QCOMPARE(valuesOf(original), before);
-    QCOMPARE(field.get(copy), field.other);
-}
-
-void tst_FeedEnclosure::setterOnTheOriginalLeavesTheCopy()
-{
-    QFETCH(int, index);
-    const Field &field = fields()[size_t(index)];
-    FeedEnclosure original = filled();
-    const QVariantList before = valuesOf(original);
-    const FeedEnclosure copy = original;
-
-    field.set(original, field.other);
-    QCOMPARE(valuesOf(copy), before);
-    QCOMPARE(field.get(original), field.other);
-}
 
 void tst_FeedEnclosure::typeKeepsUnknownValues()
 {
@@ -202,104 +113,23 @@ void tst_FeedEnclosure::typeKeepsUnknownValues()
     }
 }
 
-void tst_FeedEnclosure::copySharesTheRecord()
-{
-    FeedEnclosure original = filled();
-    FeedEnclosure copy = original;
-    QCOMPARE(recordOf(copy), recordOf(original));
-    QCOMPARE(valuesOf(copy), valuesOf(filled()));
-}
-
-void tst_FeedEnclosure::assignmentSharesTheRecord()
-{
-    FeedEnclosure original = filled();
-    FeedEnclosure copy;
-    FeedEnclosure &result = (copy = original);
-    QCOMPARE(&result, &copy);
-    QCOMPARE(recordOf(copy), recordOf(original));
-    QCOMPARE(valuesOf(copy), valuesOf(filled()));
-}
-
-void tst_FeedEnclosure::assignmentWithinOneRecordChangesNothing()
-{
-    FeedEnclosure original = filled();
-    const void *record = recordOf(original);
-    {
-        FeedEnclosure copy = original;
-        copy = original;
-        original = copy;
-        QCOMPARE(recordOf(copy), record);
-        QCOMPARE(recordOf(original), record);
-    }
-    QVERIFY(ownsItsRecordAlone(original));
-    QCOMPARE(valuesOf(original), valuesOf(filled()));
-}
-
-void tst_FeedEnclosure::selfAssignmentChangesNothing()
-{
-    FeedEnclosure enclosure = filled();
-    const void *record = recordOf(enclosure);
-    const FeedEnclosure &alias = enclosure;
-    enclosure = alias;
-    QCOMPARE(recordOf(enclosure), record);
-    QVERIFY(ownsItsRecordAlone(enclosure));
-    QCOMPARE(valuesOf(enclosure), valuesOf(filled()));
-}
-
-void tst_FeedEnclosure::moveLeavesAUsableObject()
-{
-    FeedEnclosure original = filled();
-    FeedEnclosure moved = std::move(original);
-    QVERIFY(recordOf(original));
-    QVERIFY(recordOf(moved));
-    QCOMPARE(valuesOf(moved), valuesOf(filled()));
-
-    FeedEnclosure assigned;
-    assigned = std::move(moved);
-    QVERIFY(recordOf(moved));
-    QCOMPARE(valuesOf(assigned), valuesOf(filled()));
-}
-
 void tst_FeedEnclosure::detachMakesACopyOfAllFields()
 {
     FeedEnclosure original = filled();
     original.setMimeType("audio/ogg");
     original.setTypeIcon("audio-icon");
-    const void *record = recordOf(original);
-    FeedEnclosure copy = original;
-
-    copy.detach();
-    QCOMPARE(recordOf(original), record);
-    QVERIFY(recordOf(copy) != record);
-    QCOMPARE(valuesOf(copy), valuesOf(original));
-    QVERIFY(ownsItsRecordAlone(copy));
-    QVERIFY(ownsItsRecordAlone(original));
+    shared.detachMakesACopyOfAllFields(original);
 }
 
 void tst_FeedEnclosure::detachKeepsARecordThatIsNotShared()
 {
-    FeedEnclosure enclosure = filled();
-    const void *record = recordOf(enclosure);
-    enclosure.detach();
-    QCOMPARE(recordOf(enclosure), record);
-    enclosure.setLength(5);
-    QCOMPARE(recordOf(enclosure), record);
+    shared.detachKeepsARecordThatIsNotShared([](FeedEnclosure &enclosure) { enclosure.setLength(5); });
 }
 
 void tst_FeedEnclosure::lastOwnerDeletesTheRecord()
 {
-    QString text = QString("urn:") + QString::number(1);
-    {
-        FeedEnclosure copy;
-        {
-            FeedEnclosure original;
-            original.setUri(text);
-            copy = original;
-        }
-        QVERIFY(!text.isDetached());
-        QCOMPARE(copy.uri(), text);
-    }
-    QVERIFY(text.isDetached());
+    shared.lastOwnerDeletesTheRecord(
+        1, [](FeedEnclosure &enclosure, const std::vector<QString> &texts) { enclosure.setUri(texts[0]); });
 }
 
 void tst_FeedEnclosure::assignmentDeletesTheRecordThatNobodyHolds()
@@ -343,7 +173,7 @@ void tst_FeedEnclosure::addChildChangesNothing()
     for (FeedNode *child : children)
         static_cast<FeedNode *>(&enclosure)->addChild(child);
     QCOMPARE(recordOf(enclosure), recordOf(copy));
-    QCOMPARE(valuesOf(enclosure), valuesOf(filled()));
+    QCOMPARE(shared.valuesOf(enclosure), shared.valuesOf(filled()));
 }
 
 void tst_FeedEnclosure::castsFromNodeToEnclosure()
@@ -359,24 +189,9 @@ void tst_FeedEnclosure::castsFromNodeToEnclosure()
 
 void tst_FeedEnclosure::copiesMayBeUsedInSeveralThreads()
 {
-    constexpr int Threads = 4;
-    constexpr int Rounds = 20000;
-    FeedEnclosure original = filled();
-    std::vector<std::thread> threads;
-    for (int i = 0; i < Threads; ++i) {
-        threads.emplace_back([copy = original, i] {
-            for (int round = 0; round < Rounds; ++round) {
-                const FeedEnclosure second = copy;
-                FeedEnclosure third = second;
-                third.setLength(unsigned(i));
-            }
-        });
-    }
-    for (std::thread &thread : threads)
-        thread.join();
-    threads.clear();
-    QVERIFY(ownsItsRecordAlone(original));
-    QCOMPARE(valuesOf(original), valuesOf(filled()));
+    shared.copiesMayBeUsedInSeveralThreads([](FeedEnclosure &enclosure, const FeedEnclosure &, int thread) {
+        enclosure.setLength(unsigned(thread));
+    });
 }
 
 QTEST_APPLESS_MAIN(tst_FeedEnclosure)

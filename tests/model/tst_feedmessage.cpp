@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
+#include "sharedvalue.h"
+
 #include <feedchannel.h>
 #include <feedenclosure.h>
 #include <feedmessage.h>
 
 #include <QtTest>
 
-#include <cstring>
-#include <thread>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 static_assert(std::is_base_of_v<FeedNode, FeedMessage>);
@@ -22,16 +21,7 @@ static_assert(!std::is_convertible_v<QString, FeedMessage>);
 
 namespace {
 
-struct Field
-{
-    const char *name;
-    QVariant (*get)(const FeedMessage &);
-    void (*set)(FeedMessage &, const QVariant &);
-    QVariant defaultValue;
-    QVariant constructed;
-    QVariant given;
-    QVariant stored;
-};
+using Field = SharedValueField<FeedMessage>;
 
 QDateTime day(int number) { return QDateTime(QDate(2020, 1, number), QTime(12, 0), Qt::UTC); }
 
@@ -96,43 +86,13 @@ const std::vector<Field> &fields()
     return all;
 }
 
-QVariantList valuesOf(const FeedMessage &message)
-{
-    QVariantList values;
-    for (const Field &field : fields())
-        values.append(field.get(message));
-    return values;
-}
-
 FeedMessage filled()
 {
     return FeedMessage("title 1", " http://a/1\n", "id 1", "description 1", "summary 1", day(1),
                        enclosures({"e1", "e2"}), day(2), true);
 }
 
-// The record is all that a message holds beside its virtual table.
-const void *recordOf(const FeedMessage &message)
-{
-    const void *record = nullptr;
-    std::memcpy(&record, reinterpret_cast<const char *>(&message) + sizeof(void *), sizeof record);
-    return record;
-}
-
-bool ownsItsRecordAlone(FeedMessage &message)
-{
-    const void *before = recordOf(message);
-    message.detach();
-    return recordOf(message) == before;
-}
-
 void add(FeedMessage &message, FeedEnclosure child) { static_cast<FeedNode *>(&message)->addChild(&child); }
-
-void addFieldRows()
-{
-    QTest::addColumn<int>("index");
-    for (size_t i = 0; i < fields().size(); ++i)
-        QTest::newRow(fields()[i].name) << int(i);
-}
 
 } // namespace
 
@@ -143,19 +103,19 @@ class tst_FeedMessage : public QObject
 private slots:
     void defaultIsAnEmptyMessage();
     void fourArgumentConstructorSetsTheDownloadedTime();
-    void fullConstructorPutsEachArgumentInItsField();
-    void setterChangesItsFieldOnly_data() { addFieldRows(); }
-    void setterChangesItsFieldOnly();
-    void setterOnACopyLeavesTheOriginal_data() { addFieldRows(); }
-    void setterOnACopyLeavesTheOriginal();
-    void setterOnTheOriginalLeavesTheCopy_data() { addFieldRows(); }
-    void setterOnTheOriginalLeavesTheCopy();
+    void fullConstructorPutsEachArgumentInItsField() { shared.constructorPutsEachArgumentInItsField(); }
+    void setterChangesItsFieldOnly_data() { shared.addFieldRows(); }
+    void setterChangesItsFieldOnly() { shared.setterChangesItsFieldOnly(); }
+    void setterOnACopyLeavesTheOriginal_data() { shared.addFieldRows(); }
+    void setterOnACopyLeavesTheOriginal() { shared.setterOnACopyLeavesTheOriginal(); }
+    void setterOnTheOriginalLeavesTheCopy_data() { shared.addFieldRows(); }
+    void setterOnTheOriginalLeavesTheCopy() { shared.setterOnTheOriginalLeavesTheCopy(); }
     void favoriteMayBeSetAndTakenBack();
-    void copySharesTheRecord();
-    void assignmentSharesTheRecord();
-    void assignmentWithinOneRecordChangesNothing();
-    void selfAssignmentChangesNothing();
-    void moveLeavesAUsableObject();
+    void copySharesTheRecord() { shared.copySharesTheRecord(); }
+    void assignmentSharesTheRecord() { shared.assignmentSharesTheRecord(); }
+    void assignmentWithinOneRecordChangesNothing() { shared.assignmentWithinOneRecordChangesNothing(); }
+    void selfAssignmentChangesNothing() { shared.selfAssignmentChangesNothing(); }
+    void moveLeavesAUsableObject() { shared.moveLeavesAUsableObject(); }
     void detachMakesACopyOfAllFields();
     void detachKeepsARecordThatIsNotShared();
     void lastOwnerDeletesTheRecord();
@@ -177,75 +137,31 @@ private slots:
     void addChildIgnoresOtherNodesWithoutDetaching();
     void castsFromNodeToMessage();
     void copiesMayBeUsedInSeveralThreads();
+
+private:
+    const SharedValueTests<FeedMessage> shared{fields(), filled};
 };
 
 void tst_FeedMessage::defaultIsAnEmptyMessage()
 {
     const FeedMessage message;
-    for (const Field &field : fields())
-        QVERIFY2(field.get(message) == field.defaultValue, field.name);
     QVERIFY(message.publishedDate().isNull());
     QVERIFY(message.downloadedTime().isNull());
     QVERIFY(message.baseUrl().isEmpty());
+    shared.defaultHasTheDefaultValues();
 }
 
 void tst_FeedMessage::fourArgumentConstructorSetsTheDownloadedTime()
 {
     FeedMessage expected;
-    QVariantList values = valuesOf(expected);
+    QVariantList values = shared.valuesOf(expected);
     values[0] = "title 1";
     values[1] = " http://a/1\n";
     values[3] = "description 1";
     values[8] = day(2);
 
     const FeedMessage message("title 1", " http://a/1\n", "description 1", day(2));
-    QCOMPARE(valuesOf(message), values);
-}
-
-void tst_FeedMessage::fullConstructorPutsEachArgumentInItsField()
-{
-    const FeedMessage message = filled();
-    for (const Field &field : fields())
-        QVERIFY2(field.get(message) == field.constructed, field.name);
-}
-
-void tst_FeedMessage::setterChangesItsFieldOnly()
-{
-    QFETCH(int, index);
-    const Field &field = fields()[size_t(index)];
-    FeedMessage message = filled();
-    QVariantList expected = valuesOf(message);
-    QVERIFY(expected.at(index) != field.stored);
-    expected[index] = field.stored;
-
-    field.set(message, field.given);
-    QCOMPARE(valuesOf(message), expected);
-}
-
-void tst_FeedMessage::setterOnACopyLeavesTheOriginal()
-{
-    QFETCH(int, index);
-    const Field &field = fields()[size_t(index)];
-    const FeedMessage original = filled();
-    const QVariantList before = valuesOf(original);
-    FeedMessage copy = original;
-
-    field.set(copy, field.given);
-    QCOMPARE(valuesOf(original), before);
-    QCOMPARE(field.get(copy), field.stored);
-}
-
-void tst_FeedMessage::setterOnTheOriginalLeavesTheCopy()
-{
-    QFETCH(int, index);
-    const Field &field = fields()[size_t(index)];
-    FeedMessage original = filled();
-    const QVariantList before = valuesOf(original);
-    const FeedMessage copy = original;
-
-    field.set(original, field.given);
-    QCOMPARE(valuesOf(copy), before);
-    QCOMPARE(field.get(original), field.stored);
+    QCOMPARE(shared.valuesOf(message), values);
 }
 
 void tst_FeedMessage::favoriteMayBeSetAndTakenBack()
@@ -257,106 +173,24 @@ void tst_FeedMessage::favoriteMayBeSetAndTakenBack()
     QVERIFY(!message.isFavorite());
 }
 
-void tst_FeedMessage::copySharesTheRecord()
-{
-    const FeedMessage original = filled();
-    const FeedMessage copy = original;
-    QCOMPARE(recordOf(copy), recordOf(original));
-    QCOMPARE(valuesOf(copy), valuesOf(filled()));
-}
-
-void tst_FeedMessage::assignmentSharesTheRecord()
-{
-    const FeedMessage original = filled();
-    FeedMessage copy;
-    FeedMessage &result = (copy = original);
-    QCOMPARE(&result, &copy);
-    QCOMPARE(recordOf(copy), recordOf(original));
-    QCOMPARE(valuesOf(copy), valuesOf(filled()));
-}
-
-void tst_FeedMessage::assignmentWithinOneRecordChangesNothing()
-{
-    FeedMessage original = filled();
-    const void *record = recordOf(original);
-    {
-        FeedMessage copy = original;
-        copy = original;
-        original = copy;
-        QCOMPARE(recordOf(copy), record);
-        QCOMPARE(recordOf(original), record);
-    }
-    QVERIFY(ownsItsRecordAlone(original));
-    QCOMPARE(valuesOf(original), valuesOf(filled()));
-}
-
-void tst_FeedMessage::selfAssignmentChangesNothing()
-{
-    FeedMessage message = filled();
-    const void *record = recordOf(message);
-    const FeedMessage &alias = message;
-    message = alias;
-    QCOMPARE(recordOf(message), record);
-    QVERIFY(ownsItsRecordAlone(message));
-    QCOMPARE(valuesOf(message), valuesOf(filled()));
-}
-
-void tst_FeedMessage::moveLeavesAUsableObject()
-{
-    FeedMessage original = filled();
-    FeedMessage moved = std::move(original);
-    QVERIFY(recordOf(original));
-    QCOMPARE(valuesOf(moved), valuesOf(filled()));
-
-    FeedMessage assigned;
-    assigned = std::move(moved);
-    QVERIFY(recordOf(moved));
-    QCOMPARE(valuesOf(assigned), valuesOf(filled()));
-}
-
 void tst_FeedMessage::detachMakesACopyOfAllFields()
 {
     FeedMessage original = filled();
     original.setBaseUrl(QUrl("http://b/"));
-    const void *record = recordOf(original);
-    FeedMessage copy = original;
-
-    copy.detach();
-    QCOMPARE(recordOf(original), record);
-    QVERIFY(recordOf(copy) != record);
-    QCOMPARE(valuesOf(copy), valuesOf(original));
-    QVERIFY(ownsItsRecordAlone(copy));
-    QVERIFY(ownsItsRecordAlone(original));
+    shared.detachMakesACopyOfAllFields(original);
 }
 
 void tst_FeedMessage::detachKeepsARecordThatIsNotShared()
 {
-    FeedMessage message = filled();
-    const void *record = recordOf(message);
-    message.detach();
-    QCOMPARE(recordOf(message), record);
-    message.setTitle("other");
-    QCOMPARE(recordOf(message), record);
+    shared.detachKeepsARecordThatIsNotShared([](FeedMessage &message) { message.setTitle("other"); });
 }
 
 void tst_FeedMessage::lastOwnerDeletesTheRecord()
 {
-    QString title = QString("title ") + QString::number(1);
-    QString uri = QString("urn:") + QString::number(1);
-    {
-        FeedMessage copy;
-        {
-            FeedMessage original;
-            original.setTitle(title);
-            original.addEnclosure(enclosure(uri));
-            copy = original;
-        }
-        QVERIFY(!title.isDetached());
-        QVERIFY(!uri.isDetached());
-        QCOMPARE(copy.title(), title);
-    }
-    QVERIFY(title.isDetached());
-    QVERIFY(uri.isDetached());
+    shared.lastOwnerDeletesTheRecord(2, [](FeedMessage &message, const std::vector<QString> &texts) {
+        message.setTitle(texts[0]);
+        message.addEnclosure(enclosure(texts[1]));
+    });
 }
 
 void tst_FeedMessage::addEnclosureAppendsWithoutMerging()
@@ -530,7 +364,7 @@ void tst_FeedMessage::addChildIgnoresOtherNodesWithoutDetaching()
     for (FeedNode *child : children)
         static_cast<FeedNode *>(&message)->addChild(child);
     QCOMPARE(recordOf(message), recordOf(copy));
-    QCOMPARE(valuesOf(message), valuesOf(filled()));
+    QCOMPARE(shared.valuesOf(message), shared.valuesOf(filled()));
 }
 
 void tst_FeedMessage::castsFromNodeToMessage()
@@ -546,24 +380,9 @@ void tst_FeedMessage::castsFromNodeToMessage()
 
 void tst_FeedMessage::copiesMayBeUsedInSeveralThreads()
 {
-    constexpr int Threads = 4;
-    constexpr int Rounds = 20000;
-    FeedMessage original = filled();
-    std::vector<std::thread> threads;
-    for (int i = 0; i < Threads; ++i) {
-        threads.emplace_back([copy = original] {
-            for (int round = 0; round < Rounds; ++round) {
-                const FeedMessage second = copy;
-                FeedMessage third = second;
-                third.addEnclosure(second.enclosures());
-            }
-        });
-    }
-    for (std::thread &thread : threads)
-        thread.join();
-    threads.clear();
-    QVERIFY(ownsItsRecordAlone(original));
-    QCOMPARE(valuesOf(original), valuesOf(filled()));
+    shared.copiesMayBeUsedInSeveralThreads([](FeedMessage &message, const FeedMessage &sharer, int) {
+        message.addEnclosure(sharer.enclosures());
+    });
 }
 
 QTEST_APPLESS_MAIN(tst_FeedMessage)
