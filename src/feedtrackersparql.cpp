@@ -205,9 +205,9 @@ QList<FeedChannel> FeedTrackerSparql::allChannels() const
 {
     const QSparqlQuery query =
         statement("select ?u ?t ?l ?n ?c ?v ?b where {?u a mfo:FeedChannel; . OPTIONAL{?u nie:title ?t.}. "
-                  "OPTIONAL { ?u nie:links ?l . }. OPTIONAL{?u nie:characterSet ?n. }. OPTIONAL {?u "
-                  "nie:comment ?c . }. "
-                  "OPTIONAL {?u nie:created ?v . }. OPTIONAL {?u nie:contentLastModified ?b . }}",
+                  "OPTIONAL { ?u nie:links ?l . }. OPTIONAL{?u nie:characterSet ?n. }. "
+                  "OPTIONAL {?u nie:comment ?c . }. OPTIONAL {?u nie:created ?v . }. "
+                  "OPTIONAL {?u nie:contentLastModified ?b . }}",
                   QSparqlQuery::SelectStatement);
     const StoreResult result =
         execute(m_connection, query, HERE,
@@ -237,9 +237,9 @@ FeedChannel FeedTrackerSparql::channelForUri(const QString &uri) const
     }
     const QSparqlQuery query =
         queryFor("select ?u ?t ?l ?n ?c ?v ?b where {?u a mfo:FeedChannel. OPTIONAL{?u nie:title ?t.}. "
-                 "OPTIONAL { ?u nie:links ?l . }. OPTIONAL{?u nie:characterSet ?n . }. OPTIONAL {?u "
-                 "nie:comment ?c . }. "
-                 "OPTIONAL {?u nie:created ?v . }. OPTIONAL {?u nie:contentLastModified ?b . } "
+                 "OPTIONAL { ?u nie:links ?l . }. OPTIONAL{?u nie:characterSet ?n . }. "
+                 "OPTIONAL {?u nie:comment ?c . }. OPTIONAL {?u nie:created ?v . }. "
+                 "OPTIONAL {?u nie:contentLastModified ?b . } "
                  "FILTER ((?u = ?:channel_uri)) }",
                  "channel_uri", QUrl(uri));
     TRACE_DEBUG << "Prepared Query: " << query.preparedQueryText();
@@ -282,8 +282,7 @@ QList<FeedMessage> FeedTrackerSparql::messagesForChannel(const QString &channelU
 {
     const QSparqlQuery query = queryFor(
         "SELECT ?_feedMessage ?_title ?_content ?_link ?_contentCreated ?_downloadedTime ?_tag ?_summary "
-        "WHERE { "
-        "?_feedMessage a mfo:FeedMessage  . ?_feedMessage nie:isLogicalPartOf ?:channelUri . "
+        "WHERE { ?_feedMessage a mfo:FeedMessage  . ?_feedMessage nie:isLogicalPartOf ?:channelUri . "
         "?_feedMessage nie:title ?_title . ?_feedMessage nie:description ?_content . "
         "?_feedMessage nie:subject ?_summary . ?_feedMessage nie:links ?_link . "
         "?_feedMessage mfo:downloadedTime ?_downloadedTime .OPTIONAL { ?_feedMessage nie:contentCreated "
@@ -300,9 +299,8 @@ QList<FeedEnclosure> FeedTrackerSparql::enclosuresForMessage(const QString &mess
         "SELECT ?_enclosure ?_remLink ?_locLink ?_id  ?_size ?_default ?_optional ?_mimeType WHERE { "
         "?_enclosure a mfo:Enclosure;  nie:isLogicalPartOf ?:messageUri; mfo:remoteLink ?_remLink; "
         "mfo:localLink ?_locLink; nie:identifier ?_id; nie:contentSize ?_size; mfo:groupDefault ?_default; "
-        "mfo:optional ?_optional. OPTIONAL { ?_enclosure mfo:image ?_image. }OPTIONAL { ?_enclosure "
-        "nie:mimeType "
-        "?_mimeType. } }",
+        "mfo:optional ?_optional. OPTIONAL { ?_enclosure mfo:image ?_image. }"
+        "OPTIONAL { ?_enclosure nie:mimeType ?_mimeType. } }",
         "messageUri", QUrl(messageUri));
     const StoreResult result =
         execute(m_connection, query, HERE, {"Query Execution failed", "Query Execution Failed"});
@@ -316,9 +314,9 @@ FeedEnclosure FeedTrackerSparql::enclosureForUri(const QString &uri) const
         return {};
     }
     const QSparqlQuery query = queryFor(
-        "select ?u ?rl ?ll ?i ?s ?d ?o ?icon ?m where {?u a mfo:Enclosure. OPTIONAL {?u mfo:remoteLink ?rl.} "
-        ". "
-        "OPTIONAL {?u mfo:localLink ?ll.} . OPTIONAL {?u nie:identifier ?i.} . "
+        "select ?u ?rl ?ll ?i ?s ?d ?o ?icon ?m where {?u a mfo:Enclosure. "
+        "OPTIONAL {?u mfo:remoteLink ?rl.} . OPTIONAL {?u mfo:localLink ?ll.} . "
+        "OPTIONAL {?u nie:identifier ?i.} . "
         "OPTIONAL {?u nie:contentSize ?s.}. OPTIONAL {?u mfo:groupDefault ?d.}. "
         "OPTIONAL {?u mfo:optional ?o.}. OPTIONAL {?u mfo:image ?icon.}. OPTIONAL {?u nie:mimeType ?m.} "
         "FILTER (?u = ?:enclosure_uri)}",
