@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "qsparqlbinding.h"
 
+#include "sparqllexer_p.h"
+
 #include <QDateTime>
 #include <QDebug>
 #include <QLocale>
@@ -41,7 +43,7 @@ QString iri(const QString &text)
 {
     QString result;
     for (const QChar character : text) {
-        if (character.unicode() <= u' ' || QStringView(u"<>\"{}|^`\\").contains(character))
+        if (isForbiddenInIri(character))
             result += QStringLiteral("%%1").arg(character.unicode(), 2, 16, QLatin1Char('0')).toUpper();
         else
             result += character;

@@ -5,12 +5,12 @@ namespace {
 
 bool isWordCharacter(QChar character) { return character.isLetterOrNumber() || character == u'_'; }
 
+} // namespace
+
 bool isForbiddenInIri(QChar character)
 {
     return character.unicode() <= u' ' || QStringView(u"<>\"{}|^`\\").contains(character);
 }
-
-} // namespace
 
 SparqlLexer::SparqlLexer(QStringView text) : m_text(text) { }
 

@@ -4,6 +4,9 @@
 
 #include <QString>
 
+/// True for what may not stand between the angle brackets of an IRI.
+bool isForbiddenInIri(QChar character);
+
 /// A piece of a SPARQL statement.
 struct SparqlToken
 {

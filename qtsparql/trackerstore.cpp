@@ -103,9 +103,10 @@ SparqlTable::Cell readCell(TrackerSparqlCursor *cursor, int column)
 QSparqlError refuseNull(const QString &statement)
 {
     // Tracker takes zero-terminated text, so that the rest of such a statement would silently be left out.
-    return statement.contains(QChar(u'\0')) ? QSparqlError(
-               QStringLiteral("The statement contains a null character"), QSparqlError::StatementError)
-                                            : QSparqlError();
+    if (!statement.contains(QChar(u'\0')))
+        return QSparqlError();
+    return QSparqlError(QStringLiteral("The statement contains a null character"),
+                        QSparqlError::StatementError);
 }
 
 bool waitFor(QLockFile *lock)
