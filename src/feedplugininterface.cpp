@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "feedplugininterface.h"
+
+namespace {
+
+const QString interfaceVersion = QStringLiteral("0.1");
+
+} // namespace
+
+FeedPluginInterface::FeedPluginInterface(QObject *parent) : QObject(parent) { }
+
+FeedPluginInterface::~FeedPluginInterface() = default;
+
+QString FeedPluginInterface::version() const { return interfaceVersion; }
