@@ -41,6 +41,8 @@ private Q_SLOTS:
     void stockProgramBesideAnOpenConnection();
     void stockProgramWrites();
     void storeThatAStockProgramMade();
+    void readersProperties_data();
+    void readersProperties();
     void wordsAreFound();
 };
 
@@ -271,6 +273,40 @@ void TestOntology::storeThatAStockProgramMade()
     const auto connection = ScratchStore::connect(dir.path());
     QVERIFY2(connection->isValid(), qPrintable(connection->lastError().message()));
     QCOMPARE(ScratchStore::rows(*connection, readFeed.value(0)), QStringList(feed.value(0)));
+}
+
+void TestOntology::readersProperties_data()
+{
+    QTest::addColumn<bool>("stockMade");
+    QTest::newRow("a new store") << false;
+    QTest::newRow("a store that does not know them yet") << true;
+}
+
+void TestOntology::readersProperties()
+{
+    QFETCH(bool, stockMade);
+    const QTemporaryDir dir;
+    if (stockMade)
+        QCOMPARE(stock(QStringLiteral("readwrite"), dir.path(), {insertFeed}).exitCode, 0);
+    const QString dropped = QStringLiteral("SELECT ?l { <urn:c> tidel:droppedLink ?l } ORDER BY ?l");
+    {
+        const auto connection = ScratchStore::connect(dir.path());
+        QVERIFY2(connection->isValid(), qPrintable(connection->lastError().message()));
+        VERIFY_DONE(ScratchStore::run(
+            *connection,
+            QStringLiteral("INSERT { <urn:c> a mfo:FeedChannel ; tidel:droppedLink \"a\", \"b\" ; "
+                           "tidel:entityTag \"e\" ; tidel:lastModified \"m\" }"),
+            QSparqlQuery::InsertStatement));
+        QCOMPARE(ScratchStore::rows(*connection, dropped),
+                 QStringList({QStringLiteral("a"), QStringLiteral("b")}));
+        VERIFY_DONE(ScratchStore::run(*connection, QStringLiteral("DELETE { <urn:c> a rdfs:Resource }"),
+                                      QSparqlQuery::DeleteStatement));
+    }
+    // They go with the channel, and programs of both kinds go on opening the store.
+    QCOMPARE(ScratchStore::rows(*ScratchStore::connect(dir.path()), dropped), QStringList());
+    for (const char *mode : {"readonly", "readwrite"})
+        QCOMPARE(stock(QString::fromLatin1(mode), dir.path(), readFeed).exitCode, 0);
+    QVERIFY(ScratchStore::connect(dir.path())->isValid());
 }
 
 void TestOntology::wordsAreFound()
