@@ -3,14 +3,14 @@
 
 #include "debuglist_p.h"
 #include "qsttrace.h"
-#include "statementtemplate_p.h"
 #include "storeresult_p.h"
+#include "storestatements_p.h"
 
-#include <QSparqlBinding>
 #include <QSparqlConnection>
 #include <QSparqlQuery>
 #include <QSparqlResultRow>
 
+#include <QFile>
 #include <QSet>
 #include <QUrl>
 
@@ -22,24 +22,6 @@
 #define TRACE_CRITICAL QST_CRITICAL("Tracker")
 
 namespace {
-
-QSparqlQuery statement(const char *text, QSparqlQuery::StatementType type)
-{
-    return QSparqlQuery(QString::fromLatin1(text), type);
-}
-
-/// A query with the one value that most of the reads need.
-QSparqlQuery queryFor(const char *text, const char *name, const QVariant &value)
-{
-    QSparqlQuery query = statement(text, QSparqlQuery::SelectStatement);
-    query.bindValue(QLatin1String(name), value);
-    return query;
-}
-
-/// The current local time without its zone.
-QString currentTimeText() { return QDateTime::currentDateTime().toString(Qt::ISODate); }
-
-QString word(bool value) { return value ? QStringLiteral("true") : QStringLiteral("false"); }
 
 QStringList firstColumn(QSparqlResult *result)
 {
@@ -76,30 +58,29 @@ QList<FeedEnclosure> withoutStored(QList<FeedEnclosure> enclosures, const QList<
     return enclosures;
 }
 
-QString insertEnclosure(const FeedEnclosure &enclosure, const QString &urn, const QString &ownerUri)
+/// The first row's first column; empty when there is no row.
+QString firstText(QSparqlResult *result) { return result->next() ? result->value(0).toString() : QString(); }
+
+QList<QUrl> firstColumnUrls(QSparqlResult *result)
 {
-    return fillTemplate(
-        QLatin1String("INSERT {<%enclosureUri> a mfo:Enclosure; mfo:remoteLink <%remLink> ; "
-                      "mfo:localLink <%locLink>; mfo:optional %optional; nie:contentSize %size; "
-                      "nie:mimeType \"%type\"; nie:identifier %id;mfo:groupDefault %default; "
-                      "mfo:image \"%image\"; nie:isLogicalPartOf <%messageUri> } "),
-        {{QLatin1String("%enclosureUri"), urn},
-         {QLatin1String("%remLink"), enclosure.remoteUrl()},
-         {QLatin1String("%locLink"), enclosure.localUrl()},
-         {QLatin1String("%optional"), word(enclosure.type() != FeedEnclosure::Essential)},
-         {QLatin1String("%size"), QString::number(enclosure.length())},
-         {QLatin1String("%type"), enclosure.mimeType()},
-         {QLatin1String("%image"), enclosure.typeIcon()},
-         {QLatin1String("%id"), QString::number(enclosure.groupId())},
-         {QLatin1String("%default"), word(enclosure.isDefault())},
-         {QLatin1String("%messageUri"), ownerUri}});
+    QList<QUrl> urls;
+    while (result->next())
+        urls.append(QUrl(result->value(0).toString()));
+    return urls;
 }
 
-QString linkEnclosure(const QString &enclosureUri, const QString &ownerUri)
+/// What a row of URI, remote link and local link says of an enclosure.
+QList<FeedEnclosure> fileRows(QSparqlResult *result)
 {
-    return fillTemplate(
-        QLatin1String("INSERT { <%enclosureUri> a mfo:Enclosure; nie:isLogicalPartOf <%messageUri> } "),
-        {{QLatin1String("%enclosureUri"), enclosureUri}, {QLatin1String("%messageUri"), ownerUri}});
+    QList<FeedEnclosure> enclosures;
+    while (result->next()) {
+        FeedEnclosure enclosure;
+        enclosure.setUri(result->value(0).toString());
+        enclosure.setRemoteUrl(result->value(1).toString());
+        enclosure.setLocalUrl(result->value(2).toString());
+        enclosures.append(enclosure);
+    }
+    return enclosures;
 }
 
 } // namespace
@@ -203,24 +184,16 @@ FeedEnclosure extractEnclosure(const QSparqlResultRow &row)
 
 QList<FeedChannel> FeedTrackerSparql::allChannels() const
 {
-    const QSparqlQuery query =
-        statement("select ?u ?t ?l ?n ?c ?v ?b where {?u a mfo:FeedChannel; . OPTIONAL{?u nie:title ?t.}. "
-                  "OPTIONAL { ?u nie:links ?l . }. OPTIONAL{?u nie:characterSet ?n. }. "
-                  "OPTIONAL {?u nie:comment ?c . }. OPTIONAL {?u nie:created ?v . }. "
-                  "OPTIONAL {?u nie:contentLastModified ?b . }}",
-                  QSparqlQuery::SelectStatement);
     const StoreResult result =
-        execute(m_connection, query, HERE,
+        execute(m_connection, StoreStatements::allChannels(), HERE,
                 {"Query Execution Failed", "Executing query failed: returning empty list"});
     return result ? allRows(result.get(), extractChannel) : QList<FeedChannel>();
 }
 
 QStringList FeedTrackerSparql::allChannelUrls() const
 {
-    const QSparqlQuery query =
-        statement("select ?u { ?u a mfo:FeedChannel . }", QSparqlQuery::SelectStatement);
     const StoreResult result =
-        execute(m_connection, query, HERE,
+        execute(m_connection, StoreStatements::allChannelUrls(), HERE,
                 {"Query Execution Failed", "Executing query failed: returning empty list"});
     if (!result)
         return {};
@@ -235,13 +208,7 @@ FeedChannel FeedTrackerSparql::channelForUri(const QString &uri) const
         TRACE_CRITICAL << "Empty uri: returning empty channel";
         return {};
     }
-    const QSparqlQuery query =
-        queryFor("select ?u ?t ?l ?n ?c ?v ?b where {?u a mfo:FeedChannel. OPTIONAL{?u nie:title ?t.}. "
-                 "OPTIONAL { ?u nie:links ?l . }. OPTIONAL{?u nie:characterSet ?n . }. "
-                 "OPTIONAL {?u nie:comment ?c . }. OPTIONAL {?u nie:created ?v . }. "
-                 "OPTIONAL {?u nie:contentLastModified ?b . } "
-                 "FILTER ((?u = ?:channel_uri)) }",
-                 "channel_uri", QUrl(uri));
+    const QSparqlQuery query = StoreStatements::channelForUri(uri);
     TRACE_DEBUG << "Prepared Query: " << query.preparedQueryText();
     const StoreResult result =
         execute(m_connection, query, HERE,
@@ -263,11 +230,8 @@ QString FeedTrackerSparql::channelType(const QString &uri) const
         TRACE_CRITICAL << "Empty uri: returning empty channel uri";
         return {};
     }
-    const QSparqlQuery query = queryFor(
-        "select ?u ?t where {?u a mfo:FeedChannel; nie:characterSet ?t . FILTER (?u = ?:channel_uri) }",
-        "channel_uri", QUrl(uri));
     const StoreResult result =
-        execute(m_connection, query, HERE,
+        execute(m_connection, StoreStatements::channelType(uri), HERE,
                 {"Query Execution Failed", "Executing query failed: returning empty channel"});
     if (!result)
         return {};
@@ -280,30 +244,15 @@ QString FeedTrackerSparql::channelType(const QString &uri) const
 
 QList<FeedMessage> FeedTrackerSparql::messagesForChannel(const QString &channelUri) const
 {
-    const QSparqlQuery query = queryFor(
-        "SELECT ?_feedMessage ?_title ?_content ?_link ?_contentCreated ?_downloadedTime ?_tag ?_summary "
-        "WHERE { ?_feedMessage a mfo:FeedMessage  . ?_feedMessage nie:isLogicalPartOf ?:channelUri . "
-        "?_feedMessage nie:title ?_title . ?_feedMessage nie:description ?_content . "
-        "?_feedMessage nie:subject ?_summary . ?_feedMessage nie:links ?_link . "
-        "?_feedMessage mfo:downloadedTime ?_downloadedTime .OPTIONAL { ?_feedMessage nie:contentCreated "
-        "?_contentCreated . } OPTIONAL { ?_feedMessage nao:hasTag ?_tag . } } ORDER BY ?_downloadedTime",
-        "channelUri", channelUri);
-    const StoreResult result =
-        execute(m_connection, query, HERE, {"Query Execution Failed", "Query Execution Failed"});
+    const StoreResult result = execute(m_connection, StoreStatements::messagesForChannel(channelUri), HERE,
+                                       {"Query Execution Failed", "Query Execution Failed"});
     return result ? allRows(result.get(), extractMessage) : QList<FeedMessage>();
 }
 
 QList<FeedEnclosure> FeedTrackerSparql::enclosuresForMessage(const QString &messageUri) const
 {
-    const QSparqlQuery query = queryFor(
-        "SELECT ?_enclosure ?_remLink ?_locLink ?_id  ?_size ?_default ?_optional ?_mimeType WHERE { "
-        "?_enclosure a mfo:Enclosure;  nie:isLogicalPartOf ?:messageUri; mfo:remoteLink ?_remLink; "
-        "mfo:localLink ?_locLink; nie:identifier ?_id; nie:contentSize ?_size; mfo:groupDefault ?_default; "
-        "mfo:optional ?_optional. OPTIONAL { ?_enclosure mfo:image ?_image. }"
-        "OPTIONAL { ?_enclosure nie:mimeType ?_mimeType. } }",
-        "messageUri", QUrl(messageUri));
-    const StoreResult result =
-        execute(m_connection, query, HERE, {"Query Execution failed", "Query Execution Failed"});
+    const StoreResult result = execute(m_connection, StoreStatements::enclosuresForMessage(messageUri), HERE,
+                                       {"Query Execution failed", "Query Execution Failed"});
     return result ? allRows(result.get(), extractEnclosure) : QList<FeedEnclosure>();
 }
 
@@ -313,16 +262,8 @@ FeedEnclosure FeedTrackerSparql::enclosureForUri(const QString &uri) const
         TRACE_CRITICAL << "Empty uri: returning empty enclosure";
         return {};
     }
-    const QSparqlQuery query = queryFor(
-        "select ?u ?rl ?ll ?i ?s ?d ?o ?icon ?m where {?u a mfo:Enclosure. "
-        "OPTIONAL {?u mfo:remoteLink ?rl.} . OPTIONAL {?u mfo:localLink ?ll.} . "
-        "OPTIONAL {?u nie:identifier ?i.} . "
-        "OPTIONAL {?u nie:contentSize ?s.}. OPTIONAL {?u mfo:groupDefault ?d.}. "
-        "OPTIONAL {?u mfo:optional ?o.}. OPTIONAL {?u mfo:image ?icon.}. OPTIONAL {?u nie:mimeType ?m.} "
-        "FILTER (?u = ?:enclosure_uri)}",
-        "enclosure_uri", QUrl(uri));
     const StoreResult result =
-        execute(m_connection, query, HERE,
+        execute(m_connection, StoreStatements::enclosureForUri(uri), HERE,
                 {"Query Execution Failed", "Executing query failed: returning empty enclosure"});
     if (!result)
         return {};
@@ -337,48 +278,53 @@ FeedEnclosure FeedTrackerSparql::enclosureForUri(const QString &uri) const
 
 QStringList FeedTrackerSparql::allMessageUrls(const QString &channelUri) const
 {
-    const QSparqlQuery query =
-        queryFor("SELECT ?message WHERE {?message a mfo:FeedMessage; nie:isLogicalPartOf ?:channelUri. }",
-                 "channelUri", QUrl(channelUri));
     const StoreResult result =
-        execute(m_connection, query, HERE,
+        execute(m_connection, StoreStatements::allMessageUrls(channelUri), HERE,
                 {"Query Execution failed", "Executing query failed: returning empty enclosure"});
     return result ? firstColumn(result.get()) : QStringList();
 }
 
 QStringList FeedTrackerSparql::messageLinksOfChannel(const QString &channelUri) const
 {
-    const QSparqlQuery query =
-        queryFor("SELECT ?links WHERE {?u a mfo:FeedMessage. ?u nie:isLogicalPartOf ?:channelUri.  "
-                 "OPTIONAL {?u nie:links ?links .} }",
-                 "channelUri", QUrl(channelUri));
     const StoreResult result =
-        execute(m_connection, query, HERE,
+        execute(m_connection, StoreStatements::messageLinksOfChannel(channelUri), HERE,
                 {"Query Execution failed", "Executing query failed: returning empty list "});
     return result ? firstColumn(result.get()) : QStringList();
 }
 
 QDateTime FeedTrackerSparql::latestPostPublishedTime(const QString &channelUri)
 {
-    const QSparqlQuery query =
-        queryFor("SELECT ?pubDate WHERE {?u a mfo:FeedMessage. ?u nie:isLogicalPartOf ?:channelUri.  "
-                 "OPTIONAL {?u nie:contentCreated ?pubDate .} }ORDER BY DESC(?pubDate) LIMIT 1",
-                 "channelUri", QUrl(channelUri));
     const StoreResult result =
-        execute(m_connection, query, HERE,
+        execute(m_connection, StoreStatements::latestPostPublishedTime(channelUri), HERE,
                 {"Query Execution failed", "Executing query failed: returning empty enclosure"});
     return result && result->next() ? result->value(0).toDateTime() : QDateTime();
 }
 
+int FeedTrackerSparql::deletableMessageCount(const QString &channelUri) const
+{
+    const StoreResult result =
+        execute(m_connection, StoreStatements::deletableMessageCount(channelUri), HERE,
+                {"Query Execution Failed", "Executing query failed: returning empty enclosure"});
+    if (!result || !result->next())
+        return 0;
+    const int count = result->value(0).toInt();
+    TRACE_DEBUG << count;
+    return count;
+}
+
+QStringList FeedTrackerSparql::deletableMessages(const QString &channelUri, int limit)
+{
+    const StoreResult result =
+        execute(m_connection, StoreStatements::deletableMessages(channelUri, limit), HERE,
+                {"Query Execution failed", "Executing query failed: returning empty enclosure"});
+    return result ? firstColumn(result.get()) : QStringList();
+}
+
 QString FeedTrackerSparql::addChannel(const FeedChannel &channel) const
 {
-    const QUrl link = QUrl::fromUserInput(channel.link());
-    const QSparqlQuery lookup =
-        queryFor("SELECT ?l WHERE { ?channel a mfo:FeedChannel; nie:links ?l .FILTER(( ?l = ?:link)).  }",
-                 "link", link);
-    TRACE_DEBUG << lookup.preparedQueryText();
     const StoreResult known =
-        execute(m_connection, lookup, HERE, {"Query Execution failed", "Query Execution Failed"});
+        executeTraced(m_connection, StoreStatements::channelWithLink(QUrl::fromUserInput(channel.link())),
+                      HERE, {"Query Execution failed", "Query Execution Failed"});
     if (!known)
         return {};
     // The link as given, not as it was looked up: one without a scheme never counts as stored.
@@ -388,20 +334,8 @@ QString FeedTrackerSparql::addChannel(const FeedChannel &channel) const
     }
 
     const QUrl urn = m_connection->createUrn();
-    QSparqlQuery insert = statement(
-        "INSERT { ?:link a nie:DataObject ; nie:created ?:current_date .?:channelUrl a mfo:FeedChannel . "
-        "?:channelUrl nie:title ?:title .  ?:channelUrl nie:characterSet ?:type . ?:channelUrl mfo:image "
-        "?:new_image . ?:channelUrl nie:links ?:link . }",
-        QSparqlQuery::InsertStatement);
-    insert.bindValue(QStringLiteral("channelUrl"), urn);
-    insert.bindValue(QStringLiteral("new_image"), channel.icon().localUrl());
-    insert.bindValue(QStringLiteral("link"), link);
-    insert.bindValue(QStringLiteral("type"), channel.type());
-    insert.bindValue(QStringLiteral("title"), channel.title());
-    insert.bindValue(QStringLiteral("current_date"), currentTimeText());
-    TRACE_DEBUG << insert.preparedQueryText();
-    if (!execute(m_connection, insert, HERE,
-                 {"Query Execution failed", "Query Execution Failed - addChannel"}))
+    if (!executeTraced(m_connection, StoreStatements::insertChannel(channel, urn), HERE,
+                       {"Query Execution failed", "Query Execution Failed - addChannel"}))
         return {};
     TRACE_DEBUG << "Channel Uri: " << urn.toString();
 
@@ -418,11 +352,8 @@ bool FeedTrackerSparql::addMessages(const QList<FeedMessage> &messages, const QS
     }
     QString update;
     for (const FeedMessage &message : messages) {
-        const QSparqlQuery lookup = queryFor("SELECT ?message ?l WHERE { ?message a mfo:FeedMessage; "
-                                             "nie:links ?l .FILTER(( ?l = ?:link)).  } ",
-                                             "link", QUrl::fromUserInput(message.link()));
-        const StoreResult known =
-            execute(m_connection, lookup, HERE, {"Query Execution failed", "Query Execution Failed"});
+        const StoreResult known = execute(m_connection, StoreStatements::messageWithLink(message.link()),
+                                          HERE, {"Query Execution failed", "Query Execution Failed"});
         if (!known)
             return false;
         if (known->next()) {
@@ -432,7 +363,7 @@ bool FeedTrackerSparql::addMessages(const QList<FeedMessage> &messages, const QS
             update += addMessageQuery(message, channelUri);
         }
     }
-    return execute(m_connection, QSparqlQuery(update, QSparqlQuery::InsertStatement), HERE,
+    return execute(m_connection, StoreStatements::insertion(update), HERE,
                    {"Query Execution failed", "Failed: ", FailureTexts::LastError})
         != nullptr;
 }
@@ -452,26 +383,7 @@ QString FeedTrackerSparql::addMessageQuery(const FeedMessage &message, const QSt
         return {};
     }
     const QString urn = m_connection->createUrn().toString();
-    // The time is local and labelled as UTC; readers of the store know it so.
-    QString insert = fillTemplate(
-        QLatin1String("INSERT { <%2> a mfo:FeedMessage ; nie:isLogicalPartOf <%3>; nie:title %4; "
-                      "nie:description %5; nie:subject %6 ; mfo:downloadedTime \"%7Z\"^^xsd:dateTime "),
-        {{QLatin1String("%2"), urn},
-         {QLatin1String("%3"), channelUri},
-         {QLatin1String("%4"), QSparqlBinding(QStringLiteral("title"), message.title()).toString()},
-         {QLatin1String("%5"), QSparqlBinding(QStringLiteral("desc"), message.description()).toString()},
-         {QLatin1String("%6"), QSparqlBinding(QStringLiteral("summary"), message.summary()).toString()},
-         {QLatin1String("%7"), currentTimeText()}});
-    if (message.publishedDate().isValid()) {
-        insert += QLatin1String("; nie:contentCreated \"") + message.publishedDate().toString(Qt::ISODate)
-            + QLatin1String("\"^^xsd:dateTime ");
-    }
-    if (!message.link().isEmpty()) {
-        insert +=
-            QLatin1String("; nie:links ") + QSparqlBinding(QStringLiteral("link"), message.link()).toString();
-    }
-    insert += QLatin1String(" } ");
-
+    const QString insert = StoreStatements::insertMessage(message, urn, channelUri);
     if (!message.enclosures().isEmpty())
         addEnclosures(message.enclosures(), urn);
     return insert;
@@ -479,10 +391,7 @@ QString FeedTrackerSparql::addMessageQuery(const FeedMessage &message, const QSt
 
 QString createAssociation(const FeedMessage &message, const QString &channelUri)
 {
-    return fillTemplate(
-        QLatin1String("INSERT {?u a mfo:FeedMessage; nie:isLogicalPartOf <%channelUri>} "
-                      "WHERE {?u nie:links <%link> }"),
-        {{QLatin1String("%channelUri"), channelUri}, {QLatin1String("%link"), message.link()}});
+    return StoreStatements::linkMessage(message.link(), channelUri);
 }
 
 bool FeedTrackerSparql::addEnclosures(const QList<FeedEnclosure> &enclosures, const QString &messageUri) const
@@ -493,20 +402,19 @@ bool FeedTrackerSparql::addEnclosures(const QList<FeedEnclosure> &enclosures, co
             TRACE_CRITICAL << "remoteLink empty for message " << messageUri;
             continue;
         }
-        const QSparqlQuery lookup = queryFor(
-            "SELECT ?enclosureUri ?remLink WHERE { ?enclosureUri a mfo:Enclosure; mfo:remoteLink ?remLink . "
-            "FILTER ((?remLink = ?:remLink)) } ",
-            "remLink", QUrl(enclosure.remoteUrl()));
         const StoreResult known =
-            execute(m_connection, lookup, HERE, {"Query Execution failed", "Query Execution Failed"});
+            execute(m_connection, StoreStatements::enclosureWithLink(enclosure.remoteUrl()), HERE,
+                    {"Query Execution failed", "Query Execution Failed"});
         if (!known)
             continue;
-        if (!known->next())
-            update += insertEnclosure(enclosure, m_connection->createUrn().toString(), messageUri);
-        else if (known->value(1).toString() == enclosure.remoteUrl())
-            update += linkEnclosure(known->value(0).toString(), messageUri);
+        if (!known->next()) {
+            update +=
+                StoreStatements::insertEnclosure(enclosure, m_connection->createUrn().toString(), messageUri);
+        } else if (known->value(1).toString() == enclosure.remoteUrl()) {
+            update += StoreStatements::linkEnclosure(known->value(0).toString(), messageUri);
+        }
     }
-    return execute(m_connection, QSparqlQuery(update, QSparqlQuery::InsertStatement), HERE,
+    return execute(m_connection, StoreStatements::insertion(update), HERE,
                    {"Query Execution failed", "Query Execution failed"})
         != nullptr;
 }
@@ -517,29 +425,255 @@ bool FeedTrackerSparql::updateEnclosure(const FeedEnclosure &enclosure) const
         TRACE_CRITICAL << "mfo:remoteLink is empty";
         return false;
     }
-    const QSparqlQuery lookup = queryFor("SELECT ?u WHERE {?u a mfo:Enclosure; mfo:remoteLink ?:remLink }",
-                                         "remLink", QUrl(enclosure.remoteUrl()));
-    TRACE_DEBUG << lookup.preparedQueryText();
     const StoreResult known =
-        execute(m_connection, lookup, HERE, {"Query Execution failed", "Invalid mfo:remoteLink"});
+        executeTraced(m_connection, StoreStatements::enclosureToUpdate(enclosure.remoteUrl()), HERE,
+                      {"Query Execution failed", "Invalid mfo:remoteLink"});
     if (!known)
         return false;
-
     // Without a row the URI is empty: what becomes of the update then is for the store to say.
-    const QUrl uri = known->next() ? QUrl(known->value(0).toString()) : QUrl();
-    QSparqlQuery update = statement(
-        "DELETE {?:enclosureUri nie:mimeType ?mime } WHERE {?:enclosureUri nie:mimeType ?mime } "
-        "INSERT {?:enclosureUri nie:mimeType ?:mime } "
-        "DELETE {?:enclosureUri nie:contentSize ?size} WHERE {?:enclosureUri nie:contentSize ?size} "
-        "INSERT {?:enclosureUri nie:contentSize ?:size} "
-        "DELETE {?:enclosureUri mfo:image ?icon} WHERE {?:enclosureUri mfo:image ?icon} "
-        "INSERT {?:enclosureUri mfo:image ?:icon} ",
-        QSparqlQuery::InsertStatement);
-    update.bindValue(QStringLiteral("enclosureUri"), uri);
-    update.bindValue(QStringLiteral("mime"), enclosure.mimeType());
-    update.bindValue(QStringLiteral("size"), enclosure.length());
-    update.bindValue(QStringLiteral("icon"), enclosure.typeIcon());
-    TRACE_DEBUG << update.preparedQueryText();
-    return execute(m_connection, update, HERE, {"Query Execution failed", "mfo:Enclosure updation failed"})
+    return executeTraced(m_connection, StoreStatements::updateEnclosure(enclosure, firstText(known.get())),
+                         HERE, {"Query Execution failed", "mfo:Enclosure updation failed"})
         != nullptr;
+}
+
+bool FeedTrackerSparql::updateChannel(const FeedChannel &channel) const
+{
+    const StoreResult known = execute(m_connection, StoreStatements::channelToUpdate(channel.uri()), HERE,
+                                      {"Query Execution failed", "Query Execution Failed - get Channel"});
+    if (!known)
+        return false;
+    if (!known->next() || known->value(0).toString() != channel.uri()) {
+        TRACE_CRITICAL << "Channel not found, unable to update";
+        return false;
+    }
+    if (!executeTraced(m_connection, StoreStatements::updateChannel(channel), HERE,
+                       {"Query Execution Failed", "Query Execution Failed - update Channel"}))
+        return false;
+    if (!channel.icon().remoteUrl().isEmpty())
+        addEnclosures({channel.icon()}, channel.uri());
+    return true;
+}
+
+bool FeedTrackerSparql::editChannel(const QString &channelUri, const QVariantMap &properties) const
+{
+    if (properties.isEmpty()) {
+        TRACE_CRITICAL << "No Properties to Update";
+        return false;
+    }
+    const StoreResult known = executeTraced(m_connection, StoreStatements::channelToEdit(channelUri), HERE,
+                                            {"Query Execution failed", "Query Execution Failed"});
+    if (!known)
+        return false;
+    if (!known->next() || known->value(0).toString() != channelUri) {
+        TRACE_CRITICAL << "Channel not found";
+        return false;
+    }
+
+    if (properties.contains(LinkKey)) {
+        const StoreResult old =
+            executeTraced(m_connection, StoreStatements::linkOfChannel(channelUri), HERE,
+                          {"Query Execution failed", "Query Execution Failed - getCreated"});
+        if (!old)
+            return false;
+        // The new link keeps the time of subscription, which stands on the old one.
+        const QString oldLink = firstText(old.get());
+        const QDateTime created = QDateTime::fromString(old->value(1).toString(), Qt::ISODate);
+        if (!executeTraced(
+                m_connection,
+                StoreStatements::editLink(channelUri, oldLink, properties.value(LinkKey).toString(), created),
+                HERE, {"Query Execution failed", "Query Execution Failed - link Query"}))
+            return false;
+    }
+    if (properties.contains(TitleKey)
+        && !executeTraced(m_connection,
+                          StoreStatements::editTitle(channelUri, properties.value(TitleKey).toString()), HERE,
+                          {"Query Execution failed", "Query Execution Failed!!!"}))
+        return false;
+    return !properties.contains(LastModifiedTimeKey)
+        || executeTraced(m_connection,
+                         StoreStatements::editLastModifiedTime(
+                             channelUri, properties.value(LastModifiedTimeKey).toString()),
+                         HERE, {"Query Execution failed", "Updation of Last Modified time failed"});
+}
+
+void FeedTrackerSparql::deleteChannel(const QString &channelUri)
+{
+    if (channelUri.isEmpty()) {
+        TRACE_CRITICAL << "channelUri empty";
+        return;
+    }
+    const StoreResult known = executeTraced(m_connection, StoreStatements::channelToDelete(channelUri), HERE,
+                                            {"Query Execution failed", "Query Execution Failed"});
+    if (!known)
+        return;
+    if (!known->next()) {
+        TRACE_CRITICAL << "Channel not found for given channelUri";
+        return;
+    }
+    const QUrl link(known->value(1).toString());
+    const QString image = known->value(2).toString();
+    if (!execute(m_connection, StoreStatements::deleteChannel(channelUri, link), HERE,
+                 {"Query Execution failed", "Query Execution Failed "}))
+        return;
+    // Only now: what is asked of the image and of the messages is whether another channel holds them.
+    deleteChannelImageIfNotInUse(channelUri, image);
+    deleteMessages(channelUri);
+}
+
+void FeedTrackerSparql::deleteAllChannels()
+{
+    const QStringList uris = allChannelUrls();
+    for (const QString &uri : uris)
+        deleteChannel(uri);
+}
+
+void FeedTrackerSparql::deleteMessage(const QString &messageUri, const QString &channelUri)
+{
+    const StoreResult known =
+        executeTraced(m_connection, StoreStatements::messageToDelete(messageUri, channelUri), HERE,
+                      {"query execution failed", "query execution failed"});
+    if (!known)
+        return;
+    QUrl link;
+    if (known->next()) {
+        deleteEnclosures(known->value(0).toString());
+        link = QUrl(known->value(1).toString());
+    }
+    if (link.isEmpty()) {
+        TRACE_CRITICAL << "Message not found";
+        return;
+    }
+    execute(m_connection, StoreStatements::deleteMessage(messageUri, link), HERE,
+            {"Query Execution failed", "Query Execution failed", FailureTexts::PreparedTextAlways});
+}
+
+bool FeedTrackerSparql::deleteMessages(const QString &channelUri)
+{
+    if (channelUri.isEmpty()) {
+        TRACE_CRITICAL << "Channel uri empty";
+        return false;
+    }
+    const StoreResult result = execute(m_connection, StoreStatements::messagesToDelete(channelUri), HERE,
+                                       {"Query Execution failed", "Query execution failed "});
+    if (!result)
+        return false;
+    deleteMessages(firstColumnUrls(result.get()));
+    return true;
+}
+
+void FeedTrackerSparql::deleteMessages(QList<QUrl> messageUris)
+{
+    if (messageUris.isEmpty()) {
+        TRACE_CRITICAL << "Nothing to delete";
+        return;
+    }
+    QString update;
+    for (const QUrl &uri : qAsConst(messageUris))
+        update += StoreStatements::deleteMessage(uri.toString());
+    if (!execute(m_connection, StoreStatements::deletion(update), HERE,
+                 {"Query Execution failed", "Delete Query Failed", FailureTexts::LastError}))
+        return;
+    for (const QUrl &uri : qAsConst(messageUris))
+        deleteEnclosures(uri.toString());
+}
+
+void FeedTrackerSparql::deleteEnclosures(const QString &messageUri)
+{
+    if (messageUri.isEmpty()) {
+        TRACE_CRITICAL << "messageUri empty";
+        return;
+    }
+    const StoreResult result = execute(m_connection, StoreStatements::enclosuresToDelete(messageUri), HERE,
+                                       {"Query Execution failed", "Query execution failed "});
+    if (!result)
+        return;
+    const QList<QUrl> uris = firstColumnUrls(result.get());
+    if (uris.isEmpty())
+        TRACE_CRITICAL << "No enclosures found";
+    else
+        deleteEnclosures(uris);
+}
+
+void FeedTrackerSparql::deleteEnclosures(QList<QUrl> enclosureUris)
+{
+    if (enclosureUris.isEmpty()) {
+        TRACE_CRITICAL << "Nothing to delete";
+        return;
+    }
+    QList<FeedEnclosure> enclosures;
+    for (const QUrl &uri : qAsConst(enclosureUris)) {
+        const StoreResult result =
+            execute(m_connection, StoreStatements::enclosureToDelete(uri), HERE,
+                    {"Query Execution failed", "Not able to find enclosure information"});
+        if (result)
+            enclosures += fileRows(result.get());
+    }
+    if (enclosures.isEmpty()) {
+        TRACE_CRITICAL << "No enclosures found";
+        return;
+    }
+    QString update;
+    for (const FeedEnclosure &enclosure : qAsConst(enclosures))
+        update += StoreStatements::deleteEnclosure(enclosure.uri());
+    if (execute(m_connection, StoreStatements::deletion(update), HERE,
+                {"Query Execution failed", "Delete Query Failed", FailureTexts::LastError}))
+        Q_EMIT enclosuresToBeDeleted(enclosures);
+}
+
+void FeedTrackerSparql::deleteChannelImage(const QString &channelUri) const
+{
+    if (const auto file = forgetChannelImage(channelUri, HERE))
+        QFile::remove(*file);
+}
+
+void FeedTrackerSparql::deleteChannelImageIfNotInUse(const QString &channelUri, const QString &image) const
+{
+    const auto file = forgetChannelImage(channelUri, HERE);
+    if (!file)
+        return;
+    const StoreResult users = execute(m_connection, StoreStatements::channelsWithImage(image), HERE,
+                                      {"Query Execution failed", "Query Execution Failed"});
+    if (users && users->size() == 0)
+        QFile::remove(*file);
+}
+
+std::optional<QString> FeedTrackerSparql::forgetChannelImage(const QString &channelUri,
+                                                             const QstTraceOrigin &origin) const
+{
+    const FailureTexts texts = {"Query Execution failed", "Query Execution Failed"};
+    const StoreResult result =
+        execute(m_connection, StoreStatements::channelImageFile(channelUri), origin, texts);
+    if (!result || !execute(m_connection, StoreStatements::deleteChannelImage(channelUri), origin, texts))
+        return std::nullopt;
+    return firstText(result.get());
+}
+
+void FeedTrackerSparql::deleteOrphans()
+{
+    deleteOrphanMessages();
+    deleteOrphanEnclosures();
+}
+
+void FeedTrackerSparql::deleteOrphanMessages()
+{
+    if (execute(m_connection, StoreStatements::deleteOrphanMessages(), HERE,
+                {"Query execution failed", "Error in query execution: "}))
+        TRACE_DEBUG << "deleted orphan messages";
+}
+
+void FeedTrackerSparql::deleteOrphanEnclosures()
+{
+    const StoreResult result = execute(m_connection, StoreStatements::orphanEnclosures(), HERE,
+                                       {"Query execution failed", "Query preparation failed: "});
+    if (!result)
+        return;
+    QList<FeedEnclosure> enclosures = fileRows(result.get());
+    if (enclosures.isEmpty()) {
+        TRACE_CRITICAL << "No orphan nodes present";
+        return;
+    }
+    TRACE_DEBUG << "enclosure deletion count: " << enclosures.size();
+    if (execute(m_connection, StoreStatements::deleteOrphanEnclosures(), HERE,
+                {"Query execution failed", "Query preperation failed: "}))
+        Q_EMIT enclosuresToBeDeleted(enclosures);
 }

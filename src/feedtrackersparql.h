@@ -11,9 +11,14 @@
 #include <QList>
 #include <QObject>
 #include <QStringList>
+#include <QUrl>
+#include <QVariantMap>
+
+#include <optional>
 
 class QSparqlConnection;
 class QSparqlResultRow;
+struct QstTraceOrigin;
 
 /**
  * The one gateway between the feed model and the store.
@@ -84,6 +89,19 @@ public:
     QDateTime latestPostPublishedTime(const QString &channelUri);
     /// @}
 
+    /// \name Retention
+    /// A message may be dropped unless it is tagged as a favourite.
+    /// @{
+    /// How many of the channel's messages may be dropped.
+    int deletableMessageCount(const QString &channelUri) const;
+    /**
+     * The URIs of at most \a limit messages that may be dropped, the first published first and, of the same
+     * date, the first downloaded; those without a date come before all others. Messages without a time of
+     * download are counted but not listed. The store refuses a negative limit.
+     */
+    QStringList deletableMessages(const QString &channelUri, int limit);
+    /// @}
+
     /// \name Adding
     /// @{
     /**
@@ -111,14 +129,67 @@ public:
     bool updateEnclosure(const FeedEnclosure &enclosure) const;
     /// @}
 
+    /// \name Changing channels
+    /// @{
+    /**
+     * Replaces title, image path and last-modified text of the stored channel of the same URI, also by empty
+     * ones, and sets the time of its update to now. An icon with a remote URL is added to its enclosures.
+     */
+    bool updateChannel(const FeedChannel &channel) const;
+    /**
+     * Replaces what \a properties name by LinkKey, TitleKey and LastModifiedTimeKey, in this order and each
+     * by itself: after a failure the earlier ones stay. The last is the time of the channel's update, ISO
+     * 8601 text. Other keys are ignored; with no key at all nothing is done and false returned.
+     */
+    bool editChannel(const QString &channelUri, const QVariantMap &properties) const;
+    /// @}
+
+    /// \name Deleting
+    /// What several owners hold stays until the last of them goes. A step that fails leaves the earlier ones.
+    /// @{
+    /// Deletes the channel, its image, and all messages that no other channel holds, orphans included.
+    void deleteChannel(const QString &channelUri);
+    void deleteAllChannels();
+    /// Deletes the message and its enclosures, unless a channel other than \a channelUri holds it.
+    void deleteMessage(const QString &messageUri, const QString &channelUri);
+    /// Deletes all messages that no channel other than \a channelUri holds, orphans included. False when the
+    /// store could not be asked for them.
+    bool deleteMessages(const QString &channelUri);
+    /// Deletes the messages in one update, whoever holds them, and those of their enclosures that no other
+    /// message holds.
+    void deleteMessages(QList<QUrl> messageUris);
+    /// Deletes the enclosures of the message that no other message holds.
+    void deleteEnclosures(const QString &messageUri);
+    /// Deletes the enclosures in one update, whoever holds them, and emits enclosuresToBeDeleted().
+    void deleteEnclosures(QList<QUrl> enclosureUris);
+    /// Deletes the enclosures of the channel, which are its image, and the file that the first of them names,
+    /// a path. A `file:` URL is no path: such a file stays.
+    void deleteChannelImage(const QString &channelUri) const;
+    /// The same, but the file stays while a channel's image is \a image, a path as FeedEnclosure::localUrl().
+    void deleteChannelImageIfNotInUse(const QString &channelUri, const QString &image) const;
+    /// @}
+
+    /// \name Clean-up
+    /// @{
+    /// Both of the following, in this order.
+    void deleteOrphans();
+    /// Deletes the messages that belong to no channel; one without a link stays.
+    void deleteOrphanMessages();
+    /// Deletes the enclosures that belong to neither a message nor a channel, and emits
+    /// enclosuresToBeDeleted(). One without a remote or a local link stays.
+    void deleteOrphanEnclosures();
+    /// @}
+
 Q_SIGNALS:
-    /// These enclosures are gone from the store; their downloaded files may be removed.
+    /// These enclosures are gone from the store; their downloaded files may be removed. URI, remote URL and
+    /// local URL are set. The list is the receiver's to change.
     void enclosuresToBeDeleted(QList<FeedEnclosure> &enclosureList);
 
 private:
     FeedTrackerSparql();
     Q_DISABLE_COPY(FeedTrackerSparql)
     void addMissingEnclosures(const FeedMessage &message, const QString &messageUri) const;
+    std::optional<QString> forgetChannelImage(const QString &channelUri, const QstTraceOrigin &origin) const;
 
     static FeedTrackerSparql *_single;
 

@@ -10,19 +10,23 @@ StoreResult execute(QSparqlConnection *connection, const QSparqlQuery &query, co
                     const FailureTexts &texts)
 {
     StoreResult result(connection->exec(query));
-    if (!result) {
-        QstTrace(QtCriticalMsg, origin).stream() << texts.noResult;
-        return nullptr;
-    }
-    result->waitForFinished();
-    if (!result->hasError())
+    if (result)
+        result->waitForFinished();
+    if (result && !result->hasError())
         return result;
 
     QstTrace trace(QtCriticalMsg, origin);
-    trace.stream() << texts.error;
-    if (texts.detail == FailureTexts::LastError)
+    trace.stream() << (result ? texts.error : texts.noResult);
+    if (result && texts.detail == FailureTexts::LastError)
         trace.stream() << result->lastError();
-    else
+    else if (result || texts.detail == FailureTexts::PreparedTextAlways)
         trace.stream() << query.preparedQueryText();
     return nullptr;
+}
+
+StoreResult executeTraced(QSparqlConnection *connection, const QSparqlQuery &query,
+                          const QstTraceOrigin &origin, const FailureTexts &texts)
+{
+    QstTrace(QtDebugMsg, origin).stream() << query.preparedQueryText();
+    return execute(connection, query, origin, texts);
 }

@@ -21,15 +21,23 @@ using StoreResult = std::unique_ptr<QSparqlResult, DeleteLater>;
 /// What a critical trace says when a statement fails.
 struct FailureTexts
 {
-    enum Detail { PreparedText, LastError };
+    enum Detail {
+        PreparedText, ///< the statement follows the text of an error
+        PreparedTextAlways, ///< it follows both texts
+        LastError ///< what the store says follows the text of an error
+    };
 
     const char *noResult;
     const char *error;
-    Detail detail = PreparedText; ///< what follows the text of an error
+    Detail detail = PreparedText;
 };
 
 /// Runs \a query and waits for it. A failure is traced as coming from \a origin and yields nothing.
 StoreResult execute(QSparqlConnection *connection, const QSparqlQuery &query, const QstTraceOrigin &origin,
                     const FailureTexts &texts);
+
+/// The same, with the statement traced before it is run.
+StoreResult executeTraced(QSparqlConnection *connection, const QSparqlQuery &query,
+                          const QstTraceOrigin &origin, const FailureTexts &texts);
 
 #endif
