@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "channelfinder.h"
 
-#include "feedsource.h"
+#include "documenturl.h"
 #include "links.h"
 
 namespace Tidel {

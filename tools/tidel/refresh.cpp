@@ -2,8 +2,8 @@
 #include "commands.h"
 
 #include "channelfinder.h"
+#include "feedfile.h"
 #include "feedparser.h"
-#include "feedsource.h"
 #include "feedstore.h"
 #include "output.h"
 #include "phrases.h"

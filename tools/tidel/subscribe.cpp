@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "commands.h"
 
+#include "documenturl.h"
+#include "feedfile.h"
 #include "feedparser.h"
-#include "feedsource.h"
 #include "feedstore.h"
 #include "links.h"
 #include "output.h"

@@ -1,30 +1,12 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-#include "feedsource.h"
+#include "feedfile.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
 namespace Tidel {
 
 namespace {
-
-QUrl fileUrl(const QString &path)
-{
-    return QUrl::fromLocalFile(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
-}
-
-bool isFileUrl(const QString &argument)
-{
-    return argument.startsWith(QLatin1String("file:"), Qt::CaseInsensitive);
-}
-
-QString withoutLocalHost(QUrl url)
-{
-    if (url.host() == QLatin1String("localhost"))
-        url.setHost(QString());
-    return url.toLocalFile();
-}
 
 /// Why \a path cannot be a document; empty when it may be one.
 QString obstacle(const QString &path)
@@ -43,15 +25,6 @@ QString obstacle(const QString &path)
 }
 
 } // namespace
-
-QUrl documentUrl(const QString &argument)
-{
-    if (isFileUrl(argument))
-        return fileUrl(withoutLocalHost(QUrl(argument)));
-    if (argument.contains(QLatin1String("://")) && !QFileInfo::exists(argument))
-        return QUrl(argument);
-    return fileUrl(argument);
-}
 
 std::optional<QByteArray> readDocument(const QUrl &url, QString *error)
 {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-#ifndef TIDEL_FEEDSOURCE_H
-#define TIDEL_FEEDSOURCE_H
+#ifndef TIDEL_FEEDFILE_H
+#define TIDEL_FEEDFILE_H
 
 #include <QByteArray>
 #include <QString>
@@ -12,9 +12,6 @@ namespace Tidel {
 
 /// The largest document that is read, in bytes.
 constexpr qint64 maximumDocumentSize = Q_INT64_C(32) * 1024 * 1024;
-
-/// The absolute address that a user means by \a argument, a path or a URL.
-QUrl documentUrl(const QString &argument);
 
 /// The bytes of the document at \a url; on failure nothing, and \a error says why.
 std::optional<QByteArray> readDocument(const QUrl &url, QString *error);

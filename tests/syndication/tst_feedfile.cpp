@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-#include <feedsource.h>
+#include <documenturl.h>
+#include <feedfile.h>
 #include <links.h>
 
 #include <QtTest>
@@ -8,15 +9,12 @@
 
 using namespace Tidel;
 
-class TestFeedSource : public QObject
+class TestFeedFile : public QObject
 {
     Q_OBJECT
 
 private slots:
     void initTestCase();
-    void addresses_data();
-    void addresses();
-    void oneFileHasOneAddress();
     void strangeNames_data();
     void strangeNames();
     void failures();
@@ -30,64 +28,26 @@ private:
     QTemporaryDir m_dir;
 };
 
-void TestFeedSource::initTestCase()
+void TestFeedFile::initTestCase()
 {
     QVERIFY(m_dir.isValid());
     QVERIFY(QDir::setCurrent(m_dir.path()));
 }
 
-QString TestFeedSource::write(const QString &name, const QByteArray &content) const
+QString TestFeedFile::write(const QString &name, const QByteArray &content) const
 {
     QFile file(m_dir.filePath(name));
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() ? file.fileName()
                                                                                     : QString();
 }
 
-QString TestFeedSource::failure(const QString &argument) const
+QString TestFeedFile::failure(const QString &argument) const
 {
     QString error;
     return readDocument(documentUrl(argument), &error) ? QString() : error;
 }
 
-void TestFeedSource::addresses_data()
-{
-    QTest::addColumn<QString>("argument");
-    QTest::addColumn<QString>("expected");
-
-    QTest::newRow("path") << "/feeds/a.xml"
-                          << "file:///feeds/a.xml";
-    QTest::newRow("path with dots") << "/feeds/./x/../a.xml"
-                                    << "file:///feeds/a.xml";
-    QTest::newRow("file URL") << "file:///feeds/a.xml"
-                              << "file:///feeds/a.xml";
-    QTest::newRow("file URL, one slash") << "file:/feeds/a.xml"
-                                         << "file:///feeds/a.xml";
-    QTest::newRow("file URL with host") << "FILE://localhost/feeds/a.xml"
-                                        << "file:///feeds/a.xml";
-    QTest::newRow("encoded file URL") << "file:///feeds/a%20b%23.xml"
-                                      << "file:///feeds/a%20b%23.xml";
-    QTest::newRow("web") << "https://example.org/a.xml"
-                         << "https://example.org/a.xml";
-}
-
-void TestFeedSource::addresses()
-{
-    QFETCH(QString, argument);
-    QFETCH(QString, expected);
-    QCOMPARE(encodedUrl(documentUrl(argument)), expected);
-}
-
-void TestFeedSource::oneFileHasOneAddress()
-{
-    const QString path = write("one.xml", "<a/>");
-    const QUrl url = documentUrl(path);
-    QCOMPARE(documentUrl("one.xml"), url);
-    QCOMPARE(documentUrl("./one.xml"), url);
-    QCOMPARE(documentUrl("file:one.xml"), url);
-    QCOMPARE(documentUrl(QUrl::fromLocalFile(path).toString()), url);
-}
-
-void TestFeedSource::strangeNames_data()
+void TestFeedFile::strangeNames_data()
 {
     QTest::addColumn<QString>("name");
 
@@ -99,7 +59,7 @@ void TestFeedSource::strangeNames_data()
 }
 
 // The channel's link must find the file again, and the store must find the channel by it.
-void TestFeedSource::strangeNames()
+void TestFeedFile::strangeNames()
 {
     QFETCH(QString, name);
     QVERIFY(!write(name, "<a/>").isEmpty());
@@ -110,7 +70,7 @@ void TestFeedSource::strangeNames()
     QCOMPARE(readDocument(QUrl(link), &error).value_or(error.toUtf8()), QByteArray("<a/>"));
 }
 
-void TestFeedSource::failures()
+void TestFeedFile::failures()
 {
     QCOMPARE(failure("missing.xml"), QString("no such file"));
     QCOMPARE(failure("."), QString("is a directory, not a feed file"));
@@ -122,7 +82,7 @@ void TestFeedSource::failures()
     QVERIFY(failure("https://example.org/a.xml").startsWith("only files can be read for now"));
 }
 
-void TestFeedSource::unreadable()
+void TestFeedFile::unreadable()
 {
     if (geteuid() == 0)
         QSKIP("nothing is unreadable for the superuser");
@@ -131,7 +91,7 @@ void TestFeedSource::unreadable()
     QVERIFY2(failure(path).startsWith("cannot be read: "), qPrintable(failure(path)));
 }
 
-void TestFeedSource::tooLarge()
+void TestFeedFile::tooLarge()
 {
     QFile file(m_dir.filePath("large.xml"));
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -139,5 +99,5 @@ void TestFeedSource::tooLarge()
     QCOMPARE(failure("large.xml"), QString("is too large: more than 32 MiB"));
 }
 
-QTEST_GUILESS_MAIN(TestFeedSource)
-#include "tst_feedsource.moc"
+QTEST_GUILESS_MAIN(TestFeedFile)
+#include "tst_feedfile.moc"

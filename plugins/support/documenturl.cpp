@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "documenturl.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace Tidel {
+
+namespace {
+
+QUrl fileUrl(const QString &path)
+{
+    return QUrl::fromLocalFile(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
+}
+
+bool isFileUrl(const QString &argument)
+{
+    return argument.startsWith(QLatin1String("file:"), Qt::CaseInsensitive);
+}
+
+QString withoutLocalHost(QUrl url)
+{
+    if (url.host() == QLatin1String("localhost"))
+        url.setHost(QString());
+    return url.toLocalFile();
+}
+
+} // namespace
+
+QUrl documentUrl(const QString &argument)
+{
+    if (isFileUrl(argument))
+        return fileUrl(withoutLocalHost(QUrl(argument)));
+    if (argument.contains(QLatin1String("://")) && !QFileInfo::exists(argument))
+        return QUrl(argument);
+    return fileUrl(argument);
+}
+
+} // namespace Tidel

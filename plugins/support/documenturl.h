@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_DOCUMENTURL_H
+#define TIDEL_DOCUMENTURL_H
+
+#include <QString>
+#include <QUrl>
+
+namespace Tidel {
+
+/// The absolute address that a user means by \a argument, a path or a URL.
+QUrl documentUrl(const QString &argument);
+
+} // namespace Tidel
+
+#endif
