@@ -15,6 +15,18 @@
 
 namespace Tidel {
 
+namespace {
+
+std::unique_ptr<QSparqlResult> finished(QSparqlConnection &connection, const QSparqlQuery &query)
+{
+    std::unique_ptr<QSparqlResult> result(connection.exec(query));
+    if (result)
+        result->waitForFinished();
+    return result;
+}
+
+} // namespace
+
 FeedStore::FeedStore(std::unique_ptr<QSparqlConnection> connection) : m_connection(std::move(connection)) { }
 
 FeedStore::~FeedStore()
@@ -87,13 +99,16 @@ void FeedStore::collectGarbage() const
 QList<QSparqlResultRow> FeedStore::rows(const QSparqlQuery &query) const
 {
     QList<QSparqlResultRow> rows;
-    const std::unique_ptr<QSparqlResult> result(m_connection->exec(query));
-    if (!result)
-        return rows;
-    result->waitForFinished();
-    while (result->next())
+    const std::unique_ptr<QSparqlResult> result(finished(*m_connection, query));
+    while (result && result->next())
         rows.append(result->current());
     return rows;
+}
+
+bool FeedStore::run(const QSparqlQuery &update)
+{
+    const std::unique_ptr<QSparqlResult> result(finished(*m_connection, update));
+    return result && !result->hasError();
 }
 
 } // namespace Tidel

@@ -36,13 +36,19 @@ public:
     /// The URI of the message that \a name, a link or a URI, stands for; empty when there is none.
     QString messageUri(const QString &name) const;
 
+    /// \name Statements of our own
+    /// @{
+    /// The rows of a query; none when the store fails.
+    QList<QSparqlResultRow> rows(const QSparqlQuery &query) const;
+    /// Whether the store took the update.
+    bool run(const QSparqlQuery &update);
+    /// @}
+
     /// Frees what the library has released, which otherwise waits for an event loop.
     void collectGarbage() const;
 
 private:
     explicit FeedStore(std::unique_ptr<QSparqlConnection> connection);
-
-    QList<QSparqlResultRow> rows(const QSparqlQuery &query) const;
 
     std::unique_ptr<QSparqlConnection> m_connection;
 };

@@ -87,18 +87,35 @@ FeedChannel ParsedFeed::channel() const
 QList<FeedMessage> ParsedFeed::messages(const QSet<QString> &channelLinks,
                                         const QSet<QString> &knownLinks) const
 {
-    // Feeds about one page name it in every item: a fragment for all of them, since the page itself would be
-    // the link of whichever is the oldest at the time.
-    LinkClaims claims(channelLinks + QSet<QString>{m_link, m_website});
     QList<FeedMessage> messages;
-    for (auto item = m_items.rbegin(); item != m_items.rend(); ++item) {
-        const QString link = claims.claim(**item, wantedLink(**item));
-        if (!link.isEmpty() && !knownLinks.contains(link))
-            messages.append(message(**item, link));
-    }
+    eachItem(channelLinks, [&](const FeedItem &item, const QString &link) {
+        if (!knownLinks.contains(link))
+            messages.append(message(item, link));
+    });
     std::reverse(messages.begin(), messages.end());
     sortNewestFirst(messages);
     return messages;
+}
+
+QSet<QString> ParsedFeed::links(const QSet<QString> &channelLinks) const
+{
+    QSet<QString> links;
+    eachItem(channelLinks, [&](const FeedItem &, const QString &link) { links.insert(link); });
+    return links;
+}
+
+/// Visits each item once, the oldest first, with the link that its message has.
+void ParsedFeed::eachItem(const QSet<QString> &channelLinks,
+                          const std::function<void(const FeedItem &, const QString &link)> &visit) const
+{
+    // Feeds about one page name it in every item: a fragment for all of them, since the page itself would be
+    // the link of whichever is the oldest at the time.
+    LinkClaims claims(channelLinks + QSet<QString>{m_link, m_website});
+    for (auto item = m_items.rbegin(); item != m_items.rend(); ++item) {
+        const QString link = claims.claim(**item, wantedLink(**item));
+        if (!link.isEmpty())
+            visit(**item, link);
+    }
 }
 
 QString ParsedFeed::resolve(const Reference &reference, QString (*clean)(const QString &, const QUrl &)) const

@@ -9,6 +9,7 @@
 
 #include <feedchannel.h>
 
+#include <functional>
 #include <optional>
 
 namespace Tidel {
@@ -30,9 +31,14 @@ public:
     QList<FeedMessage> messages(const QSet<QString> &channelLinks = {},
                                 const QSet<QString> &knownLinks = {}) const;
 
+    /// The links of all messages that messages(\a channelLinks) gives.
+    QSet<QString> links(const QSet<QString> &channelLinks) const;
+
 private:
     ParsedFeed(const FeedTree &tree, const QUrl &url);
 
+    void eachItem(const QSet<QString> &channelLinks,
+                  const std::function<void(const FeedItem &, const QString &link)> &visit) const;
     QString resolve(const Reference &reference, QString (*clean)(const QString &, const QUrl &)) const;
     QUrl baseOf(const Syndication::ElementWrapper &element) const;
     QString wantedLink(const FeedItem &item) const;

@@ -57,7 +57,7 @@ struct Result
     bool isFine;
 };
 
-using Command = void (*)(FeedStore &, const QStringList &, Output &);
+using Command = void (*)(FeedStore &, const Arguments &, Output &);
 
 int updates()
 {

@@ -3,6 +3,7 @@
 
 #include "documenturl.h"
 #include "links.h"
+#include "output.h"
 
 namespace Tidel {
 
@@ -27,6 +28,21 @@ std::optional<FeedChannel> findChannel(const QList<FeedChannel> &channels, const
               "%1: %2 channels have this title; use the link of one, as \"tidel channels\" shows it")
               .arg(name, QString::number(sameTitle.size()));
     return std::nullopt;
+}
+
+QList<FeedChannel> findChannels(const QList<FeedChannel> &channels, const QStringList &names, Output &output)
+{
+    if (names.isEmpty())
+        return channels;
+    QList<FeedChannel> found;
+    for (const QString &name : names) {
+        QString error;
+        if (const auto channel = findChannel(channels, name, &error))
+            found.append(*channel);
+        else
+            output.error(error);
+    }
+    return found;
 }
 
 } // namespace Tidel

@@ -10,12 +10,20 @@
 
 #include <algorithm>
 #include <iterator>
+#include <vector>
 
 namespace Tidel {
 
 namespace {
 
 constexpr int anyNumber = -1;
+
+struct Option
+{
+    const char *name;
+    const char *value; ///< what is to be given; null for an option without a value
+    const char *description;
+};
 
 struct Command
 {
@@ -25,19 +33,48 @@ struct Command
     const char *details;
     int minimumArguments;
     int maximumArguments;
-    void (*run)(FeedStore &, const QStringList &, Output &);
+    void (*run)(FeedStore &, const Arguments &, Output &);
+    std::vector<Option> options = {};
+    QString (*misuse)(const Arguments &) = nullptr;
 };
+
+const char *const aChannel = "A channel by title, link, file or URI.";
+const char *const someChannels = "Channels by title, link, file or URI; all of them when none is named.";
+const char *const aMessage = "A message by link or URI.";
 
 const Command commands[] = {
     {"subscribe", "FILE|URL...", "Subscribe to feeds: RSS, Atom or RDF files.",
      "Feed files, as paths or file: URLs.", 1, anyNumber, subscribe},
-    {"refresh", "[CHANNEL...]", "Read the feeds again and store what is new.",
-     "Channels by title, link, file or URI; all of them when none is named.", 0, anyNumber, refresh},
+    {"unsubscribe", "CHANNEL", "Delete a channel with its messages and their downloaded files.", aChannel, 1, 1,
+     unsubscribe},
+    {"refresh", "[CHANNEL...]", "Read the feeds again and store what is new.", someChannels, 0, anyNumber,
+     refresh},
+    {"edit",
+     "CHANNEL",
+     "Change a channel's title or link.",
+     aChannel,
+     1,
+     1,
+     edit,
+     {{"title", "TITLE", "The new title."}, {"link", "FILE|URL", "Where the feed is from now on."}},
+     misuseOfEdit},
     {"channels", "", "List the channels: title, messages, link, URI.", "", 0, 0, listChannels},
-    {"messages", "CHANNEL", "List a channel's messages, newest first; * marks favourites.",
-     "A channel by title, link, file or URI.", 1, 1, listMessages},
-    {"enclosures", "MESSAGE", "List a message's files: size, type, address.", "A message by link or URI.", 1,
-     1, listEnclosures},
+    {"messages", "CHANNEL", "List a channel's messages, newest first; * marks favorites.", aChannel, 1, 1,
+     listMessages},
+    {"enclosures", "MESSAGE", "List a message's files: size, type, address.", aMessage, 1, 1, listEnclosures},
+    {"favorite", "MESSAGE", "Mark a message as a favorite, which is never pruned.", aMessage, 1, 1, favorite},
+    {"unfavorite", "MESSAGE", "Take the mark away.", aMessage, 1, 1, unfavorite},
+    {"prune",
+     "[CHANNEL...]",
+     "Delete a channel's oldest messages; favorites stay.",
+     someChannels,
+     0,
+     anyNumber,
+     prune,
+     {{"keep", "N", "How many messages stay, besides the favorites."},
+      {"dry-run", nullptr, "Say what would be deleted, and delete nothing."}},
+     misuseOfPrune},
+    {"clean", "", "Delete messages of no channel and enclosures of no message.", "", 0, 0, clean},
 };
 
 const Command *findCommand(const QString &name)
@@ -70,6 +107,35 @@ QCommandLineOption helpOption()
                               QStringLiteral("Shows this help."));
 }
 
+QCommandLineOption parserOption(const Option &option)
+{
+    QCommandLineOption result(QString::fromLatin1(option.name), QString::fromLatin1(option.description));
+    if (option.value)
+        result.setValueName(QString::fromLatin1(option.value));
+    return result;
+}
+
+Arguments givenArguments(const Command &command, const QCommandLineParser &parser)
+{
+    Arguments given{parser.positionalArguments()};
+    for (const Option &option : command.options) {
+        const QString name = QString::fromLatin1(option.name);
+        if (parser.isSet(name))
+            given.options.insert(name, parser.value(name));
+    }
+    return given;
+}
+
+/// What is wrong with \a arguments; empty when nothing is.
+QString misuse(const Command &command, const Arguments &arguments)
+{
+    if (arguments.names.size() < command.minimumArguments)
+        return QStringLiteral("an argument is missing");
+    if (command.maximumArguments != anyNumber && arguments.names.size() > command.maximumArguments)
+        return QStringLiteral("too many arguments");
+    return command.misuse ? command.misuse(arguments) : QString();
+}
+
 /// Qt's help begins with the program as it was called, path and all.
 QString helpText(const QCommandLineParser &parser)
 {
@@ -91,7 +157,7 @@ QString commandList()
     return text + QStringLiteral("\n\"tidel COMMAND --help\" tells more.");
 }
 
-ExitCode runWithStore(const Command &command, const QStringList &arguments, Output &output)
+ExitCode runWithStore(const Command &command, const Arguments &arguments, Output &output)
 {
     QString error;
     const std::unique_ptr<FeedStore> store = FeedStore::open(&error);
@@ -103,12 +169,6 @@ ExitCode runWithStore(const Command &command, const QStringList &arguments, Outp
     return outcome(output);
 }
 
-bool isCountFine(const Command &command, int count)
-{
-    return count >= command.minimumArguments
-        && (command.maximumArguments == anyNumber || count <= command.maximumArguments);
-}
-
 ExitCode runCommand(const Command &command, const QStringList &arguments, Output &output)
 {
     const QString name = QLatin1String(command.name);
@@ -116,6 +176,8 @@ ExitCode runCommand(const Command &command, const QStringList &arguments, Output
     QCommandLineParser parser;
     parser.setApplicationDescription(QLatin1String(command.summary));
     parser.addOption(helpOption());
+    for (const Option &option : command.options)
+        parser.addOption(parserOption(option));
     parser.addPositionalArgument(name, QStringLiteral("The command."), name);
     if (command.maximumArguments != 0) {
         const QString syntax = QLatin1String(command.syntax);
@@ -126,16 +188,11 @@ ExitCode runCommand(const Command &command, const QStringList &arguments, Output
         return usageError(output, parser.errorText(), help);
     if (parser.isSet(helpOption()))
         return show(output, helpText(parser));
-    const QStringList values = parser.positionalArguments();
-    if (!isCountFine(command, values.size())) {
-        const bool isShort = values.size() < command.minimumArguments;
-        return usageError(output,
-                          QStringLiteral("%1: %2").arg(name,
-                                                       isShort ? QStringLiteral("an argument is missing")
-                                                               : QStringLiteral("too many arguments")),
-                          help);
-    }
-    return runWithStore(command, values, output);
+    const Arguments given = givenArguments(command, parser);
+    const QString problem = misuse(command, given);
+    if (!problem.isEmpty())
+        return usageError(output, QStringLiteral("%1: %2").arg(name, problem), help);
+    return runWithStore(command, given, output);
 }
 
 } // namespace

@@ -43,7 +43,7 @@ QString shownType(const QString &mimeType)
 
 } // namespace
 
-void listChannels(FeedStore &store, const QStringList &, Output &output)
+void listChannels(FeedStore &store, const Arguments &, Output &output)
 {
     const QList<FeedChannel> channels = store.channels();
     if (channels.isEmpty())
@@ -56,10 +56,10 @@ void listChannels(FeedStore &store, const QStringList &, Output &output)
     output.table(table);
 }
 
-void listMessages(FeedStore &store, const QStringList &arguments, Output &output)
+void listMessages(FeedStore &store, const Arguments &arguments, Output &output)
 {
     QString error;
-    const auto channel = findChannel(store.channels(), arguments.first(), &error);
+    const auto channel = findChannel(store.channels(), arguments.names.first(), &error);
     if (!channel) {
         output.error(error);
         return;
@@ -76,13 +76,11 @@ void listMessages(FeedStore &store, const QStringList &arguments, Output &output
     output.table(table);
 }
 
-void listEnclosures(FeedStore &store, const QStringList &arguments, Output &output)
+void listEnclosures(FeedStore &store, const Arguments &arguments, Output &output)
 {
-    const QString uri = store.messageUri(arguments.first());
+    const QString uri = store.messageUri(arguments.names.first());
     if (uri.isEmpty()) {
-        output.error(
-            QStringLiteral("%1: no such message; \"tidel messages CHANNEL\" lists them with their links")
-                .arg(arguments.first()));
+        output.error(noSuchMessage(arguments.names.first()));
         return;
     }
     const QList<FeedEnclosure> enclosures = store.library().enclosuresForMessage(uri);

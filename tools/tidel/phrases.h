@@ -9,12 +9,17 @@ namespace Tidel {
 
 /// "1 message", "2 messages".
 QString countedMessages(int count);
+QString countedEnclosures(int count);
+QString countedFiles(int count);
 
 /// \a time in local time, "2026-11-03 10:00", or that there is none.
 QString shownTime(const QDateTime &time);
 
 /// What to do when there is no channel yet.
 QString noChannelsHint();
+
+/// That no message is called \a name.
+QString noSuchMessage(const QString &name);
 
 /// \a title, or that there is none.
 QString shownTitle(const QString &title);

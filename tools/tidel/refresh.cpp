@@ -2,7 +2,11 @@
 #include "commands.h"
 
 #include "channelfinder.h"
+<<<<<<< HEAD
 #include "feedfile.h"
+=======
+#include "droppedlinks.h"
+>>>>>>> cedb0b4 (Prune, clean, edit, mark and unsubscribe from the command line)
 #include "feedparser.h"
 #include "feedstore.h"
 #include "output.h"
@@ -48,7 +52,11 @@ void Refresher::refresh(const FeedChannel &channel)
         return;
     }
     const QStringList stored = m_store.library().messageLinksOfChannel(channel.uri());
-    storeNew(channel, feed->messages(m_channelLinks, QSet<QString>(stored.begin(), stored.end())));
+    const QSet<QString> dropped = droppedLinks(m_store, channel.uri());
+    const QSet<QString> known = QSet<QString>(stored.begin(), stored.end()) + dropped;
+    storeNew(channel, feed->messages(m_channelLinks, known));
+    if (!dropped.isEmpty())
+        forgetDropped(m_store, channel.uri(), (dropped - feed->links(m_channelLinks)).values());
 }
 
 void Refresher::storeNew(const FeedChannel &channel, const QList<FeedMessage> &messages)
@@ -72,31 +80,15 @@ void Refresher::fail(const FeedChannel &channel, const QString &reason)
     m_output.error(QStringLiteral("%1 (%2): %3").arg(channel.title(), channel.link(), reason));
 }
 
-QList<FeedChannel> chosenChannels(const QList<FeedChannel> &channels, const QStringList &names,
-                                  Output &output)
-{
-    if (names.isEmpty())
-        return channels;
-    QList<FeedChannel> chosen;
-    for (const QString &name : names) {
-        QString error;
-        if (const auto channel = findChannel(channels, name, &error))
-            chosen.append(*channel);
-        else
-            output.error(error);
-    }
-    return chosen;
-}
-
 } // namespace
 
-void refresh(FeedStore &store, const QStringList &arguments, Output &output)
+void refresh(FeedStore &store, const Arguments &arguments, Output &output)
 {
     const QList<FeedChannel> channels = store.channels();
-    if (channels.isEmpty() && arguments.isEmpty())
+    if (channels.isEmpty() && arguments.names.isEmpty())
         output.note(noChannelsHint());
     Refresher refresher(store, channels, output);
-    const QList<FeedChannel> chosen = chosenChannels(channels, arguments, output);
+    const QList<FeedChannel> chosen = findChannels(channels, arguments.names, output);
     for (const FeedChannel &channel : chosen) {
         refresher.refresh(channel);
         store.collectGarbage();

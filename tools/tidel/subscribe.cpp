@@ -90,10 +90,10 @@ void Subscriber::store(const ParsedFeed &feed, const QString &argument)
 
 } // namespace
 
-void subscribe(FeedStore &store, const QStringList &arguments, Output &output)
+void subscribe(FeedStore &store, const Arguments &arguments, Output &output)
 {
-    Subscriber subscriber(store, arguments, output);
-    for (const QString &argument : arguments) {
+    Subscriber subscriber(store, arguments.names, output);
+    for (const QString &argument : arguments.names) {
         subscriber.subscribe(argument);
         store.collectGarbage();
     }

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "commands.h"
+
+#include "channelfinder.h"
+#include "documenturl.h"
+#include "feedstore.h"
+#include "links.h"
+#include "output.h"
+
+#include <QSparqlQuery>
+#include <QUrl>
+
+#include <feedtrackersparql.h>
+
+#include <algorithm>
+
+namespace Tidel {
+
+namespace {
+
+/// Why the channel cannot have \a link; empty when it can.
+QString obstacle(const FeedStore &store, const QList<FeedChannel> &channels, const QString &link)
+{
+    const auto owner = std::find_if(channels.begin(), channels.end(),
+                                    [&](const FeedChannel &channel) { return channel.link() == link; });
+    if (owner != channels.end())
+        return QStringLiteral("is the link of another channel, %1").arg(owner->title());
+    // Known messages are linked to further channels by their links: such a channel would become a message.
+    if (!store.messageUri(link).isEmpty())
+        return QStringLiteral("is the link of a message");
+    return QString();
+}
+
+/// What a server said of the last download holds for the old link alone.
+bool dropValidators(FeedStore &store, const QString &channelUri)
+{
+    QSparqlQuery query(QStringLiteral("DELETE { ?:channel tidel:entityTag ?e } "
+                                      "WHERE { ?:channel tidel:entityTag ?e } "
+                                      "DELETE { ?:channel tidel:lastModified ?m } "
+                                      "WHERE { ?:channel tidel:lastModified ?m }"),
+                       QSparqlQuery::DeleteStatement);
+    query.bindValue(QStringLiteral("channel"), QUrl(channelUri));
+    return store.run(query);
+}
+
+} // namespace
+
+QString misuseOfEdit(const Arguments &arguments)
+{
+    if (arguments.options.isEmpty())
+        return QStringLiteral("nothing to change: give --title or --link");
+    if (arguments.isSet("title") && arguments.value("title").simplified().isEmpty())
+        return QStringLiteral("--title needs a text");
+    if (arguments.isSet("link") && arguments.value("link").trimmed().isEmpty())
+        return QStringLiteral("--link needs a file or URL");
+    return QString();
+}
+
+void edit(FeedStore &store, const Arguments &arguments, Output &output)
+{
+    QString error;
+    const QList<FeedChannel> channels = store.channels();
+    const auto channel = findChannel(channels, arguments.names.first(), &error);
+    if (!channel) {
+        output.error(error);
+        return;
+    }
+    QVariantMap properties;
+    if (arguments.isSet("title"))
+        properties.insert(FeedTrackerSparql::TitleKey, arguments.value("title").simplified());
+    const QString link = encodedUrl(documentUrl(arguments.value("link").trimmed()));
+    const bool hasNewLink = arguments.isSet("link") && link != channel->link();
+    if (hasNewLink) {
+        const QString reason = obstacle(store, channels, link);
+        if (!reason.isEmpty()) {
+            output.error(QStringLiteral("%1 %2").arg(link, reason));
+            return;
+        }
+        properties.insert(FeedTrackerSparql::LinkKey, link);
+    }
+    if (!properties.isEmpty()
+        && ((hasNewLink && !dropValidators(store, channel->uri()))
+            || !store.library().editChannel(channel->uri(), properties))) {
+        output.error(QStringLiteral("%1: the store did not take the change").arg(channel->title()));
+        return;
+    }
+    const FeedChannel edited = store.library().channelForUri(channel->uri());
+    output.line(QStringLiteral("Changed: %1 (%2)").arg(edited.title(), edited.link()));
+}
+
+} // namespace Tidel
