@@ -10,8 +10,8 @@ namespace Tidel {
 
 class FeedStore;
 
-// The links of messages that were dropped from a channel. They are kept with the channel for as long as its feed
-// shows them, so that a refresh does not take such a message for a new one.
+// The links of messages that were dropped from a channel. They are kept with the channel for as long as its
+// feed shows them, so that a refresh does not take such a message for a new one.
 
 /// The dropped links of the channel.
 QSet<QString> droppedLinks(const FeedStore &store, const QString &channelUri);

@@ -15,18 +15,6 @@
 
 namespace Tidel {
 
-namespace {
-
-std::unique_ptr<QSparqlResult> finished(QSparqlConnection &connection, const QSparqlQuery &query)
-{
-    std::unique_ptr<QSparqlResult> result(connection.exec(query));
-    if (result)
-        result->waitForFinished();
-    return result;
-}
-
-} // namespace
-
 FeedStore::FeedStore(std::unique_ptr<QSparqlConnection> connection) : m_connection(std::move(connection)) { }
 
 FeedStore::~FeedStore()
@@ -99,16 +87,25 @@ void FeedStore::collectGarbage() const
 QList<QSparqlResultRow> FeedStore::rows(const QSparqlQuery &query) const
 {
     QList<QSparqlResultRow> rows;
-    const std::unique_ptr<QSparqlResult> result(finished(*m_connection, query));
+    const auto result = finished(query);
     while (result && result->next())
         rows.append(result->current());
     return rows;
 }
 
-bool FeedStore::run(const QSparqlQuery &update)
+bool FeedStore::run(const QSparqlQuery &update) { return finished(update) != nullptr; }
+
+/// The result of \a query; null when it failed.
+std::unique_ptr<QSparqlResult> FeedStore::finished(const QSparqlQuery &query) const
 {
-    const std::unique_ptr<QSparqlResult> result(finished(*m_connection, update));
-    return result && !result->hasError();
+    std::unique_ptr<QSparqlResult> result(m_connection->exec(query));
+    if (result)
+        result->waitForFinished();
+    if (result && !result->hasError())
+        return result;
+    if (m_failure.isEmpty())
+        m_failure = result ? result->lastError().message() : QStringLiteral("it does not answer");
+    return nullptr;
 }
 
 } // namespace Tidel

@@ -14,6 +14,7 @@
 class FeedTrackerSparql;
 class QSparqlConnection;
 class QSparqlQuery;
+class QSparqlResult;
 class QSparqlResultRow;
 
 namespace Tidel {
@@ -42,6 +43,8 @@ public:
     QList<QSparqlResultRow> rows(const QSparqlQuery &query) const;
     /// Whether the store took the update.
     bool run(const QSparqlQuery &update);
+    /// What the store said of the first of them that failed; empty when none did.
+    QString failure() const { return m_failure; }
     /// @}
 
     /// Frees what the library has released, which otherwise waits for an event loop.
@@ -50,7 +53,10 @@ public:
 private:
     explicit FeedStore(std::unique_ptr<QSparqlConnection> connection);
 
+    std::unique_ptr<QSparqlResult> finished(const QSparqlQuery &query) const;
+
     std::unique_ptr<QSparqlConnection> m_connection;
+    mutable QString m_failure;
 };
 
 } // namespace Tidel

@@ -45,8 +45,8 @@ const char *const aMessage = "A message by link or URI.";
 const Command commands[] = {
     {"subscribe", "FILE|URL...", "Subscribe to feeds: RSS, Atom or RDF files.",
      "Feed files, as paths or file: URLs.", 1, anyNumber, subscribe},
-    {"unsubscribe", "CHANNEL", "Delete a channel with its messages and their downloaded files.", aChannel, 1, 1,
-     unsubscribe},
+    {"unsubscribe", "CHANNEL", "Delete a channel with its messages and their downloaded files.", aChannel, 1,
+     1, unsubscribe},
     {"refresh", "[CHANNEL...]", "Read the feeds again and store what is new.", someChannels, 0, anyNumber,
      refresh},
     {"edit",
@@ -166,6 +166,8 @@ ExitCode runWithStore(const Command &command, const Arguments &arguments, Output
         return SomethingFailed;
     }
     command.run(*store, arguments, output);
+    if (!store->failure().isEmpty())
+        output.error(QLatin1String("the store failed: ") + store->failure());
     return outcome(output);
 }
 

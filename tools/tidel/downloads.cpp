@@ -25,7 +25,8 @@ QString downloadedFile(const QString &localUrl)
         return QString();
     const QString folder = QFileInfo(downloadFolder()).canonicalFilePath();
     const QString place = QFileInfo(file.path()).canonicalFilePath();
-    const bool isInside = !folder.isEmpty() && (place + QLatin1Char('/')).startsWith(folder + QLatin1Char('/'));
+    const bool isInside =
+        !folder.isEmpty() && (place + QLatin1Char('/')).startsWith(folder + QLatin1Char('/'));
     return isInside ? file.filePath() : QString();
 }
 

@@ -16,8 +16,8 @@ class Output;
 /// The folder that enclosures are downloaded into where no other is named: `tidel` in the user's downloads.
 QString downloadFolder();
 
-/// Removes the downloaded files of enclosures that the store lets go, while it lives. A file anywhere but in the
-/// download folder is the user's own and stays.
+/// Removes the downloaded files of enclosures that the store lets go, while it lives. A file anywhere but in
+/// the download folder is the user's own and stays.
 class DownloadRemover
 {
 public:

@@ -134,14 +134,11 @@ void Pruner::prune(const FeedChannel &channel)
 
 void Pruner::show(const FeedChannel &channel, const QStringList &uris)
 {
-    m_output.line(
-        QStringLiteral("%1: would delete %2").arg(channel.title(), countedMessages(uris.size())));
+    m_output.line(QStringLiteral("%1: would delete %2").arg(channel.title(), countedMessages(uris.size())));
     for (int from = 0; from < uris.size(); from += messagesAtOnce) {
-        const QList<Candidate> messages =
-            candidates(m_store, channel.uri(), uris.mid(from, messagesAtOnce));
+        const QList<Candidate> messages = candidates(m_store, channel.uri(), uris.mid(from, messagesAtOnce));
         for (const Candidate &message : messages)
-            m_output.line(
-                QStringLiteral("  %1  %2").arg(shownTime(message.date), shownTitle(message.title)));
+            m_output.line(QStringLiteral("  %1  %2").arg(shownTime(message.date), shownTitle(message.title)));
     }
 }
 
