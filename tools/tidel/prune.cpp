@@ -34,12 +34,14 @@ struct Candidate
     bool isShared = false; ///< another channel holds it too
 };
 
+QString iri(const QUrl &uri) { return QSparqlBinding(QStringLiteral("uri"), uri).toString(); }
+
 /// What there is to know of the messages \a uris of the channel, in their order.
 QList<Candidate> candidates(const FeedStore &store, const QString &channelUri, const QStringList &uris)
 {
     QString values;
     for (const QString &uri : uris)
-        values += QSparqlBinding(QStringLiteral("uri"), QUrl(uri)).toString() + QLatin1Char(' ');
+        values += iri(QUrl(uri)) + QLatin1Char(' ');
     QSparqlQuery query(QStringLiteral("SELECT ?m ?link ?title ?date ?other WHERE { VALUES ?m { ") + values
                        + QStringLiteral("} ?m a mfo:FeedMessage . OPTIONAL { ?m nie:links ?link } "
                                         "OPTIONAL { ?m nie:title ?title } "
@@ -65,18 +67,49 @@ QList<Candidate> candidates(const FeedStore &store, const QString &channelUri, c
     return ordered;
 }
 
-/// Takes the messages, which other channels go on holding, out of the channel.
-bool takeOut(FeedStore &store, const QString &channelUri, const QList<QUrl> &messages)
+/// Deletes that each of \a messages has the value \a value of \a property.
+bool deleteStatements(FeedStore &store, const QList<QUrl> &messages, const char *property,
+                      const QString &value)
 {
     if (messages.isEmpty())
         return true;
-    const QString channel = QSparqlBinding(QStringLiteral("channel"), QUrl(channelUri)).toString();
     QString update = QStringLiteral("DELETE DATA { ");
-    for (const QUrl &message : messages) {
-        update += QSparqlBinding(QStringLiteral("message"), message).toString()
-            + QLatin1String(" nie:isLogicalPartOf ") + channel + QLatin1String(" . ");
-    }
+    for (const QUrl &message : messages)
+        update += QStringLiteral("%1 %2 %3 . ").arg(iri(message), QLatin1String(property), value);
     return store.run(QSparqlQuery(update + QLatin1Char('}'), QSparqlQuery::DeleteStatement));
+}
+
+/// Those of \a messages that have enclosures.
+QSet<QString> withEnclosures(const FeedStore &store, const QList<QUrl> &messages)
+{
+    QString values;
+    for (const QUrl &message : messages)
+        values += iri(message) + QLatin1Char(' ');
+    QSet<QString> uris;
+    const QList<QSparqlResultRow> rows =
+        store.rows(QSparqlQuery(QStringLiteral("SELECT DISTINCT ?m WHERE { VALUES ?m { ") + values
+                                + QStringLiteral("} ?e nie:isLogicalPartOf ?m }")));
+    for (const QSparqlResultRow &row : rows)
+        uris.insert(row.value(0).toString());
+    return uris;
+}
+
+/// Deletes messages that no other channel holds. The library asks the whole store for the enclosures of each,
+/// which those that have none are spared.
+bool deleteMessages(FeedStore &store, const QList<QUrl> &messages)
+{
+    if (messages.isEmpty())
+        return true;
+    const QSet<QString> holders = withEnclosures(store, messages);
+    if (!store.failure().isEmpty())
+        return false;
+    QList<QUrl> plain;
+    QList<QUrl> others;
+    for (const QUrl &message : messages)
+        (holders.contains(message.toString()) ? others : plain).append(message);
+    if (!others.isEmpty())
+        store.library().deleteMessages(others);
+    return deleteStatements(store, plain, "a", QStringLiteral("rdfs:Resource"));
 }
 
 class Pruner
@@ -154,11 +187,9 @@ bool Pruner::drop(const QString &channelUri, const QStringList &uris)
             links.append(message.link);
         (message.isShared ? shared : own).append(message.uri);
     }
-    if (!rememberDropped(m_store, channelUri, links) || !takeOut(m_store, channelUri, shared))
-        return false;
-    if (!own.isEmpty())
-        m_store.library().deleteMessages(own);
-    return true;
+    return rememberDropped(m_store, channelUri, links)
+        && deleteStatements(m_store, shared, "nie:isLogicalPartOf", iri(QUrl(channelUri)))
+        && deleteMessages(m_store, own);
 }
 
 } // namespace
