@@ -15,6 +15,13 @@ QString bound(QString text, const QString &name, const QString &value)
     return text.replace("?:" + name, value);
 }
 
+QString bound(QString text, const std::initializer_list<QPair<QString, QString>> &values)
+{
+    for (const auto &[name, value] : values)
+        text = bound(text, name, value);
+    return text;
+}
+
 } // namespace
 
 namespace Statements {
@@ -188,6 +195,217 @@ QString enclosureUpdate(const FeedEnclosure &enclosure, const QString &uri)
     text = bound(text, "mime", literal(enclosure.mimeType()));
     text = bound(text, "size", QString::number(enclosure.length()));
     return bound(text, "icon", literal(enclosure.typeIcon()));
+}
+
+QString deletableMessageCount(const QString &channelUri)
+{
+    return bound("SELECT COUNT(?u) WHERE {?u a mfo:FeedMessage. ?u nie:isLogicalPartOf ?:channelUri.  "
+                 "OPTIONAL {?u nao:hasTag ?tag . FILTER((?tag = nao:predefined-tag-favorite)) .} "
+                 "FILTER(!BOUND(?tag)) .} ",
+                 {{"channelUri", iri(channelUri)}});
+}
+
+QString deletableMessages(const QString &channelUri, int limit)
+{
+    return bound("SELECT ?u WHERE {?u a mfo:FeedMessage. ?u nie:isLogicalPartOf ?:channelUri. ?u "
+                 "mfo:downloadedTime ?downloadedTime .  OPTIONAL {?u nao:hasTag ?tag . FILTER((?tag = "
+                 "nao:predefined-tag-favorite)) .} OPTIONAL { ?u nie:contentCreated ?pubDate . } "
+                 "FILTER(!BOUND(?tag)) .} ORDER BY ?pubDate ?downloadedTime LIMIT ?:limit",
+                 {{"channelUri", iri(channelUri)}, {"limit", QString::number(limit)}});
+}
+
+QString channelToUpdate(const QString &channelUri)
+{
+    return bound("SELECT ?channel WHERE { ?channel a mfo:FeedChannel . FILTER(( ?channel = "
+                 "?:channelUri)).  }",
+                 {{"channelUri", iri(channelUri)}});
+}
+
+QString channelUpdate(const FeedChannel &channel)
+{
+    return bound("DELETE { ?:channelUri nie:title ?title } WHERE {?:channelUri nie:title ?title .} "
+                 "INSERT {?:channelUri nie:title ?:new_title} DELETE {?:channelUri mfo:image ?image } "
+                 "WHERE {?:channelUri mfo:image ?image .} INSERT {?:channelUri mfo:image ?:new_image} "
+                 "DELETE {?:channelUri nie:contentLastModified ?updatedTime } WHERE {?:channelUri "
+                 "nie:contentLastModified ?updatedTime } INSERT {?:channelUri nie:contentLastModified "
+                 "?:updatedTime } DELETE {?:channelUri nie:comment ?contentUpdatedTime } WHERE "
+                 "{?:channelUri nie:comment ?contentUpdatedTime } INSERT {?:channelUri nie:comment "
+                 "?:contentUpdatedTime } ",
+                 {{"channelUri", iri(channel.uri())},
+                  {"new_title", literal(channel.title())},
+                  {"new_image", literal(channel.icon().localUrl())},
+                  {"updatedTime", literal("NOW")},
+                  {"contentUpdatedTime", literal(channel.lastModifiedTime())}});
+}
+
+QString channelToEdit(const QString &channelUri)
+{
+    return bound("SELECT ?channelUri WHERE { ?channelUri a mfo:FeedChannel .FILTER((?channelUri = "
+                 "?:channelUri)) . } ",
+                 {{"channelUri", iri(channelUri)}});
+}
+
+QString linkOfChannel(const QString &channelUri)
+{
+    return bound("SELECT ?l ?c WHERE { ?:channelUri nie:links ?l .?l nie:created ?c }",
+                 {{"channelUri", iri(channelUri)}});
+}
+
+QString linkEdit(const QString &channelUri, const QString &oldLink, const QString &newLink,
+                 const QString &created)
+{
+    return bound("DELETE {?:link nie:created ?c } WHERE { ?:link nie:created ?c } DELETE { ?:channelUri "
+                 "nie:links ?:link . ?:link a rdfs:Resource } INSERT { ?:new_link a nie:DataObject ; "
+                 "nie:created ?:created .?:channelUri nie:links ?:new_link .}",
+                 {{"link", iri(oldLink)},
+                  {"new_link", iri(newLink)},
+                  {"created", literal(created) + "^^xsd:dateTime"},
+                  {"channelUri", iri(channelUri)}});
+}
+
+QString titleEdit(const QString &channelUri, const QString &title)
+{
+    return bound("DELETE { ?:channelUri nie:title ?title } WHERE {?:channelUri nie:title ?title .} "
+                 "INSERT {?:channelUri nie:title ?:new_title}",
+                 {{"channelUri", iri(channelUri)}, {"new_title", literal(title)}});
+}
+
+QString lastModifiedTimeEdit(const QString &channelUri, const QString &time)
+{
+    return bound("DELETE {?:channelUri nie:contentLastModified ?lastModified } WHERE {?:channelUri "
+                 "nie:contentLastModified ?lastModified .} INSERT {?:channelUri nie:contentLastModified "
+                 "?:time }",
+                 {{"channelUri", iri(channelUri)}, {"time", literal(time)}});
+}
+
+QString channelToDelete(const QString &channelUri)
+{
+    return bound("SELECT ?c ?l ?i WHERE {?c a mfo:FeedChannel; nie:links ?l . OPTIONAL{?c mfo:image "
+                 "?i.} FILTER ((?c = ?:channelUri))}",
+                 {{"channelUri", iri(channelUri)}});
+}
+
+QString channelDeletion(const QString &channelUri, const QString &link)
+{
+    return bound("DELETE { ?:link a rdfs:Resource } WHERE { ?:link a nie:DataObject } DELETE "
+                 "{?:channelUri a rdfs:Resource } WHERE {?:channelUri a mfo:FeedChannel }",
+                 {{"channelUri", iri(channelUri)}, {"link", iri(link)}});
+}
+
+QString messageToDelete(const QString &messageUri, const QString &channelUri)
+{
+    return bound("SELECT ?u  ?l WHERE {?u a mfo:FeedMessage; nie:links ?l FILTER ((?u = ?:msg)) . "
+                 "OPTIONAL {?u nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel . FILTER (( ?c != "
+                 "?:channelUri )) . }FILTER (!bound(?c)) . }",
+                 {{"msg", iri(messageUri)}, {"channelUri", iri(channelUri)}});
+}
+
+QString messageDeletion(const QString &messageUri, const QString &link)
+{
+    return bound("DELETE { ?:link a rdfs:Resource } WHERE { ?:link a nie:DataObject } DELETE "
+                 "{?:messageUri a rdfs:Resource } WHERE {?:messageUri a mfo:FeedMessage}",
+                 {{"messageUri", iri(messageUri)}, {"link", iri(link)}});
+}
+
+QString messagesToDelete(const QString &channelUri)
+{
+    return bound("SELECT ?u WHERE {?u a mfo:FeedMessage. OPTIONAL {?u nie:isLogicalPartOf ?c . ?c a "
+                 "mfo:FeedChannel . FILTER (( ?c != ?:channelUri )) . }FILTER (!bound(?c)) . }",
+                 {{"channelUri", iri(channelUri)}});
+}
+
+QString messagePiece(const QString &messageUri)
+{
+    return QString("DELETE {<%messageUri> nie:links ?l } WHERE {<%messageUri> a mfo:FeedMessage; "
+                   "nie:links ?l } DELETE {<%messageUri> a rdfs:Resource } WHERE {<%messageUri> a "
+                   "mfo:FeedMessage }")
+        .replace("%messageUri", messageUri);
+}
+
+QString enclosuresToDelete(const QString &messageUri)
+{
+    return bound("SELECT ?u  WHERE {?u a mfo:Enclosure; nie:isLogicalPartOf ?:messageUri. OPTIONAL {?u "
+                 "nie:isLogicalPartOf ?c . ?c a mfo:FeedMessage . FILTER (( ?c != ?:messageUri )) . "
+                 "}FILTER (!bound(?c)) . }",
+                 {{"messageUri", iri(messageUri)}});
+}
+
+QString enclosureToDelete(const QString &enclosureUri)
+{
+    return bound("SELECT ?u ?rl ?ll WHERE { ?u a mfo:Enclosure; mfo:remoteLink ?rl; mfo:localLink ?ll "
+                 "FILTER (( ?u = ?:enclosureUri)) }",
+                 {{"enclosureUri", iri(enclosureUri)}});
+}
+
+QString enclosurePiece(const QString &enclosureUri)
+{
+    return QString("DELETE {<%enclosureUri> mfo:remoteLink ?remlink } WHERE {<%enclosureUri> "
+                   "mfo:remoteLink ?remLink } DELETE {<%enclosureUri> mfo:localLink ?locLink } WHERE "
+                   "{<%enclosureUri> mfo:localLink ?locLink } DELETE {<%enclosureUri> a rdfs:Resource } "
+                   "WHERE {<%enclosureUri> a mfo:Enclosure } ")
+        .replace("%enclosureUri", enclosureUri);
+}
+
+QString imageFile(const QString &channelUri)
+{
+    return bound("SELECT ?localLink WHERE { ?uri a mfo:Enclosure .?uri nie:isLogicalPartOf ?:channelUri "
+                 ".?uri mfo:localLink ?localLink .}",
+                 {{"channelUri", iri(channelUri)}});
+}
+
+QString imageDeletion(const QString &channelUri)
+{
+    return bound("DELETE {?localLink a rdfs:Resource } WHERE {?uri a mfo:Enclosure .?uri "
+                 "nie:isLogicalPartOf ?:channelUri .?uri mfo:remoteLink ?remoteLink . ?uri "
+                 "mfo:localLink ?localLink .} DELETE {?remoteLink a rdfs:Resource } WHERE {?uri a "
+                 "mfo:Enclosure .?uri nie:isLogicalPartOf ?:channelUri .?uri mfo:remoteLink ?remoteLink "
+                 ". ?uri mfo:localLink ?localLink .} DELETE {?uri a rdfs:Resource } WHERE {?uri a "
+                 "mfo:Enclosure .?uri nie:isLogicalPartOf ?:channelUri .?uri mfo:remoteLink ?remoteLink "
+                 ". ?uri mfo:localLink ?localLink .} ",
+                 {{"channelUri", iri(channelUri)}});
+}
+
+QString imageUsers(const QString &image)
+{
+    return bound("select ?u ?i where {?u a mfo:FeedChannel. ?u mfo:image ?i FILTER ((?i = ?:image)) }",
+                 {{"image", literal(image)}});
+}
+
+QString orphanMessageDeletion()
+{
+    return "DELETE  { ?_links  a rdfs:Resource } WHERE { ?_feedMessage a mfo:FeedMessage . "
+           "?_feedMessage nie:links ?_links . OPTIONAL { ?_channel a mfo:FeedChannel . ?_feedMessage "
+           "nie:isLogicalPartOf ?_channel .} FILTER(!bound(?_channel)) .} DELETE  { ?_feedMessage  a "
+           "rdfs:Resource } WHERE { ?_feedMessage a mfo:FeedMessage . ?_feedMessage nie:links ?_links . "
+           "OPTIONAL { ?_channel a mfo:FeedChannel . ?_feedMessage nie:isLogicalPartOf ?_channel .} "
+           "FILTER(!bound(?_channel)) . }";
+}
+
+QString orphanEnclosures()
+{
+    return "SELECT ?_feedEnclosure ?_remoteLink ?_localLink WHERE { ?_feedEnclosure a mfo:Enclosure . "
+           "?_feedEnclosure mfo:remoteLink ?_remoteLink . ?_feedEnclosure mfo:localLink ?_localLink . "
+           "OPTIONAL { ?_message a mfo:FeedMessage .?_feedEnclosure nie:isLogicalPartOf ?_message .} "
+           ".OPTIONAL { ?_channel a mfo:FeedChannel .?_feedEnclosure nie:isLogicalPartOf ?_channel . } "
+           ".FILTER(!bound(?_message) && !bound(?_channel)) . }";
+}
+
+QString orphanEnclosureDeletion()
+{
+    return "DELETE  { ?_remoteLink  a rdfs:Resource } WHERE { ?_feedEnclosure a mfo:Enclosure . "
+           "?_feedEnclosure mfo:remoteLink ?_remoteLink . ?_feedEnclosure mfo:localLink ?_localLink . "
+           "OPTIONAL { ?_message a mfo:FeedMessage . ?_feedEnclosure nie:isLogicalPartOf ?_message .}. "
+           "OPTIONAL {?_channel a mfo:FeedChannel . ?_feedEnclosure nie:isLogicalPartOf ?_channel. }. "
+           "FILTER(!bound(?_message) && !bound(?_channel)) } DELETE  { ?_localLink  a rdfs:Resource } "
+           "WHERE { ?_feedEnclosure a mfo:Enclosure . ?_feedEnclosure mfo:remoteLink ?_remoteLink . "
+           "?_feedEnclosure mfo:localLink ?_localLink . OPTIONAL { ?_message a mfo:FeedMessage . "
+           "?_feedEnclosure nie:isLogicalPartOf ?_message .}. OPTIONAL {?_channel a mfo:FeedChannel . "
+           "?_feedEnclosure nie:isLogicalPartOf ?_channel. }. FILTER(!bound(?_message) && "
+           "!bound(?_channel)) } DELETE  { ?_feedEnclosure  a rdfs:Resource } WHERE { ?_feedEnclosure a "
+           "mfo:Enclosure . ?_feedEnclosure mfo:remoteLink ?_remoteLink . ?_feedEnclosure mfo:localLink "
+           "?_localLink . OPTIONAL { ?_message a mfo:FeedMessage . ?_feedEnclosure nie:isLogicalPartOf "
+           "?_message .}. OPTIONAL {?_channel a mfo:FeedChannel . ?_feedEnclosure nie:isLogicalPartOf "
+           "?_channel. }. FILTER(!bound(?_message) && !bound(?_channel)) } ";
 }
 
 } // namespace Statements

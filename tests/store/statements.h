@@ -43,6 +43,36 @@ QString enclosureLink(const QString &enclosureUri, const QString &ownerUri);
 QString enclosureToUpdate(const QString &remoteUrl);
 QString enclosureUpdate(const FeedEnclosure &enclosure, const QString &uri);
 
+QString deletableMessageCount(const QString &channelUri);
+QString deletableMessages(const QString &channelUri, int limit);
+
+QString channelToUpdate(const QString &channelUri);
+QString channelUpdate(const FeedChannel &channel);
+QString channelToEdit(const QString &channelUri);
+QString linkOfChannel(const QString &channelUri);
+QString linkEdit(const QString &channelUri, const QString &oldLink, const QString &newLink,
+                 const QString &created);
+QString titleEdit(const QString &channelUri, const QString &title);
+QString lastModifiedTimeEdit(const QString &channelUri, const QString &time);
+
+QString channelToDelete(const QString &channelUri);
+QString channelDeletion(const QString &channelUri, const QString &link);
+QString messageToDelete(const QString &messageUri, const QString &channelUri);
+QString messageDeletion(const QString &messageUri, const QString &link);
+QString messagesToDelete(const QString &channelUri);
+QString messagePiece(const QString &messageUri);
+
+QString enclosuresToDelete(const QString &messageUri);
+QString enclosureToDelete(const QString &enclosureUri);
+QString enclosurePiece(const QString &enclosureUri);
+QString imageFile(const QString &channelUri);
+QString imageDeletion(const QString &channelUri);
+QString imageUsers(const QString &image);
+
+QString orphanMessageDeletion();
+QString orphanEnclosures();
+QString orphanEnclosureDeletion();
+
 } // namespace Statements
 
 #endif

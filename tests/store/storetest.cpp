@@ -22,6 +22,7 @@ namespace {
 /// The trace's own local times have whole seconds.
 const QDateTime startOfProgram = QDateTime::fromSecsSinceEpoch(QDateTime::currentSecsSinceEpoch(), Qt::UTC);
 
+/// By the name of the function; one of several of that name has its arguments added.
 const QHash<QString, QString> &signatures()
 {
     static const QHash<QString, QString> texts = {
@@ -53,9 +54,26 @@ const QHash<QString, QString> &signatures()
         {"addEnclosures",
          "bool FeedTrackerSparql::addEnclosures(const QList<FeedEnclosure>&, const QString&) const"},
         {"updateEnclosure", "bool FeedTrackerSparql::updateEnclosure(const FeedEnclosure&) const"},
+        {"deletableMessageCount", "int FeedTrackerSparql::deletableMessageCount(const QString&) const"},
+        {"deletableMessages", "QStringList FeedTrackerSparql::deletableMessages(const QString&, int)"},
+        {"updateChannel", "bool FeedTrackerSparql::updateChannel(const FeedChannel&) const"},
+        {"editChannel", "bool FeedTrackerSparql::editChannel(const QString&, const QVariantMap&) const"},
+        {"deleteChannel", "void FeedTrackerSparql::deleteChannel(const QString&)"},
+        {"deleteMessage", "void FeedTrackerSparql::deleteMessage(const QString&, const QString&)"},
+        {"deleteMessages(const QString&)", "bool FeedTrackerSparql::deleteMessages(const QString&)"},
+        {"deleteMessages(QList<QUrl>)", "void FeedTrackerSparql::deleteMessages(QList<QUrl>)"},
+        {"deleteEnclosures(const QString&)", "void FeedTrackerSparql::deleteEnclosures(const QString&)"},
+        {"deleteEnclosures(QList<QUrl>)", "void FeedTrackerSparql::deleteEnclosures(QList<QUrl>)"},
+        {"deleteChannelImage", "void FeedTrackerSparql::deleteChannelImage(const QString&) const"},
+        {"deleteChannelImageIfNotInUse",
+         "void FeedTrackerSparql::deleteChannelImageIfNotInUse(const QString&, const QString&) const"},
+        {"deleteOrphanMessages", "void FeedTrackerSparql::deleteOrphanMessages()"},
+        {"deleteOrphanEnclosures", "void FeedTrackerSparql::deleteOrphanEnclosures()"},
     };
     return texts;
 }
+
+QString nameOfWriter(const LoggedMessage &trace) { return signatures().key(trace.signature()); }
 
 bool isWellFormed(const LoggedMessage &trace)
 {
@@ -63,9 +81,11 @@ bool isWellFormed(const LoggedMessage &trace)
     const QStringList parts = trace.parts();
     return parts.size() >= 6 && parts.at(0) == "Tracker" && parts.at(1) == "src/feedtrackersparql.cpp"
         && decimal.match(parts.at(2)).hasMatch() && !parts.at(4).isEmpty()
-        && parts.at(3) == signatures().value(parts.at(4)) && parts.at(5).startsWith(' ')
+        && parts.at(4) == nameOfWriter(trace).section('(', 0, 0) && parts.at(5).startsWith(' ')
         && trace.text.endsWith(' ');
 }
+
+QString traceStart(const QString &level, const QString &function) { return level + ' ' + function + ": "; }
 
 QString levelName(QtMsgType type)
 {
@@ -76,13 +96,19 @@ QString levelName(QtMsgType type)
     }
 }
 
+/// A message of its own, so that all lines are in one order; the library never informs.
+void writeLine(const QString &line) { qt_message_output(QtInfoMsg, QMessageLogContext(), line); }
+
 QString lineOf(const LoggedMessage &message)
 {
-    // The gate's own lines, see journalOf().
+    // Lines of journalOf()'s own.
     if (message.type == QtInfoMsg)
         return message.text;
+    // The library never warns.
+    if (message.type == QtWarningMsg)
+        return warningLine(message.text);
     const QString level = levelName(message.type);
-    return isWellFormed(message) ? level + ' ' + message.function() + ": " + message.message()
+    return isWellFormed(message) ? traceStart(level, nameOfWriter(message)) + message.message()
                                  : "malformed " + level + ": " + message.text;
 }
 
@@ -91,13 +117,23 @@ QString statementLine(QSparqlQuery::StatementType type, const QString &statement
     switch (type) {
     case QSparqlQuery::SelectStatement: return selectLine(statement);
     case QSparqlQuery::InsertStatement: return insertLine(statement);
+    case QSparqlQuery::DeleteStatement: return deleteLine(statement);
     default: return QString("statement of type %1: ").arg(int(type)) + statement;
     }
 }
 
 QString traceLine(const QString &level, const QString &function, const QStringList &items)
 {
-    return level + ' ' + function + ": " + items.join(' ') + ' ';
+    return traceStart(level, function) + items.join(' ') + ' ';
+}
+
+int indexOfStatement(const QStringList &journal, int number)
+{
+    static const QRegularExpression statement("^(select|insert|delete): ");
+    int index = -1;
+    for (int i = 0; i <= number; ++i)
+        index = int(journal.indexOf(statement, index + 1));
+    return index;
 }
 
 /// Reports results that are gone before the event loop, or not gone after it.
@@ -195,13 +231,18 @@ QString selectLine(const QString &statement) { return "select: " + statement; }
 
 QString insertLine(const QString &statement) { return "insert: " + statement; }
 
+QString deleteLine(const QString &statement) { return "delete: " + statement; }
+
+QString warningLine(const QString &text) { return "warning: " + text; }
+
+QString signalLine(const QList<FeedEnclosure> &enclosures) { return "signal: " + debugText(enclosures); }
+
 QStringList journalOf(const std::function<void()> &operation, const Interventions &interventions)
 {
     StatementGate::reset();
     StatementGate::setJudge([&interventions](const QString &statement) {
         const QList<QSparqlQuery::StatementType> types = StatementGate::types();
-        // A message of its own, so that statements and traces are in one order; the library never informs.
-        qt_message_output(QtInfoMsg, QMessageLogContext(), statementLine(types.last(), statement));
+        writeLine(statementLine(types.last(), statement));
         const auto found =
             std::find_if(interventions.begin(), interventions.end(), [&types](const Intervention &item) {
                 return item.statement == int(types.size()) - 1;
@@ -218,6 +259,16 @@ QStringList journalOf(const std::function<void()> &operation, const Intervention
     // All lines together, so that a URN has one name in all of them.
     const QChar separator(0xfdd0);
     return patterned(lines.join(separator)).split(separator, Qt::SkipEmptyParts);
+}
+
+QStringList throughStatement(const QStringList &journal, int number)
+{
+    return journal.mid(0, indexOfStatement(journal, number) + 1);
+}
+
+QStringList fromStatement(const QStringList &journal, int number)
+{
+    return journal.mid(indexOfStatement(journal, number));
 }
 
 void addFailureColumns()
@@ -270,13 +321,23 @@ QStringList everythingIn(const TestStore &store)
 {
     QStringList lines;
     // The ontology is left out.
-    for (const QString &line :
-         store.texts("SELECT ?s ?p ?o { ?s ?p ?o . FILTER(!STRSTARTS(STR(?s), 'http://tracker.api.') && "
-                     "!STRSTARTS(STR(?s), 'http://www.w3.org/')) }"))
+    for (const QString &line : store.texts(
+             "SELECT ?s ?p ?o { ?s ?p ?o . FILTER(!STRSTARTS(STR(?s), 'http://tracker.api.') && "
+             "!STRSTARTS(STR(?s), 'http://www.w3.org/') && !STRSTARTS(STR(?s), 'http://purl.org/dc/') && "
+             "!STRSTARTS(STR(?s), 'http://tidel.org/ontology/')) }"))
         lines.append(withPrefixes(line));
     lines.erase(std::remove_if(lines.begin(), lines.end(), isOfTheStoresOwn), lines.end());
     lines.sort();
     return lines;
+}
+
+QStringList subjectsIn(const TestStore &store)
+{
+    QStringList subjects;
+    for (const QString &line : everythingIn(store))
+        subjects.append(line.section(' ', 0, 0));
+    subjects.removeDuplicates();
+    return subjects;
 }
 
 QStringList propertiesOf(const TestStore &store, const QString &subject)
@@ -303,7 +364,8 @@ void StoreTestCase::init()
     m_store = std::make_unique<TestStore>();
     QVERIFY(copyFiles(pristine, m_store->dataFolder() + "/tidel/store"));
     StatementGate::reset();
-    FeedTrackerSparql::instance();
+    connect(tracker(), &FeedTrackerSparql::enclosuresToBeDeleted, this,
+            [](const QList<FeedEnclosure> &enclosures) { writeLine(signalLine(enclosures)); });
 }
 
 void StoreTestCase::cleanup()

@@ -33,12 +33,18 @@ QString quoted(const QString &text);
 QString patterned(const QString &text);
 
 /// \name Lines of a journal
-/// A trace is given by the function that writes it and its items, which end with a blank each.
+/// A trace is given by the function that writes it and its items, which end with a blank each; the name of
+/// an overloaded function has its arguments added.
 /// @{
 QString debugLine(const QString &function, const QStringList &items);
 QString criticalLine(const QString &function, const QStringList &items);
 QString selectLine(const QString &statement);
 QString insertLine(const QString &statement);
+QString deleteLine(const QString &statement);
+/// What Qt itself warns of.
+QString warningLine(const QString &text);
+/// The signal, as the instance that a test starts with emits it.
+QString signalLine(const QList<FeedEnclosure> &enclosures);
 /// @}
 
 /// What becomes of one of an operation's statements, counted from 0.
@@ -51,11 +57,17 @@ using Interventions = std::vector<Intervention>;
 Q_DECLARE_METATYPE(Interventions)
 
 /**
- * What \a operation does, in its order: each statement as it reaches the connection and each trace. A trace
- * that is not built as it has to be is reported as such, and so is a result that is not left to the event
- * loop.
+ * What \a operation does, in its order: each statement as it reaches the connection, each trace and each
+ * signal. A trace that is not built as it has to be is reported as such, and so is a result that is not left
+ * to the event loop.
  */
 QStringList journalOf(const std::function<void()> &operation, const Interventions &interventions = {});
+
+/// \name Parts of a journal, by the statement of that number, counted from 0
+/// @{
+QStringList throughStatement(const QStringList &journal, int number);
+QStringList fromStatement(const QStringList &journal, int number);
+/// @}
 
 /// Runs an operation and tells whether it returned what it returns when it fails.
 using Operation = std::function<bool()>;
@@ -91,6 +103,8 @@ QString refusalError();
 /// Lines of text, sorted; prefixed names where there is a prefix, and without what the store itself keeps.
 /// @{
 QStringList everythingIn(const TestStore &store);
+/// The resources that something is said of.
+QStringList subjectsIn(const TestStore &store);
 /// What is said of \a subject, each line a property and its value.
 QStringList propertiesOf(const TestStore &store, const QString &subject);
 /// @}

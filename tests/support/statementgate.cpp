@@ -102,6 +102,8 @@ QSparqlResult *QSparqlConnection::exec(const QSparqlQuery &query)
     case StatementGate::Pass: return remembered(realExec(this, query));
     case StatementGate::Refuse:
         return remembered(realExec(this, QSparqlQuery(StatementGate::refusedStatement(), query.type())));
+    case StatementGate::NoRows:
+        return remembered(realExec(this, QSparqlQuery(QStringLiteral("SELECT ?u { FILTER(false) }"))));
     case StatementGate::Late: return remembered(new LateResult(realExec(this, query)));
     case StatementGate::NoResult: break;
     }

@@ -21,6 +21,7 @@ enum Verdict {
     Pass,
     NoResult, ///< exec() returns null
     Refuse, ///< the store is given a statement that it refuses, so that the result has a real error
+    NoRows, ///< the store is given a query that nothing answers
     Late ///< the result has neither rows nor an error until its waitForFinished() is called
 };
 
