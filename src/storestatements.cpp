@@ -275,7 +275,7 @@ QSparqlQuery updateChannel(const FeedChannel &channel)
 {
     return insert("DELETE { ?:channelUri nie:title ?title } WHERE {?:channelUri nie:title ?title .} "
                   "INSERT {?:channelUri nie:title ?:new_title} "
-                  "DELETE { ?:channelUri mfo:image ?image } WHERE {?:channelUri mfo:image ?image .} "
+                  "DELETE {?:channelUri mfo:image ?image } WHERE {?:channelUri mfo:image ?image .} "
                   "INSERT {?:channelUri mfo:image ?:new_image} "
                   "DELETE {?:channelUri nie:contentLastModified ?updatedTime } "
                   "WHERE {?:channelUri nie:contentLastModified ?updatedTime } "

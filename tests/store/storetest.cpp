@@ -129,10 +129,16 @@ QString traceLine(const QString &level, const QString &function, const QStringLi
 
 int indexOfStatement(const QStringList &journal, int number)
 {
-    static const QRegularExpression statement("^(select|insert|delete): ");
+    const auto isStatement = [](const QString &line) {
+        return line.startsWith("select: ") || line.startsWith("insert: ") || line.startsWith("delete: ");
+    };
     int index = -1;
-    for (int i = 0; i <= number; ++i)
-        index = int(journal.indexOf(statement, index + 1));
+    for (int i = 0; i <= number; ++i) {
+        const auto next = std::find_if(journal.cbegin() + index + 1, journal.cend(), isStatement);
+        if (next == journal.cend())
+            qFatal("The journal has no statement %d", number);
+        index = int(next - journal.cbegin());
+    }
     return index;
 }
 
