@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "feedstore.h"
 
+#include "messagewriter.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 #include <QSparqlConnection>
@@ -77,6 +79,11 @@ QString FeedStore::messageUri(const QString &name) const
             return found.first().value(0).toString();
     }
     return QString();
+}
+
+bool FeedStore::addMessages(const QList<FeedMessage> &messages, const QString &channelUri) const
+{
+    return MessageWriter(*m_connection).write(messages, channelUri);
 }
 
 void FeedStore::collectGarbage() const

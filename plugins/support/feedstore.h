@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <feedchannel.h>
+#include <feedmessage.h>
 
 #include <memory>
 
@@ -46,6 +47,9 @@ public:
     /// What the store said of the first of them that failed; empty when none did.
     QString failure() const { return m_failure; }
     /// @}
+
+    /// What MessageWriter::write() does with \a messages.
+    bool addMessages(const QList<FeedMessage> &messages, const QString &channelUri) const;
 
     /// Frees what the library has released, which otherwise waits for an event loop.
     void collectGarbage() const;

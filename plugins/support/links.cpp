@@ -105,6 +105,11 @@ bool isRelativeLink(const QString &link)
 
 QString cleanLink(const QString &link, const QUrl &base) { return clean(link, base, canFollow); }
 
+bool isEncodedLink(const QString &link)
+{
+    return isPlainWebAddress(link) || (!isRelativeLink(link) && fixedForm(QUrl(link)) == link);
+}
+
 QString cleanFileLink(const QString &link, const QUrl &base) { return clean(link, base, canDownload); }
 
 QString linkForItem(const QString &link, const QString &id)

@@ -17,6 +17,9 @@ bool isRelativeLink(const QString &link);
 /// follow. Reading the result as a user's input gives the result again, so the store finds it under one name.
 QString cleanLink(const QString &link, const QUrl &base);
 
+/// Whether \a link is absolute and encoded, so that it can stand in a statement as it is.
+bool isEncodedLink(const QString &link);
+
 /// As cleanLink(), for files that can be downloaded.
 QString cleanFileLink(const QString &link, const QUrl &base);
 

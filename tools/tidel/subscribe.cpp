@@ -78,7 +78,7 @@ void Subscriber::store(const ParsedFeed &feed, const QString &argument)
         m_store.library().addEnclosures({icon}, uri);
 
     const QList<FeedMessage> messages = feed.messages(m_channelLinks);
-    if (messages.isEmpty() || m_store.library().addMessages(messages, uri)) {
+    if (messages.isEmpty() || m_store.addMessages(messages, uri)) {
         m_output.line(
             QStringLiteral("Subscribed: %1 (%2)").arg(channel.title(), countedMessages(messages.size())));
         return;
