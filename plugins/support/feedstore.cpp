@@ -19,11 +19,7 @@ namespace Tidel {
 
 FeedStore::FeedStore(std::unique_ptr<QSparqlConnection> connection) : m_connection(std::move(connection)) { }
 
-FeedStore::~FeedStore()
-{
-    FeedTrackerSparql::releaseInstance();
-    collectGarbage();
-}
+FeedStore::~FeedStore() = default;
 
 // The library does not say whether its store is open, so a connection of our own is asked first.
 std::unique_ptr<FeedStore> FeedStore::open(QString *error)
@@ -54,6 +50,16 @@ QList<FeedChannel> FeedStore::channels() const
         return order != 0 ? order < 0 : a.link() < b.link();
     });
     return channels;
+}
+
+QSet<QString> FeedStore::channelLinks() const
+{
+    QSet<QString> links;
+    const QList<QSparqlResultRow> found =
+        rows(QSparqlQuery(QStringLiteral("SELECT ?l WHERE { ?c a mfo:FeedChannel ; nie:links ?l }")));
+    for (const QSparqlResultRow &row : found)
+        links.insert(row.value(0).toString());
+    return links;
 }
 
 QHash<QString, int> FeedStore::messageCounts() const

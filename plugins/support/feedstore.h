@@ -33,6 +33,8 @@ public:
 
     /// All channels by title, each once.
     QList<FeedChannel> channels() const;
+    /// The links of all channels.
+    QSet<QString> channelLinks() const;
     /// How many messages the channels have, by their URIs; none for a channel without.
     QHash<QString, int> messageCounts() const;
     /// The URI of the message that \a name, a link or a URI, stands for; empty when there is none.

@@ -2,19 +2,21 @@
 #ifndef TIDEL_FEEDFILE_H
 #define TIDEL_FEEDFILE_H
 
+#include "feednotes.h"
+#include "outcome.h"
+
 #include <QByteArray>
-#include <QString>
-#include <QUrl>
 
 #include <optional>
 
 namespace Tidel {
 
-/// The largest document that is read, in bytes.
-constexpr qint64 maximumDocumentSize = Q_INT64_C(32) * 1024 * 1024;
+/// The bytes of the document \a path, at most \a maximumSize; on failure nothing, and \a outcome says why.
+std::optional<QByteArray> readDocument(const QString &path, qint64 maximumSize, Outcome *outcome);
 
-/// The bytes of the document at \a url; on failure nothing, and \a error says why.
-std::optional<QByteArray> readDocument(const QUrl &url, QString *error);
+/// What tells whether the document \a path has changed since. Its entity tag is empty when nothing does: the
+/// file is missing, or so new that it may change once more without a trace.
+Validators fileValidators(const QString &path);
 
 } // namespace Tidel
 

@@ -5,6 +5,7 @@
 #include "linkclaims.h"
 #include "links.h"
 #include "messageorder.h"
+#include "mimetype.h"
 #include "text.h"
 
 #include <Syndication/Image>
@@ -23,26 +24,6 @@ QString channelType(const FeedTree &tree)
     return root == QLatin1String("feed") ? QStringLiteral("atom") : root;
 }
 
-bool isTokenCharacter(QChar c)
-{
-    static const QString marks = QStringLiteral("!#$&^_.+-");
-    return (c >= QLatin1Char('a') && c <= QLatin1Char('z'))
-        || (c >= QLatin1Char('0') && c <= QLatin1Char('9')) || marks.contains(c);
-}
-
-/// \a text as "type/subtype", without parameters; empty when it is none.
-QString cleanMimeType(const QString &text)
-{
-    const QString type = text.section(QLatin1Char(';'), 0, 0).trimmed().toLower();
-    const int slash = type.indexOf(QLatin1Char('/'));
-    if (slash <= 0 || slash == type.size() - 1 || type.size() > 255)
-        return QString();
-    const auto isToken = [&](int from, int to) {
-        return std::all_of(type.begin() + from, type.begin() + to, isTokenCharacter);
-    };
-    return isToken(0, slash) && isToken(slash + 1, type.size()) ? type : QString();
-}
-
 unsigned int cleanLength(const QString &text)
 {
     bool isNumber = false;
@@ -52,20 +33,21 @@ unsigned int cleanLength(const QString &text)
 
 } // namespace
 
-ParsedFeed::ParsedFeed(const FeedTree &tree, const QUrl &url)
-    : m_tree(tree), m_link(encodedUrl(url)), m_base(url), m_items(feedItems(tree))
+ParsedFeed::ParsedFeed(const FeedTree &tree, const QUrl &link, const QUrl &source)
+    : m_tree(tree), m_link(encodedUrl(link)), m_base(source), m_items(feedItems(tree))
 {
     m_website = cleanLink(m_tree.feed->link(), baseOf(m_tree.elements.documentElement()));
     if (!m_website.isEmpty())
         m_base = QUrl(m_website);
 }
 
-std::optional<ParsedFeed> ParsedFeed::parse(const QByteArray &document, const QUrl &url, QString *error)
+std::optional<ParsedFeed> ParsedFeed::parse(const QByteArray &document, const QUrl &link, QString *error,
+                                            const QUrl &source)
 {
     const std::optional<FeedTree> tree = parseFeedTree(document, error);
     if (!tree)
         return std::nullopt;
-    return ParsedFeed(*tree, url);
+    return ParsedFeed(*tree, link, source.isEmpty() ? link : source);
 }
 
 FeedChannel ParsedFeed::channel() const

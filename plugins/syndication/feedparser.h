@@ -19,11 +19,12 @@ namespace Tidel {
 class ParsedFeed
 {
 public:
-    /// Parses \a document, which was read from \a url; on failure nothing, and \a error says why.
-    static std::optional<ParsedFeed> parse(const QByteArray &document, const QUrl &url, QString *error);
+    /// Parses \a document, the feed of \a link, which was read from \a source where that is not the same; on
+    /// failure nothing, and \a error says why.
+    static std::optional<ParsedFeed> parse(const QByteArray &document, const QUrl &link, QString *error,
+                                           const QUrl &source = QUrl());
 
-    /// The feed without its messages. Its link is the address of the document, from which it can be read
-    /// again.
+    /// The feed without its messages.
     FeedChannel channel() const;
 
     /// The messages, newest first. None gets a link of \a channelLinks; those whose link is one of
@@ -35,7 +36,7 @@ public:
     QSet<QString> links(const QSet<QString> &channelLinks) const;
 
 private:
-    ParsedFeed(const FeedTree &tree, const QUrl &url);
+    ParsedFeed(const FeedTree &tree, const QUrl &link, const QUrl &source);
 
     void eachItem(const QSet<QString> &channelLinks,
                   const std::function<void(const FeedItem &, const QString &link)> &visit) const;

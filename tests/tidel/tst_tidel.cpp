@@ -218,7 +218,7 @@ void TestTidel::failuresDoNotStopTheRest()
     copy("feeds/town-news.xml");
     copy("feeds/county-news.xml");
     const QStringList wrong{
-        "missing.xml",   ".", "https://example.org/feed.xml", "empty.xml", "plain-text.xml", "truncated.xml",
+        "missing.xml",   ".", "ftp://example.org/feed.xml", "empty.xml", "plain-text.xml", "truncated.xml",
         "bookmarks.opml"};
     const Run some = run(QStringList{"subscribe", "town-news.xml"} + wrong + QStringList{"county-news.xml"});
     VERIFY_RUN(some, 1);
@@ -231,7 +231,7 @@ void TestTidel::failuresDoNotStopTheRest()
         QVERIFY2(errors.at(i).startsWith("tidel: " + wrong.at(i) + ": "), qPrintable(errors.at(i)));
     QVERIFY(errors.at(0).endsWith("no such file"));
     QVERIFY(errors.at(1).contains("directory"));
-    QVERIFY(errors.at(2).contains("only files"));
+    QVERIFY(errors.at(2).contains("neither a file nor an http or https address"));
     QVERIFY(errors.at(3).contains("empty"));
     QVERIFY(errors.at(4).contains("not well-formed XML (line 1, column "));
     QVERIFY(errors.at(6).contains("XML but not a feed"));
@@ -354,7 +354,7 @@ void TestTidel::refreshTwice()
         VERIFY_RUN(refreshed, 0);
         QCOMPARE(refreshed.lines(),
                  QStringList({"missing-parts.xml: nothing new", "Same Link: nothing new",
-                              "The Hillside Radio Hour: nothing new"}));
+                              "The Hillside Radio Hour: nothing new", "3 channels: 0 new messages"}));
     }
     for (int i = 0; i < feeds.size(); ++i)
         QCOMPARE(run({"messages", feeds.at(i)}).out, before.at(i));
@@ -396,7 +396,8 @@ void TestTidel::refreshWithoutFile()
     QVERIFY(QFile::remove(town));
     const Run refreshed = run({"refresh"});
     VERIFY_RUN(refreshed, 1);
-    QCOMPARE(refreshed.lines(), QStringList("County News: nothing new"));
+    QCOMPARE(refreshed.lines(),
+             QStringList({"County News: nothing new", "2 channels: 0 new messages, 1 failed"}));
     QCOMPARE(refreshed.err, "tidel: Town News (file://" + town + "): no such file\n");
     QCOMPARE(run({"messages", "Town News"}).lines().size(), 2);
 }
@@ -412,7 +413,9 @@ void TestTidel::sharedItem()
     }
     // The message is one, and has what either feed says of its files.
     QCOMPARE(run({"enclosures", "https://press.example.net/bridge"}).lines().size(), 2);
-    QCOMPARE(run({"refresh"}).lines(), QStringList({"County News: nothing new", "Town News: nothing new"}));
+    QCOMPARE(
+        run({"refresh"}).lines(),
+        QStringList({"County News: nothing new", "Town News: nothing new", "2 channels: 0 new messages"}));
 }
 
 void TestTidel::hostileFeeds()
@@ -424,7 +427,8 @@ void TestTidel::hostileFeeds()
     const Run subscribed = run({"subscribe", hostile});
     VERIFY_RUN(subscribed, 0);
     QCOMPARE(subscribed.lines(), QStringList("Subscribed: " + title + " (10 messages)"));
-    QCOMPARE(run({"refresh"}).lines(), QStringList({title + ": nothing new", "Town News: nothing new"}));
+    QCOMPARE(run({"refresh"}).lines(),
+             QStringList({title + ": nothing new", "Town News: nothing new", "2 channels: 0 new messages"}));
 
     const Run channels = run({"channels"});
     QCOMPARE(channels.lines().size(), 2);

@@ -8,6 +8,8 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
+#include <feedtrackersparql.h>
+
 #include <algorithm>
 #include <iterator>
 #include <vector>
@@ -43,12 +45,21 @@ const char *const someChannels = "Channels by title, link, file or URI; all of t
 const char *const aMessage = "A message by link or URI.";
 
 const Command commands[] = {
-    {"subscribe", "FILE|URL...", "Subscribe to feeds: RSS, Atom or RDF files.",
-     "Feed files, as paths or file: URLs.", 1, anyNumber, subscribe},
+    {"subscribe", "FILE|URL...", "Subscribe to feeds: RSS, Atom or RDF, on the network or in files.",
+     "Feeds, as http, https or file URLs or as paths.", 1, anyNumber, subscribe},
     {"unsubscribe", "CHANNEL", "Delete a channel with its messages and their downloaded files.", aChannel, 1,
      1, unsubscribe},
     {"refresh", "[CHANNEL...]", "Read the feeds again and store what is new.", someChannels, 0, anyNumber,
      refresh},
+    {"download",
+     "MESSAGE|ENCLOSURE...",
+     "Download the files of messages.",
+     "Messages by link or URI, enclosures by address or URI.",
+     1,
+     anyNumber,
+     download,
+     {{"into", "FOLDER", "Where the files go, in place of the folder \"tidel\" in your downloads."}},
+     misuseOfDownload},
     {"edit",
      "CHANNEL",
      "Change a channel's title or link.",
@@ -85,9 +96,15 @@ const Command *findCommand(const QString &name)
     return found == std::end(commands) ? nullptr : found;
 }
 
-ExitCode outcome(Output &output) { return output.finish() ? AllFine : SomethingFailed; }
+int outcome(Output &output)
+{
+    const bool isFine = output.finish();
+    if (output.signal() != 0)
+        return Interrupted + output.signal();
+    return isFine ? AllFine : SomethingFailed;
+}
 
-ExitCode show(Output &output, const QString &text)
+int show(Output &output, const QString &text)
 {
     const QStringList lines = text.trimmed().split(QLatin1Char('\n'));
     for (const QString &line : lines)
@@ -95,7 +112,7 @@ ExitCode show(Output &output, const QString &text)
     return outcome(output);
 }
 
-ExitCode usageError(Output &output, const QString &problem, const QString &help)
+int usageError(Output &output, const QString &problem, const QString &help)
 {
     output.error(QStringLiteral("%1; see %2").arg(problem, help));
     return UsageError;
@@ -157,10 +174,17 @@ QString commandList()
     return text + QStringLiteral("\n\"tidel COMMAND --help\" tells more.");
 }
 
-ExitCode runWithStore(const Command &command, const Arguments &arguments, Output &output)
+/// Lets go of the store, the last of which otherwise waits for an event loop.
+void closeStore(std::unique_ptr<FeedStore> store)
+{
+    FeedTrackerSparql::releaseInstance();
+    store->collectGarbage();
+}
+
+int runWithStore(const Command &command, const Arguments &arguments, Output &output)
 {
     QString error;
-    const std::unique_ptr<FeedStore> store = FeedStore::open(&error);
+    std::unique_ptr<FeedStore> store = FeedStore::open(&error);
     if (!store) {
         output.error(QLatin1String("the store cannot be used: ") + error);
         return SomethingFailed;
@@ -168,10 +192,11 @@ ExitCode runWithStore(const Command &command, const Arguments &arguments, Output
     command.run(*store, arguments, output);
     if (!store->failure().isEmpty())
         output.error(QLatin1String("the store failed: ") + store->failure());
+    closeStore(std::move(store));
     return outcome(output);
 }
 
-ExitCode runCommand(const Command &command, const QStringList &arguments, Output &output)
+int runCommand(const Command &command, const QStringList &arguments, Output &output)
 {
     const QString name = QLatin1String(command.name);
     const QString help = QStringLiteral("\"tidel %1 --help\"").arg(name);
@@ -199,7 +224,7 @@ ExitCode runCommand(const Command &command, const QStringList &arguments, Output
 
 } // namespace
 
-ExitCode runCommandLine(const QStringList &arguments)
+int runCommandLine(const QStringList &arguments)
 {
     const QString help = QStringLiteral("\"tidel --help\"");
     Output output(stdout, stderr);

@@ -10,11 +10,12 @@ namespace Tidel {
 enum ExitCode {
     AllFine = 0,
     SomethingFailed = 1, ///< and the rest was done
-    UsageError = 2 ///< and nothing was done
+    UsageError = 2, ///< and nothing was done
+    Interrupted = 128 ///< plus the number of the signal
 };
 
-/// Does what \a arguments say, the first being the program's name.
-ExitCode runCommandLine(const QStringList &arguments);
+/// Does what \a arguments say, the first being the program's name; returns an ExitCode.
+int runCommandLine(const QStringList &arguments);
 
 } // namespace Tidel
 

@@ -15,6 +15,7 @@ class Output;
 void subscribe(FeedStore &store, const Arguments &arguments, Output &output);
 void unsubscribe(FeedStore &store, const Arguments &arguments, Output &output);
 void refresh(FeedStore &store, const Arguments &arguments, Output &output);
+void download(FeedStore &store, const Arguments &arguments, Output &output);
 void edit(FeedStore &store, const Arguments &arguments, Output &output);
 void favorite(FeedStore &store, const Arguments &arguments, Output &output);
 void unfavorite(FeedStore &store, const Arguments &arguments, Output &output);
@@ -26,6 +27,7 @@ void listEnclosures(FeedStore &store, const Arguments &arguments, Output &output
 
 // What is wrong with the options of a command; empty when nothing is.
 
+QString misuseOfDownload(const Arguments &arguments);
 QString misuseOfEdit(const Arguments &arguments);
 QString misuseOfPrune(const Arguments &arguments);
 

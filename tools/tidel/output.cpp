@@ -4,6 +4,8 @@
 #include "table.h"
 #include "terminaltext.h"
 
+#include <unistd.h>
+
 namespace Tidel {
 
 namespace {
@@ -16,9 +18,16 @@ void writeLine(FILE *stream, const QString &text)
 
 } // namespace
 
-Output::Output(FILE *results, FILE *errors) : m_results(results), m_errors(errors) { }
+Output::Output(FILE *results, FILE *errors)
+    : m_results(results), m_errors(errors), m_showsProgress(isatty(fileno(errors)) == 1)
+{
+}
 
-void Output::line(const QString &text) { writeLine(m_results, text); }
+void Output::line(const QString &text)
+{
+    eraseProgress();
+    writeLine(m_results, text);
+}
 
 void Output::table(const Table &table)
 {
@@ -29,8 +38,28 @@ void Output::table(const Table &table)
 
 void Output::note(const QString &text)
 {
+    eraseProgress();
     fflush(m_results);
     writeLine(m_errors, text);
+}
+
+void Output::progress(const QString &text)
+{
+    if (!m_showsProgress)
+        return;
+    eraseProgress();
+    fflush(m_results);
+    const QByteArray utf8 = terminalText(text).toUtf8();
+    fwrite(utf8.constData(), 1, size_t(utf8.size()), m_errors);
+    fflush(m_errors);
+    m_hasProgress = true;
+}
+
+void Output::eraseProgress()
+{
+    if (m_hasProgress)
+        fputs("\r\033[K", m_errors);
+    m_hasProgress = false;
 }
 
 void Output::error(const QString &text)
@@ -41,6 +70,7 @@ void Output::error(const QString &text)
 
 bool Output::finish()
 {
+    eraseProgress();
     if (fflush(m_results) != 0 || ferror(m_results))
         error(QStringLiteral("the results cannot be written"));
     return !m_hasFailed;

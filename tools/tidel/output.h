@@ -25,13 +25,26 @@ public:
     /// One line that says what failed, and that something did.
     void error(const QString &text);
 
+    /// Shows how far things are, in the place of what was last shown, until the next line; on a terminal
+    /// only.
+    void progress(const QString &text);
+
+    /// Notes that the signal with this number ended the command early.
+    void interrupted(int signal) { m_signal = signal; }
+    int signal() const { return m_signal; }
+
     /// Whether all went well, the writing too.
     bool finish();
 
 private:
     FILE *const m_results;
     FILE *const m_errors;
+    void eraseProgress();
+
+    const bool m_showsProgress;
+    bool m_hasProgress = false;
     bool m_hasFailed = false;
+    int m_signal = 0;
 };
 
 } // namespace Tidel

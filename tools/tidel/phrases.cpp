@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "phrases.h"
 
+#include <QUrl>
+
 namespace Tidel {
 
 namespace {
@@ -15,9 +17,13 @@ QString counted(int count, const char *noun)
 
 QString countedMessages(int count) { return counted(count, "message"); }
 
+QString countedNewMessages(int count) { return counted(count, "new message"); }
+
 QString countedEnclosures(int count) { return counted(count, "enclosure"); }
 
 QString countedFiles(int count) { return counted(count, "file"); }
+
+QString countedChannels(int count) { return counted(count, "channel"); }
 
 QString shownTime(const QDateTime &time)
 {
@@ -25,12 +31,27 @@ QString shownTime(const QDateTime &time)
                           : QStringLiteral("(no date)");
 }
 
-QString noChannelsHint() { return QStringLiteral("No channels yet; \"tidel subscribe FILE\" adds one."); }
+QString noChannelsHint() { return QStringLiteral("No channels yet; \"tidel subscribe FILE|URL\" adds one."); }
 
 QString noSuchMessage(const QString &name)
 {
     return QStringLiteral("%1: no such message; \"tidel messages CHANNEL\" lists them with their links")
         .arg(name);
+}
+
+QString shownAddress(const QString &address)
+{
+    const QUrl url(address);
+    return url.password().isEmpty() ? address : url.toString(QUrl::RemovePassword | QUrl::FullyEncoded);
+}
+
+QString shownProgress(int done, int all, const char *nouns)
+{
+    constexpr int width = 20;
+    const int filled = all > 0 ? int(qint64(width) * done / all) : 0;
+    return QStringLiteral("[%1%2] %3/%4 %5")
+        .arg(QString(filled, QLatin1Char('#')), QString(width - filled, QLatin1Char('.')),
+             QString::number(done), QString::number(all), QLatin1String(nouns));
 }
 
 QString shownTitle(const QString &title) { return title.isEmpty() ? QStringLiteral("(no title)") : title; }

@@ -2,79 +2,100 @@
 #include "commands.h"
 
 #include "channelfinder.h"
-#include "droppedlinks.h"
-#include "feedfile.h"
-#include "feedparser.h"
+#include "downloadqueue.h"
 #include "feedstore.h"
+#include "messageorder.h"
 #include "output.h"
 #include "phrases.h"
+#include "plugincall.h"
+#include "pluginfinder.h"
 
+#include <feedplugininterface.h>
 #include <feedtrackersparql.h>
 
 namespace Tidel {
 
 namespace {
 
-class Refresher
+QSet<QString> messageLinks(const FeedStore &store, const FeedChannel &channel)
+{
+    const QStringList links = store.library().messageLinksOfChannel(channel.uri());
+    return {links.begin(), links.end()};
+}
+
+QList<FeedChannel> eachOnce(const QList<FeedChannel> &channels)
+{
+    QList<FeedChannel> once;
+    QSet<QString> uris;
+    for (const FeedChannel &channel : channels) {
+        if (!uris.contains(channel.uri()))
+            once.append(channel);
+        uris.insert(channel.uri());
+    }
+    return once;
+}
+
+/// Tells what each refreshed channel has now that it did not have before.
+class RefreshReport
 {
 public:
-    Refresher(FeedStore &store, const QList<FeedChannel> &channels, Output &output);
+    RefreshReport(const FeedStore &store, Output &output) : m_store(store), m_output(output) { }
 
-    void refresh(const FeedChannel &channel);
+    void tell(const FeedChannel &channel, const QSet<QString> &before, const DownloadEnding &ending);
+    void summarize() const;
 
 private:
-    void storeNew(const FeedChannel &channel, const QList<FeedMessage> &messages);
-    void fail(const FeedChannel &channel, const QString &reason);
+    void tellNews(const FeedChannel &channel, const QSet<QString> &before);
 
-    FeedStore &m_store;
+    const FeedStore &m_store;
     Output &m_output;
-    QSet<QString> m_channelLinks;
+    int m_channels = 0;
+    int m_messages = 0;
+    int m_failures = 0;
 };
 
-Refresher::Refresher(FeedStore &store, const QList<FeedChannel> &channels, Output &output)
-    : m_store(store), m_output(output)
+void RefreshReport::tell(const FeedChannel &channel, const QSet<QString> &before,
+                         const DownloadEnding &ending)
 {
-    for (const FeedChannel &channel : channels)
-        m_channelLinks.insert(channel.link());
-}
-
-void Refresher::refresh(const FeedChannel &channel)
-{
-    const QUrl url(channel.link());
-    QString error;
-    const auto document = readDocument(url, &error);
-    const auto feed = document ? ParsedFeed::parse(*document, url, &error) : std::nullopt;
-    if (!feed) {
-        fail(channel, error);
+    if (ending.error == FeedDownloadCanceled)
         return;
+    ++m_channels;
+    if (ending.isFine()) {
+        tellNews(channel, before);
+    } else {
+        ++m_failures;
+        m_output.error(
+            QStringLiteral("%1 (%2): %3").arg(channel.title(), shownAddress(channel.link()), ending.reason));
     }
-    const QStringList stored = m_store.library().messageLinksOfChannel(channel.uri());
-    const QSet<QString> dropped = droppedLinks(m_store, channel.uri());
-    const QSet<QString> known = QSet<QString>(stored.begin(), stored.end()) + dropped;
-    storeNew(channel, feed->messages(m_channelLinks, known));
-    if (!dropped.isEmpty())
-        forgetDropped(m_store, channel.uri(), (dropped - feed->links(m_channelLinks)).values());
 }
 
-void Refresher::storeNew(const FeedChannel &channel, const QList<FeedMessage> &messages)
+void RefreshReport::tellNews(const FeedChannel &channel, const QSet<QString> &before)
 {
-    if (messages.isEmpty()) {
+    QSet<QString> news = messageLinks(m_store, channel) - before;
+    m_messages += news.size();
+    if (news.isEmpty()) {
         m_output.line(channel.title() + QLatin1String(": nothing new"));
         return;
     }
-    if (!m_store.addMessages(messages, channel.uri())) {
-        fail(channel, QStringLiteral("the store did not take the new messages; refresh again to try again"));
-        return;
+    m_output.line(QStringLiteral("%1: %2 new").arg(channel.title(), QString::number(news.size())));
+    QList<FeedMessage> messages;
+    const QList<FeedMessage> stored = m_store.library().messagesForChannel(channel.uri());
+    for (const FeedMessage &message : stored) {
+        if (news.remove(message.link()))
+            messages.append(message);
     }
-    m_output.line(QStringLiteral("%1: %2 new").arg(channel.title(), QString::number(messages.size())));
-    for (const FeedMessage &message : messages)
+    sortNewestFirst(messages);
+    for (const FeedMessage &message : qAsConst(messages))
         m_output.line(
             QStringLiteral("  %1  %2").arg(shownTime(message.publishedDate()), shownTitle(message.title())));
 }
 
-void Refresher::fail(const FeedChannel &channel, const QString &reason)
+void RefreshReport::summarize() const
 {
-    m_output.error(QStringLiteral("%1 (%2): %3").arg(channel.title(), channel.link(), reason));
+    const QString failures = m_failures > 0 ? QStringLiteral(", %1 failed").arg(m_failures) : QString();
+    if (m_channels > 1)
+        m_output.line(QStringLiteral("%1: %2%3")
+                          .arg(countedChannels(m_channels), countedNewMessages(m_messages), failures));
 }
 
 } // namespace
@@ -84,12 +105,24 @@ void refresh(FeedStore &store, const Arguments &arguments, Output &output)
     const QList<FeedChannel> channels = store.channels();
     if (channels.isEmpty() && arguments.names.isEmpty())
         output.note(noChannelsHint());
-    Refresher refresher(store, channels, output);
-    const QList<FeedChannel> chosen = findChannels(channels, arguments.names, output);
+    const QList<FeedChannel> chosen = eachOnce(findChannels(channels, arguments.names, output));
+    FeedPluginInterface *plugin = chosen.isEmpty() ? nullptr : downloadPlugin(output);
+    if (!plugin)
+        return;
+
+    RefreshReport report(store, output);
+    DownloadQueue queue(*plugin);
     for (const FeedChannel &channel : chosen) {
-        refresher.refresh(channel);
-        store.collectGarbage();
+        const QSet<QString> before = messageLinks(store, channel);
+        queue.add(methodCall("downloadFeeds", QStringList(channel.uri())),
+                  [&report, channel, before](const DownloadEnding &ending) {
+                      report.tell(channel, before, ending);
+                  });
     }
+    QObject::connect(&queue, &DownloadQueue::advanced, &queue,
+                     [&](int ended, int all) { output.progress(shownProgress(ended, all, "feeds")); });
+    output.interrupted(queue.run());
+    report.summarize();
 }
 
 } // namespace Tidel

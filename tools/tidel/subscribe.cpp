@@ -2,101 +2,80 @@
 #include "commands.h"
 
 #include "documenturl.h"
-#include "feedfile.h"
-#include "feedparser.h"
+#include "downloadqueue.h"
 #include "feedstore.h"
 #include "links.h"
 #include "output.h"
 #include "phrases.h"
+#include "plugincall.h"
+#include "pluginfinder.h"
 
-#include <feedtrackersparql.h>
+#include <QSparqlQuery>
+#include <QSparqlResultRow>
 
-#include <QHash>
+#include <feedplugininterface.h>
 
 namespace Tidel {
 
 namespace {
 
-class Subscriber
+/// A channel as the user is told of it.
+struct Subscription
 {
-public:
-    Subscriber(FeedStore &store, const QStringList &arguments, Output &output);
-
-    void subscribe(const QString &argument);
-
-private:
-    void store(const ParsedFeed &feed, const QString &argument);
-
-    FeedStore &m_store;
-    Output &m_output;
-    QHash<QString, QString> m_titles; // of the subscribed channels, by their links
-    QSet<QString> m_channelLinks; // theirs, and of those still to come
+    QString title;
+    int messages = 0;
 };
 
-Subscriber::Subscriber(FeedStore &store, const QStringList &arguments, Output &output)
-    : m_store(store), m_output(output)
+Subscription subscription(const FeedStore &store, const QUrl &address)
 {
-    const QList<FeedChannel> channels = store.channels();
-    for (const FeedChannel &channel : channels) {
-        m_titles.insert(channel.link(), channel.title());
-        m_channelLinks.insert(channel.link());
-    }
-    for (const QString &argument : arguments)
-        m_channelLinks.insert(encodedUrl(documentUrl(argument)));
+    QSparqlQuery query(QStringLiteral("SELECT ?t (COUNT(?m) AS ?n) WHERE { "
+                                      "?c a mfo:FeedChannel ; nie:links ?:link ; nie:title ?t "
+                                      "OPTIONAL { ?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c } } "
+                                      "GROUP BY ?t"));
+    query.bindValue(QStringLiteral("link"), QUrl(encodedUrl(address)));
+    const QList<QSparqlResultRow> found = store.rows(query);
+    if (found.isEmpty())
+        return {};
+    return {found.first().value(0).toString(), found.first().value(1).toInt()};
 }
 
-void Subscriber::subscribe(const QString &argument)
+void tellKnown(const FeedStore &store, const QUrl &address, Output &output)
 {
-    const QUrl url = documentUrl(argument);
-    if (m_titles.contains(encodedUrl(url))) {
-        m_output.line(QStringLiteral("Already subscribed: %1 (\"tidel refresh\" reads what is new)")
-                          .arg(m_titles.value(encodedUrl(url))));
-        return;
-    }
-    QString error;
-    const auto document = readDocument(url, &error);
-    const auto feed = document ? ParsedFeed::parse(*document, url, &error) : std::nullopt;
-    if (feed)
-        store(*feed, argument);
-    else
-        m_output.error(argument + QLatin1String(": ") + error);
+    output.line(QStringLiteral("Already subscribed: %1 (\"tidel refresh\" reads what is new)")
+                    .arg(subscription(store, address).title));
 }
 
-void Subscriber::store(const ParsedFeed &feed, const QString &argument)
+void tell(const FeedStore &store, const QString &argument, const DownloadEnding &ending, Output &output)
 {
-    FeedChannel channel = feed.channel();
-    const FeedEnclosure icon = channel.icon();
-    // addChannel() would make the icon an enclosure of the URI that the channel does not have yet.
-    channel.setIcon(FeedEnclosure());
-    const QString uri = m_store.library().addChannel(channel);
-    if (uri.isEmpty()) {
-        m_output.error(argument + QLatin1String(": the store did not take the channel"));
+    const QUrl address = documentUrl(argument);
+    if (ending.error == FeedDownloadCanceled)
         return;
+    if (ending.error == FeedDownloadAlreadyStored) {
+        tellKnown(store, address, output);
+    } else if (ending.isFine()) {
+        const Subscription made = subscription(store, address);
+        output.line(QStringLiteral("Subscribed: %1 (%2)").arg(made.title, countedMessages(made.messages)));
+    } else {
+        output.error(shownAddress(argument) + QLatin1String(": ") + ending.reason);
     }
-    m_titles.insert(channel.link(), channel.title());
-    if (!icon.remoteUrl().isEmpty())
-        m_store.library().addEnclosures({icon}, uri);
-
-    const QList<FeedMessage> messages = feed.messages(m_channelLinks);
-    if (messages.isEmpty() || m_store.addMessages(messages, uri)) {
-        m_output.line(
-            QStringLiteral("Subscribed: %1 (%2)").arg(channel.title(), countedMessages(messages.size())));
-        return;
-    }
-    m_output.error(argument
-                   + QLatin1String(": subscribed, but the store did not take its messages; "
-                                   "\"tidel refresh\" tries again"));
 }
 
 } // namespace
 
 void subscribe(FeedStore &store, const Arguments &arguments, Output &output)
 {
-    Subscriber subscriber(store, arguments.names, output);
-    for (const QString &argument : arguments.names) {
-        subscriber.subscribe(argument);
-        store.collectGarbage();
-    }
+    FeedPluginInterface *plugin = downloadPlugin(output);
+    if (!plugin)
+        return;
+    DownloadQueue queue(*plugin);
+    for (const QString &argument : arguments.names)
+        queue.add(methodCall("subscribe", documentUrl(argument)),
+                  [&store, &output, argument](const DownloadEnding &ending) {
+                      tell(store, argument, ending, output);
+                  });
+    QObject::connect(&queue, &DownloadQueue::advanced, &queue,
+                     [&](int ended, int all) { output.progress(shownProgress(ended, all, "feeds")); });
+    output.interrupted(queue.run());
 }
 
 } // namespace Tidel

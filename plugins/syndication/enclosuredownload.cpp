@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "enclosuredownload.h"
+
+#include "enclosurename.h"
+#include "feedstore.h"
+#include "links.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSparqlQuery>
+
+#include <feedtrackersparql.h>
+
+#include <limits>
+
+#include <sys/stat.h>
+
+namespace Tidel {
+
+namespace {
+
+constexpr int maximumNames = 10000;
+
+/// The path of the file that \a enclosure has been downloaded to; empty when it is not there.
+QString presentFile(const FeedEnclosure &enclosure)
+{
+    const QString path = QUrl(enclosure.localUrl()).toLocalFile();
+    return QFileInfo(path).isFile() ? path : QString();
+}
+
+/// What a new file may be read and written by: a temporary one is for its owner alone.
+QFileDevice::Permissions usualPermissions()
+{
+    const mode_t mask = umask(0);
+    umask(mask);
+    QFileDevice::Permissions permissions = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+    for (const auto &[bit, permission] : {std::pair(mode_t(S_IRGRP), QFileDevice::ReadGroup),
+                                          std::pair(mode_t(S_IWGRP), QFileDevice::WriteGroup),
+                                          std::pair(mode_t(S_IROTH), QFileDevice::ReadOther),
+                                          std::pair(mode_t(S_IWOTH), QFileDevice::WriteOther)})
+        permissions.setFlag(permission, !(mask & bit));
+    return permissions;
+}
+
+QSparqlQuery localLinkUpdate(const QString &enclosureUri, const QUrl &file)
+{
+    QSparqlQuery update(QStringLiteral("DELETE { ?:enclosure mfo:localLink ?l } "
+                                       "WHERE { ?:enclosure mfo:localLink ?l } "
+                                       "INSERT { ?:enclosure mfo:localLink ?:file }"),
+                        QSparqlQuery::InsertStatement);
+    update.bindValue(QStringLiteral("enclosure"), QUrl(enclosureUri));
+    update.bindValue(QStringLiteral("file"), file);
+    return update;
+}
+
+} // namespace
+
+EnclosureDownload::EnclosureDownload(const DownloadTools &tools, const QString &enclosureUri,
+                                     const QString &folder)
+    : Download(tools), m_uri(enclosureUri), m_folder(folder)
+{
+}
+
+void EnclosureDownload::start()
+{
+    const Outcome prepared = prepare();
+    if (!prepared.isFine() || !m_path.isEmpty()) {
+        finish(prepared);
+        return;
+    }
+    QNetworkRequest request = politeRequest(QUrl(m_enclosure.remoteUrl()));
+    // Its size and its bytes are to be those of the file.
+    request.setRawHeader("Accept-Encoding", "identity");
+    connect(transfer(request, m_file), &Transfer::progressed, this, &EnclosureDownload::progressed);
+}
+
+Outcome EnclosureDownload::prepare()
+{
+    m_enclosure = store().library().enclosureForUri(m_uri);
+    if (m_enclosure.remoteUrl().isEmpty())
+        return {FeedDownloadNotFound, QStringLiteral("no such enclosure")};
+    m_path = presentFile(m_enclosure);
+    if (!m_path.isEmpty())
+        return {};
+    if (!canTransfer(QUrl(m_enclosure.remoteUrl())))
+        return {FeedDownloadBadAddress, QStringLiteral("is neither a file nor an http or https address")};
+    m_file.setFileTemplate(m_folder + QStringLiteral("/.tidel-XXXXXX.part"));
+    if (!QDir().mkpath(m_folder) || !m_file.open())
+        return {FeedDownloadNotWritten, QStringLiteral("the folder %1 takes no files").arg(m_folder)};
+    return {};
+}
+
+void EnclosureDownload::transferred(const Transfer &transfer)
+{
+    Outcome outcome = keepFile(QUrl(m_enclosure.remoteUrl()));
+    if (outcome.isFine())
+        outcome = noteFile(transfer.mimeType());
+    finish(outcome);
+}
+
+/// Gives the complete file a name that no other has.
+Outcome EnclosureDownload::keepFile(const QUrl &address)
+{
+    const bool isWritten = m_file.flush() && m_file.setPermissions(usualPermissions());
+    const EnclosureName name(address);
+    for (int i = 1; isWritten && i <= maximumNames; ++i) {
+        const QString path = QDir(m_folder).absoluteFilePath(name.attempt(i));
+        if (QFileInfo::exists(path) || QFileInfo(path).isSymLink())
+            continue;
+        if (m_file.rename(path)) {
+            m_file.setAutoRemove(false);
+            m_path = path;
+            return {};
+        }
+        if (!QFileInfo::exists(path))
+            break;
+    }
+    return {FeedDownloadNotWritten, QStringLiteral("cannot be written: ") + m_file.errorString()};
+}
+
+Outcome EnclosureDownload::noteFile(const QString &mimeType)
+{
+    const QUrl file = QUrl::fromLocalFile(m_path);
+    const qint64 size = m_file.size();
+    m_file.close();
+    m_enclosure.setLocalUrl(encodedUrl(file));
+    m_enclosure.setLength(size > std::numeric_limits<unsigned int>::max() ? 0 : unsigned(size));
+    if (!mimeType.isEmpty())
+        m_enclosure.setMimeType(mimeType);
+    if (store().library().updateEnclosure(m_enclosure) && store().run(localLinkUpdate(m_uri, file)))
+        return {};
+    return {FeedDownloadStoreFailed, QStringLiteral("is at %1, but the store did not note it").arg(m_path)};
+}
+
+QVariantMap EnclosureDownload::results() const
+{
+    return {{QStringLiteral("uri"), m_uri},
+            {QStringLiteral("remoteUrl"), m_enclosure.remoteUrl()},
+            {QStringLiteral("localUrl"), encodedUrl(QUrl::fromLocalFile(m_path))},
+            {QStringLiteral("length"), QFileInfo(m_path).size()},
+            {QStringLiteral("mimeType"), m_enclosure.mimeType()}};
+}
+
+} // namespace Tidel

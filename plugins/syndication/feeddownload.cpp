@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "feeddownload.h"
+
+#include "droppedlinks.h"
+#include "feedfile.h"
+#include "feedparser.h"
+#include "feedstore.h"
+#include "links.h"
+
+#include <feedtrackersparql.h>
+
+namespace Tidel {
+
+namespace {
+
+const char *const feedTypes = "application/rss+xml, application/atom+xml, application/rdf+xml, "
+                              "application/xml;q=0.9, text/xml;q=0.9, */*;q=0.5";
+
+QNetworkRequest conditionalRequest(const QUrl &address, const Validators &known)
+{
+    QNetworkRequest request = politeRequest(address);
+    request.setRawHeader("Accept", feedTypes);
+    if (!known.entityTag.isEmpty())
+        request.setRawHeader("If-None-Match", known.entityTag.toLatin1());
+    if (!known.lastModified.isEmpty())
+        request.setRawHeader("If-Modified-Since", known.lastModified.toLatin1());
+    return request;
+}
+
+QSet<QString> setOf(const QStringList &texts) { return {texts.begin(), texts.end()}; }
+
+} // namespace
+
+FeedDownload::FeedDownload(const DownloadTools &tools, bool isSubscription)
+    : Download(tools), m_isSubscription(isSubscription)
+{
+}
+
+std::unique_ptr<FeedDownload> FeedDownload::ofNewChannel(const DownloadTools &tools, const QUrl &address)
+{
+    std::unique_ptr<FeedDownload> download(new FeedDownload(tools, true));
+    download->m_address = address;
+    return download;
+}
+
+std::unique_ptr<FeedDownload> FeedDownload::ofChannel(const DownloadTools &tools, const QString &channelUri)
+{
+    std::unique_ptr<FeedDownload> download(new FeedDownload(tools, false));
+    download->m_channelUri = channelUri;
+    return download;
+}
+
+void FeedDownload::start()
+{
+    const Outcome prepared = prepare();
+    if (!prepared.isFine()) {
+        finish(prepared);
+    } else if (m_address.isLocalFile()) {
+        readFile();
+    } else {
+        m_document.open(QIODevice::WriteOnly);
+        transfer(conditionalRequest(m_address, m_known), m_document);
+    }
+}
+
+/// Finds out what to read, and what is known of it.
+Outcome FeedDownload::prepare()
+{
+    if (m_isSubscription) {
+        if (store().channelLinks().contains(encodedUrl(m_address)))
+            return {FeedDownloadAlreadyStored, QStringLiteral("is subscribed already")};
+    } else {
+        const auto notes = feedNotes(store(), m_channelUri);
+        if (!notes)
+            return {FeedDownloadNotFound, QStringLiteral("no such channel")};
+        m_address = QUrl(notes->link);
+        m_known = notes->validators;
+    }
+    if (!canTransfer(m_address))
+        return {FeedDownloadBadAddress, QStringLiteral("is neither a file nor an http or https address")};
+    return {};
+}
+
+void FeedDownload::readFile()
+{
+    const QString path = m_address.toLocalFile();
+    const Validators validators = fileValidators(path);
+    if (!validators.entityTag.isEmpty() && validators.entityTag == m_known.entityTag) {
+        finish();
+        return;
+    }
+    Outcome outcome;
+    const auto document = readDocument(path, maximumSize(), &outcome);
+    finish(document ? read(*document, m_address, validators) : outcome);
+}
+
+void FeedDownload::transferred(const Transfer &transfer)
+{
+    finish(transfer.isUnchanged() ? Outcome()
+                                  : read(m_document.data(), transfer.address(), transfer.validators()));
+}
+
+Outcome FeedDownload::read(const QByteArray &document, const QUrl &source, const Validators &validators)
+{
+    if (document.isEmpty())
+        return {FeedDownloadNotAFeed, QStringLiteral("is empty")};
+    QString error;
+    const auto feed = ParsedFeed::parse(document, m_address, &error, source);
+    if (!feed)
+        return {FeedDownloadNotAFeed, error};
+    return m_isSubscription ? addChannel(*feed, validators) : addMessages(*feed, validators);
+}
+
+Outcome FeedDownload::addChannel(const ParsedFeed &feed, const Validators &validators)
+{
+    FeedChannel channel = feed.channel();
+    if (store().channelLinks().contains(channel.link()))
+        return {FeedDownloadAlreadyStored, QStringLiteral("is subscribed already")};
+    const FeedEnclosure icon = channel.icon();
+    // The library would make the icon an enclosure of the URI that the channel does not have yet.
+    channel.setIcon(FeedEnclosure());
+    m_channelUri = store().library().addChannel(channel);
+    if (m_channelUri.isEmpty())
+        return {FeedDownloadStoreFailed, QStringLiteral("the store did not take the channel")};
+    if (!icon.remoteUrl().isEmpty())
+        store().library().addEnclosures({icon}, m_channelUri);
+    const Outcome added = addMessages(feed, validators);
+    return added.isFine() ? added
+                          : Outcome{added.error,
+                                    QStringLiteral("subscribed, but the store did not take its messages; "
+                                                   "a refresh tries again")};
+}
+
+Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &validators)
+{
+    // It may have been deleted while its feed was on the way.
+    if (!feedNotes(store(), m_channelUri))
+        return {FeedDownloadNotFound, QStringLiteral("the channel has been deleted meanwhile")};
+    const QSet<QString> reserved = store().channelLinks();
+    const QSet<QString> dropped = droppedLinks(store(), m_channelUri);
+    const QSet<QString> stored = setOf(store().library().messageLinksOfChannel(m_channelUri));
+    const QList<FeedMessage> messages = feed.messages(reserved, stored + dropped);
+    const bool areStored = messages.isEmpty() || store().addMessages(messages, m_channelUri);
+    if (!areStored || !noteReading(store(), m_channelUri, validators))
+        return {FeedDownloadStoreFailed,
+                QStringLiteral("the store did not take the new messages; refresh again to try again")};
+    if (!dropped.isEmpty())
+        forgetDropped(store(), m_channelUri, (dropped - feed.links(reserved)).values());
+    return {};
+}
+
+} // namespace Tidel

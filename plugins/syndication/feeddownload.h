@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_FEEDDOWNLOAD_H
+#define TIDEL_FEEDDOWNLOAD_H
+
+#include "download.h"
+#include "feednotes.h"
+
+#include <QBuffer>
+#include <QUrl>
+
+namespace Tidel {
+
+class ParsedFeed;
+
+/// Downloads a feed and stores it, as a new channel or as new messages of one.
+class FeedDownload : public Download
+{
+    Q_OBJECT
+
+public:
+    static std::unique_ptr<FeedDownload> ofNewChannel(const DownloadTools &tools, const QUrl &address);
+    static std::unique_ptr<FeedDownload> ofChannel(const DownloadTools &tools, const QString &channelUri);
+
+    void start() override;
+
+protected:
+    void transferred(const Transfer &transfer) override;
+
+private:
+    FeedDownload(const DownloadTools &tools, bool isSubscription);
+
+    Outcome prepare();
+    void readFile();
+    Outcome read(const QByteArray &document, const QUrl &source, const Validators &validators);
+    Outcome addChannel(const ParsedFeed &feed, const Validators &validators);
+    Outcome addMessages(const ParsedFeed &feed, const Validators &validators);
+
+    const bool m_isSubscription;
+    QString m_channelUri;
+    QUrl m_address;
+    Validators m_known;
+    QBuffer m_document;
+};
+
+} // namespace Tidel
+
+#endif

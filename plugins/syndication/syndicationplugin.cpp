@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "syndicationplugin.h"
+
+#include "enclosuredownload.h"
+#include "feeddownload.h"
+#include "feedstore.h"
+
+#include <QDir>
+#include <QNetworkAccessManager>
+#include <QUrl>
+
+#include <deque>
+#include <limits>
+
+namespace Tidel {
+
+namespace {
+
+// How often the time that a server may stay silent a download may take in all.
+constexpr int feedPatience = 10;
+constexpr int enclosurePatience = 1000;
+
+} // namespace
+
+/// What the downloaders of one plug-in share.
+struct SyndicationPlugin::Network
+{
+    std::unique_ptr<QNetworkAccessManager> manager;
+};
+
+/// An operation under way.
+struct SyndicationPlugin::Task
+{
+    bool isEnclosure;
+    std::deque<std::function<std::unique_ptr<Download>()>> waiting;
+    std::unique_ptr<Download> current;
+    Outcome outcome; ///< the first that was not fine
+    QVariantMap results;
+};
+
+SyndicationPlugin::SyndicationPlugin(QObject *parent)
+    : FeedPluginInterface(parent), m_network(std::make_shared<Network>())
+{
+}
+
+SyndicationPlugin::~SyndicationPlugin() = default;
+
+FeedPluginInterface *SyndicationPlugin::createDownloader(QObject *parent) const
+{
+    auto *downloader = new SyndicationPlugin(parent);
+    downloader->m_timeout = m_timeout;
+    downloader->m_maximumFeedSize = m_maximumFeedSize;
+    downloader->m_maximumEnclosureSize = m_maximumEnclosureSize;
+    downloader->m_network = m_network;
+    return downloader;
+}
+
+void SyndicationPlugin::subscribe(const QUrl &address)
+{
+    begin(false, {[this, address] {
+              return FeedDownload::ofNewChannel(tools(m_maximumFeedSize, feedPatience), address);
+          }});
+}
+
+void SyndicationPlugin::downloadFeeds(const QStringList &channelUris)
+{
+    Makers makers;
+    for (const QString &uri : channelUris)
+        makers.push_back(
+            [this, uri] { return FeedDownload::ofChannel(tools(m_maximumFeedSize, feedPatience), uri); });
+    begin(false, makers);
+}
+
+void SyndicationPlugin::downloadEnclosure(const QString &enclosureUri, const QString &folder)
+{
+    begin(true, {[this, enclosureUri, folder] {
+              auto download = std::make_unique<EnclosureDownload>(
+                  tools(m_maximumEnclosureSize, enclosurePatience), enclosureUri, folder);
+              connect(download.get(), &EnclosureDownload::progressed, this,
+                      &FeedPluginInterface::enclosureDownloadProgress);
+              return download;
+          }});
+}
+
+void SyndicationPlugin::cancel()
+{
+    if (!m_task)
+        return;
+    if (!m_task->waiting.empty())
+        m_task->outcome = canceledOutcome();
+    m_task->waiting.clear();
+    if (m_task->current)
+        m_task->current->cancel();
+}
+
+QString SyndicationPlugin::errorString() const { return m_errorString; }
+
+void SyndicationPlugin::begin(bool isEnclosure, const Makers &makers)
+{
+    if (m_task) {
+        QMetaObject::invokeMethod(
+            this,
+            [this, isEnclosure] {
+                report(isEnclosure, {FeedDownloadBusy, QStringLiteral("another download is under way")});
+            },
+            Qt::QueuedConnection);
+        return;
+    }
+    m_task = std::make_unique<Task>();
+    m_task->isEnclosure = isEnclosure;
+    m_task->waiting.assign(makers.begin(), makers.end());
+    QMetaObject::invokeMethod(this, &SyndicationPlugin::startNext, Qt::QueuedConnection);
+}
+
+void SyndicationPlugin::startNext()
+{
+    QString error;
+    if (!m_store && !(m_store = FeedStore::open(&error))) {
+        m_task->waiting.clear();
+        m_task->outcome = {FeedDownloadStoreFailed, QStringLiteral("the store cannot be used: ") + error};
+    }
+    if (m_task->waiting.empty()) {
+        end();
+        return;
+    }
+    m_task->current = m_task->waiting.front()();
+    m_task->waiting.pop_front();
+    connect(m_task->current.get(), &Download::finished, this, &SyndicationPlugin::endDownload,
+            Qt::QueuedConnection);
+    m_task->current->start();
+}
+
+void SyndicationPlugin::endDownload()
+{
+    const std::unique_ptr<Download> download = std::move(m_task->current);
+    const Outcome &outcome = download->outcome();
+    if (m_task->outcome.isFine() || outcome.error == FeedDownloadCanceled)
+        m_task->outcome = outcome;
+    if (const auto *enclosure = qobject_cast<EnclosureDownload *>(download.get()))
+        m_task->results = enclosure->results();
+    startNext();
+}
+
+void SyndicationPlugin::end()
+{
+    const std::unique_ptr<Task> task = std::move(m_task);
+    report(task->isEnclosure, task->outcome, task->results);
+}
+
+/// Tells the host; it may do anything in answer.
+void SyndicationPlugin::report(bool isEnclosure, const Outcome &outcome, const QVariantMap &results)
+{
+    m_errorString = outcome.reason;
+    if (isEnclosure && outcome.isFine())
+        Q_EMIT downloadEnclosureFinished(results);
+    else if (isEnclosure)
+        Q_EMIT downloadEnclosureFailed(outcome.error);
+    else if (outcome.isFine())
+        Q_EMIT downloadFeedsFinished();
+    else
+        Q_EMIT downloadFeedsFailed(outcome.error);
+}
+
+DownloadTools SyndicationPlugin::tools(qint64 maximumSize, int patience)
+{
+    const auto network = [this]() -> QNetworkAccessManager & {
+        if (!m_network->manager)
+            m_network->manager = std::make_unique<QNetworkAccessManager>();
+        return *m_network->manager;
+    };
+    const qint64 duration = qMin(qint64(m_timeout) * patience, qint64(std::numeric_limits<int>::max()));
+    return {*m_store, network, {maximumSize, m_timeout, int(duration)}};
+}
+
+} // namespace Tidel

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_SYNDICATIONPLUGIN_H
+#define TIDEL_SYNDICATIONPLUGIN_H
+
+#include <feedplugininterface.h>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace Tidel {
+
+class Download;
+class FeedStore;
+struct DownloadTools;
+struct Outcome;
+
+/// Downloads RSS, Atom and RDF feeds, and enclosures, over http and https and from files.
+class SyndicationPlugin : public FeedPluginInterface
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID FeedPluginInterface_iid FILE "syndicationplugin.json")
+
+    /// How long a server may stay silent, in milliseconds. A feed may take ten times as long in all, an
+    /// enclosure a thousand times.
+    Q_PROPERTY(int timeout MEMBER m_timeout)
+    /// In bytes, after decompression.
+    Q_PROPERTY(qint64 maximumFeedSize MEMBER m_maximumFeedSize)
+    /// In bytes.
+    Q_PROPERTY(qint64 maximumEnclosureSize MEMBER m_maximumEnclosureSize)
+
+public:
+    explicit SyndicationPlugin(QObject *parent = nullptr);
+    ~SyndicationPlugin() override;
+
+    Q_INVOKABLE FeedPluginInterface *createDownloader(QObject *parent) const override;
+    Q_INVOKABLE void subscribe(const QUrl &address) override;
+    Q_INVOKABLE void downloadFeeds(const QStringList &channelUris) override;
+    Q_INVOKABLE void downloadEnclosure(const QString &enclosureUri, const QString &folder) override;
+    Q_INVOKABLE void cancel() override;
+    Q_INVOKABLE QString errorString() const override;
+
+private:
+    struct Network;
+    struct Task;
+    using Makers = std::vector<std::function<std::unique_ptr<Download>()>>;
+
+    void begin(bool isEnclosure, const Makers &makers);
+    void startNext();
+    void endDownload();
+    void end();
+    void report(bool isEnclosure, const Outcome &outcome, const QVariantMap &results = {});
+    DownloadTools tools(qint64 maximumSize, int patience);
+
+    int m_timeout = 30 * 1000;
+    qint64 m_maximumFeedSize = Q_INT64_C(32) * 1024 * 1024;
+    qint64 m_maximumEnclosureSize = Q_INT64_C(4) * 1024 * 1024 * 1024 - 1; // what FeedEnclosure can tell
+
+    std::shared_ptr<Network> m_network;
+    std::unique_ptr<FeedStore> m_store;
+    std::unique_ptr<Task> m_task;
+    QString m_errorString;
+};
+
+} // namespace Tidel
+
+#endif

@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "transfer.h"
+
+#include "mimetype.h"
+
+#include <QIODevice>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QSslError>
+
+namespace Tidel {
+
+namespace {
+
+constexpr int maximumRedirects = 10;
+constexpr qint64 chunkSize = 64 * 1024;
+// Longer ones are nobody's validators, and would be sent with every request.
+constexpr int maximumValidatorSize = 1024;
+
+int statusOf(const QNetworkReply &reply)
+{
+    return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+}
+
+QString validator(const QNetworkReply &reply, const char *header)
+{
+    const QByteArray value = reply.rawHeader(header);
+    return value.size() > maximumValidatorSize ? QString() : QString::fromLatin1(value);
+}
+
+Outcome refusal(const QNetworkReply &reply)
+{
+    const int status = statusOf(reply);
+    const QString phrase = reply.attribute(QNetworkRequest::HttpReasonPhraseAttribute).toString();
+    const QString hint = status == 410 ? QStringLiteral(": it is gone for good; unsubscribe") : QString();
+    return {status, QStringLiteral("%1 %2").arg(QString::number(status), phrase).trimmed() + hint};
+}
+
+Outcome failure(const QNetworkReply &reply)
+{
+    switch (reply.error()) {
+    case QNetworkReply::NoError: return {};
+    case QNetworkReply::HostNotFoundError:
+        return {FeedDownloadNotFound, QStringLiteral("there is no host %1").arg(reply.url().host())};
+    case QNetworkReply::ContentNotFoundError: return {FeedDownloadNotFound, QStringLiteral("no such file")};
+    case QNetworkReply::ConnectionRefusedError:
+        return {FeedDownloadConnectionFailed, QStringLiteral("the server refused the connection")};
+    case QNetworkReply::RemoteHostClosedError:
+        return {FeedDownloadConnectionFailed, QStringLiteral("the server broke off the transfer")};
+    case QNetworkReply::InsecureRedirectError:
+    case QNetworkReply::ProtocolUnknownError:
+        return {FeedDownloadUnsafeRedirect, QStringLiteral("redirects to where it is not safe")};
+    case QNetworkReply::TooManyRedirectsError:
+        return {FeedDownloadUnsafeRedirect, QStringLiteral("redirects too often")};
+    case QNetworkReply::TimeoutError:
+        return {FeedDownloadTimedOut, QStringLiteral("the server does not answer")};
+    default: return {FeedDownloadConnectionFailed, reply.errorString()};
+    }
+}
+
+} // namespace
+
+bool canTransfer(const QUrl &url)
+{
+    const QString scheme = url.scheme();
+    const bool isWeb = scheme == QLatin1String("http") || scheme == QLatin1String("https");
+    return url.isValid() && ((isWeb && !url.host().isEmpty()) || url.isLocalFile());
+}
+
+QNetworkRequest politeRequest(const QUrl &url)
+{
+    QNetworkRequest request(url);
+    request.setHeader(QNetworkRequest::UserAgentHeader, QStringLiteral("Tidel/" TIDEL_VERSION));
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
+    request.setMaximumRedirectsAllowed(maximumRedirects);
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    return request;
+}
+
+QString tooLarge(qint64 limit)
+{
+    constexpr qint64 mebibyte = 1024 * 1024;
+    return limit % mebibyte == 0 ? QStringLiteral("is too large: more than %1 MiB").arg(limit / mebibyte)
+                                 : QStringLiteral("is too large: more than %1 bytes").arg(limit);
+}
+
+Transfer::Transfer(QNetworkAccessManager &network, const QNetworkRequest &request,
+                   const TransferLimits &limits, QIODevice &target)
+    : m_target(target), m_limits(limits), m_reply(network.get(request))
+{
+    // Compressed data may grow a thousandfold before the first byte is counted.
+    m_reply->setReadBufferSize(chunkSize);
+    connect(m_reply, &QNetworkReply::metaDataChanged, this, &Transfer::readHeaders);
+    connect(m_reply, &QNetworkReply::readyRead, this, &Transfer::readBytes);
+    connect(m_reply, &QNetworkReply::finished, this, &Transfer::finish);
+    connect(m_reply, &QNetworkReply::sslErrors, this, [this](const QList<QSslError> &errors) {
+        m_certificateProblem = errors.isEmpty() ? QString() : errors.first().errorString();
+    });
+    connect(m_reply, &QNetworkReply::downloadProgress, this, [this](qint64 received, qint64 total) {
+        if (!m_isOver && m_status < 300)
+            Q_EMIT progressed(received, total);
+    });
+
+    for (QTimer *timer : {&m_silence, &m_duration}) {
+        timer->setSingleShot(true);
+        connect(timer, &QTimer::timeout, this, [this] {
+            end({FeedDownloadTimedOut,
+                 m_size > 0 ? QStringLiteral("the server takes too long")
+                            : QStringLiteral("the server does not answer")});
+        });
+    }
+    m_silence.start(limits.silence);
+    m_duration.start(limits.duration);
+}
+
+Transfer::~Transfer()
+{
+    m_isOver = true;
+    m_reply->disconnect(this);
+    m_reply->abort();
+    m_reply->deleteLater();
+}
+
+void Transfer::cancel() { end(canceledOutcome()); }
+
+void Transfer::readHeaders()
+{
+    m_silence.start();
+    m_status = statusOf(*m_reply);
+    const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
+    // Of decompressed content the size that was announced is another.
+    const bool isEncoded = m_reply->hasRawHeader("Content-Encoding");
+    m_announcedSize = length.isValid() && !isEncoded ? length.toLongLong() : -1;
+    if (m_status < 300 && m_announcedSize > m_limits.bytes)
+        end({FeedDownloadTooLarge, tooLarge(m_limits.bytes)});
+}
+
+void Transfer::readBytes()
+{
+    m_silence.start();
+    if (statusOf(*m_reply) >= 400) {
+        end(refusal(*m_reply));
+        return;
+    }
+    while (!m_isOver && m_reply->bytesAvailable() > 0) {
+        const QByteArray bytes = m_reply->read(chunkSize);
+        m_size += bytes.size();
+        if (m_size > m_limits.bytes)
+            end({FeedDownloadTooLarge, tooLarge(m_limits.bytes)});
+        else if (m_target.write(bytes) != bytes.size())
+            end({FeedDownloadNotWritten, QStringLiteral("cannot be written: ") + m_target.errorString()});
+    }
+}
+
+void Transfer::finish()
+{
+    readBytes();
+    if (!m_isOver)
+        end(replyOutcome());
+}
+
+Outcome Transfer::replyOutcome() const
+{
+    const int status = statusOf(*m_reply);
+    if (status >= 400)
+        return refusal(*m_reply);
+    if (!m_certificateProblem.isEmpty())
+        return {FeedDownloadConnectionFailed,
+                QStringLiteral("the server is not to be trusted: ") + m_certificateProblem};
+    const Outcome failed = failure(*m_reply);
+    if (!failed.isFine())
+        return failed;
+    const bool isHttp = status != 0;
+    if (isHttp && status != 200 && status != 304)
+        return refusal(*m_reply);
+    if (status == 200 && m_announcedSize >= 0 && m_size < m_announcedSize)
+        return {FeedDownloadConnectionFailed, QStringLiteral("the server broke off the transfer")};
+    return {};
+}
+
+void Transfer::end(const Outcome &outcome)
+{
+    if (m_isOver)
+        return;
+    m_isOver = true;
+    m_silence.stop();
+    m_duration.stop();
+    m_outcome = outcome;
+    m_status = statusOf(*m_reply);
+    m_address = m_reply->url();
+    m_validators = {validator(*m_reply, "ETag"), validator(*m_reply, "Last-Modified")};
+    m_mimeType = cleanMimeType(m_reply->header(QNetworkRequest::ContentTypeHeader).toString());
+    m_reply->abort();
+    Q_EMIT finished();
+}
+
+} // namespace Tidel

@@ -1,0 +1,208 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: LGPL-2.1-or-later
+"""A web server on 127.0.0.1 whose paths behave as their names say. It prints its port, and then a line
+for each request: method, path, status. It ends when its standard input does.
+
+usage: feedserver.py FOLDER [CERTIFICATE]
+
+FOLDER is served below /files/ with ETag and Last-Modified; with CERTIFICATE, a file with a key and a
+certificate, the server speaks TLS.
+"""
+import email.utils
+import gzip
+import hashlib
+import http.server
+import os
+import ssl
+import sys
+import threading
+import time
+import urllib.parse
+import zlib
+
+FEED = b"""<rss version="2.0"><channel><title>%s</title><link>http://127.0.0.1/</link>
+<item><title>One</title><link>one.html</link></item></channel></rss>"""
+PATIENCE = 30
+
+
+class Handler(http.server.BaseHTTPRequestHandler):
+    protocol_version = "HTTP/1.1"
+    server_version = "feedserver"
+
+    def do_GET(self):
+        url = urllib.parse.urlsplit(self.path)
+        first, _, rest = url.path.lstrip("/").partition("/")
+        try:
+            getattr(self, "serve_" + first.replace("-", "_"), self.serve_nothing)(rest, url.query)
+        except (BrokenPipeError, ConnectionResetError):
+            pass
+
+    def log_request(self, code="-", size="-"):
+        print(self.command, self.path, int(code), flush=True)
+
+    def log_message(self, *arguments):
+        pass
+
+    def answer(self, body, status=200, content_type="application/rss+xml", headers=()):
+        self.send_response(status)
+        if content_type:
+            self.send_header("Content-Type", content_type)
+        self.send_header("Content-Length", str(len(body)))
+        for name, value in headers:
+            self.send_header(name, value)
+        self.end_headers()
+        self.wfile.write(body)
+
+    def begin(self, headers=()):
+        """The head of an answer that ends with the connection."""
+        self.send_response(200)
+        self.send_header("Content-Type", "application/rss+xml")
+        self.send_header("Connection", "close")
+        for name, value in headers:
+            self.send_header(name, value)
+        self.end_headers()
+        self.close_connection = True
+
+    def serve_nothing(self, rest, query):
+        self.answer(b"<html>Not here</html>", 404, "text/html")
+
+    def serve_files(self, rest, query):
+        """A file; 304 when the request's ETag or date says that it is known."""
+        path = os.path.join(self.server.folder, urllib.parse.unquote(rest))
+        if not os.path.isfile(path):
+            return self.serve_nothing(rest, query)
+        with open(path, "rb") as file:
+            body = file.read()
+        tag = '"%s"' % hashlib.sha1(body).hexdigest()
+        date = email.utils.formatdate(os.path.getmtime(path), usegmt=True)
+        headers = []
+        if query != "date":
+            headers.append(("ETag", tag))
+        if query != "tag":
+            headers.append(("Last-Modified", date))
+        known = tag if query != "date" else date
+        if self.headers.get("If-None-Match" if query != "date" else "If-Modified-Since") == known:
+            self.send_response(304)
+            for name, value in headers:
+                self.send_header(name, value)
+            self.end_headers()
+            return
+        content_type = {".mp3": "audio/mpeg", ".xml": "application/rss+xml", ".html": "text/html"}.get(
+            os.path.splitext(path)[1], "application/octet-stream")
+        self.answer(body, content_type=content_type, headers=headers)
+
+    def serve_later(self, rest, query):
+        """As /files/, but only after a while."""
+        self.log_request(0)
+        self.server.ending.wait(1)
+        self.serve_files(rest, query)
+
+    def serve_tagged(self, rest, query):
+        """A feed with an ETag of so many characters."""
+        self.answer(FEED % b"Tagged", headers=[("ETag", '"%s"' % ("x" * (int(rest) - 2)))])
+
+    def serve_feed(self, rest, query):
+        self.answer(FEED % (rest or "Feed").encode())
+
+    def serve_status(self, rest, query):
+        self.answer(b"no", int(rest), "text/plain")
+
+    def serve_type(self, rest, query):
+        """A feed that is said to be of another type."""
+        self.answer(FEED % b"Typed", content_type=urllib.parse.unquote(query) or None)
+
+    def serve_redirect(self, rest, query):
+        """/redirect/301?target"""
+        self.answer(b"", int(rest), None, [("Location", urllib.parse.unquote(query))])
+
+    def serve_loop(self, rest, query):
+        self.answer(b"", 302, None, [("Location", "/loop")])
+
+    def serve_empty(self, rest, query):
+        self.answer(b"")
+
+    def serve_silent(self, rest, query):
+        self.log_request(0)
+        self.server.ending.wait(PATIENCE)
+        self.close_connection = True
+
+    def serve_drip(self, rest, query):
+        """A byte now and then, each before a time-out can strike."""
+        self.begin([("Content-Length", "1000000")])
+        self.send_slowly(b" ", 0.05)
+
+    def serve_stalled(self, rest, query):
+        """The beginning of a body, and then no more."""
+        self.begin([("Content-Length", "1000000")])
+        self.wfile.write(b"<rss>" * 1000)
+        self.server.ending.wait(PATIENCE)
+
+    def serve_endless(self, rest, query):
+        self.begin()
+        self.send_slowly(b" " * 65536, 0)
+
+    def send_slowly(self, piece, pause):
+        while not self.server.ending.wait(pause):
+            self.wfile.write(piece)
+
+    def serve_truncated(self, rest, query):
+        body = FEED % b"Truncated"
+        self.begin([("Content-Length", str(len(body) + 1000))])
+        self.wfile.write(body)
+
+    def serve_huge(self, rest, query):
+        """Announces more than it will ever send."""
+        self.begin([("Content-Length", str(10 ** 12))])
+        self.wfile.write(b"<rss>")
+
+    def serve_gzip(self, rest, query):
+        if "gzip" not in self.headers.get("Accept-Encoding", ""):
+            return self.answer(b"no gzip was asked for", 406, "text/plain")
+        self.answer(gzip.compress(FEED % b"Compressed"), headers=[("Content-Encoding", "gzip")])
+
+    def serve_bomb(self, rest, query):
+        """Four GiB of blanks in four MiB."""
+        self.begin([("Content-Encoding", "gzip")])
+        compressor = zlib.compressobj(9, zlib.DEFLATED, 31)
+        blanks = b" " * (1 << 20)
+        for _ in range(4096):
+            self.wfile.write(compressor.compress(blanks))
+        self.wfile.write(compressor.flush())
+
+    def serve_bytes(self, rest, query):
+        """/bytes/1000/any/name: so many bytes, of the type that the query names."""
+        size = int(rest.partition("/")[0])
+        self.answer(b"x" * size, content_type=urllib.parse.unquote(query) or "audio/mpeg")
+
+    def serve_agent(self, rest, query):
+        """A feed with the request's headers for a title."""
+        names = ("User-Agent", "Cookie", "Referer")
+        title = " ".join("%s=%s" % (name, self.headers.get(name)) for name in names)
+        self.answer(FEED % title.encode(), headers=[("Set-Cookie", "who=you")])
+
+
+class Server(http.server.ThreadingHTTPServer):
+    daemon_threads = True
+
+    def __init__(self, folder, certificate):
+        super().__init__(("127.0.0.1", 0), Handler)
+        self.folder = folder
+        self.ending = threading.Event()
+        if certificate:
+            context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+            context.load_cert_chain(certificate)
+            self.socket = context.wrap_socket(self.socket, server_side=True)
+
+    def handle_error(self, request, client_address):
+        pass
+
+
+def main():
+    server = Server(sys.argv[1], sys.argv[2] if len(sys.argv) > 2 else None)
+    threading.Thread(target=server.serve_forever, daemon=True).start()
+    print(server.server_address[1], flush=True)
+    sys.stdin.read()
+    server.ending.set()
+
+
+main()

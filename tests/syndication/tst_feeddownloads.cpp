@@ -1,0 +1,640 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "plugintest.h"
+
+#include <feedtrackersparql.h>
+
+#include <QtTest>
+
+class TestFeedDownloads : public PluginTest
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QVERIFY(prepare()); }
+    void init() { QVERIFY(begin()); }
+    void cleanup() { end(); }
+
+    void settings();
+    void subscribeOverHttp();
+    void subscribeToFile();
+    void failures_data();
+    void failures();
+    void nobodyListens();
+    void types_data();
+    void types();
+    void redirects_data();
+    void redirects();
+    void unsafeRedirects_data();
+    void unsafeRedirects();
+    void relativeLinksAreOfTheDocument();
+    void compressed();
+    void sizeLimit();
+    void politeness();
+    void selfSignedCertificate();
+    void subscribeTwice();
+    void validators_data();
+    void validators();
+    void validatorsOfLargeSize();
+    void newMessages();
+    void titleAndImageStay();
+    void unchangedFile();
+    void newFileIsReadAgain();
+    void droppedLinks();
+    void channelIsDeletedMeanwhile();
+    void unknownChannel();
+    void someChannelsFail();
+    void noChannels();
+    void storeRefuses();
+    void cancelBeforeItBegins();
+    void cancelMidway();
+    void cancelTheRest();
+    void cancelNothing();
+    void busy();
+    void deletedMidway();
+    void many();
+};
+
+void TestFeedDownloads::settings()
+{
+    const FeedPluginInterface &plugin = downloader();
+    QCOMPARE(plugin.property("timeout"), QVariant(30000));
+    QCOMPARE(plugin.property("maximumFeedSize"), QVariant(Q_INT64_C(33554432)));
+    QCOMPARE(plugin.property("maximumEnclosureSize"), QVariant(Q_INT64_C(4294967295)));
+    downloader().setProperty("timeout", 1);
+    downloader().setProperty("maximumFeedSize", 2);
+    downloader().setProperty("maximumEnclosureSize", 3);
+    const std::unique_ptr<FeedPluginInterface> copy(plugin.createDownloader(nullptr));
+    QCOMPARE(copy->property("timeout"), QVariant(1));
+    QCOMPARE(copy->property("maximumFeedSize"), QVariant(Q_INT64_C(2)));
+    QCOMPARE(copy->property("maximumEnclosureSize"), QVariant(Q_INT64_C(3)));
+    QObject parent;
+    QCOMPARE(plugin.createDownloader(&parent)->parent(), &parent);
+}
+
+void TestFeedDownloads::subscribeOverHttp()
+{
+    const QString link = m_server->url("/feed/Morning");
+    downloader().subscribe(QUrl(link));
+    // Nothing is told before the operation has returned, so this must not come too late.
+    const Ending subscribed = ending(downloader());
+    VERIFY_ENDING(subscribed, "downloadFeedsFinished");
+    QCOMPARE(subscribed.text, QString());
+    const FeedChannel channel = FeedTrackerSparql::instance()->channelForUri(channelUri());
+    QCOMPARE(channel.link(), link);
+    QCOMPARE(channel.title(), QString("Morning"));
+    QVERIFY(channel.updatedTime().isValid());
+    QCOMPARE(messageLinks(), QStringList("http://127.0.0.1/one.html"));
+    QCOMPARE(m_server->takeRequests(), QStringList("GET /feed/Morning 200"));
+}
+
+void TestFeedDownloads::subscribeToFile()
+{
+    const QString path = write("local.xml", feed("<item><link>https://example.org/1</link></item>"));
+    VERIFY_ENDING(subscribe("file://" + path), "downloadFeedsFinished");
+    QCOMPARE(messageLinks(), QStringList("https://example.org/1"));
+    QVERIFY(!channelUri("file://" + path).isEmpty());
+}
+
+void TestFeedDownloads::failures_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<int>("error");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("404") << "/nothing" << 404 << "404 Not Found";
+    QTest::newRow("410") << "/status/410" << 410 << "410 Gone: it is gone for good; unsubscribe";
+    QTest::newRow("500") << "/status/500" << 500 << "500 Internal Server Error";
+    QTest::newRow("401") << "/status/401" << 401 << "401 Unauthorized";
+    QTest::newRow("503") << "/status/503" << 503 << "503 Service Unavailable";
+    QTest::newRow("204") << "/status/204" << 204 << "204 No Content";
+    QTest::newRow("empty") << "/empty" << int(FeedDownloadNotAFeed) << "is empty";
+    QTest::newRow("silent") << "/silent" << int(FeedDownloadTimedOut) << "the server does not answer";
+    QTest::newRow("stalled") << "/stalled" << int(FeedDownloadTimedOut) << "the server takes too long";
+    QTest::newRow("drip") << "/drip" << int(FeedDownloadTimedOut) << "the server takes too long";
+    QTest::newRow("truncated") << "/truncated" << int(FeedDownloadConnectionFailed)
+                               << "the server broke off the transfer";
+    QTest::newRow("endless") << "/endless" << int(FeedDownloadTooLarge) << "is too large: more than 1 MiB";
+    QTest::newRow("huge") << "/huge" << int(FeedDownloadTooLarge) << "is too large: more than 1 MiB";
+    QTest::newRow("bomb") << "/bomb" << int(FeedDownloadTooLarge) << "is too large: more than 1 MiB";
+    QTest::newRow("web page") << "/files/page.html" << int(FeedDownloadNotAFeed)
+                              << "is XML but not a feed: its outermost element is <html>";
+    QTest::newRow("no such host") << "http://no-such-host.invalid/" << int(FeedDownloadNotFound)
+                                  << "there is no host no-such-host.invalid";
+    QTest::newRow("no host") << "http:///feed" << int(FeedDownloadBadAddress)
+                             << "is neither a file nor an http or https address";
+    QTest::newRow("ftp") << "ftp://127.0.0.1/feed" << int(FeedDownloadBadAddress)
+                         << "is neither a file nor an http or https address";
+    QTest::newRow("relative") << "feed.xml" << int(FeedDownloadBadAddress)
+                              << "is neither a file nor an http or https address";
+    QTest::newRow("no address") << "" << int(FeedDownloadBadAddress)
+                                << "is neither a file nor an http or https address";
+    QTest::newRow("no file") << "file:///no/such/file" << int(FeedDownloadNotFound) << "no such file";
+    QTest::newRow("folder") << "file:///" << int(FeedDownloadNotAFeed) << "is a directory, not a feed file";
+}
+
+void TestFeedDownloads::failures()
+{
+    QFETCH(QString, address);
+    QFETCH(int, error);
+    QFETCH(QString, text);
+    write("page.html", "<html><body/></html>");
+    downloader().setProperty("timeout", 500);
+    downloader().setProperty("maximumFeedSize", 1024 * 1024);
+    const Ending failed = subscribe(address.startsWith('/') ? m_server->url(address) : address);
+    VERIFY_ENDING(failed, "downloadFeedsFailed");
+    QCOMPARE(failed.error, error);
+    QCOMPARE(failed.text, text);
+    QCOMPARE(m_store->count("?c a mfo:FeedChannel"), 0);
+    QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 0);
+
+    // The next one starts afresh.
+    const Ending next = subscribe(m_server->url("/feed/Next"));
+    VERIFY_ENDING(next, "downloadFeedsFinished");
+    QCOMPARE(next.text, QString());
+}
+
+void TestFeedDownloads::nobodyListens()
+{
+    QString address;
+    {
+        const FeedServer gone(m_folder->path());
+        address = gone.url("/feed");
+    }
+    const Ending failed = subscribe(address);
+    QCOMPARE(failed.error, int(FeedDownloadConnectionFailed));
+    QCOMPARE(failed.text, QString("the server refused the connection"));
+}
+
+void TestFeedDownloads::types_data()
+{
+    QTest::addColumn<QString>("type");
+    for (const char *type : {"text/html", "application/octet-stream", "image/png", "", "nonsense"})
+        QTest::newRow(*type ? type : "none") << QString(type);
+}
+
+// Servers say what they like of feeds: the document decides.
+void TestFeedDownloads::types()
+{
+    QFETCH(QString, type);
+    VERIFY_ENDING(subscribe(m_server->url("/type?" + type)), "downloadFeedsFinished");
+    QCOMPARE(messageLinks().size(), 1);
+}
+
+void TestFeedDownloads::redirects_data()
+{
+    QTest::addColumn<int>("status");
+    for (int status : {301, 302, 303, 307, 308})
+        QTest::newRow(qPrintable(QString::number(status))) << status;
+}
+
+void TestFeedDownloads::redirects()
+{
+    QFETCH(int, status);
+    const QString link = m_server->url(QString("/redirect/%1?/feed/There").arg(status));
+    VERIFY_ENDING(subscribe(link), "downloadFeedsFinished");
+    QCOMPARE(channelUri(link), channelUri());
+    VERIFY_ENDING(refresh(), "downloadFeedsFinished");
+    const QStringList once{QString("GET /redirect/%1?/feed/There %1").arg(status), "GET /feed/There 200"};
+    // Qt 5 now and then asks twice for what it is redirected from.
+    QStringList requests = m_server->takeRequests();
+    for (int i = requests.size() - 1; i > 0; --i) {
+        if (requests.at(i) == requests.at(i - 1))
+            requests.removeAt(i);
+    }
+    QCOMPARE(requests, once + once);
+}
+
+void TestFeedDownloads::unsafeRedirects_data()
+{
+    QTest::addColumn<QString>("target");
+    QTest::newRow("file") << "file:///etc/hostname";
+    QTest::newRow("ftp") << "ftp://127.0.0.1/";
+    QTest::newRow("data") << "data:text/xml,<rss/>";
+    QTest::newRow("qrc") << "qrc:/feed.xml";
+    QTest::newRow("loop") << "/loop";
+}
+
+void TestFeedDownloads::unsafeRedirects()
+{
+    QFETCH(QString, target);
+    const Ending failed =
+        subscribe(m_server->url("/redirect/302?" + QString(QUrl::toPercentEncoding(target))));
+    VERIFY_ENDING(failed, "downloadFeedsFailed");
+    QCOMPARE(failed.error, int(FeedDownloadUnsafeRedirect));
+    QCOMPARE(failed.text,
+             target == "/loop" ? QString("redirects too often")
+                               : QString("redirects to where it is not safe"));
+}
+
+void TestFeedDownloads::relativeLinksAreOfTheDocument()
+{
+    write("relative.xml", feed("<item><link>one.html</link></item>"));
+    VERIFY_ENDING(subscribe(m_server->url("/redirect/301?/files/relative.xml")), "downloadFeedsFinished");
+    QCOMPARE(messageLinks(), QStringList(m_server->url("/files/one.html")));
+}
+
+void TestFeedDownloads::compressed()
+{
+    VERIFY_ENDING(subscribe(m_server->url("/gzip")), "downloadFeedsFinished");
+    QCOMPARE(m_store->texts("SELECT ?t { ?c a mfo:FeedChannel ; nie:title ?t }"), QStringList("Compressed"));
+}
+
+void TestFeedDownloads::sizeLimit()
+{
+    const QByteArray document = feed("");
+    const QString path = write("limit.xml", document);
+    for (const QString &address : {m_server->url("/files/limit.xml"), "file://" + path}) {
+        downloader().setProperty("maximumFeedSize", document.size() - 1);
+        const Ending failed = subscribe(address);
+        QCOMPARE(failed.error, int(FeedDownloadTooLarge));
+        QCOMPARE(failed.text, QString("is too large: more than %1 bytes").arg(document.size() - 1));
+        downloader().setProperty("maximumFeedSize", document.size());
+        VERIFY_ENDING(subscribe(address), "downloadFeedsFinished");
+    }
+}
+
+void TestFeedDownloads::politeness()
+{
+    for (int i = 0; i < 2; ++i)
+        VERIFY_ENDING(subscribe(m_server->url(QString("/agent/%1").arg(i))), "downloadFeedsFinished");
+    // Two channels of one title: the second request brought no cookie.
+    const QStringList titles = m_store->texts("SELECT DISTINCT ?t { ?c a mfo:FeedChannel ; nie:title ?t }");
+    QCOMPARE(titles.size(), 1);
+    const QRegularExpression expected("^User-Agent=Tidel/\\d+\\.\\d+\\.\\d+ Cookie=None Referer=None$");
+    QVERIFY2(expected.match(titles.first()).hasMatch(), qPrintable(titles.first()));
+}
+
+void TestFeedDownloads::selfSignedCertificate()
+{
+    const QString key = m_folder->filePath("key.pem");
+    const QString certificate = m_folder->filePath("certificate.pem");
+    QProcess openssl;
+    openssl.start("openssl",
+                  {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2", "-subj", "/CN=127.0.0.1",
+                   "-addext", "subjectAltName=IP:127.0.0.1", "-keyout", key, "-out", certificate});
+    QVERIFY(openssl.waitForFinished());
+    QCOMPARE(openssl.exitCode(), 0);
+    QFile both(m_folder->filePath("both.pem"));
+    QVERIFY(both.open(QIODevice::WriteOnly));
+    for (const QString &name : {key, certificate}) {
+        QFile part(name);
+        QVERIFY(part.open(QIODevice::ReadOnly));
+        both.write(part.readAll());
+    }
+    both.close();
+
+    const FeedServer secure(m_folder->path(), both.fileName());
+    QVERIFY(secure.isRunning());
+    const Ending failed = subscribe(secure.url("/feed/Secret"));
+    VERIFY_ENDING(failed, "downloadFeedsFailed");
+    QCOMPARE(failed.error, int(FeedDownloadConnectionFailed));
+    QVERIFY2(failed.text.startsWith("the server is not to be trusted: "), qPrintable(failed.text));
+    QCOMPARE(m_store->count("?c a mfo:FeedChannel"), 0);
+}
+
+void TestFeedDownloads::subscribeTwice()
+{
+    const QString link = m_server->url("/feed/Once");
+    VERIFY_ENDING(subscribe(link), "downloadFeedsFinished");
+    m_server->forgetRequests();
+    const Ending again = subscribe(link);
+    VERIFY_ENDING(again, "downloadFeedsFailed");
+    QCOMPARE(again.error, int(FeedDownloadAlreadyStored));
+    QCOMPARE(m_server->takeRequests(), QStringList());
+
+    // Both ask before either has stored it.
+    const auto rival = another();
+    const QString other = m_server->url("/feed/Twice");
+    downloader().subscribe(QUrl(other));
+    rival->subscribe(QUrl(other));
+    QSignalSpy stored(&downloader(), &FeedPluginInterface::downloadFeedsFinished);
+    QSignalSpy refused(&downloader(), &FeedPluginInterface::downloadFeedsFailed);
+    const Ending ofRival = ending(*rival);
+    QTRY_COMPARE(stored.size() + refused.size(), 1);
+    QCOMPARE((ofRival.error == 0 ? 1 : 0) + stored.size(), 1);
+    QCOMPARE(m_store->count("?c nie:title 'Twice'"), 1);
+}
+
+void TestFeedDownloads::validators_data()
+{
+    QTest::addColumn<QString>("query");
+    QTest::addColumn<bool>("hasTag");
+    QTest::addColumn<bool>("hasDate");
+    QTest::newRow("both") << "" << true << true;
+    QTest::newRow("tag alone") << "?tag" << true << false;
+    QTest::newRow("date alone") << "?date" << false << true;
+}
+
+void TestFeedDownloads::validators()
+{
+    QFETCH(QString, query);
+    QFETCH(bool, hasTag);
+    QFETCH(bool, hasDate);
+    write("conditional.xml", feed("<item><link>https://example.org/1</link></item>"));
+    const QString path = "/files/conditional.xml" + query;
+    VERIFY_ENDING(subscribe(m_server->url(path)), "downloadFeedsFinished");
+    QCOMPARE(m_store->count("?c tidel:entityTag ?e"), int(hasTag));
+    QCOMPARE(m_store->count("?c tidel:lastModified ?m"), int(hasDate));
+    QCOMPARE(FeedTrackerSparql::instance()->channelForUri(channelUri()).lastModifiedTime().isEmpty(),
+             !hasDate);
+
+    const QString everything = "SELECT ?s ?p ?o { ?s ?p ?o } ORDER BY ?s ?p ?o";
+    const QStringList before = m_store->texts(everything);
+    m_server->forgetRequests();
+    for (int i = 0; i < 2; ++i) {
+        const Ending unchanged = refresh();
+        VERIFY_ENDING(unchanged, "downloadFeedsFinished");
+        QCOMPARE(unchanged.text, QString());
+        QCOMPARE(m_server->takeRequests(), QStringList("GET " + path + " 304"));
+    }
+    QCOMPARE(m_store->texts(everything), before);
+
+    QFile::remove(m_folder->filePath("conditional.xml"));
+    QFile changed(m_folder->filePath("conditional.xml"));
+    QVERIFY(changed.open(QIODevice::WriteOnly));
+    changed.write(feed("<item><link>https://example.org/2</link></item>"));
+    changed.close();
+    VERIFY_ENDING(refresh(), "downloadFeedsFinished");
+    QCOMPARE(m_server->takeRequests(), QStringList("GET " + path + " 200"));
+    QCOMPARE(messageLinks(), QStringList({"https://example.org/1", "https://example.org/2"}));
+    VERIFY_ENDING(refresh(), "downloadFeedsFinished");
+    QCOMPARE(m_server->takeRequests(), QStringList("GET " + path + " 304"));
+    QCOMPARE(m_store->count("?c tidel:entityTag ?e"), int(hasTag));
+}
+
+// What no server would want to be sent back is not kept.
+void TestFeedDownloads::validatorsOfLargeSize()
+{
+    VERIFY_ENDING(subscribe(m_server->url("/tagged/5000")), "downloadFeedsFinished");
+    QCOMPARE(m_store->count("?c tidel:entityTag ?e"), 0);
+    VERIFY_ENDING(subscribe(m_server->url("/tagged/500")), "downloadFeedsFinished");
+    QCOMPARE(m_store->count("?c tidel:entityTag ?e"), 1);
+}
+
+void TestFeedDownloads::newMessages()
+{
+    const QString path = write("growing.xml", feed("<item><link>https://example.org/1</link></item>"));
+    for (const QString &address : {m_server->url("/files/growing.xml"), "file://" + path})
+        VERIFY_ENDING(subscribe(address), "downloadFeedsFinished");
+    write("growing.xml",
+          feed("<item><link>https://example.org/2</link></item>"
+               "<item><link>https://example.org/1</link></item>"));
+    VERIFY_ENDING(refresh(m_store->texts("SELECT ?c { ?c a mfo:FeedChannel }")), "downloadFeedsFinished");
+    QCOMPARE(messageLinks(), QStringList({"https://example.org/1", "https://example.org/2"}));
+    // Each is one message of both channels.
+    QCOMPARE(m_store->count("?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c"), 4);
+}
+
+void TestFeedDownloads::titleAndImageStay()
+{
+    const QString path = write("title.xml", feed("", "As the feed has it"));
+    VERIFY_ENDING(subscribe("file://" + path), "downloadFeedsFinished");
+    FeedChannel channel = FeedTrackerSparql::instance()->channelForUri(channelUri());
+    channel.setTitle("As the user has it");
+    FeedEnclosure icon;
+    icon.setLocalUrl("/icons/feed.png");
+    channel.setIcon(icon);
+    QVERIFY(FeedTrackerSparql::instance()->updateChannel(channel));
+    write("title.xml", feed("<item><link>https://example.org/1</link></item>", "As the feed has it now"));
+    VERIFY_ENDING(refresh(), "downloadFeedsFinished");
+    QCOMPARE(messageLinks().size(), 1);
+    QCOMPARE(m_store->texts("SELECT ?t ?i { ?c a mfo:FeedChannel ; nie:title ?t ; mfo:image ?i }"),
+             QStringList("As the user has it /icons/feed.png"));
+}
+
+void TestFeedDownloads::unchangedFile()
+{
+    const QByteArray first = feed("<item><link>https://example.org/1</link></item>");
+    const QByteArray second = feed("<item><link>https://example.org/2</link></item>");
+    const QString path = write("same.xml", first);
+    const QDateTime time = QFileInfo(path).lastModified();
+    const auto setTime = [&](const QDateTime &changed) {
+        QFile file(path);
+        return file.open(QIODevice::ReadWrite)
+            && file.setFileTime(changed, QFileDevice::FileModificationTime);
+    };
+    VERIFY_ENDING(subscribe("file://" + path), "downloadFeedsFinished");
+
+    // Of the same size and time, it is taken to be the same.
+    write("same.xml", second);
+    QVERIFY(setTime(time));
+    VERIFY_ENDING(refresh(), "downloadFeedsFinished");
+    QCOMPARE(messageLinks(), QStringList("https://example.org/1"));
+
+    QVERIFY(setTime(time.addMSecs(1)));
+    VERIFY_ENDING(refresh(), "downloadFeedsFinished");
+    QCOMPARE(messageLinks().size(), 2);
+
+    write("same.xml", feed("<item><link>https://example.org/three</link></item>"));
+    QVERIFY(setTime(time.addMSecs(1)));
+    VERIFY_ENDING(refresh(), "downloadFeedsFinished");
+    QCOMPARE(messageLinks().size(), 3);
+
+    QVERIFY(QFile::remove(path));
+    const Ending gone = refresh();
+    QCOMPARE(gone.error, int(FeedDownloadNotFound));
+    QCOMPARE(gone.text, QString("no such file"));
+}
+
+// A file that was only just written may be written again within the same tick of the clock.
+void TestFeedDownloads::newFileIsReadAgain()
+{
+    const QString path = write("new.xml", feed("<item><link>https://example.org/1</link></item>"));
+    const auto setTime = [&](const QDateTime &changed) {
+        QFile file(path);
+        return file.open(QIODevice::ReadWrite)
+            && file.setFileTime(changed, QFileDevice::FileModificationTime);
+    };
+    const QDateTime soon = QDateTime::currentDateTime().addSecs(60);
+    QVERIFY(setTime(soon));
+    VERIFY_ENDING(subscribe("file://" + path), "downloadFeedsFinished");
+    QCOMPARE(m_store->count("?c tidel:entityTag ?e"), 0);
+    write("new.xml", feed("<item><link>https://example.org/2</link></item>"));
+    QVERIFY(setTime(soon));
+    VERIFY_ENDING(refresh(), "downloadFeedsFinished");
+    QCOMPARE(messageLinks().size(), 2);
+}
+
+void TestFeedDownloads::droppedLinks()
+{
+    const auto item = [](int i) {
+        return QString("<item><link>https://example.org/%1</link></item>").arg(i).toUtf8();
+    };
+    const QString path = write("dropping.xml", feed(item(2) + item(1)));
+    VERIFY_ENDING(subscribe("file://" + path), "downloadFeedsFinished");
+    const QString uri = channelUri();
+    m_store->update(QString("DELETE { ?m a rdfs:Resource } WHERE { ?m a mfo:FeedMessage }"));
+    m_store->update(QString("INSERT DATA { <%1> tidel:droppedLink 'https://example.org/1' , "
+                            "'https://example.org/2' }")
+                        .arg(uri));
+
+    write("dropping.xml", feed(item(3) + item(2) + item(1)));
+    VERIFY_ENDING(refresh(), "downloadFeedsFinished");
+    QCOMPARE(messageLinks(), QStringList("https://example.org/3"));
+    QCOMPARE(m_store->count("?c tidel:droppedLink ?l"), 2);
+
+    // What the feed no longer shows need not be remembered.
+    write("dropping.xml", feed(item(4) + item(3) + item(2)));
+    VERIFY_ENDING(refresh(), "downloadFeedsFinished");
+    QCOMPARE(messageLinks(), QStringList({"https://example.org/3", "https://example.org/4"}));
+    QCOMPARE(m_store->texts("SELECT ?l { ?c tidel:droppedLink ?l }"), QStringList("https://example.org/2"));
+}
+
+void TestFeedDownloads::channelIsDeletedMeanwhile()
+{
+    write("late.xml", feed("<item><link>https://example.org/1</link></item>"));
+    VERIFY_ENDING(subscribe(m_server->url("/later/late.xml")), "downloadFeedsFinished");
+    m_store->update("DELETE { ?c tidel:entityTag ?e } WHERE { ?c tidel:entityTag ?e }");
+    m_server->forgetRequests();
+    downloader().downloadFeeds({channelUri()});
+    QTRY_COMPARE(m_server->requests(), QStringList("GET /later/late.xml 0"));
+    FeedTrackerSparql::instance()->deleteAllChannels();
+    const Ending failed = ending(downloader());
+    VERIFY_ENDING(failed, "downloadFeedsFailed");
+    QCOMPARE(failed.error, int(FeedDownloadNotFound));
+    QCOMPARE(failed.text, QString("the channel has been deleted meanwhile"));
+    QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 0);
+}
+
+void TestFeedDownloads::unknownChannel()
+{
+    for (const char *uri : {"urn:nothing", "", "> } INSERT { <urn:x> a mfo:FeedChannel } #"}) {
+        const Ending failed = refresh({uri});
+        VERIFY_ENDING(failed, "downloadFeedsFailed");
+        QCOMPARE(failed.error, int(FeedDownloadNotFound));
+        QCOMPARE(failed.text, QString("no such channel"));
+    }
+}
+
+void TestFeedDownloads::someChannelsFail()
+{
+    const QString good = write("good.xml", feed("<item><link>https://example.org/1</link></item>"));
+    const QString bad = write("bad.xml", feed(""));
+    const QString worse = write("worse.xml", feed(""));
+    for (const QString &path : {good, bad, worse})
+        VERIFY_ENDING(subscribe("file://" + path), "downloadFeedsFinished");
+    write("good.xml", feed("<item><link>https://example.org/2</link></item>"));
+    write("bad.xml", "no XML");
+    QFile::remove(worse);
+    const Ending failed =
+        refresh({channelUri("file://" + bad), channelUri("file://" + worse), channelUri("file://" + good)});
+    VERIFY_ENDING(failed, "downloadFeedsFailed");
+    QCOMPARE(failed.error, int(FeedDownloadNotAFeed));
+    QVERIFY2(failed.text.startsWith("is not well-formed XML"), qPrintable(failed.text));
+    QCOMPARE(messageLinks().size(), 2);
+}
+
+void TestFeedDownloads::noChannels() { VERIFY_ENDING(refresh(QStringList()), "downloadFeedsFinished"); }
+
+void TestFeedDownloads::storeRefuses()
+{
+    const QString store = m_store->dataFolder() + "/tidel";
+    QVERIFY(!QFile::exists(store));
+    QFile file(store);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    const Ending failed = subscribe(m_server->url("/feed"));
+    VERIFY_ENDING(failed, "downloadFeedsFailed");
+    QCOMPARE(failed.error, int(FeedDownloadStoreFailed));
+    QVERIFY2(failed.text.startsWith("the store cannot be used: "), qPrintable(failed.text));
+    QVERIFY(file.remove());
+    VERIFY_ENDING(subscribe(m_server->url("/feed")), "downloadFeedsFinished");
+}
+
+void TestFeedDownloads::cancelBeforeItBegins()
+{
+    downloader().subscribe(QUrl(m_server->url("/feed")));
+    downloader().cancel();
+    const Ending canceled = ending(downloader());
+    VERIFY_ENDING(canceled, "downloadFeedsFailed");
+    QCOMPARE(canceled.error, int(FeedDownloadCanceled));
+    QCOMPARE(canceled.text, QString("canceled"));
+    QCOMPARE(m_server->takeRequests(), QStringList());
+}
+
+void TestFeedDownloads::cancelMidway()
+{
+    downloader().subscribe(QUrl(m_server->url("/silent")));
+    QTRY_COMPARE(m_server->requests(), QStringList("GET /silent 0"));
+    downloader().cancel();
+    downloader().cancel();
+    const Ending canceled = ending(downloader());
+    VERIFY_ENDING(canceled, "downloadFeedsFailed");
+    QCOMPARE(canceled.error, int(FeedDownloadCanceled));
+    VERIFY_ENDING(subscribe(m_server->url("/feed")), "downloadFeedsFinished");
+}
+
+void TestFeedDownloads::cancelTheRest()
+{
+    const QString first = write("first.xml", feed(""));
+    VERIFY_ENDING(subscribe("file://" + first), "downloadFeedsFinished");
+    write("first.xml", feed("<item><link>https://example.org/1</link></item>"));
+    const QString later = m_server->url("/later/late.xml");
+    write("late.xml", feed(""));
+    VERIFY_ENDING(subscribe(later), "downloadFeedsFinished");
+    m_server->forgetRequests();
+    downloader().downloadFeeds({channelUri("file://" + first), channelUri(later), channelUri(later)});
+    QTRY_COMPARE(m_server->requests(), QStringList("GET /later/late.xml 0"));
+    downloader().cancel();
+    QCOMPARE(ending(downloader()).error, int(FeedDownloadCanceled));
+    QCOMPARE(messageLinks(), QStringList("https://example.org/1"));
+}
+
+void TestFeedDownloads::cancelNothing()
+{
+    QSignalSpy failed(&downloader(), &FeedPluginInterface::downloadFeedsFailed);
+    downloader().cancel();
+    VERIFY_ENDING(subscribe(m_server->url("/feed")), "downloadFeedsFinished");
+    QCOMPARE(failed.size(), 0);
+}
+
+void TestFeedDownloads::busy()
+{
+    QList<int> errors;
+    connect(&downloader(), &FeedPluginInterface::downloadFeedsFailed, this,
+            [&](int error) { errors.append(error); });
+    connect(&downloader(), &FeedPluginInterface::downloadEnclosureFailed, this,
+            [&](int error) { errors.append(-error); });
+    QSignalSpy finished(&downloader(), &FeedPluginInterface::downloadFeedsFinished);
+    downloader().subscribe(QUrl(m_server->url("/feed/First")));
+    downloader().subscribe(QUrl(m_server->url("/feed/Second")));
+    downloader().downloadEnclosure("urn:x", m_folder->path());
+    QCOMPARE(errors, QList<int>());
+    QTRY_COMPARE(finished.size(), 1);
+    QCOMPARE(errors, QList<int>({FeedDownloadBusy, -FeedDownloadBusy}));
+    QCOMPARE(m_store->texts("SELECT ?t { ?c a mfo:FeedChannel ; nie:title ?t }"), QStringList("First"));
+    QCOMPARE(downloader().errorString(), QString());
+}
+
+void TestFeedDownloads::deletedMidway()
+{
+    auto other = another();
+    other->subscribe(QUrl(m_server->url("/silent")));
+    QTRY_COMPARE(m_server->requests(), QStringList("GET /silent 0"));
+    other.reset();
+    auto unbegun = another();
+    unbegun->subscribe(QUrl(m_server->url("/feed")));
+    unbegun.reset();
+    VERIFY_ENDING(subscribe(m_server->url("/feed/After")), "downloadFeedsFinished");
+    QCOMPARE(m_store->count("?c a mfo:FeedChannel"), 1);
+}
+
+void TestFeedDownloads::many()
+{
+    constexpr int count = 24;
+    std::vector<std::unique_ptr<FeedPluginInterface>> downloaders;
+    int finished = 0;
+    for (int i = 0; i < count; ++i) {
+        downloaders.push_back(another());
+        connect(downloaders.back().get(), &FeedPluginInterface::downloadFeedsFinished, this,
+                [&] { ++finished; });
+        downloaders.back()->subscribe(QUrl(m_server->url(QString("/feed/Number%1").arg(i))));
+    }
+    QTRY_COMPARE(finished, count);
+    QCOMPARE(m_store->count("?c a mfo:FeedChannel"), count);
+    // All show one message.
+    QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 1);
+    QCOMPARE(m_store->count("?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c"), count);
+}
+
+QTEST_GUILESS_MAIN(TestFeedDownloads)
+#include "tst_feeddownloads.moc"
