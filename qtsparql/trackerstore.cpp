@@ -63,8 +63,13 @@ QSparqlError connectionError(const QString &message)
     return QSparqlError(message, QSparqlError::ConnectionError);
 }
 
-void logFromGLib(const gchar *, GLogLevelFlags, const gchar *message, gpointer)
+/// What went wrong within Tracker on this thread, whether or not it made a call fail.
+thread_local QString lastCriticalMessage;
+
+void logFromGLib(const gchar *, GLogLevelFlags level, const gchar *message, gpointer)
 {
+    if (level & G_LOG_LEVEL_CRITICAL)
+        lastCriticalMessage = QString::fromUtf8(message);
     qCDebug(lcTracker) << message;
 }
 
@@ -239,8 +244,15 @@ QSparqlError TrackerStore::update(const QString &statement)
     if (const QSparqlError refusal = refuseNull(statement); refusal.isValid())
         return refusal;
     GError *error = nullptr;
+    lastCriticalMessage.clear();
     tracker_sparql_connection_update(m_handle->connection.get(),
                                      TrackerDialect::toTracker(statement).toUtf8().constData(), nullptr,
                                      &error);
-    return error ? fromGError(QStringLiteral("The update is refused"), error) : QSparqlError();
+    if (error)
+        return fromGError(QStringLiteral("The update is refused"), error);
+    // Tracker only logs that it could not commit, as on a full disk, and reports success.
+    return lastCriticalMessage.isEmpty()
+        ? QSparqlError()
+        : QSparqlError(QStringLiteral("The update failed: ") + lastCriticalMessage,
+                       QSparqlError::BackendError);
 }
