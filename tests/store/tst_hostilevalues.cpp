@@ -113,8 +113,18 @@ private Q_SLOTS:
     void textsForAHostAreRefusedToo_data();
     void textsForAHostAreRefusedToo();
 
+    void messagesOfAList_data();
+    void messagesOfAList();
+    void storedMessage();
+
     void boundValuesAreHarmless_data();
     void boundValuesAreHarmless();
+    void boundValuesChangeOneChannelOnly_data();
+    void boundValuesChangeOneChannelOnly();
+    void boundValuesDeleteNothing_data();
+    void boundValuesDeleteNothing();
+    void imageOfADeletedChannelIsHarmless_data();
+    void imageOfADeletedChannelIsHarmless();
     void linkOfANewMessageIsHarmless();
     void innocentIris_data();
     void innocentIris();
@@ -426,6 +436,52 @@ void TestHostileValues::textsForAHostAreRefusedToo()
     QCOMPARE(everythingIn(store()), before);
 }
 
+void TestHostileValues::messagesOfAList_data()
+{
+    QTest::addColumn<QString>("attack");
+    const QString rest = "nie:links ?l } WHERE {<urn:x> nie:links ?l } " + deletion;
+    QTest::newRow("and a comment") << "urn:x> " + rest + " #";
+    QTest::newRow("in a path") << "http://example.org/x> " + rest + " #";
+    QTest::newRow("in a query") << "http://example.org/?q=x> " + rest + " #";
+    QTest::newRow("in a fragment") << "http://example.org/#x> " + rest + " #";
+    QTest::newRow("and an operation") << "urn:x> " + rest
+            + " DELETE { ?c nie:title <urn:z> } WHERE { ?c "
+              "nie:title <urn:y> } #";
+}
+
+void TestHostileValues::messagesOfAList()
+{
+    QFETCH(QString, attack);
+    const QUrl uri(attack);
+    QVERIFY(uri.isValid());
+    const QStringList before = everythingIn(store());
+    const QList<QList<QUrl>> lists = {{uri}, {QUrl("urn:m"), uri}, {uri, QUrl("urn:m")}};
+    for (const QList<QUrl> &uris : lists) {
+        QString update;
+        const QStringList journal = journalOf([&] {
+            tracker()->deleteMessages(uris);
+            update = StatementGate::statements().constLast();
+        });
+        QCOMPARE(journal,
+                 QStringList({deleteLine(update),
+                              criticalLine("deleteMessages(QList<QUrl>)",
+                                           {"Delete Query Failed", storeErrorOf(update)})}));
+        QCOMPARE(everythingIn(store()), before);
+    }
+    checkThatItWouldDelete(S::messagePiece(attack));
+}
+
+void TestHostileValues::storedMessage()
+{
+    // Another program may have named its message so.
+    const QUrl uri("urn:x> nie:links ?l } WHERE {<urn:x> nie:links ?l } " + deletion + " #");
+    store().update("INSERT { <" + QString::fromLatin1(uri.toEncoded()) + "> a mfo:FeedMessage }");
+    const QStringList before = everythingIn(store());
+    QVERIFY(tracker()->deleteMessages("urn:c:2"));
+    tracker()->deleteMessage(QString::fromLatin1(uri.toEncoded()), "urn:c:2");
+    QCOMPARE(everythingIn(store()), before);
+}
+
 void TestHostileValues::boundValuesAreHarmless_data()
 {
     QTest::addColumn<QString>("value");
@@ -451,6 +507,8 @@ void TestHostileValues::boundValuesAreHarmless()
         tracker()->allMessageUrls(value);
         tracker()->messageLinksOfChannel(value);
         tracker()->latestPostPublishedTime(value);
+        tracker()->deletableMessageCount(value);
+        tracker()->deletableMessages(value, 10);
     });
     // Nothing but that there is no such channel or enclosure.
     QCOMPARE(journal.filter("critical").size(), 3);
@@ -467,6 +525,85 @@ void TestHostileValues::boundValuesAreHarmless()
     QVERIFY(!uri.isEmpty());
     QCOMPARE(channelUris(), QStringList({"urn:c:1", "urn:c:2", "urn:c:3", uri}));
     QCOMPARE(tracker()->channelType(uri), value);
+}
+
+void TestHostileValues::boundValuesChangeOneChannelOnly_data() { boundValuesAreHarmless_data(); }
+
+void TestHostileValues::boundValuesChangeOneChannelOnly()
+{
+    QFETCH(QString, value);
+    const auto withoutTheFirst = [this] {
+        QStringList lines = everythingIn(store());
+        lines.erase(std::remove_if(lines.begin(), lines.end(),
+                                   [](const QString &line) {
+                                       return line.startsWith("urn:c:1 ") || line.startsWith("http:");
+                                   }),
+                    lines.end());
+        return lines;
+    };
+    store().update("INSERT { <http://example.org/feed> a nie:DataObject ; "
+                   "nie:created '2020-01-01T00:00:00Z'^^xsd:dateTime . "
+                   "<urn:c:1> nie:links <http://example.org/feed> }");
+    const QStringList before = everythingIn(store());
+    const QStringList others = withoutTheFirst();
+
+    FeedChannel unknown;
+    unknown.setUri(value);
+    QVERIFY(!tracker()->updateChannel(unknown));
+    QVERIFY(!tracker()->editChannel(value, {{FeedTrackerSparql::TitleKey, value}}));
+    QVERIFY(!tracker()->editChannel("urn:c:1", {{FeedTrackerSparql::LastModifiedTimeKey, value}}));
+    QCOMPARE(everythingIn(store()), before);
+
+    FeedChannel channel;
+    channel.setUri("urn:c:1");
+    channel.setTitle(value);
+    channel.setLastModifiedTime(value);
+    channel.setIcon(withLocalUrl(value));
+    QVERIFY(tracker()->updateChannel(channel));
+    QVERIFY(tracker()->editChannel(
+        "urn:c:1",
+        {{FeedTrackerSparql::TitleKey, value}, {FeedTrackerSparql::LinkKey, "http://example.org/" + value}}));
+    QCOMPARE(store().texts("SELECT ?t { <urn:c:1> nie:title ?t }"), QStringList(value));
+    QCOMPARE(store().count("<urn:c:1> nie:links ?anything"), 1);
+    // The icon is pasted, and has its own tests.
+    store().update("DELETE { ?e a rdfs:Resource } WHERE { ?e a mfo:Enclosure }");
+    QCOMPARE(withoutTheFirst(), others);
+}
+
+void TestHostileValues::boundValuesDeleteNothing_data() { boundValuesAreHarmless_data(); }
+
+void TestHostileValues::boundValuesDeleteNothing()
+{
+    QFETCH(QString, value);
+    store().update("INSERT { <urn:e> a mfo:Enclosure ; mfo:remoteLink <urn:r> ; mfo:localLink <urn:l> ; "
+                   "nie:isLogicalPartOf <urn:m> }");
+    const QStringList before = everythingIn(store());
+    tracker()->deleteChannel(value);
+    tracker()->deleteMessage(value, "urn:c:1");
+    tracker()->deleteMessage("urn:m", value);
+    QVERIFY(tracker()->deleteMessages(value));
+    tracker()->deleteEnclosures(value);
+    tracker()->deleteEnclosures(QList<QUrl>({QUrl(value)}));
+    tracker()->deleteChannelImage(value);
+    tracker()->deleteChannelImageIfNotInUse(value, value);
+    QCOMPARE(everythingIn(store()), before);
+}
+
+void TestHostileValues::imageOfADeletedChannelIsHarmless_data() { boundValuesAreHarmless_data(); }
+
+void TestHostileValues::imageOfADeletedChannelIsHarmless()
+{
+    QFETCH(QString, value);
+    const QStringList before = everythingIn(store());
+    FeedChannel channel;
+    channel.setLink("http://example.org/" + value);
+    FeedEnclosure icon;
+    icon.setLocalUrl(value);
+    channel.setIcon(icon);
+    const QString uri = tracker()->addChannel(channel);
+    QVERIFY(!uri.isEmpty());
+    tracker()->deleteChannel(uri);
+    QCOMPARE(everythingIn(store()), before);
 }
 
 void TestHostileValues::linkOfANewMessageIsHarmless()

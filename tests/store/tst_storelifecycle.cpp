@@ -106,6 +106,7 @@ private Q_SLOTS:
 
     void readsWaitForTheStore();
     void writesWaitForTheStore();
+    void deletionsWaitForTheStore();
     void failuresAreWaitedForToo();
 
     void metaObjectHasOneSignal();
@@ -326,6 +327,64 @@ void TestStoreLifecycle::operationWithoutAStore_data()
         "updateEnclosure", [=] { return !tracker()->updateEnclosure(enclosure(url)); },
         QStringList(debugLine("updateEnclosure", {quoted(S::enclosureToUpdate(url))}))
             + failure("updateEnclosure", "Invalid mfo:remoteLink", S::enclosureToUpdate(url)));
+
+    row(
+        "deletableMessageCount", [=] { return tracker()->deletableMessageCount("urn:c") == 0; },
+        failure("deletableMessageCount", "Executing query failed: returning empty enclosure",
+                S::deletableMessageCount("urn:c")));
+    row(
+        "deletableMessages", [=] { return tracker()->deletableMessages("urn:c", 3).isEmpty(); },
+        failure("deletableMessages", "Executing query failed: returning empty enclosure",
+                S::deletableMessages("urn:c", 3)));
+
+    FeedChannel stored;
+    stored.setUri("urn:c");
+    row(
+        "updateChannel", [=] { return !tracker()->updateChannel(stored); },
+        failure("updateChannel", "Query Execution Failed - get Channel", S::channelToUpdate("urn:c")));
+    row(
+        "editChannel",
+        [=] {
+            return !tracker()->editChannel("urn:c", {{FeedTrackerSparql::TitleKey, "T"}});
+        },
+        QStringList(debugLine("editChannel", {quoted(S::channelToEdit("urn:c"))}))
+            + failure("editChannel", "Query Execution Failed", S::channelToEdit("urn:c")));
+
+    const auto returning = [](const std::function<void()> &operation) {
+        return [operation] {
+            operation();
+            return true;
+        };
+    };
+    row("deleteChannel", returning([=] { tracker()->deleteChannel("urn:c"); }),
+        QStringList(debugLine("deleteChannel", {quoted(S::channelToDelete("urn:c"))}))
+            + failure("deleteChannel", "Query Execution Failed", S::channelToDelete("urn:c")));
+    row("deleteAllChannels", returning([=] { tracker()->deleteAllChannels(); }),
+        failure("allChannelUrls", "Executing query failed: returning empty list", S::allChannelUrls()));
+    row("deleteMessage", returning([=] { tracker()->deleteMessage("urn:m", "urn:c"); }),
+        QStringList(debugLine("deleteMessage", {quoted(S::messageToDelete("urn:m", "urn:c"))}))
+            + failure("deleteMessage", "query execution failed", S::messageToDelete("urn:m", "urn:c")));
+    row(
+        "deleteMessages", [=] { return !tracker()->deleteMessages("urn:c"); },
+        failure("deleteMessages(const QString&)", "Query execution failed ", S::messagesToDelete("urn:c")));
+    row("deleteEnclosures", returning([=] { tracker()->deleteEnclosures(QString("urn:m")); }),
+        failure("deleteEnclosures(const QString&)", "Query execution failed ",
+                S::enclosuresToDelete("urn:m")));
+    row("deleteEnclosures of a list",
+        returning([=] { tracker()->deleteEnclosures(QList<QUrl>({QUrl("urn:e")})); }),
+        failure("deleteEnclosures(QList<QUrl>)", "Not able to find enclosure information",
+                S::enclosureToDelete("urn:e"))
+            + QStringList(criticalLine("deleteEnclosures(QList<QUrl>)", {"No enclosures found"})));
+    row("deleteChannelImage", returning([=] { tracker()->deleteChannelImage("urn:c"); }),
+        failure("deleteChannelImage", "Query Execution Failed", S::imageFile("urn:c")));
+    row("deleteChannelImageIfNotInUse",
+        returning([=] { tracker()->deleteChannelImageIfNotInUse("urn:c", "/image.png"); }),
+        failure("deleteChannelImageIfNotInUse", "Query Execution Failed", S::imageFile("urn:c")));
+    const QString orphans = S::orphanMessageDeletion();
+    row("deleteOrphans", returning([=] { tracker()->deleteOrphans(); }),
+        QStringList({deleteLine(orphans),
+                     criticalLine("deleteOrphanMessages", {"Error in query execution: ", quoted(orphans)})})
+            + failure("deleteOrphanEnclosures", "Query preparation failed: ", S::orphanEnclosures()));
 }
 
 void TestStoreLifecycle::operationWithoutAStore()
@@ -364,6 +423,8 @@ void TestStoreLifecycle::readsWaitForTheStore()
     QCOMPARE(tracker->allMessageUrls("urn:c"), QStringList("urn:m"));
     QCOMPARE(tracker->messageLinksOfChannel("urn:c"), QStringList("http://example.org/1"));
     QVERIFY(tracker->latestPostPublishedTime("urn:c").isValid());
+    QCOMPARE(tracker->deletableMessageCount("urn:c"), 1);
+    QCOMPARE(tracker->deletableMessages("urn:c", 1), QStringList("urn:m"));
 }
 
 void TestStoreLifecycle::writesWaitForTheStore()
@@ -381,6 +442,41 @@ void TestStoreLifecycle::writesWaitForTheStore()
     QVERIFY(tracker->addEnclosures({enclosure()}, "urn:m"));
     QCOMPARE(tracker->enclosuresForMessage("urn:m").size(), 1);
     QVERIFY(tracker->updateEnclosure(enclosure()));
+}
+
+void TestStoreLifecycle::deletionsWaitForTheStore()
+{
+    const QString image = m_store->dataFolder() + "/image.png";
+    QFile file(image);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    FeedTrackerSparql *tracker = FeedTrackerSparql::instance();
+    makeResultsLate();
+    FeedEnclosure icon = enclosure("http://example.org/icon.png");
+    icon.setLocalUrl(image);
+    FeedChannel value = channel();
+    value.setUri(tracker->addChannel(value));
+    value.setIcon(icon);
+    QVERIFY(tracker->updateChannel(value));
+    QVERIFY(tracker->editChannel(value.uri(), {{FeedTrackerSparql::LinkKey, "http://example.org/new"}}));
+    QCOMPARE(tracker->channelForUri(value.uri()).link(), QString("http://example.org/new"));
+
+    int announced = 0;
+    connect(tracker, &FeedTrackerSparql::enclosuresToBeDeleted, tracker,
+            [&announced](const QList<FeedEnclosure> &list) { announced += int(list.size()); });
+    FeedMessage first("T", "http://example.org/1", "D", QDateTime());
+    first.addEnclosure({enclosure("http://example.org/1.ogg")});
+    FeedMessage second("T", "http://example.org/2", "D", QDateTime());
+    second.addEnclosure({enclosure("http://example.org/2.ogg")});
+    QVERIFY(tracker->addMessages({first, second}, value.uri()));
+    tracker->deleteMessage(tracker->allMessageUrls(value.uri()).first(), value.uri());
+    QCOMPARE(announced, 1);
+    tracker->addEnclosures({enclosure("http://example.org/orphan.ogg")}, "urn:nobody");
+    tracker->deleteOrphans();
+    QCOMPARE(announced, 2);
+    tracker->deleteChannel(value.uri());
+    QCOMPARE(announced, 3);
+    QVERIFY(!file.exists());
+    QCOMPARE(everythingIn(*m_store), QStringList());
 }
 
 void TestStoreLifecycle::failuresAreWaitedForToo()
