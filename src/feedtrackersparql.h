@@ -139,7 +139,8 @@ public:
     /**
      * Replaces what \a properties name by LinkKey, TitleKey and LastModifiedTimeKey, in this order and each
      * by itself: after a failure the earlier ones stay. The last is the time of the channel's update, ISO
-     * 8601 text. Other keys are ignored; with no key at all nothing is done and false returned.
+     * 8601 text; any other text fails. Other keys are ignored; with no key at all nothing is done and false
+     * returned.
      */
     bool editChannel(const QString &channelUri, const QVariantMap &properties) const;
     /// @}
@@ -147,10 +148,12 @@ public:
     /// \name Deleting
     /// What several owners hold stays until the last of them goes. A step that fails leaves the earlier ones.
     /// @{
-    /// Deletes the channel, its image, and all messages that no other channel holds, orphans included.
+    /// Deletes the channel, its image, and all messages that no other channel holds, orphans included. One
+    /// without a link is not found.
     void deleteChannel(const QString &channelUri);
     void deleteAllChannels();
-    /// Deletes the message and its enclosures, unless a channel other than \a channelUri holds it.
+    /// Deletes the message and those of its enclosures that no other message holds, unless a channel other
+    /// than \a channelUri holds it. One without a link is not found.
     void deleteMessage(const QString &messageUri, const QString &channelUri);
     /// Deletes all messages that no channel other than \a channelUri holds, orphans included. False when the
     /// store could not be asked for them.
@@ -158,12 +161,13 @@ public:
     /// Deletes the messages in one update, whoever holds them, and those of their enclosures that no other
     /// message holds.
     void deleteMessages(QList<QUrl> messageUris);
-    /// Deletes the enclosures of the message that no other message holds.
+    /// Deletes the enclosures of the message that no other message holds, as the list of them.
     void deleteEnclosures(const QString &messageUri);
-    /// Deletes the enclosures in one update, whoever holds them, and emits enclosuresToBeDeleted().
+    /// Deletes the enclosures in one update, whoever holds them, and emits enclosuresToBeDeleted(). One
+    /// without a remote or a local link stays.
     void deleteEnclosures(QList<QUrl> enclosureUris);
-    /// Deletes the enclosures of the channel, which are its image, and the file that the first of them names,
-    /// a path. A `file:` URL is no path: such a file stays.
+    /// Deletes the enclosures of the channel, which are its image, whoever else holds them, and the file that
+    /// the first of them names, a path. A `file:` URL is no path: such a file stays.
     void deleteChannelImage(const QString &channelUri) const;
     /// The same, but the file stays while a channel's image is \a image, a path as FeedEnclosure::localUrl().
     void deleteChannelImageIfNotInUse(const QString &channelUri, const QString &image) const;
