@@ -89,11 +89,31 @@ public:
     void addChild(FeedNode *node) override;
 
 private:
+    friend TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, FeedChannel &channel);
+
     QExplicitlySharedDataPointer<FeedChannelPrivate> d;
 };
 
 /// Writes a readable dump of \a channel, several lines long, in the spacing mode of \a debug, which is in
 /// spacing mode afterwards.
 TIDEL_EXPORT QDebug operator<<(QDebug debug, const FeedChannel &channel);
+
+/// Writes the fields of \a channel and its messages, in the version and byte order of \a stream.
+TIDEL_EXPORT QDataStream &operator<<(QDataStream &stream, const FeedChannel &channel);
+
+/// Reads what was written in the same version and byte order, straight into the record of \a channel and into
+/// that of its icon(): copies that share one of them change too, even an enclosure that was given to
+/// setIcon(), see operator>>(QDataStream &, FeedEnclosure &). The messages are replaced by new ones, in the
+/// order of the stream.
+///
+/// Where the bytes arrive piece by piece, as from a socket, read in a transaction:
+/// \code
+/// stream.startTransaction();
+/// FeedChannel channel;
+/// stream >> channel;
+/// if (stream.commitTransaction())
+///     show(channel);
+/// \endcode
+TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, FeedChannel &channel);
 
 #endif

@@ -5,8 +5,10 @@
 #include "feednode.h"
 
 #include <QExplicitlySharedDataPointer>
+#include <QList>
 #include <QString>
 
+QT_FORWARD_DECLARE_CLASS(QDataStream)
 QT_FORWARD_DECLARE_CLASS(QDebug)
 class FeedEnclosurePrivate;
 
@@ -93,10 +95,28 @@ public:
     void addChild(FeedNode *node) override;
 
 private:
+    friend TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, FeedEnclosure &enclosure);
+
     QExplicitlySharedDataPointer<FeedEnclosurePrivate> d;
 };
 
 /// Writes a readable dump of \a enclosure, several lines long, in the spacing mode of \a debug.
 TIDEL_EXPORT QDebug operator<<(QDebug debug, const FeedEnclosure &enclosure);
+
+/// Writes the fields of \a enclosure, in the version and byte order of \a stream.
+TIDEL_EXPORT QDataStream &operator<<(QDataStream &stream, const FeedEnclosure &enclosure);
+
+/// Reads what was written in the same version and byte order, straight into the record of \a enclosure:
+/// unlike a setter this does not detach(), and copies that share the record change too. Read into a new
+/// object where they must not.
+///
+/// No field is checked. Where the stream ends or is broken, the fields up to there are read and the others
+/// are left empty, 0 or false; the stream's status says so.
+TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, FeedEnclosure &enclosure);
+
+/// Replaces the list by what QDataStream writes for one. When the stream ends before the number of elements
+/// that it gives is reached, or an element is broken, the list holds the elements so far, that one included,
+/// and the stream's status says so: an unfinished list never looks like a whole one.
+TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, QList<FeedEnclosure> &enclosures);
 
 #endif

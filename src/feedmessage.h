@@ -97,11 +97,24 @@ public:
     void addChild(FeedNode *node) override;
 
 private:
+    friend TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, FeedMessage &message);
+
     QExplicitlySharedDataPointer<FeedMessagePrivate> d;
 };
 
 /// Writes a readable dump of \a message, several lines long, in the spacing mode of \a debug, which is in
 /// spacing mode afterwards.
 TIDEL_EXPORT QDebug operator<<(QDebug debug, const FeedMessage &message);
+
+/// Writes the fields of \a message and its enclosures, in the version and byte order of \a stream.
+TIDEL_EXPORT QDataStream &operator<<(QDataStream &stream, const FeedMessage &message);
+
+/// Reads what was written in the same version and byte order, straight into the record of \a message: copies
+/// that share the record change too, see operator>>(QDataStream &, FeedEnclosure &). The enclosures are
+/// replaced by new ones.
+TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, FeedMessage &message);
+
+/// Replaces the list, see operator>>(QDataStream &, QList<FeedEnclosure> &).
+TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, QList<FeedMessage> &messages);
 
 #endif

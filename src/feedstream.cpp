@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+// The order of the fields is the format: there is no version of it in the stream.
+#include "feedchannel_p.h"
+#include "feedenclosure_p.h"
+#include "feedmessage_p.h"
+#include "streamlist_p.h"
+
+QDataStream &operator<<(QDataStream &stream, const FeedEnclosure &enclosure)
+{
+    return stream << enclosure.uri() << enclosure.remoteUrl() << enclosure.localUrl()
+                  << quint32(enclosure.length()) << qint32(enclosure.type()) << quint32(enclosure.groupId())
+                  << enclosure.isDefault() << enclosure.mimeType() << enclosure.typeIcon()
+                  << enclosure.sourceNamespace();
+}
+
+QDataStream &operator>>(QDataStream &stream, FeedEnclosure &enclosure)
+{
+    FeedEnclosurePrivate &d = *enclosure.d;
+    qint32 type = -1;
+    stream >> d.uri >> d.remoteUrl >> d.localUrl >> d.length >> type >> d.groupId >> d.isDefault;
+    stream >> d.mimeType >> d.typeIcon >> d.sourceNamespace;
+    d.type = FeedEnclosure::Type(type);
+    return stream;
+}
+
+QDataStream &operator>>(QDataStream &stream, QList<FeedEnclosure> &enclosures)
+{
+    return readStreamList(stream, enclosures);
+}
+
+QDataStream &operator<<(QDataStream &stream, const FeedMessage &message)
+{
+    return stream << message.title() << message.link() << message.description() << message.summary()
+                  << message.baseUrl() << message.publishedDate() << message.downloadedTime()
+                  << message.isFavorite() << message.id() << message.enclosures();
+}
+
+QDataStream &operator>>(QDataStream &stream, FeedMessage &message)
+{
+    FeedMessagePrivate &d = *message.d;
+    // One that is not new would keep the query and the fragment that it had.
+    QUrl baseUrl;
+    stream >> d.title >> d.link >> d.description >> d.summary >> baseUrl;
+    d.baseUrl = baseUrl;
+    stream >> d.publishedDate >> d.downloadedTime >> d.favorite >> d.id;
+    return stream >> d.enclosures;
+}
+
+QDataStream &operator>>(QDataStream &stream, QList<FeedMessage> &messages)
+{
+    return readStreamList(stream, messages);
+}
+
+QDataStream &operator<<(QDataStream &stream, const FeedChannel &channel)
+{
+    return stream << channel.type() << channel.title() << channel.uri() << channel.link() << channel.icon()
+                  << channel.description() << channel.subscribedTime() << channel.updatedTime()
+                  << channel.lastModifiedTime() << channel.messages();
+}
+
+QDataStream &operator>>(QDataStream &stream, FeedChannel &channel)
+{
+    FeedChannelPrivate &d = *channel.d;
+    stream >> d.type >> d.title >> d.uri >> d.link >> d.icon >> d.description;
+    stream >> d.subscribedTime >> d.updatedTime >> d.lastModifiedTime;
+    return stream >> d.messages;
+}

@@ -1,0 +1,334 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "streamsamples.h"
+
+#include <memorylimit.h>
+#include <streambytes.h>
+
+#include <QBuffer>
+#include <QRandomGenerator>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+using Enclosures = QList<FeedEnclosure>;
+using Messages = QList<FeedMessage>;
+
+constexpr quint32 ManyElements = 0xffffffff;
+/// Six texts, three numbers and a flag; a message has more.
+constexpr int SmallestElement = 37;
+
+// What QDataStream yields for the fields of a stream, and the zeros and empty texts after its end.
+
+template <typename T> QVariant field(QDataStream &stream)
+{
+    T value{};
+    stream >> value;
+    return QVariant::fromValue(value);
+}
+
+QVariant timeField(QDataStream &stream)
+{
+    QDateTime value;
+    stream >> value;
+    return textOf(value);
+}
+
+QVariantList enclosureFields(QDataStream &s)
+{
+    return {field<QString>(s), field<QString>(s), field<QString>(s), field<quint32>(s), field<qint32>(s),
+            field<quint32>(s), field<bool>(s),    field<QString>(s), field<QString>(s), field<QString>(s)};
+}
+
+QVariantList messageFields(QDataStream &s)
+{
+    return {field<QString>(s), field<QString>(s), field<QString>(s), field<QString>(s), field<QUrl>(s),
+            timeField(s),      timeField(s),      field<bool>(s),    field<QString>(s)};
+}
+
+QVariantList channelFields(QDataStream &s)
+{
+    return {field<QString>(s), field<QString>(s), field<QString>(s), field<QString>(s), enclosureFields(s),
+            field<QString>(s), timeField(s),      timeField(s),      field<QString>(s)};
+}
+
+/// Reads every beginning of \a value's bytes into a value that is filled already.
+template <typename T> void checkBeginnings(const T &value, QVariantList (*fields)(QDataStream &))
+{
+    const QByteArray bytes = written(value);
+    for (int size = 0; size < bytes.size(); ++size) {
+        const QByteArray beginning = bytes.left(size);
+        T read(value);
+        read.detach();
+        QCOMPARE(readFrom(beginning, read), QDataStream::ReadPastEnd);
+        QDataStream stream(beginning);
+        const QVariantList expected = fields(stream);
+        QCOMPARE(valuesOf(read).mid(0, expected.size()), expected);
+    }
+}
+
+/// The bytes of a message or a channel without its empty list.
+template <typename T> QByteArray withoutList(const T &value)
+{
+    QByteArray bytes = written(value);
+    bytes.chop(4);
+    return bytes;
+}
+
+int elementsOf(const FeedEnclosure &) { return 0; }
+int elementsOf(const FeedMessage &message) { return int(message.enclosures().size()); }
+int elementsOf(const FeedChannel &channel);
+
+template <typename T> int elementsOf(const QList<T> &list)
+{
+    int count = int(list.size());
+    for (const T &element : list)
+        count += elementsOf(element);
+    return count;
+}
+
+int elementsOf(const FeedChannel &channel) { return elementsOf(channel.messages()); }
+
+/// Reads \a bytes as a T: nothing is there that they do not hold, but for an unfinished message with an
+/// unfinished enclosure.
+template <typename T> void checkHostile(const QByteArray &bytes, const StreamForm &form)
+{
+    T value;
+    qint64 consumed = 0;
+    const QDataStream::Status status = readFrom(bytes, value, form, &consumed);
+    QVERIFY(consumed <= bytes.size());
+    QVERIFY(elementsOf(value) <= bytes.size() / SmallestElement + 2);
+    if (status == QDataStream::Ok) {
+        T again;
+        QCOMPARE(readFrom(written(value, form), again, form), QDataStream::Ok);
+        QCOMPARE(elementsOf(again), elementsOf(value));
+    }
+}
+
+void checkHostile(const QByteArray &bytes, const StreamForm &form)
+{
+    checkHostile<FeedEnclosure>(bytes, form);
+    checkHostile<FeedMessage>(bytes, form);
+    checkHostile<FeedChannel>(bytes, form);
+    checkHostile<Enclosures>(bytes, form);
+    checkHostile<Messages>(bytes, form);
+}
+
+} // namespace
+
+class tst_HostileStreams : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void countWithNothingBehind_data();
+    void countWithNothingBehind();
+    void countLargerThanTheElements();
+    void unfinishedElementEndsTheList();
+    void brokenElementEndsTheList();
+    void brokenElementEndsTheListInATransaction();
+    void enclosureTruncatedAnywhere();
+    void messageTruncatedAnywhere();
+    void channelTruncatedAnywhere();
+    void memoryIsThatOfTheBytes_data();
+    void memoryIsThatOfTheBytes();
+    void changedBits_data() { addStreamForms(); }
+    void changedBits();
+    void randomBytes_data() { addStreamForms(); }
+    void randomBytes();
+    void arrivesPieceByPiece();
+};
+
+void tst_HostileStreams::countWithNothingBehind_data()
+{
+    QTest::addColumn<quint32>("count");
+    for (const quint32 count : {1u, 2u, 0x7fffffffu, 0x80000000u, 0xfffffffeu, ManyElements})
+        QTest::addRow("%u", count) << count;
+}
+
+void tst_HostileStreams::countWithNothingBehind()
+{
+    QFETCH(quint32, count);
+    Enclosures enclosures{sampleEnclosure("old")};
+    QCOMPARE(readFrom(streamed(count), enclosures), QDataStream::ReadPastEnd);
+    QVERIFY(enclosures.isEmpty());
+    Messages messages{FeedMessage()};
+    QCOMPARE(readFrom(streamed(count), messages), QDataStream::ReadPastEnd);
+    QVERIFY(messages.isEmpty());
+
+    FeedMessage message = sampleChannel().messages().constFirst();
+    QCOMPARE(readFrom(withoutList(sampleMessage("one", {})) + streamed(count), message),
+             QDataStream::ReadPastEnd);
+    QCOMPARE(valuesOf(message), valuesOf(sampleMessage("one", {})));
+    FeedChannel channel = sampleChannel();
+    QCOMPARE(readFrom(withoutList(FeedChannel()) + streamed(count), channel), QDataStream::ReadPastEnd);
+    QCOMPARE(valuesOf(channel), valuesOf(FeedChannel()));
+}
+
+void tst_HostileStreams::countLargerThanTheElements()
+{
+    const Enclosures two{sampleEnclosure("one.ogg"), sampleEnclosure("two.pdf")};
+    for (const quint32 count : {3u, ManyElements}) {
+        Enclosures enclosures;
+        QCOMPARE(readFrom(streamed(count, two.at(0), two.at(1)), enclosures), QDataStream::ReadPastEnd);
+        QCOMPARE(valuesOf(enclosures), valuesOf(two));
+
+        const Messages sample = sampleChannel().messages();
+        Messages messages;
+        QCOMPARE(readFrom(streamed(count, sample.at(0), sample.at(1)), messages), QDataStream::ReadPastEnd);
+        QCOMPARE(valuesOf(messages), valuesOf(sample));
+
+        FeedMessage message;
+        QCOMPARE(readFrom(withoutList(FeedMessage()) + streamed(count, two.at(0), two.at(1)), message),
+                 QDataStream::ReadPastEnd);
+        QCOMPARE(valuesOf(message.enclosures()), valuesOf(two));
+        FeedChannel channel;
+        QCOMPARE(readFrom(withoutList(FeedChannel()) + streamed(count, sample.at(0), sample.at(1)), channel),
+                 QDataStream::ReadPastEnd);
+        QCOMPARE(valuesOf(channel.messages()), valuesOf(sample));
+    }
+}
+
+void tst_HostileStreams::unfinishedElementEndsTheList()
+{
+    QByteArray bytes = streamed(ManyElements, sampleEnclosure("one.ogg"), sampleEnclosure("two.pdf"));
+    bytes.chop(1);
+    Enclosures enclosures;
+    QCOMPARE(readFrom(bytes, enclosures), QDataStream::ReadPastEnd);
+    FeedEnclosure unfinished = sampleEnclosure("two.pdf");
+    unfinished.setsourceNamespace(QString());
+    QCOMPARE(valuesOf(enclosures), valuesOf(Enclosures{sampleEnclosure("one.ogg"), unfinished}));
+}
+
+/// Two enclosures, of which the first one's first text has an impossible length.
+static QByteArray brokenList()
+{
+    return streamed(ManyElements, 3u) + written(sampleEnclosure("one.ogg")) + written(FeedEnclosure());
+}
+
+void tst_HostileStreams::brokenElementEndsTheList()
+{
+    Enclosures enclosures;
+    QCOMPARE(readFrom(brokenList(), enclosures), QDataStream::ReadCorruptData);
+    QCOMPARE(enclosures.size(), 1);
+    QCOMPARE(enclosures.constFirst().uri(), QString());
+    QCOMPARE(enclosures.constFirst().remoteUrl(), sampleEnclosure("one.ogg").uri());
+}
+
+/// There nothing more is read after a failure, and the end of the stream is never reached.
+void tst_HostileStreams::brokenElementEndsTheListInATransaction()
+{
+    QByteArray bytes = brokenList();
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QDataStream stream(&buffer);
+    stream.startTransaction();
+    Enclosures enclosures;
+    stream >> enclosures;
+    QVERIFY(!stream.commitTransaction());
+    QCOMPARE(stream.status(), QDataStream::ReadCorruptData);
+    QCOMPARE(enclosures.size(), 1);
+}
+
+void tst_HostileStreams::enclosureTruncatedAnywhere()
+{
+    checkBeginnings(sampleEnclosure("one.ogg"), enclosureFields);
+}
+
+void tst_HostileStreams::messageTruncatedAnywhere()
+{
+    checkBeginnings(sampleMessage("one", {sampleEnclosure("one.ogg"), FeedEnclosure()}), messageFields);
+}
+
+void tst_HostileStreams::channelTruncatedAnywhere() { checkBeginnings(sampleChannel(), channelFields); }
+
+void tst_HostileStreams::memoryIsThatOfTheBytes_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    constexpr int Size = 1 << 20;
+    QTest::newRow("a count") << streamed(0x7fffffffu);
+    QTest::newRow("the greatest count") << streamed(ManyElements);
+    QTest::newRow("a long text") << streamed(0x7ffffffeu, QString("text"));
+    QTest::newRow("the longest text") << streamed(0xfffffffeu, QString("text"));
+    QTest::newRow("an enclosure with a long text") << streamed(ManyElements, 0xfffffffeu, QString("text"));
+    QTest::newRow("zeros") << streamed(ManyElements) + QByteArray(Size, '\0');
+    QTest::newRow("ones") << QByteArray(Size, '\xff');
+    QTest::newRow("long texts in turn")
+        << streamed(ManyElements) + streamed(0x7ffffffeu, 0x7ffffffeu, 0x7ffffffeu).repeated(Size / 12);
+}
+
+void tst_HostileStreams::memoryIsThatOfTheBytes()
+{
+    QFETCH(QByteArray, bytes);
+    const MemoryLimit limit(96 << 20);
+    QVERIFY(limit.holds());
+    checkHostile(bytes, StreamForm());
+}
+
+void tst_HostileStreams::changedBits()
+{
+    QFETCH(StreamForm, form);
+    QRandomGenerator random(20261121);
+    const QByteArray whole = written(sampleChannel(), form);
+    for (int round = 0; round < 2000; ++round) {
+        QByteArray bytes = whole;
+        for (int i = 0; i <= round % 4; ++i) {
+            char &byte = bytes.data()[random.bounded(int(bytes.size()))];
+            byte = char(byte ^ (1 << random.bounded(8)));
+        }
+        checkHostile<FeedChannel>(bytes, form);
+    }
+}
+
+void tst_HostileStreams::randomBytes()
+{
+    QFETCH(StreamForm, form);
+    QRandomGenerator random(11);
+    for (int round = 0; round < 2000; ++round) {
+        QByteArray bytes(random.bounded(2000), '\0');
+        // Small numbers are lengths and counts that fit.
+        for (char &byte : bytes)
+            byte = char(random.bounded(4) ? 0 : random.bounded(round % 2 ? 256 : 16));
+        checkHostile(bytes, form);
+    }
+}
+
+/// A list that has not arrived as a whole is not taken for one, not even where an element has just ended.
+void tst_HostileStreams::arrivesPieceByPiece()
+{
+    const QByteArray bytes = written(sampleChannel());
+    const int firstMessage = int(written(sampleChannel().messages().at(1)).size());
+    const QList<int> ends{
+        0, 3, 100, 700, int(bytes.size()) - firstMessage, int(bytes.size()) - 1, int(bytes.size())};
+
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    QTcpSocket receiver;
+    receiver.connectToHost(server.serverAddress(), server.serverPort());
+    QVERIFY(server.waitForNewConnection(10000));
+    const std::unique_ptr<QTcpSocket> sender(server.nextPendingConnection());
+    QDataStream stream(&receiver);
+    FeedChannel channel;
+    int sent = 0;
+    for (const int end : ends) {
+        sender->write(bytes.mid(sent, end - sent));
+        sender->flush();
+        sent = end;
+        while (receiver.bytesAvailable() < end)
+            QVERIFY(receiver.waitForReadyRead(10000));
+
+        stream.startTransaction();
+        stream >> channel;
+        const bool complete = end == bytes.size();
+        QCOMPARE(stream.commitTransaction(), complete);
+        QCOMPARE(stream.status(), complete ? QDataStream::Ok : QDataStream::ReadPastEnd);
+    }
+    QCOMPARE(valuesOf(channel), valuesOf(sampleChannel()));
+    QCOMPARE(receiver.bytesAvailable(), 0);
+}
+
+QTEST_GUILESS_MAIN(tst_HostileStreams)
+#include "tst_hostilestreams.moc"
