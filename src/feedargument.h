@@ -43,8 +43,8 @@ public:
      * A copy of \a source. With Qt 5 a type that is not Qt's own needs qRegisterMetaTypeStreamOperators();
      * without it, as with a type that has no stream operators, the argument is invalid.
      *
-     * Methods are found by the written names of their parameters, and the type's name need not be the one
-     * that is written there: where a slot takes a `qint64`, set \ref typeName to that.
+     * Methods are found by the type names of their parameters: where one is declared with a typedef of a type
+     * that is not Qt's own, register that name too and set \ref typeName to it.
      */
     template <typename T> static FeedArgument fromValue(const T &source)
     {

@@ -162,6 +162,7 @@ private slots:
     void hostileBytes();
 
     void invokedByName();
+    void invokedWithMixedTypes_data();
     void invokedWithMixedTypes();
     void invokedWithTenArguments();
     void invokedLater();
@@ -531,15 +532,23 @@ void tst_FeedMethod::invokedByName()
     QCOMPARE(receiver.got, QVariantList{"nothing"});
 }
 
+void tst_FeedMethod::invokedWithMixedTypes_data()
+{
+    QTest::addColumn<QByteArray>("sizeType");
+    QTest::newRow("qint64") << QByteArray("qint64");
+    QTest::newRow("qlonglong") << QByteArray("qlonglong");
+}
+
 void tst_FeedMethod::invokedWithMixedTypes()
 {
+    QFETCH(QByteArray, sizeType);
     const QDateTime time(QDate(2026, 11, 21), QTime(10, 30), Qt::UTC);
     FeedMethod method;
     method.name = "mixed";
     method.addArgument(FeedArgument::fromValue(QUrl("https://example.org/")));
     method.addArgument(FeedArgument::fromValue(QStringList{"one", "two"}));
     FeedArgument size = FeedArgument::fromValue(qint64(1) << 40);
-    size.typeName = "qint64";
+    size.typeName = sizeType;
     method.addArgument(size);
     method.addArgument(FeedArgument::fromValue(time));
 
