@@ -28,15 +28,17 @@ struct Subscription
 
 Subscription subscription(const FeedStore &store, const QUrl &address)
 {
-    QSparqlQuery query(QStringLiteral("SELECT ?t (COUNT(?m) AS ?n) WHERE { "
-                                      "?c a mfo:FeedChannel ; nie:links ?:link ; nie:title ?t "
-                                      "OPTIONAL { ?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c } } "
-                                      "GROUP BY ?t"));
-    query.bindValue(QStringLiteral("link"), QUrl(encodedUrl(address)));
-    const QList<QSparqlResultRow> found = store.rows(query);
-    if (found.isEmpty())
-        return {};
-    return {found.first().value(0).toString(), found.first().value(1).toInt()};
+    // Asked for together, each answer would cost a look at every message of the store.
+    const auto answer = [&](const char *question) {
+        QSparqlQuery query(QString::fromLatin1(question));
+        query.bindValue(QStringLiteral("link"), QUrl(encodedUrl(address)));
+        const QList<QSparqlResultRow> found = store.rows(query);
+        return found.isEmpty() ? QVariant() : found.first().value(0);
+    };
+    return {answer("SELECT ?t { ?c a mfo:FeedChannel ; nie:links ?:link ; nie:title ?t }").toString(),
+            answer("SELECT (COUNT(?m) AS ?n) { ?c a mfo:FeedChannel ; nie:links ?:link . "
+                   "?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c }")
+                .toInt()};
 }
 
 void tellKnown(const FeedStore &store, const QUrl &address, Output &output)
