@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: LGPL-2.1-or-later
-# usage: tidelbenchmark.sh TIDEL PARSER
-# CPU seconds of subscribing and refreshing 200 feeds of 50 items, beside parsing them with nothing else done.
+# usage: tidelbenchmark.sh TIDEL PARSER INSERTER
+# CPU seconds of subscribing and refreshing 200 feeds of 50 items, beside parsing them with nothing else done and
+# giving Tracker that much to store with nothing else done.
 set -euo pipefail
-tidel=$1 parser=$2
+tidel=$1 parser=$2 inserter=$3
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export XDG_DATA_HOME=$work/data
@@ -18,5 +19,6 @@ cpu_of() {
 }
 
 cpu_of "parsing alone" "$parser" "$work"/feeds/*
+XDG_DATA_HOME=$work/texts "$inserter" "$work/tracker"
 cpu_of "tidel subscribe" "$tidel" subscribe "$work"/feeds/*
 cpu_of "tidel refresh" "$tidel" refresh
