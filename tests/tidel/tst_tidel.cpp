@@ -47,6 +47,10 @@ private slots:
     void sharedItem();
     void hostileFeeds();
     void noTraces();
+    void log();
+    void logOfPlainMessages();
+    void exampleOfLogSettings();
+    void logThatCannotBeWritten();
     void strangeFileNames();
     void plainLocale();
     void localTime();
@@ -57,6 +61,8 @@ private:
     Run run(const QStringList &arguments) const;
     QString copy(const QString &sample, const QString &name = QString()) const;
     QStringList copyFolder(const QString &folder) const;
+    QString write(const QString &name, const QByteArray &content) const;
+    QString read(const QString &name) const;
     QString feedFile(const QString &name) const { return m_dir->filePath("feeds/" + name); }
 
     QScopedPointer<QTemporaryDir> m_dir;
@@ -90,6 +96,19 @@ Run TestTidel::run(const QStringList &arguments) const
         return {};
     return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
             QString::fromUtf8(process.readAllStandardError())};
+}
+
+QString TestTidel::write(const QString &name, const QByteArray &content) const
+{
+    QFile file(feedFile(name));
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() ? file.fileName()
+                                                                                    : QString();
+}
+
+QString TestTidel::read(const QString &name) const
+{
+    QFile file(feedFile(name));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : "no such file: " + name;
 }
 
 QString TestTidel::copy(const QString &sample, const QString &name) const
@@ -143,6 +162,9 @@ void TestTidel::usageErrors_data()
     QTest::newRow("command with control") << QStringList{"a\x1b[2J\nb"} << "unknown command \"a[2J b\"";
     QTest::newRow("option") << QStringList{"--frobnicate"} << "frobnicate";
     QTest::newRow("option of a command") << QStringList{"channels", "--frobnicate"} << "frobnicate";
+    QTest::newRow("no log settings") << QStringList{"--log-settings"} << "log-settings";
+    QTest::newRow("log settings of a command")
+        << QStringList{"channels", "--log-settings", "a.ini"} << "log-settings";
     QTest::newRow("no file") << QStringList{"subscribe"} << "an argument is missing";
     QTest::newRow("no channel") << QStringList{"messages"} << "an argument is missing";
     QTest::newRow("no message") << QStringList{"enclosures"} << "an argument is missing";
@@ -459,6 +481,69 @@ void TestTidel::noTraces()
     QCOMPARE(run({"refresh"}).err, QString());
     QCOMPARE(run({"channels"}).err, QString());
     QCOMPARE(run({"subscribe", copy("broken/truncated.xml")}).errors().size(), 1);
+}
+
+void TestTidel::log()
+{
+    const QString settings = write("log.ini",
+                                   "[log-settings]\ndir-path=.\nfile-name=log.txt\n[Tracker]\ndebug=true\n"
+                                   "[log-format]\nformat=<function>|<message>\nfunction-length=0\n");
+    const Run subscribed = run({"--log-settings", settings, "subscribe", copy("feeds/town-news.xml")});
+    VERIFY_RUN(subscribed, 0);
+    QCOMPARE(subscribed.out, QString("Subscribed: Town News (2 messages)\n"));
+    QCOMPARE(subscribed.err, QString());
+    const QStringList lines = read("log.txt").split('\n');
+    QCOMPARE(lines.first(), QString("instance|object init "));
+    QCOMPARE(lines.mid(lines.size() - 2),
+             QStringList({"~FeedTrackerSparql|QTRACKER_DIRECT: de-init ", QString()}));
+
+    const Run channels = run({"--log-settings=" + settings, "channels"});
+    VERIFY_RUN(channels, 0);
+    QCOMPARE(channels.out, run({"channels"}).out);
+    QCOMPARE(read("log.txt").count("|object init "), 2);
+}
+
+// They have none of the logger's fields and are filed under their logging category, not printed.
+void TestTidel::logOfPlainMessages()
+{
+    VERIFY_RUN(run({"subscribe", copy("feeds/town-news.xml")}), 0);
+    const QString expected = run({"channels"}).out;
+    const QByteArray settings = "[log-settings]\ndir-path=.\nfile-name=log.txt\n[log-format]\n"
+                                "format=\"<msgtype>: <message>\"\nmsgtype-length=0\n";
+    const QStringList channels{"--log-settings", write("log.ini", settings), "channels"};
+    m_environment.insert("QT_LOGGING_RULES", "tidel.sparql.tracker=true");
+    QCOMPARE(run(channels).out, expected);
+    QCOMPARE(read("log.txt"), QString());
+    write("log.ini", settings + "[tidel.sparql.tracker]\ndebug=true\n");
+    QCOMPARE(run(channels).out, expected);
+    QVERIFY2(read("log.txt").startsWith("Debug: "), qPrintable(read("log.txt")));
+}
+
+void TestTidel::exampleOfLogSettings()
+{
+    const Run channels = run({"--log-settings", TIDEL_DOCS "/log-settings.ini", "channels"});
+    VERIFY_RUN(channels, 0);
+    QCOMPARE(channels.out, QString());
+    QVERIFY2(read("tidel.log").contains("QTRACKER_DIRECT : Driver found"), qPrintable(read("tidel.log")));
+}
+
+void TestTidel::logThatCannotBeWritten()
+{
+    const Run missing = run({"--log-settings", "nowhere.ini", "channels"});
+    VERIFY_RUN(missing, 1);
+    QCOMPARE(missing.err, QString("tidel: nowhere.ini: no such file\n"));
+    write("folder.ini", "[log-settings]\ndir-path=.\n");
+    const Run folder = run({"--log-settings", "folder.ini", "channels"});
+    VERIFY_RUN(folder, 1);
+    QCOMPARE(folder.err, QString("tidel: folder.ini: its log file cannot be opened\n"));
+    QCOMPARE(missing.out + folder.out, QString());
+    QVERIFY(!QFile::exists(m_dir->filePath("data")));
+
+    // Settings for silence.
+    const Run silent = run({"--log-settings", write("silent.ini", QByteArray()), "channels"});
+    VERIFY_RUN(silent, 0);
+    QCOMPARE(silent.out, QString());
+    QCOMPARE(silent.errors().size(), 1);
 }
 
 void TestTidel::strangeFileNames()

@@ -3,6 +3,7 @@
 
 #include "commands.h"
 #include "feedstore.h"
+#include "logging.h"
 #include "output.h"
 
 #include <QCommandLineParser>
@@ -232,6 +233,10 @@ int runCommandLine(const QStringList &arguments)
     parser.setApplicationDescription(commandList());
     parser.addOption(helpOption());
     const QCommandLineOption version = parser.addVersionOption();
+    const QCommandLineOption logSettings(QStringLiteral("log-settings"),
+                                         QStringLiteral("Logs the messages of this run as FILE says."),
+                                         QStringLiteral("FILE"));
+    parser.addOption(logSettings);
     parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("What to do."),
                                  QStringLiteral("COMMAND [ARGUMENT...]"));
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
@@ -248,6 +253,16 @@ int runCommandLine(const QStringList &arguments)
     const Command *command = findCommand(values.first());
     if (!command)
         return usageError(output, QStringLiteral("unknown command \"%1\"").arg(values.first()), help);
+
+    std::unique_ptr<QstLogger> logger;
+    if (parser.isSet(logSettings)) {
+        QString error;
+        logger = startLogging(parser.value(logSettings), &error);
+        if (!logger) {
+            output.error(error);
+            return SomethingFailed;
+        }
+    }
     return runCommand(*command, values.mid(1), output);
 }
 

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "logging.h"
+
+#include <QFileInfo>
+#include <QStringList>
+
+namespace Tidel {
+
+namespace {
+
+QtMessageHandler logMessage = nullptr;
+
+bool isStructured(const QString &text)
+{
+    return !text.startsWith(QLatin1Char('\n')) && text.count(QLatin1Char('\n')) >= 5;
+}
+
+QString structured(const QMessageLogContext &context, const QString &text)
+{
+    const QString function = QString::fromUtf8(context.function);
+    return QStringList{QString::fromUtf8(context.category),
+                       QString::fromUtf8(context.file),
+                       QString::number(context.line),
+                       function,
+                       function,
+                       QLatin1Char(' ') + text}
+        .join(QLatin1Char('\n'));
+}
+
+// The logger would write an empty line among the results for each message without fields.
+void logEveryMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    logMessage(type, context, isStructured(text) ? text : structured(context, text));
+}
+
+} // namespace
+
+std::unique_ptr<QstLogger> startLogging(const QString &settingsPath, QString *error)
+{
+    if (!QFileInfo::exists(settingsPath)) {
+        *error = settingsPath + QLatin1String(": no such file");
+        return nullptr;
+    }
+    auto logger = std::make_unique<QstLogger>(settingsPath);
+    if (!QstLogger::instance()) {
+        *error = settingsPath + QLatin1String(": its log file cannot be opened");
+        return nullptr;
+    }
+    logMessage = qInstallMessageHandler(logEveryMessage);
+    return logger;
+}
+
+} // namespace Tidel
