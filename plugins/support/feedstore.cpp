@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "feedstore.h"
 
+#include "links.h"
 #include "messagewriter.h"
 
 #include <QCoreApplication>
@@ -50,6 +51,13 @@ QList<FeedChannel> FeedStore::channels() const
         return order != 0 ? order < 0 : a.link() < b.link();
     });
     return channels;
+}
+
+bool FeedStore::hasChannel(const QUrl &address) const
+{
+    QSparqlQuery query(QStringLiteral("SELECT ?c WHERE { ?c a mfo:FeedChannel ; nie:links ?:link }"));
+    query.bindValue(QStringLiteral("link"), QUrl(encodedUrl(address)));
+    return !rows(query).isEmpty();
 }
 
 QSet<QString> FeedStore::channelLinks() const

@@ -12,6 +12,7 @@
 
 #include <memory>
 
+QT_FORWARD_DECLARE_CLASS(QUrl)
 class FeedTrackerSparql;
 class QSparqlConnection;
 class QSparqlQuery;
@@ -33,6 +34,8 @@ public:
 
     /// All channels by title, each once.
     QList<FeedChannel> channels() const;
+    /// Whether there is a channel with the link \a address.
+    bool hasChannel(const QUrl &address) const;
     /// The links of all channels.
     QSet<QString> channelLinks() const;
     /// How many messages the channels have, by their URIs; none for a channel without.

@@ -82,8 +82,11 @@ Outcome EnclosureDownload::prepare()
     m_path = presentFile(m_enclosure);
     if (!m_path.isEmpty())
         return {};
-    if (!canTransfer(QUrl(m_enclosure.remoteUrl())))
+    const QUrl address(m_enclosure.remoteUrl());
+    if (!canTransfer(address))
         return {FeedDownloadBadAddress, QStringLiteral("is neither a file nor an http or https address")};
+    if (address.isLocalFile() && !QFileInfo(address.toLocalFile()).isFile())
+        return {FeedDownloadNotFound, QStringLiteral("no such file")};
     m_file.setFileTemplate(m_folder + QStringLiteral("/.tidel-XXXXXX.part"));
     if (!QDir().mkpath(m_folder) || !m_file.open())
         return {FeedDownloadNotWritten, QStringLiteral("the folder %1 takes no files").arg(m_folder)};

@@ -27,6 +27,8 @@ QNetworkRequest conditionalRequest(const QUrl &address, const Validators &known)
     return request;
 }
 
+Outcome alreadyStored() { return {FeedDownloadAlreadyStored, QStringLiteral("is subscribed already")}; }
+
 QSet<QString> setOf(const QStringList &texts) { return {texts.begin(), texts.end()}; }
 
 } // namespace
@@ -67,8 +69,8 @@ void FeedDownload::start()
 Outcome FeedDownload::prepare()
 {
     if (m_isSubscription) {
-        if (store().channelLinks().contains(encodedUrl(m_address)))
-            return {FeedDownloadAlreadyStored, QStringLiteral("is subscribed already")};
+        if (store().hasChannel(m_address))
+            return alreadyStored();
     } else {
         const auto notes = feedNotes(store(), m_channelUri);
         if (!notes)
@@ -114,21 +116,22 @@ Outcome FeedDownload::read(const QByteArray &document, const QUrl &source, const
 Outcome FeedDownload::addChannel(const ParsedFeed &feed, const Validators &validators)
 {
     FeedChannel channel = feed.channel();
-    if (store().channelLinks().contains(channel.link()))
-        return {FeedDownloadAlreadyStored, QStringLiteral("is subscribed already")};
     const FeedEnclosure icon = channel.icon();
     // The library would make the icon an enclosure of the URI that the channel does not have yet.
     channel.setIcon(FeedEnclosure());
     m_channelUri = store().library().addChannel(channel);
+    if (m_channelUri.isEmpty() && store().hasChannel(m_address)) // another download was quicker
+        return alreadyStored();
     if (m_channelUri.isEmpty())
         return {FeedDownloadStoreFailed, QStringLiteral("the store did not take the channel")};
     if (!icon.remoteUrl().isEmpty())
         store().library().addEnclosures({icon}, m_channelUri);
-    const Outcome added = addMessages(feed, validators);
-    return added.isFine() ? added
-                          : Outcome{added.error,
-                                    QStringLiteral("subscribed, but the store did not take its messages; "
-                                                   "a refresh tries again")};
+    const bool isComplete = store().addMessages(feed.messages(store().channelLinks()), m_channelUri)
+        && noteReading(store(), m_channelUri, validators);
+    return isComplete ? Outcome()
+                      : Outcome{FeedDownloadStoreFailed,
+                                QStringLiteral("subscribed, but the store did not take its messages; "
+                                               "a refresh tries again")};
 }
 
 Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &validators)
@@ -139,9 +142,8 @@ Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &vali
     const QSet<QString> reserved = store().channelLinks();
     const QSet<QString> dropped = droppedLinks(store(), m_channelUri);
     const QSet<QString> stored = setOf(store().library().messageLinksOfChannel(m_channelUri));
-    const QList<FeedMessage> messages = feed.messages(reserved, stored + dropped);
-    const bool areStored = messages.isEmpty() || store().addMessages(messages, m_channelUri);
-    if (!areStored || !noteReading(store(), m_channelUri, validators))
+    if (!store().addMessages(feed.messages(reserved, stored + dropped), m_channelUri)
+        || !noteReading(store(), m_channelUri, validators))
         return {FeedDownloadStoreFailed,
                 QStringLiteral("the store did not take the new messages; refresh again to try again")};
     if (!dropped.isEmpty())

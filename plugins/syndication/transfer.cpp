@@ -97,10 +97,6 @@ Transfer::Transfer(QNetworkAccessManager &network, const QNetworkRequest &reques
     connect(m_reply, &QNetworkReply::sslErrors, this, [this](const QList<QSslError> &errors) {
         m_certificateProblem = errors.isEmpty() ? QString() : errors.first().errorString();
     });
-    connect(m_reply, &QNetworkReply::downloadProgress, this, [this](qint64 received, qint64 total) {
-        if (!m_isOver && m_status < 300)
-            Q_EMIT progressed(received, total);
-    });
 
     for (QTimer *timer : {&m_silence, &m_duration}) {
         timer->setSingleShot(true);
@@ -143,6 +139,7 @@ void Transfer::readBytes()
         end(refusal(*m_reply));
         return;
     }
+    const qint64 sizeBefore = m_size;
     while (!m_isOver && m_reply->bytesAvailable() > 0) {
         const QByteArray bytes = m_reply->read(chunkSize);
         m_size += bytes.size();
@@ -151,6 +148,8 @@ void Transfer::readBytes()
         else if (m_target.write(bytes) != bytes.size())
             end({FeedDownloadNotWritten, QStringLiteral("cannot be written: ") + m_target.errorString()});
     }
+    if (!m_isOver && m_size > sizeBefore)
+        Q_EMIT progressed(m_size, m_announcedSize);
 }
 
 void Transfer::finish()

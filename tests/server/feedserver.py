@@ -174,6 +174,11 @@ class Handler(http.server.BaseHTTPRequestHandler):
         size = int(rest.partition("/")[0])
         self.answer(b"x" * size, content_type=urllib.parse.unquote(query) or "audio/mpeg")
 
+    def serve_unsized(self, rest, query):
+        """So many bytes, of which there is no word ahead."""
+        self.begin()
+        self.wfile.write(b"x" * int(rest))
+
     def serve_agent(self, rest, query):
         """A feed with the request's headers for a title."""
         names = ("User-Agent", "Cookie", "Referer")
