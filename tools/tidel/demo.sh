@@ -1,28 +1,50 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: LGPL-2.1-or-later
-# usage: demo.sh TIDEL DATA
-# Subscribes, lists and refreshes the sample feeds in a store that is thrown away.
+# usage: demo.sh TIDEL TESTS
+# Serves the sample feeds on 127.0.0.1 and subscribes, lists, refreshes and downloads them in a store that is thrown
+# away.
 set -euo pipefail
 tidel=$(realpath "$1")
-data=$(realpath "$2")
+tests=$(realpath "$2")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export XDG_DATA_HOME=$work/data
-cp -r "$data/feeds" "$work"
-cd "$work/feeds"
+cp -r "$tests/data/feeds" "$work"
 
 show() {
     printf '\n$ tidel %s\n' "${*@Q}"
     "$tidel" "$@"
 }
 
-show subscribe *
+# How the server answered since this was last asked.
+show_answers() {
+    printf '\nThe server answered:\n'
+    tail -n "+$((seen + 1))" "$work/requests" | awk '{ print $3 }' | sort | uniq -c
+    seen=$(wc -l <"$work/requests")
+}
+
+# It ends when its input does, and so with this script.
+exec {server}> >(exec python3 "$tests/server/feedserver.py" "$work/feeds" >"$work/requests")
+until [ -s "$work/requests" ]; do sleep 0.05; done
+seen=1
+address=http://127.0.0.1:$(head -n 1 "$work/requests")
+# The one sample whose files are there to be downloaded.
+sed -i "s|https://media.example.org/hillside/|$address/bytes/40960/|" "$work"/feeds/hillside-radio.xml
+
+mapfile -t feeds < <(cd "$work/feeds" && printf "$address/files/%s\n" *)
+show subscribe "${feeds[@]}"
 show channels
 show messages "The Hillside Radio Hour"
 show enclosures https://radio.example.org/episodes/5
+show download https://radio.example.org/episodes/5 --into "$work/downloads"
+show_answers
 
 printf '\nSome days later, one of the feeds has a new edition.\n'
-cp "$data/feeds-later/hillside-radio.xml" .
+cp "$tests/data/feeds-later/hillside-radio.xml" "$work/feeds"
 show refresh
-show refresh "The Hillside Radio Hour"
+show_answers
+printf '\nNobody has anything new now, and the server need not send it.\n'
+show refresh
+show_answers
+
 printf '\nThis store was a throwaway one. Your own is made by your first "tidel subscribe".\n'
