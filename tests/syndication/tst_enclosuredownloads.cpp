@@ -84,11 +84,12 @@ void TestEnclosureDownloads::download()
     VERIFY_ENDING(done, "downloadEnclosureFinished");
     QCOMPARE(done.text, QString());
     const QString local = QUrl::fromLocalFile(folder() + "/episode.mp3").toEncoded();
-    QCOMPARE(done.map, QVariantMap({{"uri", uri},
-                                    {"remoteUrl", address},
-                                    {"localUrl", local},
-                                    {"length", Q_INT64_C(100000)},
-                                    {"mimeType", "audio/mpeg"}}));
+    QCOMPARE(done.map,
+             QVariantMap({{"uri", uri},
+                          {"remoteUrl", address},
+                          {"localUrl", local},
+                          {"length", Q_INT64_C(100000)},
+                          {"mimeType", "audio/mpeg"}}));
     QCOMPARE(done.map.value("length").userType(), int(QMetaType::LongLong));
     QCOMPARE(files(), QStringList("episode.mp3"));
     QFile file(folder() + "/episode.mp3");
@@ -152,22 +153,36 @@ void TestEnclosureDownloads::names_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("expected");
 
-    QTest::newRow("plain") << "a.mp3" << "a.mp3";
-    QTest::newRow("query") << "a.mp3?audio/mpeg" << "a.mp3";
-    QTest::newRow("blank") << "two%20words.mp3" << "two words.mp3";
+    QTest::newRow("plain") << "a.mp3"
+                           << "a.mp3";
+    QTest::newRow("query") << "a.mp3?audio/mpeg"
+                           << "a.mp3";
+    QTest::newRow("blank") << "two%20words.mp3"
+                           << "two words.mp3";
     QTest::newRow("non-ASCII") << "%E4%BA%80.mp3" << QString::fromUtf8("\xe4\xba\x80.mp3");
     QTest::newRow("no UTF-8") << "a%FFb.mp3" << QString("a%1b.mp3").arg(QChar(0xfffd));
-    QTest::newRow("nothing") << "" << "enclosure";
-    QTest::newRow("dots") << "..%2F..%2F..%2Fetc%2Fpasswd" << "_.._.._etc_passwd";
-    QTest::newRow("slash") << "%2Fetc%2Fpasswd" << "_etc_passwd";
-    QTest::newRow("backslashes") << "..%5C..%5Cboot.ini" << "_.._boot.ini";
-    QTest::newRow("dots and blanks") << "%20..%20" << "enclosure";
-    QTest::newRow("hidden") << ".bashrc" << "bashrc";
-    QTest::newRow("hidden behind blanks") << "%20.%20.bashrc" << "bashrc";
-    QTest::newRow("controls") << "a%0A%1B%5B2Jb%00c%7F.mp3" << "a[2Jbc.mp3";
-    QTest::newRow("turned") << "a%E2%80%AE3pm.exe" << "a3pm.exe";
-    QTest::newRow("percent twice") << "%252e%252e%252fx" << "%2e%2e%2fx";
-    QTest::newRow("dash") << "-rf" << "-rf";
+    QTest::newRow("nothing") << ""
+                             << "enclosure";
+    QTest::newRow("dots") << "..%2F..%2F..%2Fetc%2Fpasswd"
+                          << "_.._.._etc_passwd";
+    QTest::newRow("slash") << "%2Fetc%2Fpasswd"
+                           << "_etc_passwd";
+    QTest::newRow("backslashes") << "..%5C..%5Cboot.ini"
+                                 << "_.._boot.ini";
+    QTest::newRow("dots and blanks") << "%20..%20"
+                                     << "enclosure";
+    QTest::newRow("hidden") << ".bashrc"
+                            << "bashrc";
+    QTest::newRow("hidden behind blanks") << "%20.%20.bashrc"
+                                          << "bashrc";
+    QTest::newRow("controls") << "a%0A%1B%5B2Jb%00c%7F.mp3"
+                              << "a[2Jbc.mp3";
+    QTest::newRow("turned") << "a%E2%80%AE3pm.exe"
+                            << "a3pm.exe";
+    QTest::newRow("percent twice") << "%252e%252e%252fx"
+                                   << "%2e%2e%2fx";
+    QTest::newRow("dash") << "-rf"
+                          << "-rf";
     QTest::newRow("long") << QString(400, 'a') + ".mp3" << QString(200, 'a') + ".mp3";
     QTest::newRow("long suffix") << "a." + QString(400, 'b') << "a." + QString(198, 'b');
     QTest::newRow("long, non-ASCII") << QString("%F0%9F%98%80").repeated(80) + ".mp3"

@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QJsonObject>
+#include <QLibrary>
 #include <QPluginLoader>
 
 #include <feedplugininterface.h>
@@ -35,6 +36,8 @@ QString pluginFolder()
 FeedPluginInterface *loadPlugin(const QString &file, QString *error)
 {
     QPluginLoader loader(file);
+    // What is missing is missed here, and not when it is first called.
+    loader.setLoadHints(QLibrary::ResolveAllSymbolsHint);
     const QJsonObject metaData = loader.metaData();
     const QString interface = metaData.value(QLatin1String("IID")).toString();
     // A file that says nothing of itself is asked for the reason; Qt does not run it.
