@@ -46,6 +46,9 @@ QList<FeedChannel> FeedStore::channels() const
         uris.insert(channel.uri());
         channels.append(channel);
     }
+    // The library lists nothing, too, where the store fails.
+    if (channels.isEmpty() && !channelLinks().isEmpty() && m_failure.isEmpty())
+        m_failure = QStringLiteral("it does not list its channels");
     std::sort(channels.begin(), channels.end(), [](const FeedChannel &a, const FeedChannel &b) {
         const int order = QString::compare(a.title(), b.title(), Qt::CaseInsensitive);
         return order != 0 ? order < 0 : a.link() < b.link();

@@ -123,8 +123,6 @@ protected:
 
 protected Q_SLOTS:
     void init();
-
-private Q_SLOTS:
     void cleanup();
 
 private:

@@ -5,6 +5,8 @@
 #include "links.h"
 #include "output.h"
 
+#include <QSet>
+
 namespace Tidel {
 
 std::optional<FeedChannel> findChannel(const QList<FeedChannel> &channels, const QString &name,
@@ -35,12 +37,16 @@ QList<FeedChannel> findChannels(const QList<FeedChannel> &channels, const QStrin
     if (names.isEmpty())
         return channels;
     QList<FeedChannel> found;
+    QSet<QString> uris;
     for (const QString &name : names) {
         QString error;
-        if (const auto channel = findChannel(channels, name, &error))
-            found.append(*channel);
-        else
+        const auto channel = findChannel(channels, name, &error);
+        if (!channel) {
             output.error(error);
+        } else if (!uris.contains(channel->uri())) {
+            uris.insert(channel->uri());
+            found.append(*channel);
+        }
     }
     return found;
 }

@@ -3,37 +3,13 @@
 
 #include "downloads.h"
 #include "feedstore.h"
+#include "orphans.h"
 #include "output.h"
 #include "phrases.h"
-
-#include <QSparqlQuery>
-#include <QSparqlResultRow>
 
 #include <feedtrackersparql.h>
 
 namespace Tidel {
-
-namespace {
-
-/// How many messages belong to no channel.
-int orphanMessages(const FeedStore &store)
-{
-    const QList<QSparqlResultRow> rows = store.rows(QSparqlQuery(
-        QStringLiteral("SELECT (COUNT(?m) AS ?n) WHERE { ?m a mfo:FeedMessage ; nie:links ?l . "
-                       "FILTER NOT EXISTS { ?m nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel } }")));
-    return rows.isEmpty() ? 0 : rows.first().value(0).toInt();
-}
-
-/// Whether an enclosure belongs to nothing.
-bool hasOrphanEnclosures(const FeedStore &store)
-{
-    const QList<QSparqlResultRow> rows = store.rows(QSparqlQuery(
-        QStringLiteral("SELECT ?e WHERE { ?e a mfo:Enclosure ; mfo:remoteLink ?r ; mfo:localLink ?l . "
-                       "FILTER NOT EXISTS { ?e nie:isLogicalPartOf ?o . ?o a mfo:FeedElement } } LIMIT 1")));
-    return !rows.isEmpty();
-}
-
-} // namespace
 
 void clean(FeedStore &store, const Arguments &, Output &output)
 {
@@ -41,15 +17,18 @@ void clean(FeedStore &store, const Arguments &, Output &output)
     const DownloadRemover remover(store, output);
     store.library().deleteOrphans();
     const int left = orphanMessages(store);
-    if (left > 0 || hasOrphanEnclosures(store))
+    const bool isLeft = left > 0 || orphanEnclosures(store) > 0;
+    if (isLeft)
         output.error(QStringLiteral("the store did not delete all that belongs to nothing"));
-    if (before == left && remover.enclosures() == 0) {
-        output.line(QStringLiteral("Nothing to clean"));
+    // Where the store does not count, what it said is told by whoever called.
+    if (!store.failure().isEmpty())
         return;
-    }
-    output.line(QStringLiteral("Deleted: %1, %2, %3")
-                    .arg(countedMessages(before - left), countedEnclosures(remover.enclosures()),
-                         countedFiles(remover.files())));
+    if (before > left || remover.enclosures() > 0)
+        output.line(QStringLiteral("Deleted: %1, %2, %3")
+                        .arg(countedMessages(before - left), countedEnclosures(remover.enclosures()),
+                             countedFiles(remover.files())));
+    else if (!isLeft)
+        output.line(QStringLiteral("Nothing to clean"));
 }
 
 } // namespace Tidel

@@ -65,12 +65,17 @@ void edit(FeedStore &store, const Arguments &arguments, Output &output)
         output.error(error);
         return;
     }
-    QVariantMap properties;
+    QString title = channel->title();
+    QString link = channel->link();
     if (arguments.isSet("title"))
-        properties.insert(FeedTrackerSparql::TitleKey, arguments.value("title").simplified());
-    const QString link = encodedUrl(documentUrl(arguments.value("link").trimmed()));
-    const bool hasNewLink = arguments.isSet("link") && link != channel->link();
-    if (hasNewLink) {
+        title = arguments.value("title").simplified();
+    if (arguments.isSet("link"))
+        link = encodedUrl(documentUrl(arguments.value("link").trimmed()));
+
+    QVariantMap properties;
+    if (title != channel->title())
+        properties.insert(FeedTrackerSparql::TitleKey, title);
+    if (link != channel->link()) {
         const QString reason = obstacle(store, channels, link);
         if (!reason.isEmpty()) {
             output.error(QStringLiteral("%1 %2").arg(link, reason));
@@ -78,14 +83,14 @@ void edit(FeedStore &store, const Arguments &arguments, Output &output)
         }
         properties.insert(FeedTrackerSparql::LinkKey, link);
     }
-    if (!properties.isEmpty()
-        && ((hasNewLink && !dropValidators(store, channel->uri()))
-            || !store.library().editChannel(channel->uri(), properties))) {
+    const bool dropsValidators = properties.contains(FeedTrackerSparql::LinkKey);
+    if (properties.isEmpty())
+        output.line(QStringLiteral("Nothing to change: %1 (%2)").arg(title, link));
+    else if ((!dropsValidators || dropValidators(store, channel->uri()))
+             && store.library().editChannel(channel->uri(), properties))
+        output.line(QStringLiteral("Changed: %1 (%2)").arg(title, link));
+    else
         output.error(QStringLiteral("%1: the store did not take the change").arg(channel->title()));
-        return;
-    }
-    const FeedChannel edited = store.library().channelForUri(channel->uri());
-    output.line(QStringLiteral("Changed: %1 (%2)").arg(edited.title(), edited.link()));
 }
 
 } // namespace Tidel

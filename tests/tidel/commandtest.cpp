@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "commandtest.h"
+
+#include <feedstore.h>
+#include <output.h>
+
+#include <QtTest>
+
+#include <cstdlib>
+
+using namespace Tidel;
+
+namespace {
+
+/// What a command writes.
+class Capture
+{
+public:
+    Capture() : m_out(open_memstream(&m_outText, &m_outSize)), m_err(open_memstream(&m_errText, &m_errSize))
+    {
+    }
+    ~Capture()
+    {
+        fclose(m_out);
+        fclose(m_err);
+        free(m_outText);
+        free(m_errText);
+    }
+    Q_DISABLE_COPY(Capture)
+
+    Output output() { return Output(m_out, m_err); }
+    QString out() { return text(m_out, m_outText); }
+    QString err() { return text(m_err, m_errText); }
+
+private:
+    static QString text(FILE *stream, char *const &buffer)
+    {
+        fflush(stream);
+        return QString::fromUtf8(buffer);
+    }
+
+    char *m_outText = nullptr;
+    char *m_errText = nullptr;
+    size_t m_outSize = 0;
+    size_t m_errSize = 0;
+    FILE *m_out;
+    FILE *m_err;
+};
+
+} // namespace
+
+CommandResult runCommand(Command command, const QStringList &names, const Options &options)
+{
+    QString error;
+    const auto store = FeedStore::open(&error);
+    if (!store)
+        return {QString(), error, false};
+    Capture capture;
+    Output output = capture.output();
+    command(*store, {names, options}, output);
+    const bool isFine = output.finish() && store->failure().isEmpty();
+    return {capture.out(), capture.err(), isFine};
+}
+
+FeedMessage message(const QString &name, const QDateTime &published, const QStringList &enclosures)
+{
+    FeedMessage result;
+    result.setTitle(name);
+    result.setLink(linkOf(name));
+    result.setPublishedDate(published);
+    for (const QString &file : enclosures) {
+        FeedEnclosure enclosure;
+        enclosure.setRemoteUrl(linkOf(file));
+        result.addChild(&enclosure);
+    }
+    return result;
+}
+
+QString linkOf(const QString &name) { return "https://example.org/" + name; }
+
+QDateTime day(int day) { return QDateTime(QDate(2026, 11, day), QTime(12, 0), Qt::UTC); }
+
+void CommandTestCase::init()
+{
+    StoreTestCase::init();
+    m_home = std::make_unique<QTemporaryDir>();
+    qputenv("HOME", m_home->path().toLocal8Bit());
+    qunsetenv("XDG_CONFIG_HOME");
+}
+
+QString CommandTestCase::addChannel(const QString &title, const QList<FeedMessage> &messages) const
+{
+    FeedChannel channel;
+    channel.setTitle(title);
+    channel.setLink(linkOf(title));
+    const QString uri = tracker()->addChannel(channel);
+    const bool isStored = !uri.isEmpty() && (messages.isEmpty() || tracker()->addMessages(messages, uri));
+    if (!isStored)
+        qFatal("%s cannot be stored", qPrintable(title));
+    return uri;
+}
+
+QStringList CommandTestCase::titles(const QString &channelUri) const
+{
+    QStringList titles =
+        store().texts(QString("SELECT ?t { ?m a mfo:FeedMessage ; nie:isLogicalPartOf <%1> ; nie:title ?t }")
+                          .arg(channelUri));
+    titles.sort();
+    return titles;
+}
+
+QStringList CommandTestCase::dropped(const QString &channelUri) const
+{
+    QStringList links = store().texts(QString("SELECT ?l { <%1> tidel:droppedLink ?l }").arg(channelUri));
+    links.sort();
+    return links;
+}
+
+void CommandTestCase::addFavorite(const QString &name) const
+{
+    store().update(QString("INSERT { ?m nao:hasTag nao:predefined-tag-favorite } "
+                           "WHERE { ?m a mfo:FeedMessage ; nie:links <%1> }")
+                       .arg(linkOf(name)));
+}
+
+void CommandTestCase::setLocalUrl(const QString &enclosure, const QString &localUrl) const
+{
+    const QString node = QString("?e a mfo:Enclosure ; mfo:remoteLink <%1>").arg(linkOf(enclosure));
+    store().update(QString("DELETE { ?e mfo:localLink ?l } WHERE { %1 ; mfo:localLink ?l }").arg(node));
+    store().update(QString("INSERT { ?e mfo:localLink <%1> } WHERE { %2 }").arg(localUrl, node));
+}
+
+void CommandTestCase::failEverywhere(Command command, const QStringList &names, const Options &options,
+                                     const std::function<void()> &fill, const std::function<void()> &check,
+                                     const std::function<bool(const QString &)> &isSilent)
+{
+    int count = 1;
+    for (int at = 0; at < count; ++at) {
+        for (StatementGate::Verdict verdict : {StatementGate::Refuse, StatementGate::NoResult}) {
+            cleanup();
+            init();
+            fill();
+            StatementGate::reset();
+            StatementGate::failAt(at, verdict);
+            const CommandResult result = runCommand(command, names, options);
+            const QStringList statements = StatementGate::statements();
+            StatementGate::reset();
+            count = std::max(count, int(statements.size()));
+            if (at < statements.size() && !(isSilent && isSilent(statements.at(at))))
+                QVERIFY2(!result.isFine, qPrintable(statements.at(at) + '\n' + result.out));
+            check();
+            if (QTest::currentTestFailed()) {
+                qWarning("statement %d: %s", at, qPrintable(statements.value(at)));
+                return;
+            }
+        }
+    }
+}

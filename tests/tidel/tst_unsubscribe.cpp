@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "commandtest.h"
+
+#include <commands.h>
+
+#include <QDir>
+#include <QFile>
+#include <QtTest>
+
+using namespace Tidel;
+
+class TestUnsubscribe : public CommandTestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void nothingIsLeft();
+    void otherChannelsStay();
+    void sharedMessageStays();
+    void sharedEnclosureStays();
+    void favoritesGoToo();
+    void notesGoToo();
+    void downloadedFiles();
+    void unknownChannel();
+    void ambiguousTitle();
+    void failures();
+
+private:
+    void addImage(const QString &channelUri, const QString &path) const;
+};
+
+void TestUnsubscribe::addImage(const QString &channelUri, const QString &path) const
+{
+    FeedEnclosure image;
+    image.setRemoteUrl(linkOf("image.png"));
+    image.setLocalUrl(path);
+    QVERIFY(tracker()->addEnclosures({image}, channelUri));
+}
+
+void TestUnsubscribe::nothingIsLeft()
+{
+    const QString uri = addChannel(
+        "News",
+        {message("a", day(1), {"a.ogg", "same.ogg"}), message("b", day(2), {"same.ogg"}), message("c")});
+    addImage(uri, "/nowhere/image.png");
+    const CommandResult result = runCommand(unsubscribe, {"News"});
+    QCOMPARE(result.err, QString());
+    QVERIFY(result.isFine);
+    QCOMPARE(result.out, QString("Unsubscribed: News\n"));
+    QCOMPARE(everythingIn(store()), QStringList());
+}
+
+void TestUnsubscribe::otherChannelsStay()
+{
+    addChannel("Radio", {message("a", day(1), {"a.ogg"})});
+    const QStringList before = everythingIn(store());
+    addChannel("News", {message("b", day(1), {"b.ogg"})});
+    QVERIFY(runCommand(unsubscribe, {linkOf("News")}).isFine);
+    QCOMPARE(everythingIn(store()), before);
+}
+
+void TestUnsubscribe::sharedMessageStays()
+{
+    addChannel("Radio", {message("a", day(1), {"a.ogg"})});
+    const QStringList before = everythingIn(store());
+    addChannel("News", {message("a", day(1), {"a.ogg"}), message("b", day(1), {"b.ogg"})});
+    QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
+    QCOMPARE(everythingIn(store()), before);
+    QVERIFY(runCommand(unsubscribe, {"Radio"}).isFine);
+    QCOMPARE(everythingIn(store()), QStringList());
+}
+
+void TestUnsubscribe::sharedEnclosureStays()
+{
+    const QString radio = addChannel("Radio", {message("a", day(1), {"same.ogg"})});
+    addChannel("News", {message("b", day(1), {"same.ogg"})});
+    QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
+    QCOMPARE(store().count("?e a mfo:Enclosure ; nie:isLogicalPartOf ?m . ?m nie:title 'a'"), 1);
+    QVERIFY(runCommand(unsubscribe, {radio}).isFine);
+    QCOMPARE(everythingIn(store()), QStringList());
+}
+
+void TestUnsubscribe::favoritesGoToo()
+{
+    addChannel("News", {message("a", day(1))});
+    addFavorite("a");
+    QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
+    QCOMPARE(everythingIn(store()), QStringList());
+}
+
+void TestUnsubscribe::notesGoToo()
+{
+    const QString uri = addChannel("News");
+    store().update("INSERT DATA { <" + uri
+                   + "> tidel:entityTag 'a' ; tidel:lastModified 'b' ; tidel:droppedLink 'c' , 'd' }");
+    QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
+    QCOMPARE(everythingIn(store()), QStringList());
+}
+
+void TestUnsubscribe::downloadedFiles()
+{
+    addChannel("News", {message("a", day(1), {"a.ogg", "same.ogg"})});
+    addChannel("Radio", {message("b", day(1), {"same.ogg"})});
+    QDir folder(home() + "/Downloads/tidel");
+    QVERIFY(folder.mkpath("."));
+    const QStringList names{"a.ogg", "same.ogg"};
+    for (const QString &name : names) {
+        QFile file(folder.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        setLocalUrl(name, QUrl::fromLocalFile(file.fileName()).toString());
+    }
+    QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
+    QCOMPARE(folder.entryList(QDir::Files), QStringList("same.ogg"));
+    QVERIFY(runCommand(unsubscribe, {"Radio"}).isFine);
+    QCOMPARE(folder.entryList(QDir::Files), QStringList());
+}
+
+void TestUnsubscribe::unknownChannel()
+{
+    addChannel("News", {message("a")});
+    const QStringList before = everythingIn(store());
+    for (const QString &name : {QString("Nowhere"), linkOf("a"), QString(), QString("> } #")}) {
+        const CommandResult result = runCommand(unsubscribe, {name});
+        QVERIFY(!result.isFine);
+        QCOMPARE(result.out, QString());
+        QCOMPARE(result.err, "tidel: " + name + ": no such channel; \"tidel channels\" lists them\n");
+    }
+    QCOMPARE(everythingIn(store()), before);
+}
+
+void TestUnsubscribe::ambiguousTitle()
+{
+    const QString news = addChannel("News");
+    const QString radio = addChannel("Radio");
+    QVERIFY(tracker()->editChannel(radio, {{FeedTrackerSparql::TitleKey, "News"}}));
+    const QStringList before = everythingIn(store());
+    const CommandResult result = runCommand(unsubscribe, {"News"});
+    QVERIFY(!result.isFine);
+    QCOMPARE(
+        result.err,
+        QString(
+            "tidel: News: 2 channels have this title; use the link of one, as \"tidel channels\" shows it\n"));
+    QCOMPARE(everythingIn(store()), before);
+    QVERIFY(runCommand(unsubscribe, {linkOf("Radio")}).isFine);
+    QCOMPARE(tracker()->allChannelUrls(), QStringList(news));
+}
+
+void TestUnsubscribe::failures()
+{
+    QString radio;
+    const auto fill = [&] {
+        const QString news = addChannel("News", {message("a", day(1), {"a.ogg"}), message("shared", day(2))});
+        radio = addChannel("Radio", {message("shared", day(2))});
+        addImage(news, "/nowhere/image.png");
+    };
+    const auto check = [&] {
+        QCOMPARE(titles(radio), QStringList("shared"));
+        // What is left of it can be deleted still.
+        if (tracker()->allChannelUrls().size() > 1)
+            QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
+        QVERIFY(runCommand(clean, {}).isFine);
+        QCOMPARE(store().texts("SELECT ?t { ?m a mfo:FeedMessage ; nie:title ?t }"), QStringList("shared"));
+        QCOMPARE(store().count("?e a mfo:Enclosure"), 0);
+        QCOMPARE(tracker()->allChannelUrls(), QStringList(radio));
+    };
+    // Whether another channel has the image is only asked before a file is removed, which may then stay.
+    const auto isSilent = [](const QString &statement) { return statement.startsWith("select ?u ?i"); };
+    failEverywhere(unsubscribe, {"News"}, {}, fill, check, isSilent);
+}
+
+QTEST_GUILESS_MAIN(TestUnsubscribe)
+#include "tst_unsubscribe.moc"
