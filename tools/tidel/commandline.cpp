@@ -8,6 +8,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QRegularExpression>
 
 #include <feedtrackersparql.h>
 
@@ -62,7 +63,7 @@ const Command commands[] = {
      {{"into", "FOLDER", "Where the files go, in place of the folder \"tidel\" in your downloads."}},
      misuseOfDownload},
     {"edit",
-     "CHANNEL",
+     "CHANNEL [--title TITLE] [--link FILE|URL]",
      "Change a channel's title or link.",
      aChannel,
      1,
@@ -77,7 +78,7 @@ const Command commands[] = {
     {"favorite", "MESSAGE", "Mark a message as a favorite, which is never pruned.", aMessage, 1, 1, favorite},
     {"unfavorite", "MESSAGE", "Take the mark away.", aMessage, 1, 1, unfavorite},
     {"prune",
-     "[CHANNEL...]",
+     "[CHANNEL...] --keep N [--dry-run]",
      "Delete a channel's oldest messages; favorites stay.",
      someChannels,
      0,
@@ -154,13 +155,19 @@ QString misuse(const Command &command, const Arguments &arguments)
     return command.misuse ? command.misuse(arguments) : QString();
 }
 
-/// Qt's help begins with the program as it was called, path and all.
-QString helpText(const QCommandLineParser &parser)
+/// Qt's help begins with the program as it was called, path and all; \a call takes its place.
+QString helpText(const QCommandLineParser &parser, const QString &call)
 {
     const QString program = QCoreApplication::arguments().constFirst();
     QString text = parser.helpText();
     const int place = text.indexOf(program);
-    return place < 0 ? text : text.replace(place, program.size(), QStringLiteral("tidel"));
+    return place < 0 ? text : text.replace(place, program.size(), call);
+}
+
+/// "[CHANNEL...] --keep N" begins with the argument CHANNEL.
+QString argumentName(const QString &syntax)
+{
+    return syntax.section(QLatin1Char(' '), 0, 0).remove(QRegularExpression(QStringLiteral("[][.]")));
 }
 
 QString commandList()
@@ -206,16 +213,14 @@ int runCommand(const Command &command, const QStringList &arguments, Output &out
     parser.addOption(helpOption());
     for (const Option &option : command.options)
         parser.addOption(parserOption(option));
-    parser.addPositionalArgument(name, QStringLiteral("The command."), name);
-    if (command.maximumArguments != 0) {
-        const QString syntax = QLatin1String(command.syntax);
-        parser.addPositionalArgument(syntax, QLatin1String(command.details), syntax);
-    }
+    const QString syntax = QLatin1String(command.syntax);
+    if (!syntax.isEmpty())
+        parser.addPositionalArgument(argumentName(syntax), QLatin1String(command.details), syntax);
 
     if (!parser.parse(QStringList{name} + arguments))
         return usageError(output, parser.errorText(), help);
     if (parser.isSet(helpOption()))
-        return show(output, helpText(parser));
+        return show(output, helpText(parser, QLatin1String("tidel ") + name));
     const Arguments given = givenArguments(command, parser);
     const QString problem = misuse(command, given);
     if (!problem.isEmpty())
@@ -246,7 +251,7 @@ int runCommandLine(const QStringList &arguments)
     if (parser.isSet(version))
         return show(output, QLatin1String("tidel ") + QCoreApplication::applicationVersion());
     if (parser.isSet(helpOption()))
-        return show(output, helpText(parser));
+        return show(output, helpText(parser, QStringLiteral("tidel")));
     const QStringList values = parser.positionalArguments();
     if (values.isEmpty())
         return usageError(output, QStringLiteral("no command given"), help);
