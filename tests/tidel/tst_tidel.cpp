@@ -28,6 +28,7 @@ private slots:
     void cleanup();
 
     void help();
+    void helpOfOptions();
     void version();
     void usageErrors_data();
     void usageErrors();
@@ -44,6 +45,9 @@ private slots:
     void secondEdition();
     void refreshSome();
     void refreshWithoutFile();
+    void prunedMessagesStayAway();
+    void editedLinkIsRead();
+    void nothingIsLeft();
     void sharedItem();
     void hostileFeeds();
     void noTraces();
@@ -133,16 +137,31 @@ void TestTidel::help()
     VERIFY_RUN(all, 0);
     QVERIFY(all.out.startsWith("Usage: tidel "));
     QCOMPARE(all.err, QString());
-    for (const char *name : {"subscribe", "refresh", "channels", "messages", "enclosures"}) {
+    for (const char *name : {"subscribe", "unsubscribe", "refresh", "download", "edit", "channels",
+                             "messages", "enclosures", "favorite", "unfavorite", "prune", "clean"}) {
         const QString command(name);
         QVERIFY2(all.out.contains("\n  " + command), name);
         const Run one = run({command, "--help"});
         VERIFY_RUN(one, 0);
-        QVERIFY2(one.out.startsWith("Usage: tidel ") && one.out.section('\n', 0, 0).contains(command),
-                 qPrintable(one.out));
+        QVERIFY2(one.out.startsWith("Usage: tidel " + command + " [options]"), qPrintable(one.out));
         QCOMPARE(run({command, "-h"}).out, one.out);
     }
     QVERIFY(!QFile::exists(m_dir->filePath("data")));
+}
+
+void TestTidel::helpOfOptions()
+{
+    QCOMPARE(run({"prune", "--help"}).lines(),
+             QStringList({"Usage: tidel prune [options] [CHANNEL...] --keep N [--dry-run]",
+                          "Delete a channel's oldest messages; favorites stay.",
+                          "Options:", "  -h, --help  Shows this help.",
+                          "  --keep <N>  How many messages stay, besides the favorites.",
+                          "  --dry-run   Say what would be deleted, and delete nothing.", "Arguments:",
+                          "  CHANNEL     Channels by title, link, file or URI; all of them when none is",
+                          "              named."}));
+    const Run all = run({"--help"});
+    QVERIFY(all.out.contains("\n  prune [CHANNEL...] --keep N [--dry-run]\n"));
+    QVERIFY(all.out.contains("\n  edit CHANNEL [--title TITLE] [--link FILE|URL]\n"));
 }
 
 void TestTidel::version()
@@ -171,6 +190,25 @@ void TestTidel::usageErrors_data()
     QTest::newRow("too much for channels") << QStringList{"channels", "a"} << "too many arguments";
     QTest::newRow("too much for messages") << QStringList{"messages", "a", "b"} << "too many arguments";
     QTest::newRow("too much for enclosures") << QStringList{"enclosures", "a", "b"} << "too many arguments";
+    QTest::newRow("nothing to unsubscribe") << QStringList{"unsubscribe"} << "an argument is missing";
+    QTest::newRow("too much to unsubscribe") << QStringList{"unsubscribe", "a", "b"} << "too many arguments";
+    QTest::newRow("nothing to edit") << QStringList{"edit", "--title", "a"} << "an argument is missing";
+    QTest::newRow("too much to edit")
+        << QStringList{"edit", "a", "b", "--title", "c"} << "too many arguments";
+    QTest::newRow("edit to what") << QStringList{"edit", "a"} << "give --title or --link";
+    QTest::newRow("empty title") << QStringList{"edit", "a", "--title", ""} << "--title needs a text";
+    QTest::newRow("empty link") << QStringList{"edit", "a", "--link="} << "--link needs a file or URL";
+    QTest::newRow("no title") << QStringList{"edit", "a", "--title"} << "title";
+    QTest::newRow("no favorite") << QStringList{"favorite"} << "an argument is missing";
+    QTest::newRow("two favorites") << QStringList{"favorite", "a", "b"} << "too many arguments";
+    QTest::newRow("no unfavorite") << QStringList{"unfavorite"} << "an argument is missing";
+    QTest::newRow("keep what") << QStringList{"prune"} << "--keep N";
+    QTest::newRow("keep what, dry") << QStringList{"prune", "--dry-run", "a"} << "--keep N";
+    QTest::newRow("keep nothing") << QStringList{"prune", "--keep"} << "keep";
+    QTest::newRow("keep less than nothing") << QStringList{"prune", "--keep", "-1"} << "--keep N, 0 or more";
+    QTest::newRow("keep a word") << QStringList{"prune", "a", "--keep", "few"} << "--keep N, 0 or more";
+    QTest::newRow("option of another command") << QStringList{"clean", "--keep", "1"} << "keep";
+    QTest::newRow("too much to clean") << QStringList{"clean", "a"} << "too many arguments";
 }
 
 void TestTidel::usageErrors()
@@ -188,8 +226,9 @@ void TestTidel::usageErrors()
 
 void TestTidel::emptyStore()
 {
-    for (const char *name : {"channels", "refresh"}) {
-        const Run empty = run({name});
+    for (const QStringList &arguments :
+         {QStringList{"channels"}, QStringList{"refresh"}, QStringList{"prune", "--keep", "1"}}) {
+        const Run empty = run(arguments);
         VERIFY_RUN(empty, 0);
         QCOMPARE(empty.out, QString());
         QVERIFY2(empty.err.contains("tidel subscribe"), qPrintable(empty.err));
@@ -332,7 +371,11 @@ void TestTidel::unknownNames()
     for (const QStringList &arguments :
          {QStringList{"messages", "Nowhere"}, QStringList{"enclosures", "https://example.org/nothing"},
           QStringList{"enclosures", ""}, QStringList{"enclosures", "> } DELETE WHERE { ?s ?p ?o } #"},
-          QStringList{"messages", ""}, QStringList{"refresh", "Nowhere"}}) {
+          QStringList{"messages", ""}, QStringList{"refresh", "Nowhere"},
+          QStringList{"unsubscribe", "Nowhere"}, QStringList{"edit", "Nowhere", "--title", "a"},
+          QStringList{"favorite", "https://example.org/nothing"},
+          QStringList{"unfavorite", "https://example.org/nothing"},
+          QStringList{"prune", "Nowhere", "--keep", "0"}}) {
         const Run unknown = run(arguments);
         VERIFY_RUN(unknown, 1);
         QCOMPARE(unknown.out, QString());
@@ -422,6 +465,70 @@ void TestTidel::refreshWithoutFile()
              QStringList({"County News: nothing new", "2 channels: 0 new messages, 1 failed"}));
     QCOMPARE(refreshed.err, "tidel: Town News (file://" + town + "): no such file\n");
     QCOMPARE(run({"messages", "Town News"}).lines().size(), 2);
+}
+
+// As readers of a feed see it: what was pruned is not new again while the feed goes on showing it.
+void TestTidel::prunedMessagesStayAway()
+{
+    const auto publish = [this](const QStringList &titles) {
+        QFile file(feedFile("feed.xml"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QString items;
+        for (const QString &title : titles)
+            items += QString("<item><title>%1</title><link>https://example.org/%1</link>"
+                             "<pubDate>Tue, 0%2 Nov 2026 10:00:00 GMT</pubDate></item>")
+                         .arg(title, title.right(1));
+        file.write(
+            QString("<rss version='2.0'><channel><title>Feed</title>%1</channel></rss>").arg(items).toUtf8());
+    };
+    const QString nothingNew = "Feed: nothing new\n";
+    publish({"day3", "day2", "day1"});
+    VERIFY_RUN(run({"subscribe", "feed.xml"}), 0);
+    QCOMPARE(run({"prune", "--keep", "1"}).out, QString("Feed: deleted 2 messages, 0 files\n"));
+    QCOMPARE(run({"refresh"}).out, nothingNew);
+    QCOMPARE(run({"refresh"}).out, nothingNew);
+    QCOMPARE(run({"messages", "Feed"}).lines().size(), 1);
+
+    publish({"day4", "day3", "day2"});
+    QCOMPARE(run({"refresh"}).out, QString("Feed: 1 new\n  2026-11-04 10:00  day4\n"));
+    publish({"day4", "day3", "day2", "day1"});
+    QCOMPARE(run({"refresh"}).out, QString("Feed: 1 new\n  2026-11-01 10:00  day1\n"));
+
+    VERIFY_RUN(run({"favorite", "https://example.org/day1"}), 0);
+    QCOMPARE(run({"prune", "Feed", "--keep", "0"}).out, QString("Feed: deleted 2 messages, 0 files\n"));
+    QCOMPARE(run({"messages", "Feed"}).out, QString("2026-11-01 10:00  *  day1  https://example.org/day1\n"));
+    QCOMPARE(run({"refresh"}).out, nothingNew);
+
+    VERIFY_RUN(run({"unsubscribe", "Feed"}), 0);
+    QCOMPARE(run({"subscribe", "feed.xml"}).out, QString("Subscribed: Feed (4 messages)\n"));
+}
+
+void TestTidel::editedLinkIsRead()
+{
+    VERIFY_RUN(run({"subscribe", copy("feeds/hillside-radio.xml")}), 0);
+    VERIFY_RUN(run({"prune", "--keep", "2"}), 0);
+    const QString moved = copy("feeds-later/hillside-radio.xml", "moved.xml");
+    QCOMPARE(run({"edit", "hillside-radio.xml", "--title", "Radio", "--link", "moved.xml"}).out,
+             "Changed: Radio (file://" + moved + ")\n");
+    QVERIFY(run({"refresh", "Radio"}).out.startsWith("Radio: 2 new\n"));
+    QCOMPARE(run({"messages", "moved.xml"}).lines().size(), 4);
+}
+
+void TestTidel::nothingIsLeft()
+{
+    const QStringList feeds = copyFolder("feeds");
+    VERIFY_RUN(run(QStringList{"subscribe"} + feeds), 0);
+    const Run dry = run({"prune", "--keep", "2", "--dry-run"});
+    const Run pruned = run({"prune", "--keep", "2"});
+    VERIFY_RUN(pruned, 0);
+    QCOMPARE(dry.lines().filter(QRegularExpression("^[^ ].*: would delete ")).size(),
+             pruned.lines().filter(": deleted ").size());
+    QCOMPARE(run({"prune", "--keep", "2", "--dry-run"}).lines().filter("would delete"), QStringList());
+    QCOMPARE(run({"clean"}).out, QString("Nothing to clean\n"));
+    for (const QString &feed : feeds)
+        VERIFY_RUN(run({"unsubscribe", feed}), 0);
+    QCOMPARE(run({"channels"}).out, QString());
+    QCOMPARE(run({"clean"}).out, QString("Nothing to clean\n"));
 }
 
 void TestTidel::sharedItem()
