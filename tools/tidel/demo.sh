@@ -47,4 +47,18 @@ printf '\nNobody has anything new now, and the server need not send it.\n'
 show refresh
 show_answers
 
+printf '\nTwo messages are enough of each channel, and the favorite.\n'
+show favorite https://radio.example.org/episodes/1
+show prune --keep 2 --dry-run "The Hillside Radio Hour"
+show prune --keep 2
+show refresh
+show clean
+
+printf '\nThe end of every channel.\n'
+for feed in "${feeds[@]}"; do
+    show unsubscribe "$feed"
+done
+show clean
+show channels
+
 printf '\nThis store was a throwaway one. Your own is made by your first "tidel subscribe".\n'
