@@ -27,8 +27,6 @@ FeedArgument::FeedArgument(int type, const void *source)
     QDataStream stream(&data, QIODevice::WriteOnly);
     if (source && QMetaType::isRegistered(type) && save(stream, type, source))
         typeName = QMetaType(type).name();
-    else
-        data.clear();
 }
 
 FeedArgument::FeedArgument(const FeedArgument &other) : typeName(other.typeName), data(other.data) { }
