@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 // usage: trackerinserts FOLDER
-// CPU seconds that Tracker takes for what 200 feeds of 50 messages put into a store, every fifth feed a podcast, when
-// it is given the statements at once and nothing else is done: no reader that writes them can be quicker.
+// CPU seconds that Tracker takes for what 200 feeds of 50 messages put into a store, every fifth feed a
+// podcast, when it is given the statements at once and nothing else is done: no reader that writes them can
+// be quicker.
 #include "measure.h"
 #include "samples.h"
 
@@ -25,11 +26,12 @@ constexpr int podcastEvery = 5;
 
 QString insertEnclosure(int number)
 {
-    return QStringLiteral("INSERT { <urn:enclosure:%1> a mfo:Enclosure ; "
-                          "mfo:remoteLink <https://www.example.org/media/%1.mp3> ; mfo:localLink <urn:none> ; "
-                          "mfo:optional true ; nie:contentSize 1234567 ; nie:mimeType \"audio/mpeg\" ; "
-                          "nie:identifier 0 ; mfo:groupDefault false ; mfo:image \"\" ; "
-                          "nie:isLogicalPartOf <urn:message:%1> } ")
+    return QStringLiteral(
+               "INSERT { <urn:enclosure:%1> a mfo:Enclosure ; "
+               "mfo:remoteLink <https://www.example.org/media/%1.mp3> ; mfo:localLink <urn:none> ; "
+               "mfo:optional true ; nie:contentSize 1234567 ; nie:mimeType \"audio/mpeg\" ; "
+               "nie:identifier 0 ; mfo:groupDefault false ; mfo:image \"\" ; "
+               "nie:isLogicalPartOf <urn:message:%1> } ")
         .arg(number);
 }
 
@@ -60,8 +62,8 @@ int main(int argc, char **argv)
     GFile *folder = g_file_new_for_path(argc == 2 ? argv[1] : "");
     GFile *ontology = g_file_new_for_uri("resource:///tidel/ontology");
     GError *error = nullptr;
-    TrackerSparqlConnection *connection = tracker_sparql_connection_new(
-        TRACKER_SPARQL_CONNECTION_FLAGS_NONE, folder, ontology, nullptr, &error);
+    TrackerSparqlConnection *connection = tracker_sparql_connection_new(TRACKER_SPARQL_CONNECTION_FLAGS_NONE,
+                                                                        folder, ontology, nullptr, &error);
     const Cost cost = measure([&] {
         for (int i = 0; !error && i < statements.size(); ++i)
             tracker_sparql_connection_update(connection, statements.at(i).constData(), nullptr, &error);

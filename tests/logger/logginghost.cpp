@@ -194,6 +194,7 @@ void act(const QString &action)
         {"filternull", [&] { logMessageFilter(QtDebugMsg, nullptr); }},
         {"drop", [&] { noLogsFilter(typeOf(twoParts.at(0)), twoParts.at(1).toUtf8().constData()); }},
         {"trace", [&] { QST_DEBUG("Test") << details; }},
+        {"fataltrace", [&] { QstTrace(QtFatalMsg, QST_HERE("Test")).stream() << details; }},
         {"tracenull", [&] { QST_DEBUG("Test").noquote() << QString(QChar::Null) + details; }},
         {"say", [&] { fputs(qPrintable(details), stdout); }},
         {"replace", [&] { replaceFile(details); }},

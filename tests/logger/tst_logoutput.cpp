@@ -28,6 +28,7 @@ private Q_SLOTS:
 
     void fatal_data();
     void fatal();
+    void fatalTrace();
     void fatalComesAfterWhatWasSaid();
 
     void defaultTemplate();
@@ -242,6 +243,13 @@ void TestLogOutput::fatal()
         QCOMPARE(run.report, QStringList());
         QCOMPARE(log(), expectedLog);
     }
+}
+
+void TestLogOutput::fatalTrace()
+{
+    writeSettings("<msgtype>: <message>", noPadding);
+    QCOMPARE(runLogger({"fataltrace:last words"}).signal, SIGABRT);
+    QCOMPARE(log(), QByteArray("Fatal: \"last words\" \n"));
 }
 
 void TestLogOutput::fatalComesAfterWhatWasSaid()
