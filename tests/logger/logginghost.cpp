@@ -11,6 +11,9 @@
 #include <QFile>
 #include <QHash>
 #include <QStringList>
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+#include <QTextCodec>
+#endif
 
 #include <dlfcn.h>
 #include <sys/resource.h>
@@ -174,6 +177,14 @@ void useStore(const QString &title)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
+/// A locale of another encoding, without the need to have one; Qt 6 knows none.
+void useLatin1()
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+#endif
+}
+
 void act(const QString &action)
 {
     const QString name = action.section(':', 0, 0);
@@ -196,6 +207,7 @@ void act(const QString &action)
         {"trace", [&] { QST_DEBUG("Test") << details; }},
         {"fataltrace", [&] { QstTrace(QtFatalMsg, QST_HERE("Test")).stream() << details; }},
         {"tracenull", [&] { QST_DEBUG("Test").noquote() << QString(QChar::Null) + details; }},
+        {"latin1", useLatin1},
         {"say", [&] { fputs(qPrintable(details), stdout); }},
         {"replace", [&] { replaceFile(details); }},
         {"remove", [&] { report(QFile::remove(details) ? "removed" : "not removed"); }},

@@ -437,7 +437,7 @@ void TestLogOutput::textsOutsideAscii()
     environment.insert("LC_ALL", locale);
     writeSettings("<file>|<function>|<message>", noPadding + "[log-settings]\nshow-unlogged=true\n[Calm]\n");
     const QString text = QStringLiteral("Gr\u00fc\u00dfe \u4f60\u597d \U0001f4f0 \u0645\u0631");
-    const HostRun run = runLogger({"trace:" + text, "send:debug," + structured(text, "Calm"),
+    const HostRun run = runLogger({"latin1", "trace:" + text, "send:debug," + structured(text, "Calm"),
                                    "send:debug," + structured(text, ""),
                                    "send:debug,Test\na/" + text + "\n1\nf\n" + text + "\n "});
     VERIFY_ENDED(run);
