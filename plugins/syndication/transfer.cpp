@@ -118,17 +118,23 @@ Transfer::~Transfer()
     m_reply->deleteLater();
 }
 
+bool Transfer::isUnchanged() const
+{
+    const QNetworkRequest request = m_reply->request();
+    return statusOf(*m_reply) == 304
+        && (request.hasRawHeader("If-None-Match") || request.hasRawHeader("If-Modified-Since"));
+}
+
 void Transfer::cancel() { end(canceledOutcome()); }
 
 void Transfer::readHeaders()
 {
     m_silence.start();
-    m_status = statusOf(*m_reply);
     const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
     // Of decompressed content the size that was announced is another.
     const bool isEncoded = m_reply->hasRawHeader("Content-Encoding");
     m_announcedSize = length.isValid() && !isEncoded ? length.toLongLong() : -1;
-    if (m_status < 300 && m_announcedSize > m_limits.bytes)
+    if (statusOf(*m_reply) < 300 && m_announcedSize > m_limits.bytes)
         end({FeedDownloadTooLarge, tooLarge(m_limits.bytes)});
 }
 
@@ -170,8 +176,8 @@ Outcome Transfer::replyOutcome() const
     const Outcome failed = failure(*m_reply);
     if (!failed.isFine())
         return failed;
-    const bool isHttp = status != 0;
-    if (isHttp && status != 200 && status != 304)
+    const bool isFile = status == 0;
+    if (!isFile && status != 200 && !isUnchanged())
         return refusal(*m_reply);
     if (status == 200 && m_announcedSize >= 0 && m_size < m_announcedSize)
         return {FeedDownloadConnectionFailed, QStringLiteral("the server broke off the transfer")};
@@ -186,7 +192,6 @@ void Transfer::end(const Outcome &outcome)
     m_silence.stop();
     m_duration.stop();
     m_outcome = outcome;
-    m_status = statusOf(*m_reply);
     m_address = m_reply->url();
     m_validators = {validator(*m_reply, "ETag"), validator(*m_reply, "Last-Modified")};
     m_mimeType = cleanMimeType(m_reply->header(QNetworkRequest::ContentTypeHeader).toString());

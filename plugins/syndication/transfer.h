@@ -52,7 +52,7 @@ public:
     /// @{
     const Outcome &outcome() const { return m_outcome; }
     /// Whether the server said that what the request's validators are about is still the same.
-    bool isUnchanged() const { return m_status == 304; }
+    bool isUnchanged() const;
     /// Where it came from in the end.
     QUrl address() const { return m_address; }
     Validators validators() const { return m_validators; }
@@ -81,7 +81,6 @@ private:
     QString m_certificateProblem;
     bool m_isOver = false;
     Outcome m_outcome;
-    int m_status = 0;
     qint64 m_size = 0;
     qint64 m_announcedSize = -1;
     QUrl m_address;

@@ -105,7 +105,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.answer(FEED % (rest or "Feed").encode())
 
     def serve_status(self, rest, query):
-        self.answer(b"no", int(rest), "text/plain")
+        status = int(rest)
+        self.answer(b"" if status in (204, 304) else b"no", status, "text/plain")
 
     def serve_type(self, rest, query):
         """A feed that is said to be of another type."""

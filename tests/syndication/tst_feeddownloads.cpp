@@ -107,6 +107,7 @@ void TestFeedDownloads::failures_data()
     QTest::newRow("401") << "/status/401" << 401 << "401 Unauthorized";
     QTest::newRow("503") << "/status/503" << 503 << "503 Service Unavailable";
     QTest::newRow("204") << "/status/204" << 204 << "204 No Content";
+    QTest::newRow("304 unasked") << "/status/304" << 304 << "304 Not Modified";
     QTest::newRow("empty") << "/empty" << int(FeedDownloadNotAFeed) << "is empty";
     QTest::newRow("silent") << "/silent" << int(FeedDownloadTimedOut) << "the server does not answer";
     QTest::newRow("stalled") << "/stalled" << int(FeedDownloadTimedOut) << "the server takes too long";

@@ -56,12 +56,16 @@ void TestPluginFinder::badPlugins_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("reason");
 
-    QTest::newRow("library") << "nometadata" << "is not a plug-in: ";
+    QTest::newRow("library") << "nometadata"
+                             << "is not a plug-in: ";
     QTest::newRow("other interface") << "otherinterface"
                                      << "is a plug-in for something else: \"org.example.Other/1.0\"";
-    QTest::newRow("other class") << "notadownloader" << "does not download feeds, whatever it says of itself";
-    QTest::newRow("throws") << "throws" << "fails to start";
-    QTest::newRow("unresolved") << "unresolved" << "cannot be loaded: ";
+    QTest::newRow("other class") << "notadownloader"
+                                 << "does not download feeds, whatever it says of itself";
+    QTest::newRow("throws") << "throws"
+                            << "fails to start";
+    QTest::newRow("unresolved") << "unresolved"
+                                << "cannot be loaded: ";
 }
 
 void TestPluginFinder::badPlugins()

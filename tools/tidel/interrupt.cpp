@@ -3,8 +3,6 @@
 
 #include <QSocketNotifier>
 
-#include <csignal>
-
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -12,10 +10,8 @@ namespace Tidel {
 
 namespace {
 
-constexpr int caught[] = {SIGINT, SIGTERM};
-
 // What a signal handler may use.
-volatile std::sig_atomic_t pipeEnd = -1;
+volatile sig_atomic_t pipeEnd = -1;
 
 void handleSignal(int signal)
 {
@@ -23,15 +19,6 @@ void handleSignal(int signal)
     // A pipe that is full has been heard already.
     if (write(pipeEnd, &byte, 1) != 1)
         return;
-}
-
-void handle(void (*handler)(int))
-{
-    struct sigaction action = {};
-    action.sa_handler = handler;
-    action.sa_flags = int(SA_RESETHAND | SA_RESTART);
-    for (int signal : caught)
-        sigaction(signal, &action, nullptr);
 }
 
 } // namespace
@@ -45,17 +32,33 @@ Interrupt::Interrupt()
     m_notifier = std::make_unique<QSocketNotifier>(m_pipe[0], QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &Interrupt::read);
     pipeEnd = m_pipe[1];
-    handle(handleSignal);
+    for (int signal : {SIGINT, SIGTERM})
+        catchSignal(signal);
 }
 
 Interrupt::~Interrupt()
 {
     if (!m_notifier)
         return;
-    handle(SIG_DFL);
+    for (const auto &[signal, action] : m_before)
+        sigaction(signal, &action, nullptr);
     m_notifier.reset();
     close(m_pipe[0]);
     close(m_pipe[1]);
+}
+
+void Interrupt::catchSignal(int signal)
+{
+    struct sigaction before = {};
+    sigaction(signal, nullptr, &before);
+    // As it is for a program that is to outlive its terminal.
+    if (before.sa_handler == SIG_IGN)
+        return;
+    struct sigaction action = {};
+    action.sa_handler = handleSignal;
+    action.sa_flags = int(SA_RESETHAND | SA_RESTART);
+    sigaction(signal, &action, nullptr);
+    m_before.emplace_back(signal, before);
 }
 
 void Interrupt::read()

@@ -1,0 +1,400 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include <feedserver.h>
+
+#include <QtTest>
+
+#include <csignal>
+
+#include <fcntl.h>
+#include <pty.h>
+#include <unistd.h>
+
+namespace {
+
+const QString samples(TIDEL_TEST_DATA);
+
+/// What a run of the program left.
+struct Run
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+
+    QStringList lines() const { return out.split('\n', Qt::SkipEmptyParts); }
+};
+
+QByteArray item(int number)
+{
+    return "<item><title>Item " + QByteArray::number(number) + "</title><link>https://example.org/"
+        + QByteArray::number(number) + "</link></item>";
+}
+
+} // namespace
+
+/// Runs the real program with the real plug-in against a real server.
+class TestNetwork : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+
+    void subscribeAndRefresh();
+    void manyFeeds();
+    void failures();
+    void passwordsAreNotShown();
+    void download();
+    void downloadByName();
+    void downloadFolder();
+    void interrupted_data();
+    void interrupted();
+    void interruptedDownload();
+    void killedDownload();
+    void progress();
+    void withoutPlugin();
+    void badPlugin();
+
+private:
+    void start(QProcess &process, const QStringList &arguments) const;
+    Run run(const QStringList &arguments) const;
+    QString write(const QString &name, const QByteArray &items) const;
+    QString address(const QString &name) const { return m_server->url("/files/" + name); }
+    QStringList downloads() const;
+    /// Copies the program to where it finds \a plugin, or none when that is empty.
+    QString copyProgram(const QString &plugin) const;
+
+    QTemporaryDir m_served;
+    std::unique_ptr<FeedServer> m_server;
+    std::unique_ptr<QTemporaryDir> m_dir;
+    QProcessEnvironment m_environment;
+};
+
+#define VERIFY_RUN(run, code)                                                                                \
+    QVERIFY2((run).exitCode == (code),                                                                       \
+             qPrintable(QString("exit code %1\n%2\n%3").arg((run).exitCode).arg((run).out, (run).err)))
+
+void TestNetwork::initTestCase()
+{
+    // A shell may have had it ignored for what it runs in the background.
+    signal(SIGINT, SIG_DFL);
+    QVERIFY(m_served.isValid());
+    m_server = std::make_unique<FeedServer>(m_served.path());
+    QVERIFY(m_server->isRunning());
+}
+
+void TestNetwork::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_dir->isValid());
+    m_environment = QProcessEnvironment::systemEnvironment();
+    m_environment.insert("XDG_DATA_HOME", m_dir->filePath("data"));
+    m_environment.insert("XDG_CONFIG_HOME", m_dir->filePath("config"));
+    m_environment.insert("HOME", m_dir->path());
+    m_environment.insert("LC_ALL", "C.UTF-8");
+    m_environment.insert("TZ", "UTC");
+    m_server->forgetRequests();
+}
+
+void TestNetwork::start(QProcess &process, const QStringList &arguments) const
+{
+    process.setProcessEnvironment(m_environment);
+    process.setWorkingDirectory(m_dir->path());
+    process.start(TIDEL_PROGRAM, arguments);
+}
+
+Run TestNetwork::run(const QStringList &arguments) const
+{
+    QProcess process;
+    start(process, arguments);
+    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
+        return {};
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+QString TestNetwork::write(const QString &name, const QByteArray &items) const
+{
+    QFile file(m_served.filePath(name));
+    const QByteArray title = name.section('.', 0, 0).toUtf8();
+    const QByteArray document =
+        "<rss version='2.0'><channel><title>" + title + "</title>" + items + "</channel></rss>";
+    return file.open(QIODevice::WriteOnly) && file.write(document) > 0 ? address(name) : QString();
+}
+
+QStringList TestNetwork::downloads() const
+{
+    return QDir(m_dir->filePath("into"))
+        .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+QString TestNetwork::copyProgram(const QString &plugin) const
+{
+    const QString folder = m_dir->filePath("installed/bin");
+    const QString plugins = folder + "/" + TIDEL_PLUGIN_DIR;
+    const QString program = folder + "/tidel";
+    const bool isThere = QDir().mkpath(folder) && QDir().mkpath(plugins) && QFile::copy(TIDEL_PROGRAM, program)
+        && (plugin.isEmpty() || QFile::copy(plugin, plugins + "/plugin.so"));
+    return isThere ? program : QString();
+}
+
+void TestNetwork::subscribeAndRefresh()
+{
+    const QString morning = write("morning.xml", item(1));
+    const QString evening = write("evening.xml", item(2));
+    const Run subscribed = run({"subscribe", morning, evening});
+    VERIFY_RUN(subscribed, 0);
+    QCOMPARE(subscribed.lines(),
+             QStringList({"Subscribed: morning (1 message)", "Subscribed: evening (1 message)"}));
+    QCOMPARE(subscribed.err, QString());
+    QCOMPARE(run({"subscribe", morning}).out,
+             QString("Already subscribed: morning (\"tidel refresh\" reads what is new)\n"));
+
+    m_server->forgetRequests();
+    const Run unchanged = run({"refresh"});
+    VERIFY_RUN(unchanged, 0);
+    QCOMPARE(unchanged.lines(),
+             QStringList({"evening: nothing new", "morning: nothing new", "2 channels: 0 new messages"}));
+    QStringList requests = m_server->takeRequests();
+    requests.sort();
+    QCOMPARE(requests, QStringList({"GET /files/evening.xml 304", "GET /files/morning.xml 304"}));
+
+    write("morning.xml", item(4) + item(3) + item(1));
+    const Run refreshed = run({"refresh"});
+    VERIFY_RUN(refreshed, 0);
+    QCOMPARE(refreshed.lines().size(), 5);
+    QCOMPARE(refreshed.lines().at(1), QString("morning: 2 new"));
+    QVERIFY(refreshed.out.contains("\n  (no date)  Item 3\n") && refreshed.out.contains("\n  (no date)  Item 4\n"));
+    QCOMPARE(refreshed.lines().last(), QString("2 channels: 2 new messages"));
+    QCOMPARE(run({"refresh", "morning"}).out, QString("morning: nothing new\n"));
+    QCOMPARE(run({"refresh", "morning", morning}).out, QString("morning: nothing new\n"));
+}
+
+// More than are downloaded at a time; what is told keeps the order in which it was asked for.
+void TestNetwork::manyFeeds()
+{
+    QStringList addresses;
+    QStringList expected;
+    QStringList unchanged;
+    for (int i = 10; i < 50; ++i) {
+        addresses.append(write(QString("many%1.xml").arg(i), item(i)));
+        expected.append(QString("Subscribed: many%1 (1 message)").arg(i));
+        unchanged.append(QString("many%1: nothing new").arg(i));
+    }
+    QCOMPARE(run(QStringList{"subscribe"} + addresses).lines(), expected);
+    QCOMPARE(run({"refresh"}).lines(), unchanged + QStringList{"40 channels: 0 new messages"});
+}
+
+void TestNetwork::failures()
+{
+    const QString good = write("good.xml", item(1));
+    const QString fading = write("fading.xml", item(2));
+    const QStringList wrong{m_server->url("/nothing"), m_server->url("/status/410"), m_server->url("/empty"),
+                            m_server->url("/redirect/302?file:///etc/hostname")};
+    const Run some = run(QStringList{"subscribe", good} + wrong + QStringList{fading});
+    VERIFY_RUN(some, 1);
+    QCOMPARE(some.lines(), QStringList({"Subscribed: good (1 message)", "Subscribed: fading (1 message)"}));
+    QCOMPARE(some.err,
+             QString("tidel: %1: 404 Not Found\n"
+                     "tidel: %2: 410 Gone: it is gone for good; unsubscribe\n"
+                     "tidel: %3: is empty\n"
+                     "tidel: %4: redirects to where it is not safe\n")
+                 .arg(wrong.at(0), wrong.at(1), wrong.at(2), wrong.at(3)));
+
+    QVERIFY(QFile::remove(m_served.filePath("fading.xml")));
+    write("good.xml", item(3) + item(1));
+    const Run refreshed = run({"refresh"});
+    VERIFY_RUN(refreshed, 1);
+    QCOMPARE(refreshed.lines(),
+             QStringList({"good: 1 new", "  (no date)  Item 3", "2 channels: 1 new message, 1 failed"}));
+    QCOMPARE(refreshed.err, "tidel: fading (" + fading + "): 404 Not Found\n");
+}
+
+void TestNetwork::passwordsAreNotShown()
+{
+    QString secret = m_server->url("/nothing");
+    secret.replace("://", "://user:secret@");
+    const Run failed = run({"subscribe", secret});
+    VERIFY_RUN(failed, 1);
+    QVERIFY2(failed.err.contains("://user@127.0.0.1"), qPrintable(failed.err));
+    QVERIFY2(!failed.err.contains("secret"), qPrintable(failed.err));
+}
+
+void TestNetwork::download()
+{
+    const QString feed = write("files.xml",
+                               "<item><title>Files</title><link>https://example.org/files</link>"
+                               "<enclosure url='" + m_server->url("/bytes/1000/a.mp3").toUtf8()
+                                   + "' type='audio/mpeg' length='1'/></item>");
+    VERIFY_RUN(run({"subscribe", feed}), 0);
+    const QString target = m_dir->filePath("into");
+    const Run first = run({"download", "https://example.org/files", "--into", "into"});
+    VERIFY_RUN(first, 0);
+    QCOMPARE(first.out, "Downloaded: " + target + "/a.mp3 (1000 bytes)\n");
+    QCOMPARE(first.err, QString());
+    QCOMPARE(downloads(), QStringList("a.mp3"));
+    QVERIFY(run({"enclosures", "https://example.org/files"}).out.startsWith("1000 bytes  audio/mpeg  "));
+
+    m_server->forgetRequests();
+    const Run again = run({"download", "https://example.org/files", "--into", "elsewhere"});
+    VERIFY_RUN(again, 0);
+    QCOMPARE(again.out, "Already downloaded: " + target + "/a.mp3 (1000 bytes)\n");
+    QCOMPARE(m_server->requests(), QStringList());
+}
+
+void TestNetwork::downloadByName()
+{
+    const QString good = m_server->url("/bytes/10/good.mp3");
+    const QString bad = m_server->url("/nothing");
+    const QString feed = write("named.xml",
+                               "<item><title>N</title><link>https://example.org/n</link>"
+                               "<media:group xmlns:media='http://search.yahoo.com/mrss/'/>"
+                               "<enclosure url='" + good.toUtf8() + "'/><enclosure url='" + bad.toUtf8()
+                                   + "'/></item>" + item(1));
+    VERIFY_RUN(run({"subscribe", feed}), 0);
+    const Run mixed = run({"download", "https://example.org/n", "https://example.org/1", "nowhere", good,
+                           "--into", "into"});
+    VERIFY_RUN(mixed, 1);
+    QCOMPARE(mixed.out, "Downloaded: " + m_dir->filePath("into") + "/good.mp3 (10 bytes)\n");
+    QVERIFY2(mixed.err.contains("https://example.org/1: the message has no enclosures\n"),
+             qPrintable(mixed.err));
+    QVERIFY2(mixed.err.contains("tidel: nowhere: no such message or enclosure; "), qPrintable(mixed.err));
+    QVERIFY2(mixed.err.contains("tidel: " + bad + ": 404 Not Found\n"), qPrintable(mixed.err));
+    VERIFY_RUN(run({"download"}), 2);
+    VERIFY_RUN(run({"download", good, "--into", ""}), 2);
+}
+
+void TestNetwork::downloadFolder()
+{
+    const QString file = m_server->url("/bytes/10/a.mp3");
+    VERIFY_RUN(run({"subscribe",
+                    write("folder.xml", "<item><link>https://example.org/f</link><enclosure url='"
+                              + file.toUtf8() + "'/></item>")}), 0);
+    VERIFY_RUN(run({"download", file}), 0);
+    QVERIFY(QFile::exists(m_dir->filePath("Downloads/tidel/a.mp3")));
+}
+
+void TestNetwork::interrupted_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("Ctrl-C") << SIGINT;
+    QTest::newRow("terminate") << SIGTERM;
+}
+
+void TestNetwork::interrupted()
+{
+    QFETCH(int, signal);
+    const QString quick = write("quick.xml", item(1));
+    VERIFY_RUN(run({"subscribe", quick}), 0);
+    write("quick.xml", item(2) + item(1));
+    m_server->forgetRequests();
+    QProcess process;
+    start(process, {"subscribe", m_server->url("/silent"), write("after.xml", item(3))});
+    QTRY_COMPARE(m_server->requests().size(), 2);
+    // The other one is answered while nothing comes of the first.
+    QTRY_VERIFY(run({"channels"}).out.contains("after"));
+    QCOMPARE(kill(pid_t(process.processId()), signal), 0);
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 128 + signal);
+    QCOMPARE(QString(process.readAllStandardOutput()), QString("Subscribed: after (1 message)\n"));
+    QCOMPARE(QString(process.readAllStandardError()), QString());
+
+    // What was stored is whole, and the rest is fetched another time.
+    QCOMPARE(run({"refresh"}).lines().last(), QString("2 channels: 1 new message"));
+}
+
+void TestNetwork::interruptedDownload()
+{
+    const QString file = m_server->url("/stalled/a.mp3");
+    const QString feed = write("stalled.xml",
+                               "<item><link>https://example.org/s</link><enclosure url='" + file.toUtf8()
+                                   + "'/></item>");
+    VERIFY_RUN(run({"subscribe", feed}), 0);
+    m_server->forgetRequests();
+    QProcess process;
+    start(process, {"download", file, "--into", "into"});
+    QTRY_COMPARE(m_server->requests().size(), 1);
+    QCOMPARE(kill(pid_t(process.processId()), SIGINT), 0);
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 128 + SIGINT);
+    QCOMPARE(downloads(), QStringList());
+}
+
+void TestNetwork::killedDownload()
+{
+    const QString file = m_server->url("/stalled/a.mp3");
+    const QString feed = write("killed.xml",
+                               "<item><link>https://example.org/k</link><enclosure url='" + file.toUtf8()
+                                   + "'/></item>");
+    VERIFY_RUN(run({"subscribe", feed}), 0);
+    m_server->forgetRequests();
+    QProcess process;
+    start(process, {"download", file, "--into", "into"});
+    QTRY_COMPARE(m_server->requests().size(), 1);
+    process.kill();
+    QVERIFY(process.waitForFinished());
+    QVERIFY(!downloads().contains("a.mp3"));
+}
+
+// On a terminal a line of its own says how far things are, and is gone in the end.
+void TestNetwork::progress()
+{
+    int terminal = -1;
+    int program = -1;
+    QCOMPARE(openpty(&terminal, &program, nullptr, nullptr, nullptr), 0);
+    const QByteArray name = ttyname(program);
+    QProcess process;
+    process.setStandardErrorFile(QString::fromLatin1(name));
+    start(process, {"subscribe", write("one.xml", item(1)), write("two.xml", item(2))});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 0);
+    QCOMPARE(QString(process.readAllStandardOutput()).count("Subscribed: "), 2);
+    close(program);
+    QByteArray shown(4096, '\0');
+    shown.truncate(int(qMax<ssize_t>(0, read(terminal, shown.data(), size_t(shown.size())))));
+    close(terminal);
+    QVERIFY2(shown.contains("[##########..........] 1/2 feeds"), shown.constData());
+    QVERIFY2(shown.contains("[####################] 2/2 feeds"), shown.constData());
+    QVERIFY2(shown.endsWith("\r\033[K"), shown.constData());
+}
+
+void TestNetwork::withoutPlugin()
+{
+    VERIFY_RUN(run({"subscribe", write("plain.xml", item(1))}), 0);
+    QProcess process;
+    process.setProcessEnvironment(m_environment);
+    const QString program = copyProgram(QString());
+    for (const QStringList &arguments : {QStringList{"refresh"}, {"subscribe", "https://example.org/"}}) {
+        process.start(program, arguments);
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), 1);
+        const QString error = process.readAllStandardError();
+        QVERIFY2(error.startsWith("tidel: no download plug-in in " + m_dir->path()), qPrintable(error));
+        QVERIFY2(error.contains("KDE Syndication"), qPrintable(error));
+    }
+    process.start(program, {"messages", "plain"});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 0);
+    QVERIFY(process.readAllStandardOutput().contains("Item 1"));
+}
+
+void TestNetwork::badPlugin()
+{
+    const QString program = copyProgram(QString(TIDEL_FIXTURE_PLUGINS) + "/otherinterface.so");
+    QProcess process;
+    process.setProcessEnvironment(m_environment);
+    process.start(program, {"subscribe", "https://example.org/1"});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 1);
+    const QString error = process.readAllStandardError();
+    QVERIFY2(error.contains("plugin.so is a plug-in for something else: \"org.example.Other/1.0\"\n"),
+             qPrintable(error));
+    QVERIFY2(error.contains("tidel: no download plug-in in "), qPrintable(error));
+    process.start(program, {"channels"});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 0);
+}
+
+QTEST_GUILESS_MAIN(TestNetwork)
+#include "tst_network.moc"
