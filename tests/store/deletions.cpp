@@ -105,4 +105,6 @@ QStringList messageJournal(const QList<QPair<QString, QStringList>> &namesWithEn
     return QStringList(deleteLine(update)) + rest;
 }
 
+QString emptyPathWarning() { return warningLine("QFile::remove: Empty or null file name"); }
+
 } // namespace Deletions

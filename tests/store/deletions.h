@@ -42,6 +42,9 @@ QStringList enclosuresOfMessageJournal(const QString &messageUri, const QStringL
 QStringList messageJournal(const QList<QPair<QString, QStringList>> &namesWithEnclosures);
 /// @}
 
+/// The line of an image whose file is to be removed where there is none.
+QString emptyPathWarning();
+
 } // namespace Deletions
 
 #endif

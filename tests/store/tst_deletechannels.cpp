@@ -28,8 +28,6 @@ const QString messageLink = "http://example.org/1";
 /// Stands for what the store itself says of a statement that it refuses.
 const QString storeError = "STORE ERROR";
 
-QString emptyPathWarning() { return warningLine("QFile::remove: Empty or null file name"); }
-
 QStringList lookupJournal(const QString &uri)
 {
     const QString statement = S::channelToDelete(uri);

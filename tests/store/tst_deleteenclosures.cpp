@@ -30,8 +30,6 @@ QStringList failureOfListForm(const QStringList &items)
     return QStringList(criticalLine("deleteEnclosures(QList<QUrl>)", items));
 }
 
-QString emptyPathWarning() { return warningLine("QFile::remove: Empty or null file name"); }
-
 QStringList imageJournal(const QString &channelUri = "urn:c:1")
 {
     return {selectLine(S::imageFile(channelUri)), deleteLine(S::imageDeletion(channelUri))};
