@@ -57,6 +57,7 @@ QList<QByteArray> updates()
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     const QList<QByteArray> statements = updates();
 
     GFile *folder = g_file_new_for_path(argc == 2 ? argv[1] : "");

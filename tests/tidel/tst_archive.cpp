@@ -59,7 +59,10 @@ private:
 
     int random(int below) { return std::uniform_int_distribution<int>(0, below - 1)(m_random); }
     Feed &anyFeed() { return m_feeds[random(m_feeds.size())]; }
-    QString anyOf(const QStringList &names) { return names.isEmpty() ? QString() : names.at(random(names.size())); }
+    QString anyOf(const QStringList &names)
+    {
+        return names.isEmpty() ? QString() : names.at(random(names.size()));
+    }
     QString channelUri(const QString &channel) const;
 
     void publish();
@@ -76,7 +79,8 @@ private:
 
     void readFeed(const Feed &feed);
     bool storeMessages(const FeedStore &store, const QList<FeedMessage> &messages, const QString &uri) const;
-    CommandResult runLogged(const QString &name, Command command, const QStringList &arguments, const Options &options = {});
+    CommandResult runLogged(const QString &name, Command command, const QStringList &arguments,
+                            const Options &options = {});
     QStringList facts() const;
     QString report() const;
 
@@ -89,7 +93,9 @@ private:
 
 QString TestArchive::channelUri(const QString &channel) const
 {
-    return store().texts(QString("SELECT ?c { ?c a mfo:FeedChannel ; nie:title '%1' }").arg(channel)).value(0);
+    return store()
+        .texts(QString("SELECT ?c { ?c a mfo:FeedChannel ; nie:title '%1' }").arg(channel))
+        .value(0);
 }
 
 void TestArchive::publish()
@@ -160,7 +166,9 @@ void TestArchive::setFavorite(bool isFavorite)
     const QString name = anyOf(m_model.messages());
     if (name.isEmpty())
         return;
-    QVERIFY(runLogged(isFavorite ? "favorite" : "unfavorite", isFavorite ? favorite : unfavorite, {linkOf(name)}).isFine);
+    QVERIFY(
+        runLogged(isFavorite ? "favorite" : "unfavorite", isFavorite ? favorite : unfavorite, {linkOf(name)})
+            .isFine);
     m_model.setFavorite(name, isFavorite);
 }
 
@@ -174,12 +182,14 @@ void TestArchive::prune()
     Options dry = real;
     dry.insert("dry-run", QString());
     QSet<QString> messages;
-    const QStringList lines = runLogged("prune --dry-run", Tidel::prune, {channel}, dry).out.split('\n', Qt::SkipEmptyParts);
+    const QStringList lines =
+        runLogged("prune --dry-run", Tidel::prune, {channel}, dry).out.split('\n', Qt::SkipEmptyParts);
     for (const QString &line : lines.mid(1))
         messages.insert(line.section(' ', -1));
     QVERIFY2(m_model.areOldest(messages, channel, keep), qPrintable(lines.join('\n')));
 
-    const CommandResult result = runLogged(QString("prune --keep %1").arg(keep), Tidel::prune, {channel}, real);
+    const CommandResult result =
+        runLogged(QString("prune --keep %1").arg(keep), Tidel::prune, {channel}, real);
     QVERIFY2(result.isFine, qPrintable(result.err));
     m_model.prune(channel, messages);
 }
@@ -225,7 +235,8 @@ void TestArchive::abandonEnclosure()
     m_model.abandonEnclosure(name);
 }
 
-CommandResult TestArchive::runLogged(const QString &name, Command command, const QStringList &arguments, const Options &options)
+CommandResult TestArchive::runLogged(const QString &name, Command command, const QStringList &arguments,
+                                     const Options &options)
 {
     m_steps.append(QString("%1 %2").arg(name, arguments.join(' ')).trimmed());
     return runCommand(command, arguments, options);
@@ -248,9 +259,13 @@ QStringList TestArchive::facts() const
     add("dropped ", "?c a mfo:FeedChannel ; nie:title ?b ; tidel:droppedLink ?a", " by ");
     add("message ", "?m a mfo:FeedMessage ; nie:title ?a");
     add("favorite ", "?m a mfo:FeedMessage ; nie:title ?a ; nao:hasTag nao:predefined-tag-favorite");
-    add("message ", "?m a mfo:FeedMessage ; nie:title ?a ; nie:isLogicalPartOf ?c . OPTIONAL { ?c nie:title ?t } BIND(COALESCE(?t, 'nobody') AS ?b)", " of ");
+    add("message ",
+        "?m a mfo:FeedMessage ; nie:title ?a ; nie:isLogicalPartOf ?c . OPTIONAL { ?c nie:title ?t } BIND(COALESCE(?t, 'nobody') AS ?b)",
+        " of ");
     add("enclosure ", "?e a mfo:Enclosure ; mfo:remoteLink ?a");
-    add("enclosure ", "?e a mfo:Enclosure ; mfo:remoteLink ?a ; nie:isLogicalPartOf ?o . OPTIONAL { ?o nie:title ?t } BIND(COALESCE(?t, 'nobody') AS ?b)", " of ");
+    add("enclosure ",
+        "?e a mfo:Enclosure ; mfo:remoteLink ?a ; nie:isLogicalPartOf ?o . OPTIONAL { ?o nie:title ?t } BIND(COALESCE(?t, 'nobody') AS ?b)",
+        " of ");
     facts.sort();
     return facts;
 }
@@ -288,11 +303,12 @@ void TestArchive::randomWork()
     m_steps.clear();
     // The frequent ones several times.
     const std::vector<Work> works{
-        &TestArchive::publish, &TestArchive::publish, &TestArchive::publish, &TestArchive::subscribe,
-        &TestArchive::subscribe, &TestArchive::refresh, &TestArchive::refresh, &TestArchive::refresh,
-        &TestArchive::refresh, &TestArchive::markFavorite, &TestArchive::unmarkFavorite, &TestArchive::prune,
-        &TestArchive::prune, &TestArchive::unsubscribe, &TestArchive::clean, &TestArchive::abandonMessage,
-        &TestArchive::abandonEnclosure};
+        &TestArchive::publish,        &TestArchive::publish,         &TestArchive::publish,
+        &TestArchive::subscribe,      &TestArchive::subscribe,       &TestArchive::refresh,
+        &TestArchive::refresh,        &TestArchive::refresh,         &TestArchive::refresh,
+        &TestArchive::markFavorite,   &TestArchive::unmarkFavorite,  &TestArchive::prune,
+        &TestArchive::prune,          &TestArchive::unsubscribe,     &TestArchive::clean,
+        &TestArchive::abandonMessage, &TestArchive::abandonEnclosure};
     for (int i = 0; i < stepsOfASeed; ++i) {
         // Some work needs a channel or a message, and does nothing where there is none.
         for (const auto before = m_steps.size(); m_steps.size() == before;)

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
+#include "capture.h"
+
 #include <commands.h>
 #include <feedstore.h>
-#include <output.h>
 
 #include <messagelog.h>
 #include <statementgate.h>
@@ -9,46 +10,9 @@
 
 #include <QtTest>
 
-#include <cstdlib>
-
 using namespace Tidel;
 
 namespace {
-
-/// What a command writes.
-class Capture
-{
-public:
-    Capture() : m_out(open_memstream(&m_outText, &m_outSize)), m_err(open_memstream(&m_errText, &m_errSize))
-    {
-    }
-    ~Capture()
-    {
-        fclose(m_out);
-        fclose(m_err);
-        free(m_outText);
-        free(m_errText);
-    }
-    Q_DISABLE_COPY(Capture)
-
-    Output output() { return Output(m_out, m_err); }
-    QString out() { return text(m_out, m_outText); }
-    QString err() { return text(m_err, m_errText); }
-
-private:
-    static QString text(FILE *stream, char *const &buffer)
-    {
-        fflush(stream);
-        return QString::fromUtf8(buffer);
-    }
-
-    char *m_outText = nullptr;
-    char *m_errText = nullptr;
-    size_t m_outSize = 0;
-    size_t m_errSize = 0;
-    FILE *m_out;
-    FILE *m_err;
-};
 
 struct Result
 {

@@ -133,7 +133,8 @@ QString TestNetwork::copyProgram(const QString &plugin) const
     const QString folder = m_dir->filePath("installed/bin");
     const QString plugins = folder + "/" + TIDEL_PLUGIN_DIR;
     const QString program = folder + "/tidel";
-    const bool isThere = QDir().mkpath(folder) && QDir().mkpath(plugins) && QFile::copy(TIDEL_PROGRAM, program)
+    const bool isThere = QDir().mkpath(folder) && QDir().mkpath(plugins)
+        && QFile::copy(TIDEL_PROGRAM, program)
         && (plugin.isEmpty() || QFile::copy(plugin, plugins + "/plugin.so"));
     return isThere ? program : QString();
 }
@@ -164,7 +165,8 @@ void TestNetwork::subscribeAndRefresh()
     VERIFY_RUN(refreshed, 0);
     QCOMPARE(refreshed.lines().size(), 5);
     QCOMPARE(refreshed.lines().at(1), QString("morning: 2 new"));
-    QVERIFY(refreshed.out.contains("\n  (no date)  Item 3\n") && refreshed.out.contains("\n  (no date)  Item 4\n"));
+    QVERIFY(refreshed.out.contains("\n  (no date)  Item 3\n")
+            && refreshed.out.contains("\n  (no date)  Item 4\n"));
     QCOMPARE(refreshed.lines().last(), QString("2 channels: 2 new messages"));
     QCOMPARE(run({"refresh", "morning"}).out, QString("morning: nothing new\n"));
     QCOMPARE(run({"refresh", "morning", morning}).out, QString("morning: nothing new\n"));
@@ -222,10 +224,11 @@ void TestNetwork::passwordsAreNotShown()
 
 void TestNetwork::download()
 {
-    const QString feed = write("files.xml",
-                               "<item><title>Files</title><link>https://example.org/files</link>"
-                               "<enclosure url='" + m_server->url("/bytes/1000/a.mp3").toUtf8()
-                                   + "' type='audio/mpeg' length='1'/></item>");
+    const QString feed =
+        write("files.xml",
+              "<item><title>Files</title><link>https://example.org/files</link>"
+              "<enclosure url='"
+                  + m_server->url("/bytes/1000/a.mp3").toUtf8() + "' type='audio/mpeg' length='1'/></item>");
     VERIFY_RUN(run({"subscribe", feed}), 0);
     const QString target = m_dir->filePath("into");
     const Run first = run({"download", "https://example.org/files", "--into", "into"});
@@ -246,14 +249,15 @@ void TestNetwork::downloadByName()
 {
     const QString good = m_server->url("/bytes/10/good.mp3");
     const QString bad = m_server->url("/nothing");
-    const QString feed = write("named.xml",
-                               "<item><title>N</title><link>https://example.org/n</link>"
-                               "<media:group xmlns:media='http://search.yahoo.com/mrss/'/>"
-                               "<enclosure url='" + good.toUtf8() + "'/><enclosure url='" + bad.toUtf8()
-                                   + "'/></item>" + item(1));
+    const QString feed =
+        write("named.xml",
+              "<item><title>N</title><link>https://example.org/n</link>"
+              "<media:group xmlns:media='http://search.yahoo.com/mrss/'/>"
+              "<enclosure url='"
+                  + good.toUtf8() + "'/><enclosure url='" + bad.toUtf8() + "'/></item>" + item(1));
     VERIFY_RUN(run({"subscribe", feed}), 0);
-    const Run mixed = run({"download", "https://example.org/n", "https://example.org/1", "nowhere", good,
-                           "--into", "into"});
+    const Run mixed = run(
+        {"download", "https://example.org/n", "https://example.org/1", "nowhere", good, "--into", "into"});
     VERIFY_RUN(mixed, 1);
     QCOMPARE(mixed.out, "Downloaded: " + m_dir->filePath("into") + "/good.mp3 (10 bytes)\n");
     QVERIFY2(mixed.err.contains("https://example.org/1: the message has no enclosures\n"),
@@ -268,8 +272,10 @@ void TestNetwork::downloadFolder()
 {
     const QString file = m_server->url("/bytes/10/a.mp3");
     VERIFY_RUN(run({"subscribe",
-                    write("folder.xml", "<item><link>https://example.org/f</link><enclosure url='"
-                              + file.toUtf8() + "'/></item>")}), 0);
+                    write("folder.xml",
+                          "<item><link>https://example.org/f</link><enclosure url='" + file.toUtf8()
+                              + "'/></item>")}),
+               0);
     VERIFY_RUN(run({"download", file}), 0);
     QVERIFY(QFile::exists(m_dir->filePath("Downloads/tidel/a.mp3")));
 }
@@ -307,9 +313,9 @@ void TestNetwork::interrupted()
 void TestNetwork::interruptedDownload()
 {
     const QString file = m_server->url("/stalled/a.mp3");
-    const QString feed = write("stalled.xml",
-                               "<item><link>https://example.org/s</link><enclosure url='" + file.toUtf8()
-                                   + "'/></item>");
+    const QString feed =
+        write("stalled.xml",
+              "<item><link>https://example.org/s</link><enclosure url='" + file.toUtf8() + "'/></item>");
     VERIFY_RUN(run({"subscribe", feed}), 0);
     m_server->forgetRequests();
     QProcess process;
@@ -324,9 +330,9 @@ void TestNetwork::interruptedDownload()
 void TestNetwork::killedDownload()
 {
     const QString file = m_server->url("/stalled/a.mp3");
-    const QString feed = write("killed.xml",
-                               "<item><link>https://example.org/k</link><enclosure url='" + file.toUtf8()
-                                   + "'/></item>");
+    const QString feed =
+        write("killed.xml",
+              "<item><link>https://example.org/k</link><enclosure url='" + file.toUtf8() + "'/></item>");
     VERIFY_RUN(run({"subscribe", feed}), 0);
     m_server->forgetRequests();
     QProcess process;

@@ -76,7 +76,6 @@ void Pruner::show(const FeedChannel &channel, const QStringList &uris)
 void Pruner::drop(const FeedChannel &channel, const QStringList &uris)
 {
     const DownloadRemover remover(m_store, m_output);
-    const int orphans = orphanEnclosures(m_store);
     int dropped = 0;
     bool isDone = true;
     for (int from = 0; from < uris.size() && isDone; from += messagesAtOnce) {
@@ -93,9 +92,6 @@ void Pruner::drop(const FeedChannel &channel, const QStringList &uris)
     if (!isDone)
         m_output.error(QStringLiteral("%1: the store did not delete all of %2")
                            .arg(channel.title(), countedMessages(uris.size())));
-    if (orphanEnclosures(m_store) > orphans)
-        m_output.error(QStringLiteral("%1: the store did not delete all enclosures; \"tidel clean\" does")
-                           .arg(channel.title()));
 }
 
 } // namespace
@@ -114,9 +110,13 @@ void prune(FeedStore &store, const Arguments &arguments, Output &output)
     if (channels.isEmpty() && arguments.names.isEmpty())
         output.note(noChannelsHint());
     const QList<FeedChannel> chosen = findChannels(channels, arguments.names, output);
+    // Once for all channels: it is the whole store that is asked.
+    const int orphans = orphanEnclosures(store);
     Pruner pruner(store, arguments, output);
     for (const FeedChannel &channel : chosen)
         pruner.prune(channel);
+    if (orphanEnclosures(store) > orphans)
+        output.error(QStringLiteral("the store did not delete all enclosures; \"tidel clean\" does"));
 }
 
 } // namespace Tidel

@@ -10,6 +10,11 @@
 #include "plugincall.h"
 #include "pluginfinder.h"
 
+#include <QSparqlBinding>
+#include <QSparqlQuery>
+#include <QSparqlResultRow>
+#include <QUrl>
+
 #include <feedplugininterface.h>
 #include <feedtrackersparql.h>
 
@@ -17,22 +22,32 @@ namespace Tidel {
 
 namespace {
 
-QSet<QString> messageLinks(const FeedStore &store, const FeedChannel &channel)
+// What a question about many messages costs grows faster than their number.
+constexpr int messagesAtOnce = 100;
+
+QSet<QString> messageUris(const FeedStore &store, const FeedChannel &channel)
 {
-    const QStringList links = store.library().messageLinksOfChannel(channel.uri());
-    return {links.begin(), links.end()};
+    const QStringList uris = store.library().allMessageUrls(channel.uri());
+    return {uris.begin(), uris.end()};
 }
 
-QList<FeedChannel> eachOnce(const QList<FeedChannel> &channels)
+/// The messages \a uris with what is shown of them: title and date.
+QList<FeedMessage> headlines(const FeedStore &store, const QStringList &uris)
 {
-    QList<FeedChannel> once;
-    QSet<QString> uris;
-    for (const FeedChannel &channel : channels) {
-        if (!uris.contains(channel.uri()))
-            once.append(channel);
-        uris.insert(channel.uri());
+    QString values;
+    for (const QString &uri : uris)
+        values += QSparqlBinding(QStringLiteral("uri"), QUrl(uri)).toString() + QLatin1Char(' ');
+    const QList<QSparqlResultRow> rows = store.rows(
+        QSparqlQuery(QStringLiteral("SELECT ?title ?date WHERE { VALUES ?m { ") + values
+                     + QStringLiteral("} ?m nie:title ?title OPTIONAL { ?m nie:contentCreated ?date } }")));
+    QList<FeedMessage> messages;
+    for (const QSparqlResultRow &row : rows) {
+        FeedMessage message;
+        message.setTitle(row.value(0).toString());
+        message.setPublishedDate(row.value(1).toDateTime());
+        messages.append(message);
     }
-    return once;
+    return messages;
 }
 
 /// Tells what each refreshed channel has now that it did not have before.
@@ -71,7 +86,7 @@ void RefreshReport::tell(const FeedChannel &channel, const QSet<QString> &before
 
 void RefreshReport::tellNews(const FeedChannel &channel, const QSet<QString> &before)
 {
-    QSet<QString> news = messageLinks(m_store, channel) - before;
+    const QStringList news = (messageUris(m_store, channel) - before).values();
     m_messages += news.size();
     if (news.isEmpty()) {
         m_output.line(channel.title() + QLatin1String(": nothing new"));
@@ -79,11 +94,8 @@ void RefreshReport::tellNews(const FeedChannel &channel, const QSet<QString> &be
     }
     m_output.line(QStringLiteral("%1: %2 new").arg(channel.title(), QString::number(news.size())));
     QList<FeedMessage> messages;
-    const QList<FeedMessage> stored = m_store.library().messagesForChannel(channel.uri());
-    for (const FeedMessage &message : stored) {
-        if (news.remove(message.link()))
-            messages.append(message);
-    }
+    for (int from = 0; from < news.size(); from += messagesAtOnce)
+        messages += headlines(m_store, news.mid(from, messagesAtOnce));
     sortNewestFirst(messages);
     for (const FeedMessage &message : qAsConst(messages))
         m_output.line(
@@ -105,7 +117,7 @@ void refresh(FeedStore &store, const Arguments &arguments, Output &output)
     const QList<FeedChannel> channels = store.channels();
     if (channels.isEmpty() && arguments.names.isEmpty())
         output.note(noChannelsHint());
-    const QList<FeedChannel> chosen = eachOnce(findChannels(channels, arguments.names, output));
+    const QList<FeedChannel> chosen = findChannels(channels, arguments.names, output);
     FeedPluginInterface *plugin = chosen.isEmpty() ? nullptr : downloadPlugin(output);
     if (!plugin)
         return;
@@ -113,7 +125,7 @@ void refresh(FeedStore &store, const Arguments &arguments, Output &output)
     RefreshReport report(store, output);
     DownloadQueue queue(*plugin);
     for (const FeedChannel &channel : chosen) {
-        const QSet<QString> before = messageLinks(store, channel);
+        const QSet<QString> before = messageUris(store, channel);
         queue.add(methodCall("downloadFeeds", QStringList(channel.uri())),
                   [&report, channel, before](const DownloadEnding &ending) {
                       report.tell(channel, before, ending);
