@@ -7,6 +7,7 @@ namespace Tidel {
 
 void sortNewestFirst(QList<FeedMessage> &messages)
 {
+    std::reverse(messages.begin(), messages.end());
     std::stable_sort(messages.begin(), messages.end(), [](const FeedMessage &a, const FeedMessage &b) {
         const QDateTime dateOfA = a.publishedDate();
         const QDateTime dateOfB = b.publishedDate();

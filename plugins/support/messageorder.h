@@ -8,7 +8,7 @@
 
 namespace Tidel {
 
-/// Puts the newest first and those without a date last; equal dates stay in their order.
+/// Puts the newest first and those without a date last. Where dates do not tell, what comes later is newer.
 void sortNewestFirst(QList<FeedMessage> &messages);
 
 } // namespace Tidel

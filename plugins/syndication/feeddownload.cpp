@@ -9,6 +9,8 @@
 
 #include <feedtrackersparql.h>
 
+#include <algorithm>
+
 namespace Tidel {
 
 namespace {
@@ -28,6 +30,14 @@ QNetworkRequest conditionalRequest(const QUrl &address, const Validators &known)
 }
 
 Outcome alreadyStored() { return {FeedDownloadAlreadyStored, QStringLiteral("is subscribed already")}; }
+
+/// Messages without a date are as old as they are in the store: the first that came is the first to be
+/// dropped.
+QList<FeedMessage> oldestFirst(QList<FeedMessage> messages)
+{
+    std::reverse(messages.begin(), messages.end());
+    return messages;
+}
 
 QSet<QString> setOf(const QStringList &texts) { return {texts.begin(), texts.end()}; }
 
@@ -126,7 +136,8 @@ Outcome FeedDownload::addChannel(const ParsedFeed &feed, const Validators &valid
         return {FeedDownloadStoreFailed, QStringLiteral("the store did not take the channel")};
     if (!icon.remoteUrl().isEmpty())
         store().library().addEnclosures({icon}, m_channelUri);
-    const bool isComplete = store().addMessages(feed.messages(store().channelLinks()), m_channelUri)
+    const bool isComplete =
+        store().addMessages(oldestFirst(feed.messages(store().channelLinks())), m_channelUri)
         && noteReading(store(), m_channelUri, validators);
     return isComplete ? Outcome()
                       : Outcome{FeedDownloadStoreFailed,
@@ -142,7 +153,7 @@ Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &vali
     const QSet<QString> reserved = store().channelLinks();
     const QSet<QString> dropped = droppedLinks(store(), m_channelUri);
     const QSet<QString> stored = setOf(store().library().messageLinksOfChannel(m_channelUri));
-    if (!store().addMessages(feed.messages(reserved, stored + dropped), m_channelUri)
+    if (!store().addMessages(oldestFirst(feed.messages(reserved, stored + dropped)), m_channelUri)
         || !noteReading(store(), m_channelUri, validators))
         return {FeedDownloadStoreFailed,
                 QStringLiteral("the store did not take the new messages; refresh again to try again")};

@@ -74,7 +74,6 @@ QList<FeedMessage> ParsedFeed::messages(const QSet<QString> &channelLinks,
         if (!knownLinks.contains(link))
             messages.append(message(item, link));
     });
-    std::reverse(messages.begin(), messages.end());
     sortNewestFirst(messages);
     return messages;
 }
@@ -143,7 +142,10 @@ FeedMessage ParsedFeed::message(const FeedItem &item, const QString &link) const
 FeedEnclosure ParsedFeed::enclosure(const FileReference &file) const
 {
     FeedEnclosure enclosure;
-    enclosure.setRemoteUrl(resolve(file.url, cleanFileLink));
+    const QString link = resolve(file.url, cleanFileLink);
+    // A feed from elsewhere has no say in which files of this machine are copied.
+    if (!QUrl(link).isLocalFile() || QUrl(m_link).isLocalFile())
+        enclosure.setRemoteUrl(link);
     enclosure.setMimeType(cleanMimeType(file.mimeType));
     enclosure.setLength(cleanLength(file.length));
     return enclosure;

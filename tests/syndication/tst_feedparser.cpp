@@ -159,6 +159,8 @@ private slots:
     void sharedLinksStayWithTheOldest();
     void itemsWithoutLinkKeepTheirs();
     void repeatedItemIsOneMessage();
+    void onlyFilesNameFiles_data();
+    void onlyFilesNameFiles();
     void tooMuchRdf();
     void hostileSizes_data();
     void hostileSizes();
@@ -298,6 +300,33 @@ void TestFeedParser::repeatedItemIsOneMessage()
     QCOMPARE(messagesOf(rss("<item><title>a</title></item><item><title>b</title></item>")).size(), 2);
 }
 
+void TestFeedParser::onlyFilesNameFiles_data()
+{
+    QTest::addColumn<QUrl>("feed");
+    QTest::addColumn<QStringList>("links");
+    const QString elsewhere("https://example.org/a.mp3");
+    QTest::newRow("file") << QUrl("file:///home/me/feed.xml") << QStringList{"file:///etc/motd", elsewhere};
+    QTest::newRow("web") << QUrl("https://example.org/feed.xml") << QStringList{elsewhere};
+}
+
+void TestFeedParser::onlyFilesNameFiles()
+{
+    QFETCH(QUrl, feed);
+    QFETCH(QStringList, links);
+    QString error;
+    const auto parsed = ParsedFeed::parse("<rss version='2.0'><channel><title>T</title><item><title>I</title>"
+                                          "<enclosure url='file:///etc/motd' length='1' type='text/plain'/>"
+                                          "<enclosure url='https://example.org/a.mp3' length='1' "
+                                          "type='audio/mpeg'/></item></channel></rss>",
+                                          feed, &error);
+    QVERIFY2(parsed, qPrintable(error));
+    QStringList found;
+    const QList<FeedEnclosure> enclosures = parsed->messages().value(0).enclosures();
+    for (const FeedEnclosure &enclosure : enclosures)
+        found.append(enclosure.remoteUrl());
+    QCOMPARE(found, links);
+}
+
 void TestFeedParser::tooMuchRdf()
 {
     QString error;
@@ -385,7 +414,7 @@ void TestFeedParser::orderOfMessages()
     QStringList titles;
     for (const FeedMessage &message : qAsConst(messages))
         titles.append(message.title());
-    QCOMPARE(titles, QStringList({"new", "a", "b", "old", "none", "none either"}));
+    QCOMPARE(titles, QStringList({"new", "b", "a", "old", "none either", "none"}));
 }
 
 QTEST_GUILESS_MAIN(TestFeedParser)

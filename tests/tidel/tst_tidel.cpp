@@ -46,6 +46,7 @@ private slots:
     void refreshSome();
     void refreshWithoutFile();
     void prunedMessagesStayAway();
+    void undatedMessages();
     void editedLinkIsRead();
     void nothingIsLeft();
     void sharedItem();
@@ -501,6 +502,36 @@ void TestTidel::prunedMessagesStayAway()
 
     VERIFY_RUN(run({"unsubscribe", "Feed"}), 0);
     QCOMPARE(run({"subscribe", "feed.xml"}).out, QString("Subscribed: Feed (4 messages)\n"));
+}
+
+// Feeds show the newest first, and there is nothing else to go by.
+void TestTidel::undatedMessages()
+{
+    const auto publish = [this](const QStringList &titles) {
+        QFile file(feedFile("feed.xml"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QString items;
+        for (const QString &title : titles)
+            items += QString("<item><title>%1</title><link>https://example.org/%1</link></item>").arg(title);
+        file.write(
+            QString("<rss version='2.0'><channel><title>Feed</title>%1</channel></rss>").arg(items).toUtf8());
+    };
+    const auto shown = [this] {
+        QStringList titles;
+        for (const QString &line : run({"messages", "Feed"}).lines())
+            titles.append(line.section("example.org/", 1));
+        return titles;
+    };
+    publish({"c", "b", "a"});
+    VERIFY_RUN(run({"subscribe", "feed.xml"}), 0);
+    QCOMPARE(shown(), QStringList({"c", "b", "a"}));
+    QCOMPARE(run({"prune", "--keep", "2"}).out, QString("Feed: deleted 1 message, 0 files\n"));
+    QCOMPARE(shown(), QStringList({"c", "b"}));
+
+    publish({"e", "d", "c", "b", "a"});
+    QCOMPARE(run({"refresh"}).out, QString("Feed: 2 new\n  (no date)  e\n  (no date)  d\n"));
+    VERIFY_RUN(run({"prune", "--keep", "3"}), 0);
+    QCOMPARE(shown(), QStringList({"e", "d", "c"}));
 }
 
 void TestTidel::editedLinkIsRead()

@@ -86,7 +86,12 @@ void RefreshReport::tell(const FeedChannel &channel, const QSet<QString> &before
 
 void RefreshReport::tellNews(const FeedChannel &channel, const QSet<QString> &before)
 {
-    const QStringList news = (messageUris(m_store, channel) - before).values();
+    QStringList news;
+    const QStringList uris = m_store.library().allMessageUrls(channel.uri());
+    for (const QString &uri : uris) {
+        if (!before.contains(uri))
+            news.append(uri);
+    }
     m_messages += news.size();
     if (news.isEmpty()) {
         m_output.line(channel.title() + QLatin1String(": nothing new"));
