@@ -21,3 +21,9 @@ function(tidel_library_defaults target)
         VISIBILITY_INLINES_HIDDEN ON)
     target_link_options(${target} PRIVATE -Wl,--no-undefined)
 endfunction()
+
+# What is installed finds its libraries from where it lies, below whatever prefix.
+function(tidel_installed_in target folder)
+    file(RELATIVE_PATH libraries /${folder} /${CMAKE_INSTALL_LIBDIR})
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
+endfunction()

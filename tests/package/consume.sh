@@ -38,3 +38,12 @@ pkgconfig)
     ;;
 esac
 XDG_DATA_HOME=$work/data LD_LIBRARY_PATH=$(dirname "$library") "$host"
+
+# The reader, where there is one, needs no help to find libraries and plug-in.
+if [ -x "$prefix/bin/tidel" ]; then
+    export XDG_DATA_HOME=$work/reader
+    [ "$("$prefix/bin/tidel" channels 2>&1)" = 'No channels yet; "tidel subscribe FILE|URL" adds one.' ]
+fi
+if [ -n "$(find "$prefix" -path '*/tidel/plugins/*.so')" ]; then
+    "$prefix/bin/tidel" subscribe "$(dirname "$0")/../data/feeds/town-news.xml"
+fi
