@@ -38,7 +38,9 @@ class Handler(http.server.BaseHTTPRequestHandler):
             pass
 
     def log_request(self, code="-", size="-"):
-        print(self.command, self.path, int(code), flush=True)
+        # At once: others write at the same time.
+        sys.stdout.write("%s %s %d\n" % (self.command, self.path, int(code)))
+        sys.stdout.flush()
 
     def log_message(self, *arguments):
         pass

@@ -139,7 +139,9 @@ void TestFeedDownloads::failures()
     QFETCH(int, error);
     QFETCH(QString, text);
     write("page.html", "<html><body/></html>");
-    downloader().setProperty("timeout", 500);
+    const int usualTimeout = downloader().property("timeout").toInt();
+    if (error == FeedDownloadTimedOut)
+        downloader().setProperty("timeout", 1000);
     downloader().setProperty("maximumFeedSize", 1024 * 1024);
     const Ending failed = subscribe(address.startsWith('/') ? m_server->url(address) : address);
     VERIFY_ENDING(failed, "downloadFeedsFailed");
@@ -149,6 +151,7 @@ void TestFeedDownloads::failures()
     QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 0);
 
     // The next one starts afresh.
+    downloader().setProperty("timeout", usualTimeout);
     const Ending next = subscribe(m_server->url("/feed/Next"));
     VERIFY_ENDING(next, "downloadFeedsFinished");
     QCOMPARE(next.text, QString());
@@ -195,14 +198,13 @@ void TestFeedDownloads::redirects()
     VERIFY_ENDING(subscribe(link), "downloadFeedsFinished");
     QCOMPARE(channelUri(link), channelUri());
     VERIFY_ENDING(refresh(), "downloadFeedsFinished");
-    const QStringList once{QString("GET /redirect/%1?/feed/There %1").arg(status), "GET /feed/There 200"};
-    // Qt 5 now and then asks twice for what it is redirected from.
+    // Qt 5 now and then asks again for what it is redirected from, even when all is over.
+    const QString first = QString("GET /redirect/%1?/feed/There %1").arg(status);
     QStringList requests = m_server->takeRequests();
-    for (int i = requests.size() - 1; i > 0; --i) {
-        if (requests.at(i) == requests.at(i - 1))
-            requests.removeAt(i);
-    }
-    QCOMPARE(requests, once + once);
+    QCOMPARE(requests.value(0), first);
+    QVERIFY(requests.count(first) >= 2);
+    requests.removeAll(first);
+    QCOMPARE(requests, QStringList({"GET /feed/There 200", "GET /feed/There 200"}));
 }
 
 void TestFeedDownloads::unsafeRedirects_data()
