@@ -3,6 +3,9 @@
 
 #include <feedtrackersparql.h>
 
+#include <QProcess>
+#include <QScopeGuard>
+#include <QSslConfiguration>
 #include <QtTest>
 
 class TestFeedDownloads : public PluginTest
@@ -31,6 +34,7 @@ private slots:
     void sizeLimit();
     void politeness();
     void selfSignedCertificate();
+    void secureStaysSecure();
     void subscribeTwice();
     void validators_data();
     void validators();
@@ -52,6 +56,9 @@ private slots:
     void busy();
     void deletedMidway();
     void many();
+
+private:
+    QString makeCertificate() const;
 };
 
 void TestFeedDownloads::settings()
@@ -267,32 +274,58 @@ void TestFeedDownloads::politeness()
     QVERIFY2(expected.match(titles.first()).hasMatch(), qPrintable(titles.first()));
 }
 
-void TestFeedDownloads::selfSignedCertificate()
+/// A file with a new key and its certificate for 127.0.0.1, signed by nobody else; empty when it cannot be
+/// made.
+QString TestFeedDownloads::makeCertificate() const
 {
     const QString key = m_folder->filePath("key.pem");
     const QString certificate = m_folder->filePath("certificate.pem");
-    QProcess openssl;
-    openssl.start("openssl",
-                  {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2", "-subj", "/CN=127.0.0.1",
-                   "-addext", "subjectAltName=IP:127.0.0.1", "-keyout", key, "-out", certificate});
-    QVERIFY(openssl.waitForFinished());
-    QCOMPARE(openssl.exitCode(), 0);
+    const int exitCode = QProcess::execute(
+        "openssl",
+        {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2", "-subj", "/CN=127.0.0.1", "-addext",
+         "subjectAltName=IP:127.0.0.1", "-keyout", key, "-out", certificate});
     QFile both(m_folder->filePath("both.pem"));
-    QVERIFY(both.open(QIODevice::WriteOnly));
+    if (exitCode != 0 || !both.open(QIODevice::WriteOnly))
+        return QString();
     for (const QString &name : {key, certificate}) {
         QFile part(name);
-        QVERIFY(part.open(QIODevice::ReadOnly));
+        if (!part.open(QIODevice::ReadOnly))
+            return QString();
         both.write(part.readAll());
     }
-    both.close();
+    return both.fileName();
+}
 
-    const FeedServer secure(m_folder->path(), both.fileName());
+void TestFeedDownloads::selfSignedCertificate()
+{
+    const FeedServer secure(m_folder->path(), makeCertificate());
     QVERIFY(secure.isRunning());
+    QVERIFY(secure.url("/").startsWith("https:"));
     const Ending failed = subscribe(secure.url("/feed/Secret"));
     VERIFY_ENDING(failed, "downloadFeedsFailed");
     QCOMPARE(failed.error, int(FeedDownloadConnectionFailed));
     QVERIFY2(failed.text.startsWith("the server is not to be trusted: "), qPrintable(failed.text));
     QCOMPARE(m_store->count("?c a mfo:FeedChannel"), 0);
+}
+
+void TestFeedDownloads::secureStaysSecure()
+{
+    const QString certificate = makeCertificate();
+    const FeedServer secure(m_folder->path(), certificate);
+    QVERIFY(secure.isRunning());
+    const QSslConfiguration before = QSslConfiguration::defaultConfiguration();
+    QSslConfiguration trusting = before;
+    QVERIFY(trusting.addCaCertificates(certificate));
+    QSslConfiguration::setDefaultConfiguration(trusting);
+    const auto restore = qScopeGuard([&] { QSslConfiguration::setDefaultConfiguration(before); });
+
+    VERIFY_ENDING(subscribe(secure.url("/redirect/301?/feed/Secret")), "downloadFeedsFinished");
+    m_server->forgetRequests();
+    const Ending failed = subscribe(secure.url("/redirect/302?" + m_server->url("/feed/Open")));
+    VERIFY_ENDING(failed, "downloadFeedsFailed");
+    QCOMPARE(failed.error, int(FeedDownloadUnsafeRedirect));
+    QCOMPARE(failed.text, QString("redirects to where it is not safe"));
+    QCOMPARE(m_server->takeRequests(), QStringList());
 }
 
 void TestFeedDownloads::subscribeTwice()
