@@ -9,6 +9,8 @@
 #include <QStandardPaths>
 #include <QUuid>
 
+#include <chrono>
+
 namespace {
 
 QString trackerDriver() { return QStringLiteral("QTRACKER_DIRECT"); }
@@ -19,6 +21,23 @@ QString storeFolder(const QSparqlConnectionOptions &options)
     return folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
             + QLatin1String("/tidel/store")
                             : QDir(folder).absolutePath();
+}
+
+/// A UUID of version 7, which begins with the time. What is made together stands together in the store's
+/// index of names, so that writing it touches few pages of a large one.
+QUuid timeOrderedUuid()
+{
+    using namespace std::chrono;
+    const auto now = duration_cast<nanoseconds>(system_clock::now().time_since_epoch());
+    const auto wholeMs = duration_cast<milliseconds>(now);
+    const quint64 ms = quint64(wholeMs.count());
+    const qint64 rest = (now - wholeMs).count() * 0x1000 / 1000000; // of a millisecond, in 12 bits
+
+    QUuid uuid = QUuid::createUuid();
+    uuid.data1 = uint(ms >> 16);
+    uuid.data2 = ushort(ms);
+    uuid.data3 = ushort(0x7000 | rest);
+    return uuid;
 }
 
 } // namespace
@@ -66,5 +85,5 @@ QSparqlResult *QSparqlConnection::exec(const QSparqlQuery &query)
 
 QUrl QSparqlConnection::createUrn() const
 {
-    return QUrl(QLatin1String("urn:uuid:") + QUuid::createUuid().toString(QUuid::WithoutBraces));
+    return QUrl(QLatin1String("urn:uuid:") + timeOrderedUuid().toString(QUuid::WithoutBraces));
 }

@@ -58,7 +58,7 @@ public:
      */
     QSparqlResult *exec(const QSparqlQuery &query);
 
-    /// A new URN, `urn:uuid:...`, that no other resource has.
+    /// A new URN, `urn:uuid:...`, that no other resource has; later ones sort after earlier ones.
     QUrl createUrn() const;
 
 private:

@@ -46,6 +46,7 @@ private Q_SLOTS:
     void resultOutlivesItsConnection();
     void belongsToItsParent();
     void createUrn();
+    void urnsSortByTheirTime();
 };
 
 namespace {
@@ -420,7 +421,8 @@ void TestConnection::belongsToItsParent()
 
 void TestConnection::createUrn()
 {
-    const QRegularExpression form(QStringLiteral("\\Aurn:uuid:[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\z"));
+    const QRegularExpression form(
+        QStringLiteral("\\Aurn:uuid:[0-9a-f]{8}-[0-9a-f]{4}-7[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}\\z"));
     const ScratchStore store;
     const auto other = store.connect();
     QSet<QString> seen;
@@ -434,6 +436,25 @@ void TestConnection::createUrn()
         }
     }
     QVERIFY(form.match(QSparqlConnection().createUrn().toString()).hasMatch());
+}
+
+void TestConnection::urnsSortByTheirTime()
+{
+    const QSparqlConnection connection;
+    const auto timeOf = [](const QUrl &urn) {
+        const QString digits = urn.toString().remove(QLatin1String("urn:uuid:")).remove(QLatin1Char('-'));
+        return digits.left(12).toLongLong(nullptr, 16);
+    };
+    QString last;
+    for (int i = 0; i < 20; ++i) {
+        const qint64 before = QDateTime::currentMSecsSinceEpoch();
+        const QUrl urn = connection.createUrn();
+        QVERIFY(timeOf(urn) >= before);
+        QVERIFY(timeOf(urn) <= QDateTime::currentMSecsSinceEpoch());
+        QVERIFY(urn.toString() > last);
+        last = urn.toString();
+        QTest::qSleep(1);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestConnection)
