@@ -2,8 +2,8 @@
 #include "droppedlinks.h"
 
 #include "feedstore.h"
+#include "sparqltext.h"
 
-#include <QSparqlBinding>
 #include <QSparqlQuery>
 #include <QSparqlResultRow>
 #include <QUrl>
@@ -18,9 +18,8 @@ QSparqlQuery update(const char *keyword, QSparqlQuery::StatementType type, const
 {
     QStringList literals;
     for (const QString &link : links)
-        literals.append(QSparqlBinding(QStringLiteral("link"), link).toString());
-    const QString channel = QSparqlBinding(QStringLiteral("channel"), QUrl(channelUri)).toString();
-    return QSparqlQuery(QLatin1String(keyword) + QLatin1String(" { ") + channel
+        literals.append(literal(link));
+    return QSparqlQuery(QLatin1String(keyword) + QLatin1String(" { ") + iri(channelUri)
                             + QLatin1String(" tidel:droppedLink ") + literals.join(QLatin1String(", "))
                             + QLatin1String(" }"),
                         type);

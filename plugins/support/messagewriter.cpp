@@ -2,11 +2,13 @@
 #include "messagewriter.h"
 
 #include "links.h"
+#include "sparqltext.h"
+#include "storedlinks.h"
 
-#include <QSet>
 #include <QSparqlConnection>
 #include <QSparqlQuery>
 #include <QSparqlResult>
+#include <QUrl>
 
 #include <feedtrackersparql.h>
 
@@ -18,46 +20,46 @@ namespace Tidel {
 
 namespace {
 
-// What a question about many links costs grows faster than their number.
+// An update of more is no quicker, and the fewer there are, the fewer are held up by one that the store
+// refuses.
 constexpr int groupSize = 100;
 
-std::unique_ptr<QSparqlResult> execute(QSparqlConnection &connection, const QString &text,
-                                       QSparqlQuery::StatementType type)
+bool isStorable(const FeedEnclosure &enclosure)
 {
-    std::unique_ptr<QSparqlResult> result(connection.exec(QSparqlQuery(text, type)));
-    if (result)
-        result->waitForFinished();
-    return result && !result->hasError() ? std::move(result) : nullptr;
+    return isEncodedLink(enclosure.remoteUrl())
+        && (enclosure.localUrl().isEmpty() || isEncodedLink(enclosure.localUrl()));
 }
 
-QString iri(const QString &link) { return QLatin1Char('<') + link + QLatin1Char('>'); }
-
-/// Those of \a links that \a pattern finds as its ?l; none when the store does not tell.
-std::optional<QSet<QString>> stored(QSparqlConnection &connection, const QSet<QString> &links,
-                                    QLatin1String pattern)
-{
-    QString question = QStringLiteral("SELECT ?l WHERE { VALUES ?l { ");
-    for (const QString &link : links)
-        question += iri(link);
-    question += QLatin1String(" } ") + pattern + QLatin1String(" }");
-    const auto result = execute(connection, question, QSparqlQuery::SelectStatement);
-    if (!result)
-        return std::nullopt;
-    QSet<QString> found;
-    while (result->next())
-        found.insert(result->value(0).toString());
-    return found;
-}
-
-bool hasEncodedLinks(const FeedMessage &message)
+bool isStorable(const FeedMessage &message)
 {
     const QList<FeedEnclosure> enclosures = message.enclosures();
     return isEncodedLink(message.link())
         && std::all_of(enclosures.cbegin(), enclosures.cend(),
-                       [](const FeedEnclosure &enclosure) { return isEncodedLink(enclosure.remoteUrl()); });
+                       [](const FeedEnclosure &enclosure) { return isStorable(enclosure); });
 }
 
-/// The enclosures of new messages, stored once each and then given to their messages.
+/// Inserts \a enclosure as a part of nothing.
+QString insertion(const FeedEnclosure &enclosure, const QUrl &urn)
+{
+    QSparqlQuery insert(
+        QStringLiteral("INSERT { ?:enclosure a mfo:Enclosure ; mfo:remoteLink ?:remoteUrl ; "
+                       "mfo:localLink ?:localUrl ; mfo:optional ?:isOptional ; nie:contentSize ?:length ; "
+                       "nie:mimeType ?:mimeType ; nie:identifier ?:groupId ; mfo:groupDefault ?:isDefault ; "
+                       "mfo:image ?:typeIcon } "),
+        QSparqlQuery::InsertStatement);
+    insert.bindValue(QStringLiteral("enclosure"), urn);
+    insert.bindValue(QStringLiteral("remoteUrl"), QUrl(enclosure.remoteUrl()));
+    insert.bindValue(QStringLiteral("localUrl"), QUrl(enclosure.localUrl()));
+    insert.bindValue(QStringLiteral("isOptional"), enclosure.type() != FeedEnclosure::Essential);
+    insert.bindValue(QStringLiteral("length"), enclosure.length());
+    insert.bindValue(QStringLiteral("mimeType"), enclosure.mimeType());
+    insert.bindValue(QStringLiteral("groupId"), enclosure.groupId());
+    insert.bindValue(QStringLiteral("isDefault"), enclosure.isDefault());
+    insert.bindValue(QStringLiteral("typeIcon"), enclosure.typeIcon());
+    return insert.preparedQueryText();
+}
+
+/// The enclosures of new messages, each stored once and then given to its messages.
 class EnclosureGroup
 {
 public:
@@ -72,22 +74,21 @@ public:
         }
     }
 
-    /// Stores the enclosures, for now as parts of nothing. True when all of them are stored.
-    bool store(QSparqlConnection &connection) const
-    {
-        return m_enclosures.isEmpty()
-            || (FeedTrackerSparql::instance()->addEnclosures(m_enclosures, QString())
-                && stored(connection, m_links, QLatin1String("?e a mfo:Enclosure ; mfo:remoteLink ?l"))
-                    == m_links);
-    }
-
-    /// Makes them parts of their messages.
-    QString handOver() const
+    /// What follows the insertion of the messages; nothing when the store does not tell what it has.
+    std::optional<QString> update(QSparqlConnection &connection) const
     {
         if (m_enclosures.isEmpty())
             return QString();
-        return QLatin1String("DELETE { ?e nie:isLogicalPartOf <> } INSERT { ?e nie:isLogicalPartOf ?m } "
-                             "WHERE { VALUES (?r ?l) { ")
+        const auto known =
+            storedLinks(connection, m_links, QStringLiteral("?e a mfo:Enclosure ; mfo:remoteLink ?l"));
+        if (!known)
+            return std::nullopt;
+        QString update;
+        for (const FeedEnclosure &enclosure : m_enclosures) {
+            if (!known->contains(enclosure.remoteUrl()))
+                update += insertion(enclosure, connection.createUrn());
+        }
+        return update + QLatin1String("INSERT { ?e nie:isLogicalPartOf ?m } WHERE { VALUES (?r ?l) { ")
             + m_owners
             + QLatin1String(" } ?e a mfo:Enclosure ; mfo:remoteLink ?r . "
                             "?m a mfo:FeedMessage ; nie:links ?l }");
@@ -119,14 +120,14 @@ bool MessageWriter::writeGroup(const QList<FeedMessage> &messages, const QString
         if (isEncodedLink(message.link()))
             links.insert(message.link());
     }
-    auto known = stored(m_connection, links, QLatin1String("?m a mfo:FeedMessage ; nie:links ?l"));
+    auto known = storedLinks(m_connection, links, QStringLiteral("?m a mfo:FeedMessage ; nie:links ?l"));
     if (!known || channelUri.isEmpty())
         return library.addMessages(messages, channelUri);
 
     QList<FeedMessage> fresh;
     QList<FeedMessage> others;
     for (const FeedMessage &message : messages) {
-        const bool isFresh = hasEncodedLinks(message) && !known->contains(message.link());
+        const bool isFresh = isStorable(message) && !known->contains(message.link());
         known->insert(message.link());
         (isFresh ? fresh : others).append(message);
     }
@@ -144,9 +145,14 @@ bool MessageWriter::insert(const QList<FeedMessage> &messages, const QString &ch
         message.setEnclosures({});
         update += FeedTrackerSparql::instance()->addMessageQuery(message, channelUri);
     }
-    // Before the messages: one that is stored is never looked at again for what it lacks.
-    return enclosures.store(m_connection)
-        && execute(m_connection, update + enclosures.handOver(), QSparqlQuery::InsertStatement);
+    const std::optional<QString> rest = enclosures.update(m_connection);
+    if (!rest)
+        return false;
+    const std::unique_ptr<QSparqlResult> result(
+        m_connection.exec(QSparqlQuery(update + *rest, QSparqlQuery::InsertStatement)));
+    if (result)
+        result->waitForFinished();
+    return result && !result->hasError();
 }
 
 } // namespace Tidel

@@ -12,8 +12,8 @@ class QSparqlConnection;
 namespace Tidel {
 
 /**
- * Stores a feed's messages as FeedTrackerSparql::addMessages() does, but with one question and one update for
- * dozens of messages, and one update more for all of their enclosures.
+ * Stores a feed's messages as FeedTrackerSparql::addMessages() does, but with one update for dozens of them
+ * and their enclosures, one question for the messages and one for the enclosures.
  *
  * - A message is stored together with its enclosures or not at all. A reader that takes what is stored for
  *   done can write what failed again, and misses nothing.

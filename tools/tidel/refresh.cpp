@@ -9,11 +9,10 @@
 #include "phrases.h"
 #include "plugincall.h"
 #include "pluginfinder.h"
+#include "sparqltext.h"
 
-#include <QSparqlBinding>
 #include <QSparqlQuery>
 #include <QSparqlResultRow>
-#include <QUrl>
 
 #include <feedplugininterface.h>
 #include <feedtrackersparql.h>
@@ -34,12 +33,9 @@ QSet<QString> messageUris(const FeedStore &store, const FeedChannel &channel)
 /// The messages \a uris with what is shown of them: title and date.
 QList<FeedMessage> headlines(const FeedStore &store, const QStringList &uris)
 {
-    QString values;
-    for (const QString &uri : uris)
-        values += QSparqlBinding(QStringLiteral("uri"), QUrl(uri)).toString() + QLatin1Char(' ');
     const QList<QSparqlResultRow> rows = store.rows(
-        QSparqlQuery(QStringLiteral("SELECT ?title ?date WHERE { VALUES ?m { ") + values
-                     + QStringLiteral("} ?m nie:title ?title OPTIONAL { ?m nie:contentCreated ?date } }")));
+        QSparqlQuery(QStringLiteral("SELECT ?title ?date WHERE { ") + valuesOf("m", uris)
+                     + QStringLiteral("?m nie:title ?title OPTIONAL { ?m nie:contentCreated ?date } }")));
     QList<FeedMessage> messages;
     for (const QSparqlResultRow &row : rows) {
         FeedMessage message;

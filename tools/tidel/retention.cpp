@@ -3,11 +3,12 @@
 
 #include "droppedlinks.h"
 #include "feedstore.h"
+#include "sparqltext.h"
 
 #include <QHash>
-#include <QSparqlBinding>
 #include <QSparqlQuery>
 #include <QSparqlResultRow>
+#include <QUrl>
 
 #include <feedtrackersparql.h>
 
@@ -15,34 +16,24 @@ namespace Tidel {
 
 namespace {
 
-QString iri(const QUrl &uri) { return QSparqlBinding(QStringLiteral("uri"), uri).toString(); }
-
-QString iris(const QList<QUrl> &uris)
-{
-    QString text;
-    for (const QUrl &uri : uris)
-        text += iri(uri) + QLatin1Char(' ');
-    return text;
-}
-
 /// Deletes that each of \a messages has the value \a value of \a property.
-bool deleteStatements(FeedStore &store, const QList<QUrl> &messages, const char *property,
+bool deleteStatements(FeedStore &store, const QStringList &messages, const char *property,
                       const QString &value)
 {
     if (messages.isEmpty())
         return true;
     QString update = QStringLiteral("DELETE DATA { ");
-    for (const QUrl &message : messages)
+    for (const QString &message : messages)
         update += QStringLiteral("%1 %2 %3 . ").arg(iri(message), QLatin1String(property), value);
     return store.run(QSparqlQuery(update + QLatin1Char('}'), QSparqlQuery::DeleteStatement));
 }
 
 /// Deletes messages that no other channel holds. The library asks the whole store for the enclosures of each,
 /// which those that have none are spared.
-bool deleteMessages(FeedStore &store, const QList<QUrl> &withEnclosures, const QList<QUrl> &others)
+bool deleteMessages(FeedStore &store, const QStringList &withEnclosures, const QStringList &others)
 {
     if (!withEnclosures.isEmpty())
-        store.library().deleteMessages(withEnclosures);
+        store.library().deleteMessages(QUrl::fromStringList(withEnclosures));
     return deleteStatements(store, others, "a", QStringLiteral("rdfs:Resource"));
 }
 
@@ -60,9 +51,9 @@ bool hasDroppableMessages(const FeedStore &store, const QString &channelUri)
 QList<DroppableMessage> droppableMessages(const FeedStore &store, const QString &channelUri,
                                           const QStringList &uris)
 {
-    QSparqlQuery query(QStringLiteral("SELECT ?m ?link ?title ?date ?other ?enclosure WHERE { VALUES ?m { ")
-                       + iris(QUrl::fromStringList(uris))
-                       + QStringLiteral("} ?m a mfo:FeedMessage . OPTIONAL { ?m nie:links ?link } "
+    QSparqlQuery query(QStringLiteral("SELECT ?m ?link ?title ?date ?other ?enclosure WHERE { ")
+                       + valuesOf("m", uris)
+                       + QStringLiteral("?m a mfo:FeedMessage . OPTIONAL { ?m nie:links ?link } "
                                         "OPTIONAL { ?m nie:title ?title } "
                                         "OPTIONAL { ?m nie:contentCreated ?date } "
                                         "OPTIONAL { ?m nie:isLogicalPartOf ?other . ?other a mfo:FeedChannel "
@@ -73,7 +64,7 @@ QList<DroppableMessage> droppableMessages(const FeedStore &store, const QString 
     const QList<QSparqlResultRow> rows = store.rows(query);
     for (const QSparqlResultRow &row : rows) {
         DroppableMessage &message = found[row.value(0).toString()];
-        message.uri = QUrl(row.value(0).toString());
+        message.uri = row.value(0).toString();
         message.link = row.value(1).toString();
         message.title = row.value(2).toString();
         message.date = row.value(3).toDateTime();
@@ -90,9 +81,8 @@ QList<DroppableMessage> droppableMessages(const FeedStore &store, const QString 
 
 int messagesOf(const FeedStore &store, const QString &channelUri, const QStringList &uris)
 {
-    QSparqlQuery query(QStringLiteral("SELECT (COUNT(DISTINCT ?m) AS ?n) WHERE { VALUES ?m { ")
-                       + iris(QUrl::fromStringList(uris))
-                       + QStringLiteral("} ?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel }"));
+    QSparqlQuery query(QStringLiteral("SELECT (COUNT(DISTINCT ?m) AS ?n) WHERE { ") + valuesOf("m", uris)
+                       + QStringLiteral("?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel }"));
     query.bindValue(QStringLiteral("channel"), QUrl(channelUri));
     const QList<QSparqlResultRow> rows = store.rows(query);
     return rows.isEmpty() ? int(uris.size()) : rows.first().value(0).toInt();
@@ -102,16 +92,16 @@ int messagesOf(const FeedStore &store, const QString &channelUri, const QStringL
 bool dropMessages(FeedStore &store, const QString &channelUri, const QList<DroppableMessage> &messages)
 {
     QStringList links;
-    QList<QUrl> shared;
-    QList<QUrl> withEnclosures;
-    QList<QUrl> others;
+    QStringList shared;
+    QStringList withEnclosures;
+    QStringList others;
     for (const DroppableMessage &message : messages) {
         if (!message.link.isEmpty())
             links.append(message.link);
         (message.isShared ? shared : message.hasEnclosures ? withEnclosures : others).append(message.uri);
     }
     return rememberDropped(store, channelUri, links)
-        && deleteStatements(store, shared, "nie:isLogicalPartOf", iri(QUrl(channelUri)))
+        && deleteStatements(store, shared, "nie:isLogicalPartOf", iri(channelUri))
         && deleteMessages(store, withEnclosures, others);
 }
 

@@ -5,7 +5,6 @@
 #include <QDateTime>
 #include <QList>
 #include <QStringList>
-#include <QUrl>
 
 namespace Tidel {
 
@@ -14,7 +13,7 @@ class FeedStore;
 /// A message that a channel may drop.
 struct DroppableMessage
 {
-    QUrl uri;
+    QString uri;
     QString link;
     QString title;
     QDateTime date;
