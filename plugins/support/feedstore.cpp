@@ -3,6 +3,7 @@
 
 #include "links.h"
 #include "messagewriter.h"
+#include "storedlinks.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -47,8 +48,9 @@ QList<FeedChannel> FeedStore::channels() const
         channels.append(channel);
     }
     // The library lists nothing, too, where the store fails.
-    if (channels.isEmpty() && !channelLinks().isEmpty() && m_failure.isEmpty())
-        m_failure = QStringLiteral("it does not list its channels");
+    if (channels.isEmpty()
+        && !rows(QSparqlQuery(QStringLiteral("SELECT ?c WHERE { ?c a mfo:FeedChannel } LIMIT 1"))).isEmpty())
+        noteFailure(QStringLiteral("it does not list its channels"));
     std::sort(channels.begin(), channels.end(), [](const FeedChannel &a, const FeedChannel &b) {
         const int order = QString::compare(a.title(), b.title(), Qt::CaseInsensitive);
         return order != 0 ? order < 0 : a.link() < b.link();
@@ -63,14 +65,13 @@ bool FeedStore::hasChannel(const QUrl &address) const
     return !rows(query).isEmpty();
 }
 
-QSet<QString> FeedStore::channelLinks() const
+QSet<QString> FeedStore::channelLinks(const QSet<QString> &links) const
 {
-    QSet<QString> links;
-    const QList<QSparqlResultRow> found =
-        rows(QSparqlQuery(QStringLiteral("SELECT ?l WHERE { ?c a mfo:FeedChannel ; nie:links ?l }")));
-    for (const QSparqlResultRow &row : found)
-        links.insert(row.value(0).toString());
-    return links;
+    const auto found =
+        storedLinks(*m_connection, links, QStringLiteral("?c a mfo:FeedChannel ; nie:links ?l"));
+    if (!found)
+        noteFailure(QStringLiteral("it does not tell the links of its channels"));
+    return found.value_or(QSet<QString>());
 }
 
 QHash<QString, int> FeedStore::messageCounts() const
@@ -127,9 +128,14 @@ std::unique_ptr<QSparqlResult> FeedStore::finished(const QSparqlQuery &query) co
         result->waitForFinished();
     if (result && !result->hasError())
         return result;
-    if (m_failure.isEmpty())
-        m_failure = result ? result->lastError().message() : QStringLiteral("it does not answer");
+    noteFailure(result ? result->lastError().message() : QStringLiteral("it does not answer"));
     return nullptr;
+}
+
+void FeedStore::noteFailure(const QString &text) const
+{
+    if (m_failure.isEmpty())
+        m_failure = text;
 }
 
 } // namespace Tidel

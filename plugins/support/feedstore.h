@@ -36,8 +36,8 @@ public:
     QList<FeedChannel> channels() const;
     /// Whether there is a channel with the link \a address.
     bool hasChannel(const QUrl &address) const;
-    /// The links of all channels.
-    QSet<QString> channelLinks() const;
+    /// Those of \a links that are links of channels.
+    QSet<QString> channelLinks(const QSet<QString> &links) const;
     /// How many messages the channels have, by their URIs; none for a channel without.
     QHash<QString, int> messageCounts() const;
     /// The URI of the message that \a name, a link or a URI, stands for; empty when there is none.
@@ -63,6 +63,7 @@ private:
     explicit FeedStore(std::unique_ptr<QSparqlConnection> connection);
 
     std::unique_ptr<QSparqlResult> finished(const QSparqlQuery &query) const;
+    void noteFailure(const QString &text) const;
 
     std::unique_ptr<QSparqlConnection> m_connection;
     mutable QString m_failure;

@@ -137,7 +137,7 @@ Outcome FeedDownload::addChannel(const ParsedFeed &feed, const Validators &valid
     if (!icon.remoteUrl().isEmpty())
         store().library().addEnclosures({icon}, m_channelUri);
     const bool isComplete =
-        store().addMessages(oldestFirst(feed.messages(store().channelLinks())), m_channelUri)
+        store().addMessages(oldestFirst(feed.messages(reservedLinks(feed, {}))), m_channelUri)
         && noteReading(store(), m_channelUri, validators);
     return isComplete ? Outcome()
                       : Outcome{FeedDownloadStoreFailed,
@@ -150,16 +150,28 @@ Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &vali
     // It may have been deleted while its feed was on the way.
     if (!feedNotes(store(), m_channelUri))
         return {FeedDownloadNotFound, QStringLiteral("the channel has been deleted meanwhile")};
-    const QSet<QString> reserved = store().channelLinks();
     const QSet<QString> dropped = droppedLinks(store(), m_channelUri);
-    const QSet<QString> stored = setOf(store().library().messageLinksOfChannel(m_channelUri));
-    if (!store().addMessages(oldestFirst(feed.messages(reserved, stored + dropped)), m_channelUri)
+    const QSet<QString> known = dropped + setOf(store().library().messageLinksOfChannel(m_channelUri));
+    const QSet<QString> reserved = reservedLinks(feed, known);
+    if (!store().addMessages(oldestFirst(feed.messages(reserved, known)), m_channelUri)
         || !noteReading(store(), m_channelUri, validators))
         return {FeedDownloadStoreFailed,
                 QStringLiteral("the store did not take the new messages; refresh again to try again")};
     if (!dropped.isEmpty())
         forgetDropped(store(), m_channelUri, (dropped - feed.links(reserved)).values());
     return {};
+}
+
+/// Links of channels, which no new message of \a feed may have.
+QSet<QString> FeedDownload::reservedLinks(const ParsedFeed &feed, const QSet<QString> &known) const
+{
+    QSet<QString> reserved;
+    QSet<QString> found;
+    do {
+        found = store().channelLinks(feed.links(reserved) - known);
+        reserved += found;
+    } while (!found.isEmpty());
+    return reserved;
 }
 
 } // namespace Tidel

@@ -34,6 +34,7 @@ private:
     Outcome read(const QByteArray &document, const QUrl &source, const Validators &validators);
     Outcome addChannel(const ParsedFeed &feed, const Validators &validators);
     Outcome addMessages(const ParsedFeed &feed, const Validators &validators);
+    QSet<QString> reservedLinks(const ParsedFeed &feed, const QSet<QString> &known) const;
 
     const bool m_isSubscription;
     QString m_channelUri;

@@ -40,6 +40,8 @@ private slots:
     void validators();
     void validatorsOfLargeSize();
     void newMessages();
+    void linksOfChannels();
+    void linkThatBecomesAChannels();
     void titleAndImageStay();
     void unchangedFile();
     void newFileIsReadAgain();
@@ -419,6 +421,51 @@ void TestFeedDownloads::newMessages()
     QCOMPARE(messageLinks(), QStringList({"https://example.org/1", "https://example.org/2"}));
     // Each is one message of both channels.
     QCOMPARE(m_store->count("?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c"), 4);
+}
+
+// A message of that link would be taken for the channel.
+void TestFeedDownloads::linksOfChannels()
+{
+    const QString other = m_server->url("/feed/Other");
+    VERIFY_ENDING(subscribe(other), "downloadFeedsFinished");
+    const QByteArray item =
+        "<item><guid isPermaLink='false'>1</guid><link>" + other.toUtf8() + "</link></item>";
+    write("about.xml", feed(item));
+    const QString link = m_server->url("/files/about.xml");
+    VERIFY_ENDING(subscribe(link), "downloadFeedsFinished");
+    const auto linksOf = [this](const QString &channel) {
+        return m_store->texts("SELECT ?l { ?m a mfo:FeedMessage ; nie:links ?l ; nie:isLogicalPartOf <"
+                              + channel + "> }");
+    };
+    const QStringList first = linksOf(channelUri(link));
+    QCOMPARE(first.size(), 1);
+    QVERIFY2(first.first().startsWith(other + "#tidel-"), qPrintable(first.first()));
+
+    // The name that it would get next is a channel's too.
+    m_store->update("DELETE { ?m a rdfs:Resource } WHERE { ?m nie:links <" + first.first() + "> }");
+    m_store->update("INSERT { <urn:odd> a mfo:FeedChannel ; nie:links <" + first.first() + "> }");
+    write("about.xml", feed(item + "<item><link>https://example.org/</link></item>"));
+    VERIFY_ENDING(refresh({channelUri(link)}), "downloadFeedsFinished");
+    const QStringList second = linksOf(channelUri(link));
+    QCOMPARE(second.filter(other + "#tidel-").size(), 1);
+    QVERIFY(!second.contains(first.first()));
+    QCOMPARE(m_store->count("?c a mfo:FeedChannel"), 3);
+}
+
+// What is stored stays known by its link, whoever else uses it later.
+void TestFeedDownloads::linkThatBecomesAChannels()
+{
+    const QString other = m_server->url("/feed/Other");
+    const QByteArray item = "<item><link>" + other.toUtf8() + "</link></item>";
+    write("about.xml", feed(item));
+    const QString link = m_server->url("/files/about.xml");
+    VERIFY_ENDING(subscribe(link), "downloadFeedsFinished");
+    VERIFY_ENDING(subscribe(other), "downloadFeedsFinished");
+    const QStringList before = messageLinks();
+    write("about.xml", feed(item + "<!-- touched -->"));
+    VERIFY_ENDING(refresh({channelUri(link)}), "downloadFeedsFinished");
+    QCOMPARE(messageLinks(), before);
+    QCOMPARE(m_store->count("?c a mfo:FeedChannel"), 2);
 }
 
 void TestFeedDownloads::titleAndImageStay()
