@@ -109,13 +109,20 @@ void FeedStore::collectGarbage() const
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-QList<QSparqlResultRow> FeedStore::rows(const QSparqlQuery &query) const
+std::optional<QList<QSparqlResultRow>> FeedStore::answer(const QSparqlQuery &query) const
 {
-    QList<QSparqlResultRow> rows;
     const auto result = finished(query);
-    while (result && result->next())
+    if (!result)
+        return std::nullopt;
+    QList<QSparqlResultRow> rows;
+    while (result->next())
         rows.append(result->current());
     return rows;
+}
+
+QList<QSparqlResultRow> FeedStore::rows(const QSparqlQuery &query) const
+{
+    return answer(query).value_or(QList<QSparqlResultRow>());
 }
 
 bool FeedStore::run(const QSparqlQuery &update) { return finished(update) != nullptr; }

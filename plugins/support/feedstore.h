@@ -11,6 +11,7 @@
 #include <feedmessage.h>
 
 #include <memory>
+#include <optional>
 
 QT_FORWARD_DECLARE_CLASS(QUrl)
 class FeedTrackerSparql;
@@ -45,7 +46,9 @@ public:
 
     /// \name Statements of our own
     /// @{
-    /// The rows of a query; none when the store fails.
+    /// The rows of a query; nothing when the store fails.
+    std::optional<QList<QSparqlResultRow>> answer(const QSparqlQuery &query) const;
+    /// The same, with no rows when the store fails.
     QList<QSparqlResultRow> rows(const QSparqlQuery &query) const;
     /// Whether the store took the update.
     bool run(const QSparqlQuery &update);

@@ -11,7 +11,8 @@ class QSparqlConnection;
 
 namespace Tidel {
 
-/// Those of \a links, which are encoded, that \a pattern finds as its ?l; nothing when the store does not tell.
+/// Those of \a links, which are encoded, that \a pattern finds as its ?l; nothing when the store does not
+/// tell.
 std::optional<QSet<QString>> storedLinks(QSparqlConnection &connection, const QSet<QString> &links,
                                          const QString &pattern);
 

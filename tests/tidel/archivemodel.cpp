@@ -55,21 +55,26 @@ void ArchiveModel::prune(const QString &channel, const QSet<QString> &messages)
         if (m_messages[title].channels.isEmpty())
             own.insert(title);
     }
-    removeWithEnclosures(own);
+    removeWithEnclosures(own, SparedImages);
 }
 
 void ArchiveModel::unsubscribe(const QString &channel)
 {
     m_dropped.remove(channel);
+    QSet<QString> own;
+    for (auto at = m_messages.begin(); at != m_messages.end(); ++at) {
+        if (at->channels.remove(channel) && at->channels.isEmpty())
+            own.insert(at.key());
+    }
+    removeWithEnclosures(own, SparedImages);
     // What is a channel's image goes with it, whoever else has it.
     const QSet<QString> images = keysOf(
         m_enclosures, [&](const Enclosure &enclosure) { return enclosure.channels.contains(channel); });
     for (const QString &image : images)
         m_enclosures.remove(image);
-    for (Message &message : m_messages)
-        message.channels.remove(channel);
+    // The library deletes what belongs to no channel at all as well, and does not look for images.
     removeWithEnclosures(
-        keysOf(m_messages, [](const Message &message) { return message.channels.isEmpty(); }));
+        keysOf(m_messages, [](const Message &message) { return message.channels.isEmpty(); }), LostImages);
 }
 
 void ArchiveModel::clean()
@@ -143,14 +148,15 @@ void ArchiveModel::remove(const QSet<QString> &messages)
     }
 }
 
-/// Deletes messages, and the enclosures that no other message has.
-void ArchiveModel::removeWithEnclosures(const QSet<QString> &messages)
+/// Deletes messages, and the enclosures that nothing else has, or no other message where \a images are lost.
+void ArchiveModel::removeWithEnclosures(const QSet<QString> &messages, Images images)
 {
     const QSet<QString> theirs = keysOf(
         m_enclosures, [&](const Enclosure &enclosure) { return enclosure.messages.intersects(messages); });
     remove(messages);
     for (const QString &enclosure : theirs) {
-        if (m_enclosures[enclosure].messages.isEmpty())
+        const Enclosure &left = m_enclosures[enclosure];
+        if (left.messages.isEmpty() && (left.channels.isEmpty() || images == LostImages))
             m_enclosures.remove(enclosure);
     }
 }

@@ -58,8 +58,11 @@ private:
         int goneOwners = 0; ///< deleted ones that it still names
     };
 
+    /// Whether enclosures that are images of channels go with their messages.
+    enum Images { SparedImages, LostImages };
+
     void remove(const QSet<QString> &messages);
-    void removeWithEnclosures(const QSet<QString> &messages);
+    void removeWithEnclosures(const QSet<QString> &messages, Images images);
 
     QMap<QString, QSet<QString>> m_dropped; // what each channel has dropped and its feed may still show
     QMap<QString, Message> m_messages;

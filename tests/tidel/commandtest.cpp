@@ -89,6 +89,17 @@ void CommandTestCase::setLocalUrl(const QString &enclosure, const QString &local
     store().update(QString("INSERT { ?e mfo:localLink <%1> } WHERE { %2 }").arg(localUrl, node));
 }
 
+QStringList CommandTestCase::costlyQuestions()
+{
+    QStringList costly;
+    const QStringList statements = StatementGate::statements();
+    for (const QString &statement : statements) {
+        if (statement.startsWith("SELECT") && statement.count("nie:isLogicalPartOf") > 1)
+            costly.append(statement);
+    }
+    return costly;
+}
+
 void CommandTestCase::failEverywhere(Command command, const QStringList &names, const Options &options,
                                      const std::function<void()> &fill, const std::function<void()> &check,
                                      const std::function<bool(const QString &)> &isSilent)

@@ -53,6 +53,10 @@ protected:
     void setLocalUrl(const QString &enclosure, const QString &localUrl) const;
     QString home() const { return m_home->path(); }
 
+    /// The questions since StatementGate::reset() that name nie:isLogicalPartOf twice: Tracker then reads all
+    /// that the store has of it.
+    static QStringList costlyQuestions();
+
     /**
      * Has each statement of \a command fail in a store of its own, which \a fill fills, once refused and once
      * not answered: the command has to tell, unless \a isSilent allows for it, and \a check is called.

@@ -54,9 +54,11 @@ private Q_SLOTS:
     void sharedByAllChannels();
     void enclosuresGoWithTheirMessages();
     void sharedEnclosureStays();
+    void imageOfAChannelStays();
     void droppedLinksAreRemembered();
     void manyMessages();
     void downloadedFiles();
+    void readsNothingOfOthers();
     void failures();
     void failuresOfDryRun();
     void oneChannelFailsTheNextDoesNot();
@@ -267,6 +269,17 @@ void TestPrune::sharedEnclosureStays()
     QCOMPARE(store().count("?e a mfo:Enclosure"), 0);
 }
 
+void TestPrune::imageOfAChannelStays()
+{
+    const QString radio = addChannel("Radio");
+    addChannel("News", {message("a", day(1), {"a.png", "b.png"})});
+    FeedEnclosure image;
+    image.setRemoteUrl(linkOf("a.png"));
+    QVERIFY(tracker()->addEnclosures({image}, radio));
+    QVERIFY(pruned({"News"}, 0).isFine);
+    QCOMPARE(store().texts("SELECT ?l { ?e a mfo:Enclosure ; mfo:remoteLink ?l }"), links({"a.png"}));
+}
+
 void TestPrune::droppedLinksAreRemembered()
 {
     const QString uri =
@@ -307,6 +320,16 @@ void TestPrune::downloadedFiles()
     QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList({"a.ogg", "b.ogg"}));
     QCOMPARE(pruned({"News"}, 1).out, QString("News: deleted 1 message, 1 file\n"));
     QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList("b.ogg"));
+}
+
+void TestPrune::readsNothingOfOthers()
+{
+    addChannel("Radio", {message("shared", day(1))});
+    addChannel("News", {message("a", day(1), {"a.ogg"}), message("b", day(2)), message("shared", day(1))});
+    StatementGate::reset();
+    QVERIFY(dryRun({"News"}, 0).isFine);
+    QVERIFY(pruned({"News"}, 0).isFine);
+    QCOMPARE(costlyQuestions(), QStringList());
 }
 
 void TestPrune::failures()

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void downloadedFiles();
     void unknownChannel();
     void ambiguousTitle();
+    void readsNothingOfOthers();
     void failures();
 
 private:
@@ -145,6 +146,15 @@ void TestUnsubscribe::ambiguousTitle()
     QCOMPARE(tracker()->allChannelUrls(), QStringList(news));
 }
 
+void TestUnsubscribe::readsNothingOfOthers()
+{
+    addChannel("Radio", {message("shared", day(1))});
+    addChannel("News", {message("a", day(1), {"a.ogg"}), message("b", day(2)), message("shared", day(1))});
+    StatementGate::reset();
+    QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
+    QCOMPARE(costlyQuestions(), QStringList());
+}
+
 void TestUnsubscribe::failures()
 {
     QString radio;
@@ -163,8 +173,12 @@ void TestUnsubscribe::failures()
         QCOMPARE(store().count("?e a mfo:Enclosure"), 0);
         QCOMPARE(tracker()->allChannelUrls(), QStringList(radio));
     };
-    // Whether another channel has the image is only asked before a file is removed, which may then stay.
-    const auto isSilent = [](const QString &statement) { return statement.startsWith("select ?u ?i"); };
+    const auto isSilent = [](const QString &statement) {
+        // Whether another channel has the image is only asked before a file is removed, which may then stay.
+        // And when the library asks for messages, they are gone.
+        return statement.startsWith("select ?u ?i")
+            || statement.startsWith("SELECT ?u WHERE {?u a mfo:FeedMessage. OPTIONAL");
+    };
     failEverywhere(unsubscribe, {"News"}, {}, fill, check, isSilent);
 }
 

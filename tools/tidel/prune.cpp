@@ -4,7 +4,6 @@
 #include "channelfinder.h"
 #include "downloads.h"
 #include "feedstore.h"
-#include "orphans.h"
 #include "output.h"
 #include "phrases.h"
 #include "retention.h"
@@ -66,8 +65,7 @@ void Pruner::show(const FeedChannel &channel, const QStringList &uris)
 {
     m_output.line(QStringLiteral("%1: would delete %2").arg(channel.title(), countedMessages(uris.size())));
     for (int from = 0; from < uris.size(); from += messagesAtOnce) {
-        const QList<DroppableMessage> messages =
-            droppableMessages(m_store, channel.uri(), uris.mid(from, messagesAtOnce));
+        const QList<DroppableMessage> messages = droppableMessages(m_store, uris.mid(from, messagesAtOnce));
         for (const DroppableMessage &message : messages)
             m_output.line(QStringLiteral("  %1  %2").arg(shownTime(message.date), shownTitle(message.title)));
     }
@@ -80,7 +78,7 @@ void Pruner::drop(const FeedChannel &channel, const QStringList &uris)
     bool isDone = true;
     for (int from = 0; from < uris.size() && isDone; from += messagesAtOnce) {
         const QStringList some = uris.mid(from, messagesAtOnce);
-        isDone = dropMessages(m_store, channel.uri(), droppableMessages(m_store, channel.uri(), some));
+        isDone = dropMessages(m_store, channel.uri(), droppableMessages(m_store, some));
         const int left = messagesOf(m_store, channel.uri(), some);
         dropped += some.size() - left;
         isDone = isDone && left == 0;
@@ -89,9 +87,12 @@ void Pruner::drop(const FeedChannel &channel, const QStringList &uris)
     if (dropped > 0)
         m_output.line(QStringLiteral("%1: deleted %2, %3")
                           .arg(channel.title(), countedMessages(dropped), countedFiles(remover.files())));
-    if (!isDone)
+    if (dropped < uris.size())
         m_output.error(QStringLiteral("%1: the store did not delete all of %2")
                            .arg(channel.title(), countedMessages(uris.size())));
+    else if (!isDone)
+        m_output.error(QStringLiteral("%1: the store did not delete all enclosures; \"tidel clean\" does")
+                           .arg(channel.title()));
 }
 
 } // namespace
@@ -110,13 +111,9 @@ void prune(FeedStore &store, const Arguments &arguments, Output &output)
     if (channels.isEmpty() && arguments.names.isEmpty())
         output.note(noChannelsHint());
     const QList<FeedChannel> chosen = findChannels(channels, arguments.names, output);
-    // Once for all channels: it is the whole store that is asked.
-    const int orphans = orphanEnclosures(store);
     Pruner pruner(store, arguments, output);
     for (const FeedChannel &channel : chosen)
         pruner.prune(channel);
-    if (orphanEnclosures(store) > orphans)
-        output.error(QStringLiteral("the store did not delete all enclosures; \"tidel clean\" does"));
 }
 
 } // namespace Tidel

@@ -3,6 +3,7 @@
 
 #include "droppedlinks.h"
 #include "feedstore.h"
+#include "messageremoval.h"
 #include "sparqltext.h"
 
 #include <QHash>
@@ -10,34 +11,7 @@
 #include <QSparqlResultRow>
 #include <QUrl>
 
-#include <feedtrackersparql.h>
-
 namespace Tidel {
-
-namespace {
-
-/// Deletes that each of \a messages has the value \a value of \a property.
-bool deleteStatements(FeedStore &store, const QStringList &messages, const char *property,
-                      const QString &value)
-{
-    if (messages.isEmpty())
-        return true;
-    QString update = QStringLiteral("DELETE DATA { ");
-    for (const QString &message : messages)
-        update += QStringLiteral("%1 %2 %3 . ").arg(iri(message), QLatin1String(property), value);
-    return store.run(QSparqlQuery(update + QLatin1Char('}'), QSparqlQuery::DeleteStatement));
-}
-
-/// Deletes messages that no other channel holds. The library asks the whole store for the enclosures of each,
-/// which those that have none are spared.
-bool deleteMessages(FeedStore &store, const QStringList &withEnclosures, const QStringList &others)
-{
-    if (!withEnclosures.isEmpty())
-        store.library().deleteMessages(QUrl::fromStringList(withEnclosures));
-    return deleteStatements(store, others, "a", QStringLiteral("rdfs:Resource"));
-}
-
-} // namespace
 
 bool hasDroppableMessages(const FeedStore &store, const QString &channelUri)
 {
@@ -48,18 +22,12 @@ bool hasDroppableMessages(const FeedStore &store, const QString &channelUri)
     return !store.rows(query).isEmpty();
 }
 
-QList<DroppableMessage> droppableMessages(const FeedStore &store, const QString &channelUri,
-                                          const QStringList &uris)
+QList<DroppableMessage> droppableMessages(const FeedStore &store, const QStringList &uris)
 {
-    QSparqlQuery query(QStringLiteral("SELECT ?m ?link ?title ?date ?other ?enclosure WHERE { ")
-                       + valuesOf("m", uris)
-                       + QStringLiteral("?m a mfo:FeedMessage . OPTIONAL { ?m nie:links ?link } "
-                                        "OPTIONAL { ?m nie:title ?title } "
-                                        "OPTIONAL { ?m nie:contentCreated ?date } "
-                                        "OPTIONAL { ?m nie:isLogicalPartOf ?other . ?other a mfo:FeedChannel "
-                                        "FILTER(?other != ?:channel) } "
-                                        "OPTIONAL { ?enclosure nie:isLogicalPartOf ?m } }"));
-    query.bindValue(QStringLiteral("channel"), QUrl(channelUri));
+    const QSparqlQuery query(QStringLiteral("SELECT ?m ?link ?title ?date WHERE { ") + valuesOf("m", uris)
+                             + QStringLiteral("?m a mfo:FeedMessage . OPTIONAL { ?m nie:links ?link } "
+                                              "OPTIONAL { ?m nie:title ?title } "
+                                              "OPTIONAL { ?m nie:contentCreated ?date } }"));
     QHash<QString, DroppableMessage> found;
     const QList<QSparqlResultRow> rows = store.rows(query);
     for (const QSparqlResultRow &row : rows) {
@@ -68,8 +36,6 @@ QList<DroppableMessage> droppableMessages(const FeedStore &store, const QString 
         message.link = row.value(1).toString();
         message.title = row.value(2).toString();
         message.date = row.value(3).toDateTime();
-        message.isShared = message.isShared || row.value(4).isValid();
-        message.hasEnclosures = message.hasEnclosures || row.value(5).isValid();
     }
     QList<DroppableMessage> ordered;
     for (const QString &uri : uris) {
@@ -91,18 +57,14 @@ int messagesOf(const FeedStore &store, const QString &channelUri, const QStringL
 // Remembered before it is deleted: cut short in between, a message is still there and nothing is lost.
 bool dropMessages(FeedStore &store, const QString &channelUri, const QList<DroppableMessage> &messages)
 {
+    QStringList uris;
     QStringList links;
-    QStringList shared;
-    QStringList withEnclosures;
-    QStringList others;
     for (const DroppableMessage &message : messages) {
+        uris.append(message.uri);
         if (!message.link.isEmpty())
             links.append(message.link);
-        (message.isShared ? shared : message.hasEnclosures ? withEnclosures : others).append(message.uri);
     }
-    return rememberDropped(store, channelUri, links)
-        && deleteStatements(store, shared, "nie:isLogicalPartOf", iri(channelUri))
-        && deleteMessages(store, withEnclosures, others);
+    return rememberDropped(store, channelUri, links) && removeMessages(store, channelUri, uris);
 }
 
 } // namespace Tidel

@@ -17,24 +17,18 @@ struct DroppableMessage
     QString link;
     QString title;
     QDateTime date;
-    bool isShared = false; ///< another channel holds it too
-    bool hasEnclosures = false;
 };
 
 /// Whether the channel has a message that is no favorite; not when the store fails.
 bool hasDroppableMessages(const FeedStore &store, const QString &channelUri);
 
-/// The messages \a uris of the channel, in their order; fewer where the store has not all of them.
-QList<DroppableMessage> droppableMessages(const FeedStore &store, const QString &channelUri,
-                                          const QStringList &uris);
+/// The messages \a uris in their order; fewer where the store has not all of them.
+QList<DroppableMessage> droppableMessages(const FeedStore &store, const QStringList &uris);
 
 /// How many of \a uris are messages of the channel; all of them where the store fails.
 int messagesOf(const FeedStore &store, const QString &channelUri, const QStringList &uris);
 
-/**
- * Drops messages from the channel, and remembers their links with it. What no other channel holds is deleted
- * with its enclosures. False when the store fails.
- */
+/// Removes messages from the channel and remembers their links with it. False when the store fails.
 bool dropMessages(FeedStore &store, const QString &channelUri, const QList<DroppableMessage> &messages);
 
 } // namespace Tidel

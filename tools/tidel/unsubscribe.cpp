@@ -4,7 +4,7 @@
 #include "channelfinder.h"
 #include "downloads.h"
 #include "feedstore.h"
-#include "orphans.h"
+#include "messageremoval.h"
 #include "output.h"
 
 #include <QSparqlQuery>
@@ -17,15 +17,19 @@ namespace Tidel {
 
 namespace {
 
-/// Messages of other channels still say that they were this one's too.
-bool forget(FeedStore &store, const QString &channelUri)
+// So many at a time that a statement is worth its while, and so few that its text stays small.
+constexpr int messagesAtOnce = 500;
+
+/// Spares the library the messages, which it would delete one at a time. False when the store fails.
+bool removeAllMessages(FeedStore &store, const QString &channelUri)
 {
-    QSparqlQuery query(QStringLiteral("DELETE { ?m nie:isLogicalPartOf ?:channel } "
-                                      "WHERE { ?m nie:isLogicalPartOf ?:channel . "
-                                      "?m nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel }"),
-                       QSparqlQuery::DeleteStatement);
-    query.bindValue(QStringLiteral("channel"), QUrl(channelUri));
-    return store.run(query);
+    const QStringList uris = store.library().allMessageUrls(channelUri);
+    bool isComplete = true;
+    for (int from = 0; from < uris.size(); from += messagesAtOnce) {
+        isComplete = removeMessages(store, channelUri, uris.mid(from, messagesAtOnce)) && isComplete;
+        store.collectGarbage();
+    }
+    return isComplete;
 }
 
 /// Whether \a pattern, which names the channel, has a match; also when the store does not tell.
@@ -36,15 +40,15 @@ bool isStored(const FeedStore &store, const char *pattern, const QString &channe
     return !store.rows(query).isEmpty() || !store.failure().isEmpty();
 }
 
-bool isDeleted(FeedStore &store, const QString &channelUri)
+bool isDeleted(const FeedStore &store, const QString &channelUri)
 {
     return !isStored(store, "?x a mfo:FeedChannel FILTER(?x = ?:channel)", channelUri);
 }
 
-bool hasNothingLeft(FeedStore &store, const QString &channelUri)
+bool hasNothingLeft(const FeedStore &store, const QString &channelUri)
 {
-    return forget(store, channelUri)
-        && !isStored(store, "?x a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel", channelUri);
+    return !isStored(store, "?x a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel", channelUri)
+        && !isStored(store, "?x a mfo:Enclosure ; nie:isLogicalPartOf ?:channel", channelUri);
 }
 
 } // namespace
@@ -58,11 +62,11 @@ void unsubscribe(FeedStore &store, const Arguments &arguments, Output &output)
         return;
     }
     const DownloadRemover remover(store, output);
-    const int orphans = orphanEnclosures(store);
+    const bool isEmptied = removeAllMessages(store, channel->uri());
     store.library().deleteChannel(channel->uri());
     if (!isDeleted(store, channel->uri()))
         output.error(QStringLiteral("%1: the store did not delete the channel").arg(channel->title()));
-    else if (!hasNothingLeft(store, channel->uri()) || orphanEnclosures(store) > orphans)
+    else if (!isEmptied || !hasNothingLeft(store, channel->uri()))
         output.error(QStringLiteral("%1: unsubscribed, but the store did not delete all that it had; "
                                     "\"tidel clean\" does")
                          .arg(channel->title()));
