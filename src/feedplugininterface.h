@@ -40,6 +40,10 @@ enum FeedDownloadError {
  * end by exactly one signal, never before the operation has returned. createDownloader() makes further ones
  * for downloads side by side. All belong to the thread of FeedTrackerSparql::instance().
  *
+ * What the last download of feeds has found that is new to their channels is told by the property
+ * "newMessages", a QStringList of the messages' links, of each channel the oldest first. So a host need not
+ * look for it among all that it has.
+ *
  * The operations are invokable by name, so that a host can hand over calls as FeedMethod records. A whole
  * plug-in:
  * \code
@@ -47,6 +51,7 @@ enum FeedDownloadError {
  * {
  *     Q_OBJECT
  *     Q_PLUGIN_METADATA(IID FeedPluginInterface_iid)
+ *     Q_PROPERTY(QStringList newMessages READ newMessages)
  *
  * public:
  *     explicit Downloader(QObject *parent = nullptr) : FeedPluginInterface(parent) { }
@@ -56,6 +61,7 @@ enum FeedDownloadError {
  *     Q_INVOKABLE void downloadEnclosure(const QString &enclosureUri, const QString &folder) override;
  *     Q_INVOKABLE void cancel() override;
  *     Q_INVOKABLE QString errorString() const override;
+ *     QStringList newMessages() const;
  * };
  * \endcode
  */

@@ -136,13 +136,10 @@ Outcome FeedDownload::addChannel(const ParsedFeed &feed, const Validators &valid
         return {FeedDownloadStoreFailed, QStringLiteral("the store did not take the channel")};
     if (!icon.remoteUrl().isEmpty())
         store().library().addEnclosures({icon}, m_channelUri);
-    const bool isComplete =
-        store().addMessages(oldestFirst(feed.messages(reservedLinks(feed, {}))), m_channelUri)
-        && noteReading(store(), m_channelUri, validators);
-    return isComplete ? Outcome()
-                      : Outcome{FeedDownloadStoreFailed,
-                                QStringLiteral("subscribed, but the store did not take its messages; "
-                                               "a refresh tries again")};
+    if (!write(feed.messages(reservedLinks(feed, {})), validators))
+        return {FeedDownloadStoreFailed,
+                QStringLiteral("subscribed, but the store did not take its messages; a refresh tries again")};
+    return {};
 }
 
 Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &validators)
@@ -153,13 +150,21 @@ Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &vali
     const QSet<QString> dropped = droppedLinks(store(), m_channelUri);
     const QSet<QString> known = dropped + setOf(store().library().messageLinksOfChannel(m_channelUri));
     const QSet<QString> reserved = reservedLinks(feed, known);
-    if (!store().addMessages(oldestFirst(feed.messages(reserved, known)), m_channelUri)
-        || !noteReading(store(), m_channelUri, validators))
+    if (!write(feed.messages(reserved, known), validators))
         return {FeedDownloadStoreFailed,
                 QStringLiteral("the store did not take the new messages; refresh again to try again")};
     if (!dropped.isEmpty())
         forgetDropped(store(), m_channelUri, (dropped - feed.links(reserved)).values());
     return {};
+}
+
+/// Stores what is new, and what is to be known of it next time.
+bool FeedDownload::write(const QList<FeedMessage> &messages, const Validators &validators)
+{
+    const QList<FeedMessage> ordered = oldestFirst(messages);
+    for (const FeedMessage &message : ordered)
+        m_newMessages.append(message.link());
+    return store().addMessages(ordered, m_channelUri) && noteReading(store(), m_channelUri, validators);
 }
 
 /// Links of channels, which no new message of \a feed may have.

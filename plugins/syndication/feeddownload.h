@@ -6,7 +6,10 @@
 #include "feednotes.h"
 
 #include <QBuffer>
+#include <QStringList>
 #include <QUrl>
+
+#include <feedmessage.h>
 
 namespace Tidel {
 
@@ -23,6 +26,9 @@ public:
 
     void start() override;
 
+    /// The links of the messages that are new to the channel, the oldest first.
+    const QStringList &newMessages() const { return m_newMessages; }
+
 protected:
     void transferred(const Transfer &transfer) override;
 
@@ -34,6 +40,7 @@ private:
     Outcome read(const QByteArray &document, const QUrl &source, const Validators &validators);
     Outcome addChannel(const ParsedFeed &feed, const Validators &validators);
     Outcome addMessages(const ParsedFeed &feed, const Validators &validators);
+    bool write(const QList<FeedMessage> &messages, const Validators &validators);
     QSet<QString> reservedLinks(const ParsedFeed &feed, const QSet<QString> &known) const;
 
     const bool m_isSubscription;
@@ -41,6 +48,7 @@ private:
     QUrl m_address;
     Validators m_known;
     QBuffer m_document;
+    QStringList m_newMessages;
 };
 
 } // namespace Tidel

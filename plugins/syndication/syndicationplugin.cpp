@@ -36,6 +36,7 @@ struct SyndicationPlugin::Task
     std::unique_ptr<Download> current;
     Outcome outcome; ///< the first that was not fine
     QVariantMap results;
+    QStringList newMessages;
 };
 
 SyndicationPlugin::SyndicationPlugin(QObject *parent)
@@ -138,12 +139,15 @@ void SyndicationPlugin::endDownload()
         m_task->outcome = outcome;
     if (const auto *enclosure = qobject_cast<EnclosureDownload *>(download.get()))
         m_task->results = enclosure->results();
+    if (const auto *feed = qobject_cast<FeedDownload *>(download.get()))
+        m_task->newMessages += feed->newMessages();
     startNext();
 }
 
 void SyndicationPlugin::end()
 {
     const std::unique_ptr<Task> task = std::move(m_task);
+    m_newMessages = task->newMessages;
     report(task->isEnclosure, task->outcome, task->results);
 }
 

@@ -28,6 +28,7 @@ class SyndicationPlugin : public FeedPluginInterface
     Q_PROPERTY(qint64 maximumFeedSize MEMBER m_maximumFeedSize)
     /// In bytes.
     Q_PROPERTY(qint64 maximumEnclosureSize MEMBER m_maximumEnclosureSize)
+    Q_PROPERTY(QStringList newMessages READ newMessages)
 
 public:
     explicit SyndicationPlugin(QObject *parent = nullptr);
@@ -39,6 +40,7 @@ public:
     Q_INVOKABLE void downloadEnclosure(const QString &enclosureUri, const QString &folder) override;
     Q_INVOKABLE void cancel() override;
     Q_INVOKABLE QString errorString() const override;
+    QStringList newMessages() const { return m_newMessages; }
 
 private:
     struct Network;
@@ -60,6 +62,7 @@ private:
     std::unique_ptr<FeedStore> m_store;
     std::unique_ptr<Task> m_task;
     QString m_errorString;
+    QStringList m_newMessages;
 };
 
 } // namespace Tidel

@@ -40,6 +40,7 @@ private slots:
     void validators();
     void validatorsOfLargeSize();
     void newMessages();
+    void newMessagesAreTold();
     void linksOfChannels();
     void linkThatBecomesAChannels();
     void titleAndImageStay();
@@ -421,6 +422,37 @@ void TestFeedDownloads::newMessages()
     QCOMPARE(messageLinks(), QStringList({"https://example.org/1", "https://example.org/2"}));
     // Each is one message of both channels.
     QCOMPARE(m_store->count("?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c"), 4);
+}
+
+void TestFeedDownloads::newMessagesAreTold()
+{
+    const auto told = [this] {
+        QStringList links = downloader().property("newMessages").toStringList();
+        links.sort();
+        return links;
+    };
+    const QByteArray first = "<item><link>https://example.org/1</link></item>";
+    const QByteArray second = "<item><link>https://example.org/2</link></item>";
+    write("a.xml", feed(first));
+    write("b.xml", feed(second));
+    const QString a = m_server->url("/files/a.xml");
+    const QString b = m_server->url("/files/b.xml");
+    QCOMPARE(told(), QStringList());
+    VERIFY_ENDING(subscribe(a), "downloadFeedsFinished");
+    QCOMPARE(told(), QStringList("https://example.org/1"));
+    VERIFY_ENDING(subscribe(b), "downloadFeedsFinished");
+    QCOMPARE(told(), QStringList("https://example.org/2"));
+    VERIFY_ENDING(refresh({channelUri(a), channelUri(b)}), "downloadFeedsFinished");
+    QCOMPARE(told(), QStringList());
+
+    // What is known of another channel is new to this one.
+    write("a.xml", feed(second + first));
+    write("b.xml", feed(first + second + "<item><link>https://example.org/3</link></item>"));
+    VERIFY_ENDING(refresh({channelUri(a), channelUri(b)}), "downloadFeedsFinished");
+    QCOMPARE(told(),
+             QStringList({"https://example.org/1", "https://example.org/2", "https://example.org/3"}));
+    VERIFY_ENDING(subscribe(m_server->url("/missing")), "downloadFeedsFailed");
+    QCOMPARE(told(), QStringList());
 }
 
 // A message of that link would be taken for the channel.

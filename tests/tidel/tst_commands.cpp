@@ -170,8 +170,8 @@ void TestCommands::refreshAsksLittle()
     StatementGate::reset();
     QVERIFY(run(refresh, {}).isFine);
     QCOMPARE(updates(), 0);
-    // The channels, and of each what is known of its document, and its links before and after.
-    QCOMPARE(StatementGate::statements().size(), 7);
+    // The channels, and of each what is known of its document.
+    QCOMPARE(StatementGate::statements().size(), 3);
 }
 
 void TestCommands::imageBelongsToItsChannel()

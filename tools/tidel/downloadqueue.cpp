@@ -59,17 +59,16 @@ FeedPluginInterface *DownloadQueue::makeDownloader()
 {
     m_downloaders.emplace_back(m_plugin.createDownloader(nullptr));
     FeedPluginInterface *downloader = m_downloaders.back().get();
-    connect(downloader, &FeedPluginInterface::downloadFeedsFinished, this, [=] { end(downloader, {}); });
-    connect(downloader, &FeedPluginInterface::downloadFeedsFailed, this, [=](int error) {
-        end(downloader, {error, downloader->errorString(), {}});
+    const auto fail = [=](int error) { end(downloader, {error, downloader->errorString(), {}, {}}); };
+    connect(downloader, &FeedPluginInterface::downloadFeedsFinished, this, [=] {
+        end(downloader, {0, {}, {}, downloader->property("newMessages").toStringList()});
     });
+    connect(downloader, &FeedPluginInterface::downloadFeedsFailed, this, fail);
     connect(downloader, &FeedPluginInterface::downloadEnclosureFinished, this,
             [=](const QVariantMap &results) {
-                end(downloader, {0, {}, results});
+                end(downloader, {0, {}, results, {}});
             });
-    connect(downloader, &FeedPluginInterface::downloadEnclosureFailed, this, [=](int error) {
-        end(downloader, {error, downloader->errorString(), {}});
-    });
+    connect(downloader, &FeedPluginInterface::downloadEnclosureFailed, this, fail);
     connect(downloader, &FeedPluginInterface::enclosureDownloadProgress, this,
             [=](qint64 received, qint64) { progress(downloader, received); });
     return downloader;
@@ -90,7 +89,7 @@ void DownloadQueue::start(FeedPluginInterface *downloader)
     QMetaObject::invokeMethod(
         this,
         [=] {
-            end(downloader, {-1, reason, {}});
+            end(downloader, {-1, reason, {}, {}});
         },
         Qt::QueuedConnection);
 }

@@ -3,6 +3,7 @@
 #define TIDEL_DOWNLOADQUEUE_H
 
 #include <QObject>
+#include <QStringList>
 #include <QVariantMap>
 
 #include <feedmethod.h>
@@ -22,6 +23,7 @@ struct DownloadEnding
     int error = 0; ///< a FeedDownloadError or an HTTP status
     QString reason;
     QVariantMap results; ///< of an enclosure
+    QStringList newMessages; ///< the links of those that a feed brought
 
     bool isFine() const { return error == 0; }
 };

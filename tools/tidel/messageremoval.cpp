@@ -17,15 +17,17 @@ namespace {
 
 // Each question names nie:isLogicalPartOf once: where it stands twice, Tracker reads all there is of it.
 
-/// The values of ?result that \a pattern gives for the resources \a uris, its ?x; nothing when the store fails.
+/// The values of ?result that \a pattern gives for the resources \a uris, its ?x; nothing when the store
+/// fails.
 std::optional<QStringList> found(const FeedStore &store, const char *result, const QStringList &uris,
                                  const QString &pattern)
 {
     QStringList values;
     if (uris.isEmpty())
         return values;
-    const auto rows = store.answer(QSparqlQuery(
-        QStringLiteral("SELECT DISTINCT ?%1 WHERE { %2%3 }").arg(QLatin1String(result), valuesOf("x", uris), pattern)));
+    const auto rows =
+        store.answer(QSparqlQuery(QStringLiteral("SELECT DISTINCT ?%1 WHERE { %2%3 }")
+                                      .arg(QLatin1String(result), valuesOf("x", uris), pattern)));
     if (!rows)
         return std::nullopt;
     for (const QSparqlResultRow &row : *rows)
@@ -37,8 +39,8 @@ std::optional<QStringList> messagesOfOthers(const FeedStore &store, const QStrin
                                             const QStringList &messages)
 {
     return found(store, "x", messages,
-                 QStringLiteral("?x nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel FILTER(?c != ") + iri(channelUri)
-                     + QLatin1Char(')'));
+                 QStringLiteral("?x nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel FILTER(?c != ")
+                     + iri(channelUri) + QLatin1Char(')'));
 }
 
 std::optional<QStringList> enclosuresOf(const FeedStore &store, const QStringList &messages)
@@ -55,7 +57,8 @@ std::optional<QStringList> releasedEnclosures(const FeedStore &store, const QStr
 }
 
 /// Deletes that each of \a subjects has the value \a value of \a property.
-bool deleteStatements(FeedStore &store, const QStringList &subjects, const char *property, const QString &value)
+bool deleteStatements(FeedStore &store, const QStringList &subjects, const char *property,
+                      const QString &value)
 {
     if (subjects.isEmpty())
         return true;
@@ -93,7 +96,8 @@ bool removeMessages(FeedStore &store, const QString &channelUri, const QStringLi
         if (!kept.contains(message))
             own.append(message);
     }
-    return deleteStatements(store, *shared, "nie:isLogicalPartOf", iri(channelUri)) && deleteMessages(store, own);
+    return deleteStatements(store, *shared, "nie:isLogicalPartOf", iri(channelUri))
+        && deleteMessages(store, own);
 }
 
 } // namespace Tidel

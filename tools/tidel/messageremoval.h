@@ -10,12 +10,13 @@ namespace Tidel {
 class FeedStore;
 
 /**
- * Removes \a messages from the channel: those that other channels hold too are taken out of this one, the others are
- * deleted, and with them the enclosures that belong to nothing else. The library tells of the enclosures' files.
+ * Removes \a messages from the channel: those that other channels hold too are taken out of this one, the
+ * others are deleted, and with them the enclosures that belong to nothing else. The library tells of the
+ * enclosures' files.
  *
- * What it costs depends on how much is removed; the library's own deletion of messages reads the whole store for each.
- * False when the store fails: what is left of the messages can be removed again, and enclosures may be left that
- * belong to nothing.
+ * What it costs depends on how much is removed; the library's own deletion of messages reads the whole store
+ * for each. False when the store fails: what is left of the messages can be removed again, and enclosures may
+ * be left that belong to nothing.
  */
 bool removeMessages(FeedStore &store, const QString &channelUri, const QStringList &messages);
 

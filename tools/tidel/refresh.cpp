@@ -11,11 +11,11 @@
 #include "pluginfinder.h"
 #include "sparqltext.h"
 
+#include <QHash>
 #include <QSparqlQuery>
 #include <QSparqlResultRow>
 
 #include <feedplugininterface.h>
-#include <feedtrackersparql.h>
 
 namespace Tidel {
 
@@ -24,39 +24,38 @@ namespace {
 // What a question about many messages costs grows faster than their number.
 constexpr int messagesAtOnce = 100;
 
-QSet<QString> messageUris(const FeedStore &store, const FeedChannel &channel)
+/// The messages \a links in their order, with what is shown of them: title and date.
+QList<FeedMessage> headlines(const FeedStore &store, const QStringList &links)
 {
-    const QStringList uris = store.library().allMessageUrls(channel.uri());
-    return {uris.begin(), uris.end()};
-}
-
-/// The messages \a uris with what is shown of them: title and date.
-QList<FeedMessage> headlines(const FeedStore &store, const QStringList &uris)
-{
-    const QList<QSparqlResultRow> rows = store.rows(
-        QSparqlQuery(QStringLiteral("SELECT ?title ?date WHERE { ") + valuesOf("m", uris)
-                     + QStringLiteral("?m nie:title ?title OPTIONAL { ?m nie:contentCreated ?date } }")));
-    QList<FeedMessage> messages;
+    const QList<QSparqlResultRow> rows =
+        store.rows(QSparqlQuery(QStringLiteral("SELECT ?l ?title ?date WHERE { ") + valuesOf("l", links)
+                                + QStringLiteral("?m nie:links ?l ; a mfo:FeedMessage ; nie:title ?title "
+                                                 "OPTIONAL { ?m nie:contentCreated ?date } }")));
+    QHash<QString, FeedMessage> found;
     for (const QSparqlResultRow &row : rows) {
-        FeedMessage message;
-        message.setTitle(row.value(0).toString());
-        message.setPublishedDate(row.value(1).toDateTime());
-        messages.append(message);
+        FeedMessage &message = found[row.value(0).toString()];
+        message.setTitle(row.value(1).toString());
+        message.setPublishedDate(row.value(2).toDateTime());
+    }
+    QList<FeedMessage> messages;
+    for (const QString &link : links) {
+        if (found.contains(link))
+            messages.append(found.value(link));
     }
     return messages;
 }
 
-/// Tells what each refreshed channel has now that it did not have before.
+/// Tells what is new in each refreshed channel.
 class RefreshReport
 {
 public:
     RefreshReport(const FeedStore &store, Output &output) : m_store(store), m_output(output) { }
 
-    void tell(const FeedChannel &channel, const QSet<QString> &before, const DownloadEnding &ending);
+    void tell(const FeedChannel &channel, const DownloadEnding &ending);
     void summarize() const;
 
 private:
-    void tellNews(const FeedChannel &channel, const QSet<QString> &before);
+    void tellNews(const FeedChannel &channel, const QStringList &links);
 
     const FeedStore &m_store;
     Output &m_output;
@@ -65,14 +64,13 @@ private:
     int m_failures = 0;
 };
 
-void RefreshReport::tell(const FeedChannel &channel, const QSet<QString> &before,
-                         const DownloadEnding &ending)
+void RefreshReport::tell(const FeedChannel &channel, const DownloadEnding &ending)
 {
     if (ending.error == FeedDownloadCanceled)
         return;
     ++m_channels;
     if (ending.isFine()) {
-        tellNews(channel, before);
+        tellNews(channel, ending.newMessages);
     } else {
         ++m_failures;
         m_output.error(
@@ -80,23 +78,17 @@ void RefreshReport::tell(const FeedChannel &channel, const QSet<QString> &before
     }
 }
 
-void RefreshReport::tellNews(const FeedChannel &channel, const QSet<QString> &before)
+void RefreshReport::tellNews(const FeedChannel &channel, const QStringList &links)
 {
-    QStringList news;
-    const QStringList uris = m_store.library().allMessageUrls(channel.uri());
-    for (const QString &uri : uris) {
-        if (!before.contains(uri))
-            news.append(uri);
-    }
-    m_messages += news.size();
-    if (news.isEmpty()) {
+    m_messages += links.size();
+    if (links.isEmpty()) {
         m_output.line(channel.title() + QLatin1String(": nothing new"));
         return;
     }
-    m_output.line(QStringLiteral("%1: %2 new").arg(channel.title(), QString::number(news.size())));
+    m_output.line(QStringLiteral("%1: %2 new").arg(channel.title(), QString::number(links.size())));
     QList<FeedMessage> messages;
-    for (int from = 0; from < news.size(); from += messagesAtOnce)
-        messages += headlines(m_store, news.mid(from, messagesAtOnce));
+    for (int from = 0; from < links.size(); from += messagesAtOnce)
+        messages += headlines(m_store, links.mid(from, messagesAtOnce));
     sortNewestFirst(messages);
     for (const FeedMessage &message : qAsConst(messages))
         m_output.line(
@@ -125,13 +117,9 @@ void refresh(FeedStore &store, const Arguments &arguments, Output &output)
 
     RefreshReport report(store, output);
     DownloadQueue queue(*plugin);
-    for (const FeedChannel &channel : chosen) {
-        const QSet<QString> before = messageUris(store, channel);
+    for (const FeedChannel &channel : chosen)
         queue.add(methodCall("downloadFeeds", QStringList(channel.uri())),
-                  [&report, channel, before](const DownloadEnding &ending) {
-                      report.tell(channel, before, ending);
-                  });
-    }
+                  [&report, channel](const DownloadEnding &ending) { report.tell(channel, ending); });
     QObject::connect(&queue, &DownloadQueue::advanced, &queue,
                      [&](int ended, int all) { output.progress(shownProgress(ended, all, "feeds")); });
     output.interrupted(queue.run());

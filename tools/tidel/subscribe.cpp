@@ -19,32 +19,19 @@ namespace Tidel {
 
 namespace {
 
-/// A channel as the user is told of it.
-struct Subscription
+QString titleOf(const FeedStore &store, const QUrl &address)
 {
-    QString title;
-    int messages = 0;
-};
-
-Subscription subscription(const FeedStore &store, const QUrl &address)
-{
-    // Asked for together, each answer would cost a look at every message of the store.
-    const auto answer = [&](const char *question) {
-        QSparqlQuery query(QString::fromLatin1(question));
-        query.bindValue(QStringLiteral("link"), QUrl(encodedUrl(address)));
-        const QList<QSparqlResultRow> found = store.rows(query);
-        return found.isEmpty() ? QVariant() : found.first().value(0);
-    };
-    return {answer("SELECT ?t { ?c a mfo:FeedChannel ; nie:links ?:link ; nie:title ?t }").toString(),
-            answer("SELECT (COUNT(?m) AS ?n) { ?c a mfo:FeedChannel ; nie:links ?:link . "
-                   "?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c }")
-                .toInt()};
+    QSparqlQuery query(
+        QStringLiteral("SELECT ?t { ?c a mfo:FeedChannel ; nie:links ?:link ; nie:title ?t }"));
+    query.bindValue(QStringLiteral("link"), QUrl(encodedUrl(address)));
+    const QList<QSparqlResultRow> found = store.rows(query);
+    return found.isEmpty() ? QString() : found.first().value(0).toString();
 }
 
 void tellKnown(const FeedStore &store, const QUrl &address, Output &output)
 {
     output.line(QStringLiteral("Already subscribed: %1 (\"tidel refresh\" reads what is new)")
-                    .arg(subscription(store, address).title));
+                    .arg(titleOf(store, address)));
 }
 
 void tell(const FeedStore &store, const QString &argument, const DownloadEnding &ending, Output &output)
@@ -55,8 +42,8 @@ void tell(const FeedStore &store, const QString &argument, const DownloadEnding 
     if (ending.error == FeedDownloadAlreadyStored) {
         tellKnown(store, address, output);
     } else if (ending.isFine()) {
-        const Subscription made = subscription(store, address);
-        output.line(QStringLiteral("Subscribed: %1 (%2)").arg(made.title, countedMessages(made.messages)));
+        output.line(QStringLiteral("Subscribed: %1 (%2)")
+                        .arg(titleOf(store, address), countedMessages(int(ending.newMessages.size()))));
     } else {
         output.error(shownAddress(argument) + QLatin1String(": ") + ending.reason);
     }
