@@ -1,27 +1,14 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-#include "capture.h"
+#include "commandtest.h"
 
 #include <commands.h>
-#include <feedstore.h>
 
-#include <messagelog.h>
-#include <statementgate.h>
-#include <teststore.h>
-
+#include <QFile>
 #include <QtTest>
 
 using namespace Tidel;
 
 namespace {
-
-struct Result
-{
-    QString out;
-    QString err;
-    bool isFine;
-};
-
-using Command = void (*)(FeedStore &, const Arguments &, Output &);
 
 int updates()
 {
@@ -46,14 +33,11 @@ StatementGate::Verdict refuseChannels(const QString &statement)
 } // namespace
 
 /// What the commands ask of the store, and what they say when it fails.
-class TestCommands : public QObject
+class TestCommands : public CommandTestCase
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-
     void channelIsRefused();
     void messagesAreRefused();
     void newMessagesAreRefused();
@@ -66,90 +50,59 @@ private slots:
 private:
     QString write(const QString &name, const QByteArray &title, const QByteArray &items) const;
     QString sample(const QString &name) const { return QString(TIDEL_TEST_DATA) + "/feeds/" + name; }
-    Result run(Command command, const QStringList &arguments) const;
-
-    std::unique_ptr<TestStore> m_store;
-    std::unique_ptr<MessageLog> m_log;
 };
-
-void TestCommands::init()
-{
-    m_log = std::make_unique<MessageLog>();
-    m_store = std::make_unique<TestStore>();
-    StatementGate::reset();
-}
-
-void TestCommands::cleanup()
-{
-    StatementGate::reset();
-    m_store.reset();
-    m_log.reset();
-}
 
 QString TestCommands::write(const QString &name, const QByteArray &title, const QByteArray &items) const
 {
-    QFile file(m_store->dataFolder() + '/' + name);
+    QFile file(store().dataFolder() + '/' + name);
     const QByteArray document =
         "<rss version='2.0'><channel><title>" + title + "</title>" + items + "</channel></rss>";
     return file.open(QIODevice::WriteOnly) && file.write(document) > 0 ? file.fileName() : QString();
 }
 
-Result TestCommands::run(Command command, const QStringList &arguments) const
-{
-    QString error;
-    const auto store = FeedStore::open(&error);
-    if (!store)
-        return {QString(), error, false};
-    Capture capture;
-    Output output = capture.output();
-    command(*store, {arguments}, output);
-    const bool isFine = output.finish();
-    return {capture.out(), capture.err(), isFine};
-}
-
 void TestCommands::channelIsRefused()
 {
     StatementGate::setJudge(refuseChannels);
-    const Result refused = run(subscribe, {sample("town-news.xml")});
+    const CommandResult refused = runCommand(subscribe, {sample("town-news.xml")});
     QVERIFY(!refused.isFine);
     QCOMPARE(refused.out, QString());
     QCOMPARE(refused.err, "tidel: " + sample("town-news.xml") + ": the store did not take the channel\n");
-    QCOMPARE(m_store->count("?c a mfo:FeedChannel"), 0);
-    QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 0);
+    QCOMPARE(store().count("?c a mfo:FeedChannel"), 0);
+    QCOMPARE(store().count("?m a mfo:FeedMessage"), 0);
 }
 
 void TestCommands::messagesAreRefused()
 {
     StatementGate::setJudge(refuseMessages);
-    const Result refused = run(subscribe, {sample("town-news.xml")});
+    const CommandResult refused = runCommand(subscribe, {sample("town-news.xml")});
     QVERIFY(!refused.isFine);
     QCOMPARE(refused.out, QString());
     QVERIFY2(refused.err.contains("subscribed, but the store did not take its messages"),
              qPrintable(refused.err));
     QVERIFY2(refused.err.contains("refresh tries again"), qPrintable(refused.err));
-    QCOMPARE(m_store->count("?c a mfo:FeedChannel"), 1);
+    QCOMPARE(store().count("?c a mfo:FeedChannel"), 1);
 
     StatementGate::reset();
-    const Result refreshed = run(refresh, {});
+    const CommandResult refreshed = runCommand(refresh, {});
     QVERIFY2(refreshed.isFine, qPrintable(refreshed.err));
     QVERIFY2(refreshed.out.startsWith("Town News: 2 new\n"), qPrintable(refreshed.out));
-    QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 2);
+    QCOMPARE(store().count("?m a mfo:FeedMessage"), 2);
 }
 
 void TestCommands::newMessagesAreRefused()
 {
     const QString feed = write("feed.xml", "Feed", "<item><title>One</title></item>");
     const QString other = write("other.xml", "Other", "<item><title>One</title></item>");
-    QVERIFY(run(subscribe, {feed, other}).isFine);
+    QVERIFY(runCommand(subscribe, {feed, other}).isFine);
     write("feed.xml", "Feed", "<item><title>Two</title></item><item><title>One</title></item>");
     StatementGate::setJudge(refuseMessages);
-    const Result refused = run(refresh, {});
+    const CommandResult refused = runCommand(refresh, {});
     QVERIFY(!refused.isFine);
     QCOMPARE(refused.out, QString("Other: nothing new\n2 channels: 0 new messages, 1 failed\n"));
     QVERIFY2(refused.err.startsWith("tidel: Feed (file://") && refused.err.contains("did not take"),
              qPrintable(refused.err));
     StatementGate::reset();
-    QCOMPARE(run(refresh, {}).out,
+    QCOMPARE(runCommand(refresh, {}).out,
              QString("Feed: 1 new\n  (no date)  Two\nOther: nothing new\n"
                      "2 channels: 1 new message\n"));
 }
@@ -157,18 +110,18 @@ void TestCommands::newMessagesAreRefused()
 void TestCommands::noAnswer()
 {
     StatementGate::setJudge([](const QString &) { return StatementGate::NoResult; });
-    QVERIFY(!run(subscribe, {sample("town-news.xml")}).isFine);
-    QVERIFY(!run(listMessages, {"Town News"}).isFine);
-    QVERIFY(!run(listEnclosures, {"https://press.example.net/bridge"}).isFine);
-    QCOMPARE(run(listChannels, {}).out, QString());
-    QCOMPARE(run(refresh, {}).out, QString());
+    QVERIFY(!runCommand(subscribe, {sample("town-news.xml")}).isFine);
+    QVERIFY(!runCommand(listMessages, {"Town News"}).isFine);
+    QVERIFY(!runCommand(listEnclosures, {"https://press.example.net/bridge"}).isFine);
+    QCOMPARE(runCommand(listChannels, {}).out, QString());
+    QCOMPARE(runCommand(refresh, {}).out, QString());
 }
 
 void TestCommands::refreshAsksLittle()
 {
-    QVERIFY(run(subscribe, {sample("town-news.xml"), sample("hillside-radio.xml")}).isFine);
+    QVERIFY(runCommand(subscribe, {sample("town-news.xml"), sample("hillside-radio.xml")}).isFine);
     StatementGate::reset();
-    QVERIFY(run(refresh, {}).isFine);
+    QVERIFY(runCommand(refresh, {}).isFine);
     QCOMPARE(updates(), 0);
     // The channels, and of each what is known of its document.
     QCOMPARE(StatementGate::statements().size(), 3);
@@ -176,21 +129,21 @@ void TestCommands::refreshAsksLittle()
 
 void TestCommands::imageBelongsToItsChannel()
 {
-    QVERIFY(run(subscribe, {sample("hillside-radio.xml")}).isFine);
-    QCOMPARE(m_store->texts("SELECT ?l { ?c a mfo:FeedChannel . ?e a mfo:Enclosure ; "
-                            "nie:isLogicalPartOf ?c ; mfo:remoteLink ?l }"),
+    QVERIFY(runCommand(subscribe, {sample("hillside-radio.xml")}).isFine);
+    QCOMPARE(store().texts("SELECT ?l { ?c a mfo:FeedChannel . ?e a mfo:Enclosure ; "
+                           "nie:isLogicalPartOf ?c ; mfo:remoteLink ?l }"),
              QStringList("https://radio.example.org/cover.png"));
-    QCOMPARE(m_store->count("?e a mfo:Enclosure"), 7);
-    QCOMPARE(m_store->count("?e a mfo:Enclosure ; nie:isLogicalPartOf ?o . ?o a mfo:FeedMessage"), 6);
+    QCOMPARE(store().count("?e a mfo:Enclosure"), 7);
+    QCOMPARE(store().count("?e a mfo:Enclosure ; nie:isLogicalPartOf ?o . ?o a mfo:FeedMessage"), 6);
 }
 
 void TestCommands::favourites()
 {
-    QVERIFY(run(subscribe, {sample("town-news.xml")}).isFine);
-    m_store->update("INSERT DATA { <urn:tag:1> a nao:Tag . <urn:tag:2> a nao:Tag }");
-    m_store->update("INSERT { ?m nao:hasTag <urn:tag:1> , <urn:tag:2> } "
-                    "WHERE { ?m a mfo:FeedMessage ; nie:links <https://town.example.net/pool> }");
-    const QStringList lines = run(listMessages, {"Town News"}).out.split('\n', Qt::SkipEmptyParts);
+    QVERIFY(runCommand(subscribe, {sample("town-news.xml")}).isFine);
+    store().update("INSERT DATA { <urn:tag:1> a nao:Tag . <urn:tag:2> a nao:Tag }");
+    store().update("INSERT { ?m nao:hasTag <urn:tag:1> , <urn:tag:2> } "
+                   "WHERE { ?m a mfo:FeedMessage ; nie:links <https://town.example.net/pool> }");
+    const QStringList lines = runCommand(listMessages, {"Town News"}).out.split('\n', Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), 2);
     QVERIFY2(!lines.at(0).contains('*'), qPrintable(lines.at(0)));
     QVERIFY2(lines.at(1).contains("  *  The pool is closed  "), qPrintable(lines.at(1)));
@@ -199,11 +152,11 @@ void TestCommands::favourites()
 void TestCommands::titlesAreNoTemplates()
 {
     const QString feed = write("%2.xml", "100%1 %2 %3", "");
-    QCOMPARE(run(subscribe, {feed}).out, QString("Subscribed: 100%1 %2 %3 (0 messages)\n"));
+    QCOMPARE(runCommand(subscribe, {feed}).out, QString("Subscribed: 100%1 %2 %3 (0 messages)\n"));
     write("%2.xml", "100%1 %2 %3", "<item><title>%1 %2</title></item>");
-    QCOMPARE(run(refresh, {}).out, QString("100%1 %2 %3: 1 new\n  (no date)  %1 %2\n"));
+    QCOMPARE(runCommand(refresh, {}).out, QString("100%1 %2 %3: 1 new\n  (no date)  %1 %2\n"));
     QVERIFY(QFile::remove(feed));
-    const Result gone = run(refresh, {});
+    const CommandResult gone = runCommand(refresh, {});
     QVERIFY2(gone.err.startsWith("tidel: 100%1 %2 %3 (file://"), qPrintable(gone.err));
 }
 
