@@ -8,6 +8,8 @@ tidel=$1 parser=$2 inserter=$3
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export XDG_DATA_HOME=$work/data
+# As tidel sets it, so that all are measured alike.
+export TZ=${TZ-:/etc/localtime}
 
 python3 "$(dirname "$0")/../tests/data/generate-feeds.py" --feeds 200 --items 50 --size 1024 "$work/feeds"
 
