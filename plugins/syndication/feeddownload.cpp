@@ -86,6 +86,7 @@ Outcome FeedDownload::prepare()
         if (!notes)
             return {FeedDownloadNotFound, QStringLiteral("no such channel")};
         m_address = QUrl(notes->link);
+        m_itemBase = notes->itemBase;
         m_known = notes->validators;
     }
     if (!canTransfer(m_address))
@@ -117,9 +118,11 @@ Outcome FeedDownload::read(const QByteArray &document, const QUrl &source, const
     if (document.isEmpty())
         return {FeedDownloadNotAFeed, QStringLiteral("is empty")};
     QString error;
-    const auto feed = ParsedFeed::parse(document, m_address, &error, source);
+    auto feed = ParsedFeed::parse(document, m_address, &error, source);
     if (!feed)
         return {FeedDownloadNotAFeed, error};
+    if (!m_itemBase.isEmpty())
+        feed->nameItemsAfter(m_itemBase);
     return m_isSubscription ? addChannel(*feed, validators) : addMessages(*feed, validators);
 }
 

@@ -46,6 +46,7 @@ private:
     const bool m_isSubscription;
     QString m_channelUri;
     QUrl m_address;
+    QString m_itemBase; // empty for a new channel, whose items are named after its address
     Validators m_known;
     QBuffer m_document;
     QStringList m_newMessages;

@@ -26,7 +26,8 @@ QString replacement(const char *property, const char *name, bool isEmpty)
 
 std::optional<FeedNotes> feedNotes(const FeedStore &store, const QString &channelUri)
 {
-    QSparqlQuery query(QStringLiteral("SELECT ?l ?e ?m WHERE { ?:channel a mfo:FeedChannel ; nie:links ?l "
+    QSparqlQuery query(QStringLiteral("SELECT ?l ?i ?e ?m WHERE { ?:channel a mfo:FeedChannel ; nie:links ?l "
+                                      "OPTIONAL { ?:channel nie:identifier ?i } "
                                       "OPTIONAL { ?:channel tidel:entityTag ?e } "
                                       "OPTIONAL { ?:channel tidel:lastModified ?m } }"));
     query.bindValue(QStringLiteral("channel"), QUrl(channelUri));
@@ -34,7 +35,10 @@ std::optional<FeedNotes> feedNotes(const FeedStore &store, const QString &channe
     if (found.isEmpty())
         return std::nullopt;
     const QSparqlResultRow &row = found.first();
-    return FeedNotes{row.value(0).toString(), {row.value(1).toString(), row.value(2).toString()}};
+    const QString link = row.value(0).toString();
+    const QString first = row.value(1).toString();
+    return FeedNotes{
+        link, first.isEmpty() ? link : first, {row.value(2).toString(), row.value(3).toString()}};
 }
 
 bool noteReading(FeedStore &store, const QString &channelUri, const Validators &validators)

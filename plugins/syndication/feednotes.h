@@ -21,6 +21,8 @@ struct Validators
 struct FeedNotes
 {
     QString link;
+    QString
+        itemBase; ///< what items without a link are named after: the first link, also where it was changed
     Validators validators;
 };
 

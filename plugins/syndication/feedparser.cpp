@@ -34,7 +34,7 @@ unsigned int cleanLength(const QString &text)
 } // namespace
 
 ParsedFeed::ParsedFeed(const FeedTree &tree, const QUrl &link, const QUrl &source)
-    : m_tree(tree), m_link(encodedUrl(link)), m_base(source), m_items(feedItems(tree))
+    : m_tree(tree), m_link(encodedUrl(link)), m_itemBase(m_link), m_base(source), m_items(feedItems(tree))
 {
     m_website = cleanLink(m_tree.feed->link(), baseOf(m_tree.elements.documentElement()));
     if (!m_website.isEmpty())
@@ -118,7 +118,7 @@ QString ParsedFeed::wantedLink(const FeedItem &item) const
         return link;
     const QString permalink = item.permalink();
     const QString address = isRelativeLink(permalink) ? QString() : cleanLink(permalink, m_base);
-    return address.isEmpty() ? itemUrn(m_link, item.id()) : address;
+    return address.isEmpty() ? itemUrn(m_itemBase, item.id()) : address;
 }
 
 FeedMessage ParsedFeed::message(const FeedItem &item, const QString &link) const

@@ -24,6 +24,9 @@ public:
     static std::optional<ParsedFeed> parse(const QByteArray &document, const QUrl &link, QString *error,
                                            const QUrl &source = QUrl());
 
+    /// Names the items that have no link after \a feedLink instead of the feed's present one.
+    void nameItemsAfter(const QString &feedLink) { m_itemBase = feedLink; }
+
     /// The feed without its messages.
     FeedChannel channel() const;
 
@@ -48,6 +51,7 @@ private:
 
     FeedTree m_tree;
     QString m_link;
+    QString m_itemBase;
     QString m_website;
     QUrl m_base;
     std::vector<std::unique_ptr<FeedItem>> m_items;

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void pathAsLink();
     void nothingNew();
     void newLinkDropsTheValidators();
+    void firstLinkIsKept();
     void newTitleKeepsTheValidators();
     void linkOfAnotherChannel();
     void linkOfAMessage();
@@ -141,6 +142,18 @@ void TestEdit::newLinkDropsTheValidators()
     QCOMPARE(store().count("<" + uri + "> tidel:lastModified ?m"), 0);
     QCOMPARE(dropped(uri), QStringList("x"));
     QCOMPARE(store().count("<" + other + "> tidel:entityTag ?e ; tidel:lastModified ?m"), 1);
+}
+
+void TestEdit::firstLinkIsKept()
+{
+    const QString uri = addChannel("News");
+    const QString pattern = "SELECT ?i { <" + uri + "> nie:identifier ?i }";
+    QVERIFY(runCommand(edit, {"News"}, {{"title", "Old News"}}).isFine);
+    QCOMPARE(store().texts(pattern), QStringList());
+    for (const char *link : {"moved", "again", "News"}) {
+        QVERIFY(runCommand(edit, {"Old News"}, {{"link", linkOf(link)}}).isFine);
+        QCOMPARE(store().texts(pattern), QStringList(linkOf("News")));
+    }
 }
 
 void TestEdit::newTitleKeepsTheValidators()

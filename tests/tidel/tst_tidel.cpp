@@ -16,6 +16,11 @@ struct Run
     QStringList errors() const { return err.split('\n', Qt::SkipEmptyParts); }
 };
 
+QByteArray feed(const QByteArray &items)
+{
+    return "<rss version='2.0'><channel><title>Feed</title>" + items + "</channel></rss>";
+}
+
 } // namespace
 
 /// Runs the real program on a store of its own for each test.
@@ -48,6 +53,7 @@ private slots:
     void prunedMessagesStayAway();
     void undatedMessages();
     void editedLinkIsRead();
+    void itemsWithoutLinkSurviveAMove();
     void nothingIsLeft();
     void sharedItem();
     void hostileFeeds();
@@ -472,15 +478,12 @@ void TestTidel::refreshWithoutFile()
 void TestTidel::prunedMessagesStayAway()
 {
     const auto publish = [this](const QStringList &titles) {
-        QFile file(feedFile("feed.xml"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
         QString items;
         for (const QString &title : titles)
             items += QString("<item><title>%1</title><link>https://example.org/%1</link>"
                              "<pubDate>Tue, 0%2 Nov 2026 10:00:00 GMT</pubDate></item>")
                          .arg(title, title.right(1));
-        file.write(
-            QString("<rss version='2.0'><channel><title>Feed</title>%1</channel></rss>").arg(items).toUtf8());
+        QVERIFY(!write("feed.xml", feed(items.toUtf8())).isEmpty());
     };
     const QString nothingNew = "Feed: nothing new\n";
     publish({"day3", "day2", "day1"});
@@ -508,13 +511,10 @@ void TestTidel::prunedMessagesStayAway()
 void TestTidel::undatedMessages()
 {
     const auto publish = [this](const QStringList &titles) {
-        QFile file(feedFile("feed.xml"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
         QString items;
         for (const QString &title : titles)
             items += QString("<item><title>%1</title><link>https://example.org/%1</link></item>").arg(title);
-        file.write(
-            QString("<rss version='2.0'><channel><title>Feed</title>%1</channel></rss>").arg(items).toUtf8());
+        QVERIFY(!write("feed.xml", feed(items.toUtf8())).isEmpty());
     };
     const auto shown = [this] {
         QStringList titles;
@@ -543,6 +543,19 @@ void TestTidel::editedLinkIsRead()
              "Changed: Radio (file://" + moved + ")\n");
     QVERIFY(run({"refresh", "Radio"}).out.startsWith("Radio: 2 new\n"));
     QCOMPARE(run({"messages", "moved.xml"}).lines().size(), 4);
+}
+
+void TestTidel::itemsWithoutLinkSurviveAMove()
+{
+    const QByteArray old = "<item><title>Old</title><guid isPermaLink='false'>1</guid></item>";
+    const QByteArray fresh = "<item><title>New</title><guid isPermaLink='false'>2</guid></item>";
+    VERIFY_RUN(run({"subscribe", write("feed.xml", feed(old))}), 0);
+    for (const char *place : {"moved.xml", "again.xml"}) {
+        write(place, feed(old + fresh));
+        VERIFY_RUN(run({"edit", "Feed", "--link", place}), 0);
+        VERIFY_RUN(run({"refresh"}), 0);
+        QCOMPARE(run({"messages", "Feed"}).lines().size(), 2);
+    }
 }
 
 void TestTidel::nothingIsLeft()

@@ -31,15 +31,20 @@ QString obstacle(const FeedStore &store, const QList<FeedChannel> &channels, con
     return QString();
 }
 
-/// What a server said of the last download holds for the old link alone.
-bool dropValidators(FeedStore &store, const QString &channelUri)
+/// What a server said of the last download holds for \a oldLink alone; the names of items that have no link
+/// of their own were made from the first link, and stay so.
+bool prepareMove(FeedStore &store, const QString &channelUri, const QString &oldLink)
 {
     QSparqlQuery query(QStringLiteral("DELETE { ?:channel tidel:entityTag ?e } "
                                       "WHERE { ?:channel tidel:entityTag ?e } "
                                       "DELETE { ?:channel tidel:lastModified ?m } "
-                                      "WHERE { ?:channel tidel:lastModified ?m }"),
-                       QSparqlQuery::DeleteStatement);
+                                      "WHERE { ?:channel tidel:lastModified ?m } "
+                                      "INSERT { ?:channel nie:identifier ?:link } "
+                                      "WHERE { ?:channel a mfo:FeedChannel "
+                                      "FILTER NOT EXISTS { ?:channel nie:identifier ?first } }"),
+                       QSparqlQuery::InsertStatement);
     query.bindValue(QStringLiteral("channel"), QUrl(channelUri));
+    query.bindValue(QStringLiteral("link"), oldLink);
     return store.run(query);
 }
 
@@ -83,10 +88,10 @@ void edit(FeedStore &store, const Arguments &arguments, Output &output)
         }
         properties.insert(FeedTrackerSparql::LinkKey, link);
     }
-    const bool dropsValidators = properties.contains(FeedTrackerSparql::LinkKey);
+    const bool isMoved = properties.contains(FeedTrackerSparql::LinkKey);
     if (properties.isEmpty())
         output.line(QStringLiteral("Nothing to change: %1 (%2)").arg(title, link));
-    else if ((!dropsValidators || dropValidators(store, channel->uri()))
+    else if ((!isMoved || prepareMove(store, channel->uri(), channel->link()))
              && store.library().editChannel(channel->uri(), properties))
         output.line(QStringLiteral("Changed: %1 (%2)").arg(title, link));
     else
