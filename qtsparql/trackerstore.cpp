@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "trackerstore_p.h"
 
+#include "ontology_p.h"
+#include "storefolder_p.h"
 #include "trackerdialect_p.h"
 
 // The library carries its new name from 3.8 on.
@@ -11,10 +13,7 @@
 #endif
 
 #include <QDateTime>
-#include <QDeadlineTimer>
-#include <QDir>
 #include <QFile>
-#include <QLockFile>
 #include <QLoggingCategory>
 
 // Tracker's own messages are for whoever looks into the store; they must not reach a user's terminal unasked.
@@ -27,8 +26,6 @@ struct GObjectDeleter
     void operator()(gpointer object) const { g_object_unref(object); }
 };
 template <typename T> using GObjectPtr = std::unique_ptr<T, GObjectDeleter>;
-
-constexpr int lockTimeoutMs = 30000;
 
 QSparqlError::ErrorType kindOf(const GError *error)
 {
@@ -56,11 +53,6 @@ QSparqlError fromGError(const QString &what, GError *error)
     const QSparqlError result(text, kindOf(error), error->code);
     g_error_free(error);
     return result;
-}
-
-QSparqlError connectionError(const QString &message)
-{
-    return QSparqlError(message, QSparqlError::ConnectionError);
 }
 
 /// What went wrong within Tracker on this thread, whether or not it made a call fail.
@@ -114,100 +106,105 @@ QSparqlError refuseNull(const QString &statement)
                         QSparqlError::StatementError);
 }
 
-bool waitFor(QLockFile *lock)
-{
-    // Left to itself QLockFile looks ever more rarely: the last of eight programs would start after six
-    // seconds.
-    constexpr int intervalMs = 10;
-    const QDeadlineTimer deadline(lockTimeoutMs);
-    while (!lock->tryLock(intervalMs)) {
-        if (lock->error() != QLockFile::LockFailedError || deadline.hasExpired())
-            return false;
-    }
-    return true;
-}
-
-/**
- * Stands in the folder of a store for as long as a database is being made there. Tracker never again opens a
- * database whose making was cut short. It holds nothing yet, since the lock is kept until it is whole, so
- * that whoever finds the mark may begin anew.
- */
-class CreationMark
-{
-public:
-    explicit CreationMark(const QString &folder)
-        : m_folder(folder), m_file(m_folder.filePath(QStringLiteral("creating")))
-    {
-    }
-
-    /// Leaves a store that is whole alone. False when the folder cannot be written to.
-    bool set()
-    {
-        if (m_file.exists()) {
-            const QStringList remains = m_folder.entryList({QStringLiteral("meta.db*")}, QDir::Files);
-            for (const QString &name : remains)
-                m_folder.remove(name);
-        }
-        return m_folder.exists(QStringLiteral("meta.db")) || m_file.open(QIODevice::WriteOnly);
-    }
-
-    /// False when the mark that was set is still there, or was taken over by somebody else.
-    bool remove() { return !m_file.isOpen() || m_file.remove(); }
-
-private:
-    QDir m_folder;
-    QFile m_file;
-};
-
 } // namespace
 
 struct TrackerStore::Handle
 {
     GObjectPtr<TrackerSparqlConnection> connection;
+
+    ~Handle();
+    bool hasOurOntology() const;
 };
 
-TrackerStore::TrackerStore(std::unique_ptr<Handle> handle) : m_handle(std::move(handle)) { }
+TrackerStore::Handle::~Handle()
+{
+    if (connection)
+        tracker_sparql_connection_close(connection.get());
+}
 
-TrackerStore::~TrackerStore() { tracker_sparql_connection_close(m_handle->connection.get()); }
+bool TrackerStore::Handle::hasOurOntology() const
+{
+    static const QByteArray question = ontologyQuestion();
+    const GObjectPtr<TrackerSparqlCursor> answer(
+        tracker_sparql_connection_query(connection.get(), question.constData(), nullptr, nullptr));
+    return answer && tracker_sparql_cursor_next(answer.get(), nullptr, nullptr)
+        && tracker_sparql_cursor_get_boolean(answer.get(), 0);
+}
+
+TrackerStore::TrackerStore(const QString &folder, std::unique_ptr<Handle> handle, Access access)
+    : m_folder(folder), m_handle(std::move(handle)), m_access(access)
+{
+}
+
+TrackerStore::~TrackerStore() = default;
 
 std::unique_ptr<TrackerStore> TrackerStore::open(const QString &folder, QSparqlError *error)
 {
     routeTrackerMessages();
-    if (!QDir().mkpath(folder)) {
-        *error = connectionError(QStringLiteral("Cannot create the folder of the store, %1").arg(folder));
+    StoreFolder place(folder);
+    *error = place.enter();
+    if (error->isValid())
         return nullptr;
+    Access access = Access::Reading;
+    std::unique_ptr<Handle> handle = place.hasDatabase() ? connect(folder, access, error) : nullptr;
+    if (!handle || !handle->hasOurOntology()) {
+        access = Access::Writing;
+        handle = openForWriting(&place, error);
     }
-    // Two processes that create one database at once spoil it for each other.
-    QLockFile lock(folder + QLatin1String("/opening.lock"));
-    if (!waitFor(&lock)) {
-        *error = connectionError(QStringLiteral("Cannot lock the store in %1").arg(folder));
-        return nullptr;
-    }
-    CreationMark mark(folder);
-    std::unique_ptr<TrackerStore> store = mark.set() ? openLocked(folder, error) : nullptr;
-    if (store && mark.remove())
-        return store;
-    if (!error->isValid())
-        *error = connectionError(QStringLiteral("Cannot write in the folder of the store, %1").arg(folder));
+    return handle ? std::unique_ptr<TrackerStore>(new TrackerStore(folder, std::move(handle), access))
+                  : nullptr;
+}
+
+/// Opens the database in \a folder, for writing with our ontology; null with \a error set when that fails.
+std::unique_ptr<TrackerStore::Handle> TrackerStore::connect(const QString &folder, Access access,
+                                                            QSparqlError *error)
+{
+    const GObjectPtr<GFile> store(g_file_new_for_path(QFile::encodeName(folder).constData()));
+    const GObjectPtr<GFile> ontology(
+        g_file_new_for_uri((QByteArrayLiteral("resource://") + ontologyPath).constData()));
+    const bool isForWriting = access == Access::Writing;
+    GError *cause = nullptr;
+    auto handle = std::make_unique<Handle>();
+    handle->connection.reset(tracker_sparql_connection_new(
+        isForWriting ? TRACKER_SPARQL_CONNECTION_FLAGS_NONE : TRACKER_SPARQL_CONNECTION_FLAGS_READONLY,
+        store.get(), isForWriting ? ontology.get() : nullptr, nullptr, &cause));
+    if (!cause)
+        return handle;
+    const QString what =
+        QStringLiteral("Cannot open the store in %1, damaged or of another version").arg(folder);
+    *error = fromGError(what, cause);
+    error->setType(QSparqlError::ConnectionError);
     return nullptr;
 }
 
-std::unique_ptr<TrackerStore> TrackerStore::openLocked(const QString &folder, QSparqlError *error)
+/// Makes the database where there is none.
+std::unique_ptr<TrackerStore::Handle> TrackerStore::openForWriting(StoreFolder *place, QSparqlError *error)
 {
-    const GObjectPtr<GFile> store(g_file_new_for_path(QFile::encodeName(folder).constData()));
-    const GObjectPtr<GFile> ontology(g_file_new_for_uri("resource:///tidel/ontology"));
-    GError *cause = nullptr;
-    auto handle = std::make_unique<Handle>();
-    handle->connection.reset(tracker_sparql_connection_new(TRACKER_SPARQL_CONNECTION_FLAGS_NONE, store.get(),
-                                                           ontology.get(), nullptr, &cause));
-    if (cause) {
-        const QString what =
-            QStringLiteral("Cannot open the store in %1, damaged or of another version").arg(folder);
-        *error = fromGError(what, cause);
-        error->setType(QSparqlError::ConnectionError);
-        return nullptr;
+    *error = QSparqlError();
+    std::unique_ptr<Handle> handle =
+        place->beginMaking() ? connect(place->path(), Access::Writing, error) : nullptr;
+    if (handle && place->endMaking())
+        return handle;
+    if (!error->isValid())
+        *error =
+            QSparqlError(QStringLiteral("Cannot write in the folder of the store, %1").arg(place->path()),
+                         QSparqlError::ConnectionError);
+    return nullptr;
+}
+
+/// Reads through the new connection from now on as well, so that what was written is seen at once.
+QSparqlError TrackerStore::becomeWritable()
+{
+    if (m_access == Access::Writing)
+        return QSparqlError();
+    StoreFolder place(m_folder);
+    QSparqlError error = place.enter();
+    std::unique_ptr<Handle> handle = error.isValid() ? nullptr : openForWriting(&place, &error);
+    if (handle) {
+        m_handle = std::move(handle);
+        m_access = Access::Writing;
     }
-    return std::unique_ptr<TrackerStore>(new TrackerStore(std::move(handle)));
+    return error;
 }
 
 QSparqlError TrackerStore::select(const QString &statement, SparqlTable *table)
@@ -243,6 +240,8 @@ QSparqlError TrackerStore::update(const QString &statement)
         return QSparqlError();
     if (const QSparqlError refusal = refuseNull(statement); refusal.isValid())
         return refusal;
+    if (const QSparqlError failure = becomeWritable(); failure.isValid())
+        return failure;
     GError *error = nullptr;
     lastCriticalMessage.clear();
     tracker_sparql_connection_update(m_handle->connection.get(),

@@ -7,8 +7,13 @@
 
 #include <memory>
 
+class StoreFolder;
+
 /**
- * An open Tracker database. The only unit that knows Tracker and GLib.
+ * An open Tracker database. The only unit that knows Tracker.
+ *
+ * It is open for reading alone until the first update: opening for writing compares ontologies, and closing
+ * then tidies up, both of which take the longer the more there is.
  *
  * Every call blocks until the store has answered. An error leaves what the arguments point to as it was.
  */
@@ -26,10 +31,16 @@ public:
 
 private:
     struct Handle;
-    static std::unique_ptr<TrackerStore> openLocked(const QString &folder, QSparqlError *error);
-    explicit TrackerStore(std::unique_ptr<Handle> handle);
+    enum class Access { Reading, Writing };
 
-    const std::unique_ptr<Handle> m_handle;
+    static std::unique_ptr<Handle> connect(const QString &folder, Access access, QSparqlError *error);
+    static std::unique_ptr<Handle> openForWriting(StoreFolder *place, QSparqlError *error);
+    TrackerStore(const QString &folder, std::unique_ptr<Handle> handle, Access access);
+    QSparqlError becomeWritable();
+
+    const QString m_folder;
+    std::unique_ptr<Handle> m_handle;
+    Access m_access;
 };
 
 #endif

@@ -41,6 +41,9 @@ private Q_SLOTS:
     void stockProgramBesideAnOpenConnection();
     void stockProgramWrites();
     void storeThatAStockProgramMade();
+    void olderOntologyIsBroughtUpToDate_data();
+    void olderOntologyIsBroughtUpToDate();
+    void readingDoesNotWaitForWriters();
     void readersProperties_data();
     void readersProperties();
     void wordsAreFound();
@@ -100,14 +103,14 @@ int collectText(void *lines, int columns, char **values, char **)
     return 0;
 }
 
-/// What SQLite itself knows of the store.
+/// What SQLite itself answers for the store.
 QStringList sqliteRows(const QString &folder, const QString &statement)
 {
     sqlite3 *database = nullptr;
     QStringList lines;
     char *error = nullptr;
     const QByteArray file = QFile::encodeName(folder + QStringLiteral("/meta.db"));
-    if (sqlite3_open_v2(file.constData(), &database, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK
+    if (sqlite3_open(file.constData(), &database) != SQLITE_OK
         || sqlite3_exec(database, statement.toUtf8().constData(), collectText, &lines, &error) != SQLITE_OK)
         lines = QStringList(QString::fromUtf8(error ? error : sqlite3_errmsg(database)));
     sqlite3_free(error);
@@ -273,6 +276,48 @@ void TestOntology::storeThatAStockProgramMade()
     const auto connection = ScratchStore::connect(dir.path());
     QVERIFY2(connection->isValid(), qPrintable(connection->lastError().message()));
     QCOMPARE(ScratchStore::rows(*connection, readFeed.value(0)), QStringList(feed.value(0)));
+}
+
+void TestOntology::olderOntologyIsBroughtUpToDate_data()
+{
+    QTest::addColumn<QString>("part");
+    for (const char *part : {"http://tidel.org/ontology/v1#", "http://tracker.api.gnome.org/ontology/v3/mfo#",
+                             "http://tracker.api.gnome.org/ontology/v3/osinfo#"})
+        QTest::newRow(part) << QString::fromLatin1(part);
+}
+
+void TestOntology::olderOntologyIsBroughtUpToDate()
+{
+    QFETCH(QString, part);
+    const QTemporaryDir dir;
+    VERIFY_DONE(
+        ScratchStore::run(*ScratchStore::connect(dir.path()), insertFeed, QSparqlQuery::InsertStatement));
+    const QString ofPart = QStringLiteral(" WHERE ID = (SELECT ID FROM Resource WHERE Uri = '%1')").arg(part);
+    const QString dateOfPart = QStringLiteral("SELECT \"nrl:lastModified\" FROM \"nrl:Ontology\"") + ofPart;
+    const QStringList date = sqliteRows(dir.path(), dateOfPart);
+    QCOMPARE(sqliteRows(dir.path(),
+                        QStringLiteral("UPDATE \"nrl:Ontology\" SET \"nrl:lastModified\" = 1") + ofPart),
+             QStringList());
+    QCOMPARE(sqliteRows(dir.path(), dateOfPart), QStringList(QStringLiteral("1")));
+
+    QCOMPARE(ScratchStore::rows(*ScratchStore::connect(dir.path()), readFeed.value(0)),
+             QStringList(feed.value(0)));
+    QCOMPARE(sqliteRows(dir.path(), dateOfPart), date);
+}
+
+void TestOntology::readingDoesNotWaitForWriters()
+{
+    const QTemporaryDir dir;
+    VERIFY_DONE(
+        ScratchStore::run(*ScratchStore::connect(dir.path()), insertFeed, QSparqlQuery::InsertStatement));
+    sqlite3 *writer = nullptr;
+    const QByteArray file = QFile::encodeName(dir.filePath(QStringLiteral("meta.db")));
+    QCOMPARE(sqlite3_open(file.constData(), &writer), SQLITE_OK);
+    QCOMPARE(sqlite3_exec(writer, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+    QCOMPARE(ScratchStore::rows(*ScratchStore::connect(dir.path()), readFeed.value(0)),
+             QStringList(feed.value(0)));
+    QCOMPARE(sqlite3_exec(writer, "ROLLBACK", nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(writer);
 }
 
 void TestOntology::readersProperties_data()

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "ontology_p.h"
+
+#include <QRegularExpression>
+
+#include <gio/gio.h>
+
+const char *const ontologyPath = "/tidel/ontology";
+
+namespace {
+
+/// Name and date, as a statement writes them, of the part of the ontology that \a file of it declares.
+QString declaration(const char *file)
+{
+    static const QRegularExpression pattern(
+        QStringLiteral("^(\\w+:) a [^\"]*nrl:Ontology ;\\s+nrl:prefix \"\\w+\" ;\\s+(nrl:lastModified \"[^\"]+\")"),
+        QRegularExpression::MultilineOption);
+    const QByteArray path = QByteArray(ontologyPath) + "/" + file;
+    GBytes *content = g_resources_lookup_data(path.constData(), G_RESOURCE_LOOKUP_FLAGS_NONE, nullptr);
+    gsize size = 0;
+    const char *text = static_cast<const char *>(g_bytes_get_data(content, &size));
+    const QRegularExpressionMatch match = pattern.match(QString::fromUtf8(text, int(size)));
+    g_bytes_unref(content);
+    return match.captured(1) + QLatin1Char(' ') + match.captured(2);
+}
+
+} // namespace
+
+QByteArray ontologyQuestion()
+{
+    QStringList declarations;
+    gchar **files = g_resources_enumerate_children(ontologyPath, G_RESOURCE_LOOKUP_FLAGS_NONE, nullptr);
+    for (gchar **file = files; *file; ++file)
+        declarations.append(declaration(*file));
+    g_strfreev(files);
+    return QStringLiteral("ASK { %1 }").arg(declarations.join(QLatin1String(" . "))).toUtf8();
+}
