@@ -13,7 +13,8 @@ namespace {
 QString declaration(const char *file)
 {
     static const QRegularExpression pattern(
-        QStringLiteral("^(\\w+:) a [^\"]*nrl:Ontology ;\\s+nrl:prefix \"\\w+\" ;\\s+(nrl:lastModified \"[^\"]+\")"),
+        QStringLiteral(
+            "^(\\w+:) a [^\"]*nrl:Ontology ;\\s+nrl:prefix \"\\w+\" ;\\s+(nrl:lastModified \"[^\"]+\")"),
         QRegularExpression::MultilineOption);
     const QByteArray path = QByteArray(ontologyPath) + "/" + file;
     GBytes *content = g_resources_lookup_data(path.constData(), G_RESOURCE_LOOKUP_FLAGS_NONE, nullptr);

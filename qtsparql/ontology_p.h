@@ -7,8 +7,8 @@
 /// Where GLib finds the files of the ontology that is compiled in.
 extern const char *const ontologyPath;
 
-/// A statement that asks whether a store has this ontology, by the dates of its parts. Where a part is unknown it is
-/// refused.
+/// A statement that asks whether a store has this ontology, by the dates of its parts. Where a part is
+/// unknown it is refused.
 QByteArray ontologyQuestion();
 
 #endif

@@ -158,8 +158,7 @@ void TestTable::outputIsSafeLines()
 void TestTable::outputSaysWhenItCannotBeWritten()
 {
     FILE *full = fopen("/dev/full", "w");
-    if (!full)
-        QSKIP("there is no /dev/full here");
+    QVERIFY(full);
     FILE *ignored = fopen("/dev/null", "w");
     Output output(full, ignored);
     output.line("lost");
