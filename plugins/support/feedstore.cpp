@@ -3,6 +3,7 @@
 
 #include "links.h"
 #include "messagewriter.h"
+#include "sparqltext.h"
 #include "storedlinks.h"
 
 #include <QCoreApplication>
@@ -67,11 +68,14 @@ bool FeedStore::hasChannel(const QUrl &address) const
 
 QSet<QString> FeedStore::channelLinks(const QSet<QString> &links) const
 {
-    const auto found =
-        storedLinks(*m_connection, links, QStringLiteral("?c a mfo:FeedChannel ; nie:links ?l"));
-    if (!found)
-        noteFailure(QStringLiteral("it does not tell the links of its channels"));
-    return found.value_or(QSet<QString>());
+    return found(links, QStringLiteral("?c a mfo:FeedChannel ; nie:links ?l"));
+}
+
+QSet<QString> FeedStore::messageLinks(const QSet<QString> &links, const QString &channelUri) const
+{
+    return found(links,
+                 QStringLiteral("?m a mfo:FeedMessage ; nie:links ?l ; nie:isLogicalPartOf ")
+                     + iri(channelUri));
 }
 
 QHash<QString, int> FeedStore::messageCounts() const
@@ -126,6 +130,15 @@ QList<QSparqlResultRow> FeedStore::rows(const QSparqlQuery &query) const
 }
 
 bool FeedStore::run(const QSparqlQuery &update) { return finished(update) != nullptr; }
+
+/// Those of \a links that \a pattern finds as its ?l.
+QSet<QString> FeedStore::found(const QSet<QString> &links, const QString &pattern) const
+{
+    const auto stored = storedLinks(*m_connection, links, pattern);
+    if (!stored)
+        noteFailure(QStringLiteral("it does not tell what it has"));
+    return stored.value_or(QSet<QString>());
+}
 
 /// The result of \a query; null when it failed.
 std::unique_ptr<QSparqlResult> FeedStore::finished(const QSparqlQuery &query) const

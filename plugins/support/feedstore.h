@@ -39,6 +39,8 @@ public:
     bool hasChannel(const QUrl &address) const;
     /// Those of \a links that are links of channels.
     QSet<QString> channelLinks(const QSet<QString> &links) const;
+    /// Those of \a links that are links of the channel's messages.
+    QSet<QString> messageLinks(const QSet<QString> &links, const QString &channelUri) const;
     /// How many messages the channels have, by their URIs; none for a channel without.
     QHash<QString, int> messageCounts() const;
     /// The URI of the message that \a name, a link or a URI, stands for; empty when there is none.
@@ -65,6 +67,7 @@ public:
 private:
     explicit FeedStore(std::unique_ptr<QSparqlConnection> connection);
 
+    QSet<QString> found(const QSet<QString> &links, const QString &pattern) const;
     std::unique_ptr<QSparqlResult> finished(const QSparqlQuery &query) const;
     void noteFailure(const QString &text) const;
 

@@ -39,8 +39,6 @@ QList<FeedMessage> oldestFirst(QList<FeedMessage> messages)
     return messages;
 }
 
-QSet<QString> setOf(const QStringList &texts) { return {texts.begin(), texts.end()}; }
-
 } // namespace
 
 FeedDownload::FeedDownload(const DownloadTools &tools, bool isSubscription)
@@ -139,7 +137,7 @@ Outcome FeedDownload::addChannel(const ParsedFeed &feed, const Validators &valid
         return {FeedDownloadStoreFailed, QStringLiteral("the store did not take the channel")};
     if (!icon.remoteUrl().isEmpty())
         store().library().addEnclosures({icon}, m_channelUri);
-    if (!write(feed.messages(reservedLinks(feed, {})), validators))
+    if (!write(feed.messages(linkUse(feed, {}).reserved), validators))
         return {FeedDownloadStoreFailed,
                 QStringLiteral("subscribed, but the store did not take its messages; a refresh tries again")};
     return {};
@@ -151,13 +149,12 @@ Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &vali
     if (!feedNotes(store(), m_channelUri))
         return {FeedDownloadNotFound, QStringLiteral("the channel has been deleted meanwhile")};
     const QSet<QString> dropped = droppedLinks(store(), m_channelUri);
-    const QSet<QString> known = dropped + setOf(store().library().messageLinksOfChannel(m_channelUri));
-    const QSet<QString> reserved = reservedLinks(feed, known);
-    if (!write(feed.messages(reserved, known), validators))
+    const LinkUse use = linkUse(feed, dropped);
+    if (!write(feed.messages(use.reserved, use.known), validators))
         return {FeedDownloadStoreFailed,
                 QStringLiteral("the store did not take the new messages; refresh again to try again")};
     if (!dropped.isEmpty())
-        forgetDropped(store(), m_channelUri, (dropped - feed.links(reserved)).values());
+        forgetDropped(store(), m_channelUri, (dropped - feed.links(use.reserved)).values());
     return {};
 }
 
@@ -170,16 +167,19 @@ bool FeedDownload::write(const QList<FeedMessage> &messages, const Validators &v
     return store().addMessages(ordered, m_channelUri) && noteReading(store(), m_channelUri, validators);
 }
 
-/// Links of channels, which no new message of \a feed may have.
-QSet<QString> FeedDownload::reservedLinks(const ParsedFeed &feed, const QSet<QString> &known) const
+FeedDownload::LinkUse FeedDownload::linkUse(const ParsedFeed &feed, const QSet<QString> &dropped) const
 {
-    QSet<QString> reserved;
+    LinkUse use{dropped, {}};
     QSet<QString> found;
+    // Messages get other links in the place of reserved ones.
     do {
-        found = store().channelLinks(feed.links(reserved) - known);
-        reserved += found;
+        const QSet<QString> links = feed.links(use.reserved) - use.known;
+        if (!m_isSubscription)
+            use.known += store().messageLinks(links, m_channelUri);
+        found = store().channelLinks(links - use.known);
+        use.reserved += found;
     } while (!found.isEmpty());
-    return reserved;
+    return use;
 }
 
 } // namespace Tidel

@@ -6,6 +6,7 @@
 #include "feednotes.h"
 
 #include <QBuffer>
+#include <QSet>
 #include <QStringList>
 #include <QUrl>
 
@@ -33,6 +34,13 @@ protected:
     void transferred(const Transfer &transfer) override;
 
 private:
+    /// What the links of a feed stand for in the store.
+    struct LinkUse
+    {
+        QSet<QString> known; ///< of messages that the channel has, or has dropped
+        QSet<QString> reserved; ///< of channels: no new message may have one
+    };
+
     FeedDownload(const DownloadTools &tools, bool isSubscription);
 
     Outcome prepare();
@@ -41,7 +49,7 @@ private:
     Outcome addChannel(const ParsedFeed &feed, const Validators &validators);
     Outcome addMessages(const ParsedFeed &feed, const Validators &validators);
     bool write(const QList<FeedMessage> &messages, const Validators &validators);
-    QSet<QString> reservedLinks(const ParsedFeed &feed, const QSet<QString> &known) const;
+    LinkUse linkUse(const ParsedFeed &feed, const QSet<QString> &dropped) const;
 
     const bool m_isSubscription;
     QString m_channelUri;

@@ -43,6 +43,7 @@ private slots:
     void newMessagesAreRefused();
     void noAnswer();
     void refreshAsksLittle();
+    void refreshReadsNoArchive();
     void imageBelongsToItsChannel();
     void favourites();
     void titlesAreNoTemplates();
@@ -125,6 +126,21 @@ void TestCommands::refreshAsksLittle()
     QCOMPARE(updates(), 0);
     // The channels, and of each what is known of its document.
     QCOMPARE(StatementGate::statements().size(), 3);
+}
+
+// A channel may have gathered far more than its feed shows.
+void TestCommands::refreshReadsNoArchive()
+{
+    const QByteArray first = "<item><link>https://example.org/1</link></item>";
+    const QByteArray second = "<item><link>https://example.org/2</link></item>";
+    QVERIFY(runCommand(subscribe, {write("feed.xml", "Feed", first)}).isFine);
+    write("feed.xml", "Feed", second + first);
+    StatementGate::reset();
+    QVERIFY(runCommand(refresh, {}).out.startsWith("Feed: 1 new\n"));
+    const QStringList questions =
+        StatementGate::statements().filter(QRegularExpression("^SELECT.*FeedMessage"));
+    QVERIFY(!questions.isEmpty());
+    QCOMPARE(questions.filter("VALUES ?l {"), questions);
 }
 
 void TestCommands::imageBelongsToItsChannel()
