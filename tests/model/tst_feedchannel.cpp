@@ -145,6 +145,7 @@ private slots:
     void insertMessageKeepsNewestFirst_data();
     void insertMessageKeepsNewestFirst();
     void insertMessageComparesInstants();
+    void insertMessagePutsNoDateBehindTheOldest();
     void insertMessageHoldsTheSameMessageTwice();
     void insertMessageReachesAllSharers();
     void insertMessageTakesACopy();
@@ -323,6 +324,15 @@ void tst_FeedChannel::insertMessageComparesInstants()
     channel.insertMessage(message("ten", QDateTime(date, QTime(12, 0), Qt::OffsetFromUTC, 2 * 3600)));
     channel.insertMessage(message("twelve", QDateTime(date, QTime(10, 0), Qt::OffsetFromUTC, -2 * 3600)));
     QCOMPARE(titles(channel), QString("twelve eleven ten"));
+}
+
+void tst_FeedChannel::insertMessagePutsNoDateBehindTheOldest()
+{
+    // To QDateTime an invalid date is 1970.
+    FeedChannel channel;
+    channel.insertMessage(message("1960", QDateTime(QDate(1960, 1, 1), QTime(12, 0), Qt::UTC)));
+    channel.insertMessage(message("undated", QDateTime()));
+    QCOMPARE(titles(channel), QString("1960 undated"));
 }
 
 void tst_FeedChannel::insertMessageHoldsTheSameMessageTwice()

@@ -10,6 +10,9 @@
 #include <type_traits>
 #include <vector>
 
+#include <dlfcn.h>
+#include <link.h>
+
 static_assert(std::is_abstract_v<FeedNode>);
 static_assert(sizeof(FeedNode) == sizeof(void *));
 static_assert(!std::has_virtual_destructor_v<FeedNode>);
@@ -97,6 +100,7 @@ private slots:
     void assignmentDeletesTheRecordThatNobodyHolds();
     void equalityComparesTheRemoteUrlOnly();
     void addChildChangesNothing();
+    void addChildIsTheOnlyVirtualFunction();
     void castsFromNodeToEnclosure();
     void copiesMayBeUsedInSeveralThreads();
 
@@ -174,6 +178,17 @@ void tst_FeedEnclosure::addChildChangesNothing()
         static_cast<FeedNode *>(&enclosure)->addChild(child);
     QCOMPARE(recordOf(enclosure), recordOf(copy));
     QCOMPARE(shared.valuesOf(enclosure), shared.valuesOf(filled()));
+}
+
+void tst_FeedEnclosure::addChildIsTheOnlyVirtualFunction()
+{
+    void *const table = dlsym(RTLD_DEFAULT, "_ZTV13FeedEnclosure");
+    QVERIFY(table);
+    Dl_info info;
+    void *entry = nullptr;
+    QVERIFY(dladdr1(table, &info, &entry, RTLD_DL_SYMENT));
+    // The offset to the top, the type, and one function.
+    QCOMPARE(size_t(static_cast<const ElfW(Sym) *>(entry)->st_size), 3 * sizeof(void *));
 }
 
 void tst_FeedEnclosure::castsFromNodeToEnclosure()

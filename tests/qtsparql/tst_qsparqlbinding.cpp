@@ -18,6 +18,7 @@ private Q_SLOTS:
     void isEmptyAtFirst();
     void termOfAValue_data();
     void termOfAValue();
+    void numbersWithoutABareFormAreQuoted();
     void localTime_data();
     void localTime();
     void offsetWithSeconds();
@@ -171,6 +172,14 @@ void TestBinding::termOfAValue()
     QCOMPARE(binding.dataTypeUri(), type.isEmpty() ? QUrl() : QUrl(xsd + type));
 }
 
+void TestBinding::numbersWithoutABareFormAreQuoted()
+{
+    const QString name = QStringLiteral("v");
+    QCOMPARE(QSparqlBinding(name, qQNaN()).toString(), QStringLiteral("\"nan\""));
+    QCOMPARE(QSparqlBinding(name, qInf()).toString(), QStringLiteral("\"inf\""));
+    QCOMPARE(QSparqlBinding(name, -qInf()).toString(), QStringLiteral("\"-inf\""));
+}
+
 void TestBinding::localTime_data()
 {
     QTest::addColumn<QByteArray>("zone");
@@ -231,6 +240,9 @@ void TestBinding::languageTag()
     QCOMPARE(binding.languageTag(), QStringLiteral("de-CH"));
     QCOMPARE(binding.toString(), QStringLiteral("\"Gr\u00fc\u00dfe \\\"hier\\\"\"@de-CH"));
     QVERIFY(binding.isLiteral());
+    binding.setDataTypeUri(QUrl(QStringLiteral("urn:type")));
+    QCOMPARE(binding.toString(), QStringLiteral("\"Gr\u00fc\u00dfe \\\"hier\\\"\"@de-CH"));
+    binding.setDataTypeUri(QUrl());
     binding.setLanguageTag(QString());
     QCOMPARE(binding.toString(), QStringLiteral("\"Gr\u00fc\u00dfe \\\"hier\\\"\""));
 }
@@ -381,6 +393,12 @@ void TestBinding::equalityOfTerms()
     QVERIFY(QSparqlBinding(name, 1) != QSparqlBinding(name, true));
     QVERIFY(QSparqlBinding(name, QUrl(QStringLiteral("urn:a")))
             != QSparqlBinding(name, QStringLiteral("urn:a")));
+
+    QSparqlBinding blank(name);
+    blank.setBlankNodeLabel(QStringLiteral("a"));
+    QSparqlBinding resource(name);
+    resource.setResource(QStringLiteral("a"));
+    QVERIFY(blank != resource);
 
     QSparqlBinding typed(name);
     typed.setValue(QStringLiteral("a"), QUrl(xsd + QStringLiteral("string")));

@@ -38,6 +38,7 @@ private Q_SLOTS:
     void unfinishedCreationIsBegunAnew();
     void wholeStoreIsNeverBegunAnew();
     void reopenedAtOnce();
+    void twoConnectionsSeeEachOther_data();
     void twoConnectionsSeeEachOther();
     void secondOutlivesTheFirst();
     void databaseMadeInItsPlace();
@@ -321,10 +322,21 @@ void TestConnection::reopenedAtOnce()
     }
 }
 
+void TestConnection::twoConnectionsSeeEachOther_data()
+{
+    QTest::addColumn<bool>("throughALink");
+    QTest::newRow("same folder") << false;
+    QTest::newRow("symbolic link to it") << true;
+}
+
 void TestConnection::twoConnectionsSeeEachOther()
 {
+    QFETCH(bool, throughALink);
     const ScratchStore store;
-    const auto other = store.connect();
+    const QTemporaryDir links;
+    const QString link = links.filePath(QStringLiteral("link"));
+    QVERIFY(QFile::link(store.folder(), link));
+    const auto other = ScratchStore::connect(throughALink ? link : store.folder());
     QVERIFY(other->isValid());
     for (int i = 0; i < 10; ++i) {
         QSparqlConnection &writer = i % 2 ? store.connection() : *other;

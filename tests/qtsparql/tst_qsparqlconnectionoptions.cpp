@@ -54,6 +54,9 @@ void TestConnectionOptions::equality()
     two.setDatabaseName(QStringLiteral("/a"));
     QVERIFY(one == two);
     QVERIFY(!(one != two));
+    two.setDatabaseName(QStringLiteral("/b"));
+    QVERIFY(one != two);
+    two.setDatabaseName(QStringLiteral("/a"));
     two.setOption(QStringLiteral("more"), true);
     QVERIFY(one != two);
     two.setOption(QStringLiteral("more"), QVariant());

@@ -429,6 +429,10 @@ void TestResult::ask()
     QVERIFY(result->isBool());
     QVERIFY(!result->isTable());
 
+    const auto asTable = store.select(statement);
+    VERIFY_DONE(asTable);
+    QVERIFY(!asTable->boolValue());
+
     const auto refused = store.ask(QStringLiteral("ASK { <urn:a> a mfo:Nothing }"));
     VERIFY_REFUSED(refused, StatementError);
 }
