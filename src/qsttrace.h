@@ -21,10 +21,13 @@ struct QstTraceOrigin
  * One structured message for Qt's message handler, in the form that QstLogger files.
  *
  * Hosts and plug-ins write with the macros, each in a category of its own; that of the store is "Tracker":
- * \code QST_DEBUG("MyReader") << "refreshing" << channel.link(); QST_CRITICAL("MyReader") << "no channel of
- * that name"; \endcode A settings file switches the levels of a category on and off in the group of its name,
- * `[MyReader]`. Without a logger the messages go to whatever handler there is. A plug-in needs nothing else:
- * the logger is its host's.
+ * \code
+ * QST_DEBUG("MyReader") << "refreshing" << channel.link();
+ * QST_CRITICAL("MyReader") << "no channel of that name";
+ * \endcode
+ * A settings file switches the levels of a category on and off in the group of its name, `[MyReader]`.
+ * Without a logger the messages go to whatever handler there is. A plug-in needs nothing else: the logger is
+ * its host's.
  *
  * The message is five fields, each ended by a line feed - category, source file, source line, signature of
  * the function, its bare name - then one blank and the message itself, each item followed by a blank. A
@@ -33,7 +36,8 @@ struct QstTraceOrigin
  *
  * It goes to the handler when the trace is destroyed, on the thread that wrote it, which may be any; Qt's
  * logging rules take it for one of the category `default`. The items are evaluated and formatted even if
- * nobody logs them. A fatal message ends the process: \code
+ * nobody logs them. A fatal message ends the process:
+ * \code
  * QstTrace(QtFatalMsg, QST_HERE("MyReader")).stream() << "no store to work on";
  * \endcode
  */
