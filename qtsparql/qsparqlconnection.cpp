@@ -17,10 +17,12 @@ QString trackerDriver() { return QStringLiteral("QTRACKER_DIRECT"); }
 
 QString storeFolder(const QSparqlConnectionOptions &options)
 {
-    const QString folder = options.databaseName();
-    return folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
-            + QLatin1String("/tidel/store")
-                            : QDir(folder).absolutePath();
+    QString folder = options.databaseName();
+    if (folder.isEmpty())
+        folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+            + QLatin1String("/tidel/store");
+    // The store is opened once more when it is written to, whatever the current folder is by then.
+    return QDir(folder).absolutePath();
 }
 
 /// A UUID of version 7, which begins with the time. What is made together stands together in the store's

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QSet>
 #include <QTest>
 
@@ -27,6 +28,7 @@ private Q_SLOTS:
     void defaultFolder();
     void namedFolder_data();
     void namedFolder();
+    void relativeFolder_data();
     void relativeFolder();
     void folderThatCannotBe_data();
     void folderThatCannotBe();
@@ -40,6 +42,7 @@ private Q_SLOTS:
     void reopenedAtOnce();
     void twoConnectionsSeeEachOther_data();
     void twoConnectionsSeeEachOther();
+    void readerSeesWhatOthersWrite();
     void secondOutlivesTheFirst();
     void databaseMadeInItsPlace();
     void connectionsInThreads();
@@ -170,15 +173,41 @@ void TestConnection::namedFolder()
     QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 1);
 }
 
+void TestConnection::relativeFolder_data()
+{
+    QTest::addColumn<bool>("isTheUsersOwn");
+    QTest::newRow("named") << false;
+    QTest::newRow("the user's own") << true;
+}
+
 void TestConnection::relativeFolder()
 {
+    QFETCH(bool, isTheUsersOwn);
     const QTemporaryDir dir;
-    const QString before = QDir::currentPath();
-    QDir::setCurrent(dir.path());
-    const auto connection = ScratchStore::connect(QStringLiteral("here"));
-    QDir::setCurrent(before);
+    const QTemporaryDir elsewhere;
+    const auto restore = qScopeGuard([folder = QDir::currentPath(), home = qgetenv("HOME")] {
+        QDir::setCurrent(folder);
+        qputenv("HOME", home);
+    });
+    // Where Qt ignores a relative XDG_DATA_HOME.
+    qputenv("HOME", QFile::encodeName(dir.path()));
+    qputenv("XDG_DATA_HOME", "here");
+    const auto connect = [isTheUsersOwn] {
+        return isTheUsersOwn ? std::make_unique<QSparqlConnection>(driver)
+                             : ScratchStore::connect(QStringLiteral("here"));
+    };
+
+    QVERIFY(QDir::setCurrent(dir.path()));
+    VERIFY_DONE(ScratchStore::run(*connect(), insertOne, QSparqlQuery::InsertStatement));
+    // The store is where it was opened, however late it is written to.
+    const auto connection = connect();
     QVERIFY2(connection->isValid(), qPrintable(connection->lastError().message()));
-    QVERIFY(QFile::exists(dir.filePath(QStringLiteral("here/meta.db"))));
+    QVERIFY(QDir::setCurrent(elsewhere.path()));
+    VERIFY_DONE(ScratchStore::run(
+        *connection, QStringLiteral("INSERT { <urn:two> a mfo:FeedMessage ; nie:title \"two\" }"),
+        QSparqlQuery::InsertStatement));
+    QVERIFY(QDir(elsewhere.path()).isEmpty());
+    QCOMPARE(ScratchStore::rows(*connection, selectTitles).size(), 2);
 }
 
 void TestConnection::folderThatCannotBe_data()
@@ -346,6 +375,24 @@ void TestConnection::twoConnectionsSeeEachOther()
         VERIFY_DONE(ScratchStore::run(writer, statement, QSparqlQuery::InsertStatement));
         QCOMPARE(ScratchStore::rows(reader, selectTitles).size(), i + 1);
         QCOMPARE(ScratchStore::rows(writer, selectTitles).size(), i + 1);
+    }
+}
+
+void TestConnection::readerSeesWhatOthersWrite()
+{
+    const QTemporaryDir dir;
+    const QString folder = filledStore(dir);
+    const QString link = dir.filePath(QStringLiteral("link"));
+    QVERIFY(QFile::link(folder, link));
+    // Under another name, so that the two have no open store in common.
+    const auto reader = ScratchStore::connect(link);
+    QCOMPARE(ScratchStore::rows(*reader, selectTitles).size(), 1);
+    const auto writer = ScratchStore::connect(folder);
+    for (int i = 0; i < 10; ++i) {
+        const QString statement =
+            QStringLiteral("INSERT { <urn:%1> a mfo:FeedMessage ; nie:title \"%1\" }").arg(i);
+        VERIFY_DONE(ScratchStore::run(*writer, statement, QSparqlQuery::InsertStatement));
+        QCOMPARE(ScratchStore::rows(*reader, selectTitles).size(), i + 2);
     }
 }
 
