@@ -13,8 +13,10 @@
 #endif
 
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QLoggingCategory>
+#include <QThread>
 
 // Tracker's own messages are for whoever looks into the store; they must not reach a user's terminal unasked.
 Q_LOGGING_CATEGORY(lcTracker, "tidel.sparql.tracker", QtFatalMsg)
@@ -104,6 +106,18 @@ QSparqlError refuseNull(const QString &statement)
         return QSparqlError();
     return QSparqlError(QStringLiteral("The statement contains a null character"),
                         QSparqlError::StatementError);
+}
+
+constexpr int patienceMs = 30000;
+constexpr int retryIntervalMs = 10;
+
+const QString updateRefused = QStringLiteral("The update is refused");
+
+/// Whether another process wrote after this update had read. SQLite refuses it then, with no code of
+/// Tracker's.
+bool isOutOfDate(const QSparqlError &error)
+{
+    return error.message().startsWith(updateRefused + QLatin1String(": database is locked"));
 }
 
 } // namespace
@@ -242,13 +256,23 @@ QSparqlError TrackerStore::update(const QString &statement)
         return refusal;
     if (const QSparqlError failure = becomeWritable(); failure.isValid())
         return failure;
+    const QByteArray text = TrackerDialect::toTracker(statement).toUtf8();
+    const QDeadlineTimer deadline(patienceMs);
+    QSparqlError error = updateOnce(text);
+    while (isOutOfDate(error) && !deadline.hasExpired()) {
+        QThread::msleep(retryIntervalMs);
+        error = updateOnce(text);
+    }
+    return error;
+}
+
+QSparqlError TrackerStore::updateOnce(const QByteArray &text)
+{
     GError *error = nullptr;
     lastCriticalMessage.clear();
-    tracker_sparql_connection_update(m_handle->connection.get(),
-                                     TrackerDialect::toTracker(statement).toUtf8().constData(), nullptr,
-                                     &error);
+    tracker_sparql_connection_update(m_handle->connection.get(), text.constData(), nullptr, &error);
     if (error)
-        return fromGError(QStringLiteral("The update is refused"), error);
+        return fromGError(updateRefused, error);
     // Tracker only logs that it could not commit, as on a full disk, and reports success.
     return lastCriticalMessage.isEmpty()
         ? QSparqlError()

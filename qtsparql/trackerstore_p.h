@@ -26,7 +26,8 @@ public:
     ~TrackerStore();
 
     QSparqlError select(const QString &statement, SparqlTable *table);
-    /// Runs an update of any number of operations; all of them or none take effect.
+    /// Runs an update of any number of operations; all of them or none take effect. Begins anew for half a
+    /// minute at most where other processes keep writing what it has read.
     QSparqlError update(const QString &statement);
 
 private:
@@ -37,6 +38,7 @@ private:
     static std::unique_ptr<Handle> openForWriting(StoreFolder *place, QSparqlError *error);
     TrackerStore(const QString &folder, std::unique_ptr<Handle> handle, Access access);
     QSparqlError becomeWritable();
+    QSparqlError updateOnce(const QByteArray &text);
 
     const QString m_folder;
     std::unique_ptr<Handle> m_handle;

@@ -46,6 +46,19 @@ bool write(QSparqlConnection &connection, const QString &prefix, int count)
     return true;
 }
 
+/// Raises a number in updates that read before they write.
+bool raise(QSparqlConnection &connection, int count)
+{
+    for (int i = 0; i < count; ++i) {
+        const QString statement =
+            QStringLiteral("DELETE { <urn:n> nie:contentSize ?n } INSERT { <urn:n> nie:contentSize ?next } "
+                           "WHERE { <urn:n> nie:contentSize ?n BIND(?n + 1 AS ?next) }");
+        if (!done(ScratchStore::run(connection, statement, QSparqlQuery::InsertStatement)))
+            return false;
+    }
+    return true;
+}
+
 /// Statements that the store has something to say about.
 bool provoke(QSparqlConnection &connection)
 {
@@ -78,6 +91,8 @@ bool run(const QString &command, const QString &folder, const QStringList &rest)
     }
     if (command == QLatin1String("write"))
         return write(*connection, rest.value(0), rest.value(1).toInt());
+    if (command == QLatin1String("raise"))
+        return raise(*connection, rest.value(0).toInt());
     if (command == QLatin1String("provoke"))
         return provoke(*connection);
     return command == QLatin1String("open");

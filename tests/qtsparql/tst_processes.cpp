@@ -16,6 +16,7 @@ private Q_SLOTS:
     void manyCreateAndUseOneStore_data();
     void manyCreateAndUseOneStore();
     void readerBesideWriters();
+    void updatesThatReadFirst();
     void openingWaitsForTheLock();
     void killedHolderBlocksNobody();
     void killedWhileCreating_data();
@@ -141,6 +142,25 @@ void TestProcesses::readerBesideWriters()
     QCOMPARE(two.outcome(), QString());
     QCOMPARE(store.rows(QStringLiteral("SELECT COUNT(?s) { ?s a mfo:FeedMessage }")),
              QStringList(number(120)));
+}
+
+// What such an update has read is out of date as soon as somebody else writes: it has to begin anew.
+void TestProcesses::updatesThatReadFirst()
+{
+    constexpr int processes = 4;
+    constexpr int steps = 50;
+    const ScratchStore store;
+    VERIFY_DONE(store.update(QStringLiteral("INSERT { <urn:n> a mfo:Enclosure ; nie:contentSize 0 }")));
+    std::vector<std::unique_ptr<Helper>> helpers;
+    for (int i = 0; i < processes; ++i)
+        helpers.push_back(
+            std::make_unique<Helper>(QStringList{QStringLiteral("raise"), store.folder(), number(steps)}));
+    for (const auto &helper : helpers)
+        helper->go();
+    for (const auto &helper : helpers)
+        QCOMPARE(helper->outcome(), QString());
+    QCOMPARE(store.rows(QStringLiteral("SELECT ?n { <urn:n> nie:contentSize ?n }")),
+             QStringList(number(processes * steps)));
 }
 
 void TestProcesses::openingWaitsForTheLock()
