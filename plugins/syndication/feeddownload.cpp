@@ -6,6 +6,7 @@
 #include "feedparser.h"
 #include "feedstore.h"
 #include "links.h"
+#include "writeturn.h"
 
 #include <feedtrackersparql.h>
 
@@ -121,6 +122,7 @@ Outcome FeedDownload::read(const QByteArray &document, const QUrl &source, const
         return {FeedDownloadNotAFeed, error};
     if (!m_itemBase.isEmpty())
         feed->nameItemsAfter(m_itemBase);
+    const WriteTurn turn;
     return m_isSubscription ? addChannel(*feed, validators) : addMessages(*feed, validators);
 }
 

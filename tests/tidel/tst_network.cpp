@@ -42,6 +42,7 @@ private slots:
 
     void subscribeAndRefresh();
     void manyFeeds();
+    void severalAtOnce();
     void failures();
     void passwordsAreNotShown();
     void download();
@@ -185,6 +186,48 @@ void TestNetwork::manyFeeds()
     }
     QCOMPARE(run(QStringList{"subscribe"} + addresses).lines(), expected);
     QCOMPARE(run({"refresh"}).lines(), unchanged + QStringList{"40 channels: 0 new messages"});
+}
+
+// As when a timer refreshes while the user does: everything is stored once, and nothing fails.
+void TestNetwork::severalAtOnce()
+{
+    constexpr int feeds = 20;
+    constexpr int items = 30;
+    QStringList addresses;
+    QByteArray document;
+    for (int i = 0; i < items; ++i)
+        document += item(i);
+    for (int i = 0; i < feeds; ++i) {
+        QByteArray own = document;
+        addresses.append(write(QString("shared%1.xml").arg(i),
+                               own.replace("example.org", "h" + QByteArray::number(i) + ".org")));
+    }
+
+    const auto runThrice = [this](const QStringList &arguments) {
+        QProcess processes[3];
+        for (QProcess &process : processes)
+            start(process, arguments);
+        QStringList results;
+        for (QProcess &process : processes) {
+            process.waitForFinished(120000);
+            results.append(
+                QString::fromUtf8(process.readAllStandardOutput() + process.readAllStandardError()));
+        }
+        return results.join(QString());
+    };
+    const QString subscribed = runThrice(QStringList{"subscribe"} + addresses);
+    QVERIFY2(!subscribed.contains("tidel:"), qPrintable(subscribed));
+    QCOMPARE(subscribed.count("Subscribed: "), feeds);
+    QCOMPARE(subscribed.count("Already subscribed: "), 2 * feeds);
+    QCOMPARE(run({"channels"}).out.count(QString("  %1 messages  ").arg(items)), feeds);
+
+    for (int i = 0; i < feeds; ++i)
+        write(QString("shared%1.xml").arg(i), item(1000 + i));
+    const QString refreshed = runThrice({"refresh"});
+    QVERIFY2(!refreshed.contains("tidel:"), qPrintable(refreshed));
+    QCOMPARE(refreshed.count(": 1 new"), feeds);
+    QCOMPARE(refreshed.count(": nothing new"), 2 * feeds);
+    QCOMPARE(run({"channels"}).out.count(QString("  %1 messages  ").arg(items + 1)), feeds);
 }
 
 void TestNetwork::failures()

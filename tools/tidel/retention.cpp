@@ -5,6 +5,7 @@
 #include "feedstore.h"
 #include "messageremoval.h"
 #include "sparqltext.h"
+#include "writeturn.h"
 
 #include <QHash>
 #include <QSparqlQuery>
@@ -64,6 +65,7 @@ bool dropMessages(FeedStore &store, const QString &channelUri, const QList<Dropp
         if (!message.link.isEmpty())
             links.append(message.link);
     }
+    const WriteTurn turn;
     return rememberDropped(store, channelUri, links) && removeMessages(store, channelUri, uris);
 }
 

@@ -6,6 +6,7 @@
 #include "feedstore.h"
 #include "messageremoval.h"
 #include "output.h"
+#include "writeturn.h"
 
 #include <QSparqlQuery>
 #include <QSparqlResultRow>
@@ -62,6 +63,7 @@ void unsubscribe(FeedStore &store, const Arguments &arguments, Output &output)
         return;
     }
     const DownloadRemover remover(store, output);
+    const WriteTurn turn;
     const bool isEmptied = removeAllMessages(store, channel->uri());
     store.library().deleteChannel(channel->uri());
     if (!isDeleted(store, channel->uri()))
