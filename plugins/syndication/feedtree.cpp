@@ -27,10 +27,21 @@ QString parseError(const QByteArray &document)
     return error.isEmpty() ? QStringLiteral("is not well-formed XML") : error;
 }
 
+const QString webPage = QStringLiteral("is a web page, not a feed; look on it for the address of its feed");
+
+/// Whether it is what people see in a browser, and copy the address of. Few such pages are well-formed XML.
+bool isWebPage(const QByteArray &document)
+{
+    const QByteArray start = document.left(1024).trimmed().toLower();
+    return start.startsWith("<!doctype html") || start.startsWith("<html");
+}
+
 QString notAFeed(const QDomDocument &elements)
 {
-    return QStringLiteral("is XML but not a feed: its outermost element is <%1>")
-        .arg(elements.documentElement().tagName());
+    const QString root = elements.documentElement().tagName();
+    return root == QLatin1String("html")
+        ? webPage
+        : QStringLiteral("is XML but not a feed: its outermost element is <%1>").arg(root);
 }
 
 } // namespace
@@ -40,6 +51,10 @@ std::optional<FeedTree> parseFeedTree(const QByteArray &document, QString *error
     const std::optional<QByteArray> xml = readableXml(document, error);
     if (!xml)
         return std::nullopt;
+    if (isWebPage(*xml)) {
+        *error = webPage;
+        return std::nullopt;
+    }
     XmlExtent extent;
     *error = xmlObstacle(*xml, &extent);
     if (!error->isEmpty())

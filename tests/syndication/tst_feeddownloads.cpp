@@ -128,7 +128,7 @@ void TestFeedDownloads::failures_data()
     QTest::newRow("huge") << "/huge" << int(FeedDownloadTooLarge) << "is too large: more than 1 MiB";
     QTest::newRow("bomb") << "/bomb" << int(FeedDownloadTooLarge) << "is too large: more than 1 MiB";
     QTest::newRow("web page") << "/files/page.html" << int(FeedDownloadNotAFeed)
-                              << "is XML but not a feed: its outermost element is <html>";
+                              << "is a web page, not a feed; look on it for the address of its feed";
     QTest::newRow("no such host") << "http://no-such-host.invalid/" << int(FeedDownloadNotFound)
                                   << "there is no host no-such-host.invalid";
     QTest::newRow("no host") << "http:///feed" << int(FeedDownloadBadAddress)
