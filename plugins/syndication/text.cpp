@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "text.h"
 
+#include <QRegularExpression>
+
 #include <Syndication/Tools>
 
 #include <algorithm>
@@ -23,6 +25,14 @@ bool isUnwanted(QChar c)
 bool needsCleaning(const QString &text)
 {
     return std::any_of(text.begin(), text.end(), [](QChar c) { return isUnwanted(c) || c.isSurrogate(); });
+}
+
+/// \a html with each < that begins no tag as HTML writes it: Syndication drops all that follows up to the
+/// next >.
+QString withoutLooseMarks(QString html)
+{
+    static const QRegularExpression looseMark(QStringLiteral("<(?![A-Za-z/!?])"));
+    return html.replace(looseMark, QStringLiteral("&lt;"));
 }
 
 } // namespace
@@ -50,7 +60,7 @@ QString plainText(const QString &html)
 {
     const QString text = html.left(maximumTitleLength);
     const bool isPlain = !text.contains(QLatin1Char('<')) && !text.contains(QLatin1Char('&'));
-    return cleanText(isPlain ? text : Syndication::htmlToPlainText(text)).simplified();
+    return cleanText(isPlain ? text : Syndication::htmlToPlainText(withoutLooseMarks(text))).simplified();
 }
 
 } // namespace Tidel

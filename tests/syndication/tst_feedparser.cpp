@@ -159,6 +159,8 @@ private slots:
     void sharedLinksStayWithTheOldest();
     void itemsWithoutLinkKeepTheirs();
     void repeatedItemIsOneMessage();
+    void titles_data();
+    void titles();
     void onlyFilesNameFiles_data();
     void onlyFilesNameFiles();
     void tooMuchRdf();
@@ -291,6 +293,32 @@ void TestFeedParser::itemsWithoutLinkKeepTheirs()
     // called.
     const QByteArray marked = "<item><title>&lt;b&gt;New&lt;/b&gt;</title></item>";
     QVERIFY(linksOf(messagesOf(rss(marked + old))).contains(first.first()));
+}
+
+void TestFeedParser::titles_data()
+{
+    QTest::addColumn<QByteArray>("title");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("markup") << QByteArray("A &lt;b&gt;bold&lt;/b&gt; &amp;amp; new one")
+                            << "A bold & new one";
+    QTest::newRow("ampersand") << QByteArray("R &amp; D") << "R & D";
+    QTest::newRow("less") << QByteArray("3 &lt; 4") << "3 < 4";
+    QTest::newRow("less and more") << QByteArray("a &lt; b and c &gt; d") << "a < b and c > d";
+    QTest::newRow("heart") << QByteArray("I &lt;3 you -&gt; me") << "I <3 you -> me";
+    QTest::newRow("heart and markup")
+        << QByteArray("&lt;i&gt;I&lt;/i&gt; &lt;3 you -&gt; me") << "I <3 you -> me";
+    QTest::newRow("arrow") << QByteArray("A &lt;-&gt; B &lt;= C") << "A <-> B <= C";
+    QTest::newRow("at the end") << QByteArray("less is &lt;") << "less is <";
+}
+
+void TestFeedParser::titles()
+{
+    QFETCH(QByteArray, title);
+    QFETCH(QString, expected);
+    const QList<FeedMessage> messages = messagesOf(rss("<item><title>" + title + "</title></item>"));
+    QCOMPARE(messages.size(), 1);
+    QCOMPARE(messages.first().title(), expected);
 }
 
 void TestFeedParser::repeatedItemIsOneMessage()
