@@ -54,7 +54,8 @@ EnclosureName::EnclosureName(const QUrl &address)
     const QString path = address.path(QUrl::FullyEncoded);
     const QString encoded = path.section(QLatin1Char('/'), -1);
     QString name = withoutUnfit(QUrl::fromPercentEncoding(encoded.toLatin1()));
-    while (name.startsWith(QLatin1Char('.')) || name.startsWith(QLatin1Char(' ')))
+    // Hidden, or an option to whoever writes "rm *".
+    while (QStringLiteral(".- ").contains(name.left(1)) && !name.isEmpty())
         name.remove(0, 1);
     const int dot = name.lastIndexOf(QLatin1Char('.'));
     if (dot > 0 && name.size() - dot <= maximumSuffixLength)

@@ -28,6 +28,9 @@ void TestEnclosureName::oddAddresses_data()
     QTest::newRow("encoded dots") << QByteArray("https://example.org/%2E%2E") << "enclosure";
     QTest::newRow("NUL") << QByteArray("https://example.org/a%00.mp3") << "a.mp3";
     QTest::newRow("suffix alone") << QByteArray("https://example.org/.mp3") << "mp3";
+    QTest::newRow("option") << QByteArray("https://example.org/-rf") << "rf";
+    QTest::newRow("hidden options") << QByteArray("https://example.org/.--%20-a.mp3") << "a.mp3";
+    QTest::newRow("dash alone") << QByteArray("https://example.org/-") << "enclosure";
     QTest::newRow("dot at the end") << QByteArray("https://example.org/a.") << "a.";
     QTest::newRow("line separators") << QByteArray("https://example.org/a%E2%80%A8b%C2%85c") << "abc";
     QTest::newRow("fragment") << QByteArray("https://example.org/a.mp3#../b") << "a.mp3";
