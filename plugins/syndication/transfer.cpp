@@ -28,6 +28,19 @@ QString validator(const QNetworkReply &reply, const char *header)
     return value.size() > maximumValidatorSize ? QString() : QString::fromLatin1(value);
 }
 
+/// Writes what is left of bytes that a full disk took in part, so that \a target knows why it takes no more.
+bool writeAll(QIODevice &target, const QByteArray &bytes)
+{
+    qint64 written = 0;
+    while (written < bytes.size()) {
+        const qint64 more = target.write(bytes.constData() + written, bytes.size() - written);
+        if (more <= 0)
+            return false;
+        written += more;
+    }
+    return true;
+}
+
 Outcome refusal(const QNetworkReply &reply)
 {
     const int status = statusOf(reply);
@@ -151,7 +164,7 @@ void Transfer::readBytes()
         m_size += bytes.size();
         if (m_size > m_limits.bytes)
             end({FeedDownloadTooLarge, tooLarge(m_limits.bytes)});
-        else if (m_target.write(bytes) != bytes.size())
+        else if (!writeAll(m_target, bytes))
             end({FeedDownloadNotWritten, QStringLiteral("cannot be written: ") + m_target.errorString()});
     }
     if (!m_isOver && m_size > sizeBefore)

@@ -5,6 +5,11 @@
 
 #include <QtTest>
 
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 class TestEnclosureDownloads : public PluginTest
@@ -30,6 +35,7 @@ private slots:
     void failures();
     void unknownEnclosure();
     void folders();
+    void fullDisk();
     void sizeLimit();
     void progress();
     void cancel();
@@ -334,6 +340,24 @@ void TestEnclosureDownloads::folders()
     downloader().downloadEnclosure(uri, deep);
     VERIFY_ENDING(ending(downloader()), "downloadEnclosureFinished");
     QVERIFY(QFile::exists(deep + "/a.mp3"));
+}
+
+void TestEnclosureDownloads::fullDisk()
+{
+    const QString uri = addEnclosure(m_server->url("/bytes/1000000/a.mp3"));
+    rlimit before = {};
+    getrlimit(RLIMIT_FSIZE, &before);
+    rlimit small = before;
+    small.rlim_cur = 500000;
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    const Ending failed = download(uri);
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    VERIFY_ENDING(failed, "downloadEnclosureFailed");
+    QCOMPARE(failed.error, int(FeedDownloadNotWritten));
+    QCOMPARE(failed.text, QString("cannot be written: ") + strerror(EFBIG));
+    QCOMPARE(files(), QStringList());
 }
 
 void TestEnclosureDownloads::sizeLimit()
