@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <pty.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace {
@@ -53,6 +54,7 @@ private slots:
     void interruptedDownload();
     void killedDownload();
     void progress();
+    void progressInNarrowTerminal();
     void withoutPlugin();
     void badPlugin();
 
@@ -62,6 +64,7 @@ private:
     QString write(const QString &name, const QByteArray &items) const;
     QString address(const QString &name) const { return m_server->url("/files/" + name); }
     QStringList downloads() const;
+    QByteArray shownProgress(ushort columns) const;
     /// Copies the program to where it finds \a plugin, or none when that is empty.
     QString copyProgram(const QString &plugin) const;
 
@@ -387,25 +390,41 @@ void TestNetwork::killedDownload()
 }
 
 // On a terminal a line of its own says how far things are, and is gone in the end.
-void TestNetwork::progress()
+/// What a terminal of so many columns is shown of the subscription to two feeds; 0 where it does not say.
+QByteArray TestNetwork::shownProgress(ushort columns) const
 {
     int terminal = -1;
     int program = -1;
-    QCOMPARE(openpty(&terminal, &program, nullptr, nullptr, nullptr), 0);
+    const winsize size = {24, columns, 0, 0};
+    if (openpty(&terminal, &program, nullptr, nullptr, &size) != 0)
+        return {};
     const QByteArray name = ttyname(program);
     QProcess process;
     process.setStandardErrorFile(QString::fromLatin1(name));
     start(process, {"subscribe", write("one.xml", item(1)), write("two.xml", item(2))});
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.exitCode(), 0);
-    QCOMPARE(QString(process.readAllStandardOutput()).count("Subscribed: "), 2);
+    const bool isFine = process.waitForFinished() && process.exitCode() == 0
+        && process.readAllStandardOutput().count("Subscribed: ") == 2;
     close(program);
     QByteArray shown(4096, '\0');
     shown.truncate(int(qMax<ssize_t>(0, read(terminal, shown.data(), size_t(shown.size())))));
     close(terminal);
+    return isFine ? shown : QByteArray();
+}
+
+void TestNetwork::progress()
+{
+    const QByteArray shown = shownProgress(0);
+    QVERIFY2(shown.startsWith("[....................] 0/2 feeds\r\033[K"), shown.constData());
     QVERIFY2(shown.contains("[##########..........] 1/2 feeds"), shown.constData());
     QVERIFY2(shown.contains("[####################] 2/2 feeds"), shown.constData());
     QVERIFY2(shown.endsWith("\r\033[K"), shown.constData());
+}
+
+void TestNetwork::progressInNarrowTerminal()
+{
+    const QByteArray shown = shownProgress(25);
+    QVERIFY2(shown.startsWith("[....................] 0\r\033[K"), shown.constData());
+    QVERIFY2(!shown.contains("/2"), shown.constData());
 }
 
 void TestNetwork::withoutPlugin()

@@ -160,10 +160,11 @@ void TestPluginFinder::queueOrder()
     });
     QCOMPARE(queue.run(), 0);
     QCOMPARE(heard.size(), count);
-    QCOMPARE(steps.size(), count);
+    QCOMPARE(steps.size(), count + 1);
+    QCOMPARE(steps.last(), count);
     for (int i = 0; i < count; ++i) {
         QCOMPARE(heard.at(i), i % 3 ? QString("599host%1").arg(i) : QString("fine"));
-        QCOMPARE(steps.at(i), i + 1);
+        QCOMPARE(steps.at(i), i);
     }
 }
 

@@ -97,10 +97,18 @@ void download(FeedStore &store, const Arguments &arguments, Output &output)
                   [&output, enclosure](const DownloadEnding &ending) { tell(enclosure, ending, output); });
     }
     int ended = 0;
-    QObject::connect(&queue, &DownloadQueue::advanced, &queue, [&](int count) { ended = count; });
-    QObject::connect(&queue, &DownloadQueue::progressed, &queue, [&](qint64 bytes) {
+    qint64 received = 0;
+    const auto show = [&] {
         output.progress(shownProgress(ended, uris.size(), "files")
-                        + QStringLiteral(", %1 KiB").arg(bytes / 1024));
+                        + QStringLiteral(", %1 KiB").arg(received / 1024));
+    };
+    QObject::connect(&queue, &DownloadQueue::advanced, &queue, [&](int count) {
+        ended = count;
+        show();
+    });
+    QObject::connect(&queue, &DownloadQueue::progressed, &queue, [&](qint64 bytes) {
+        received = bytes;
+        show();
     });
     output.interrupted(queue.run());
 }

@@ -46,6 +46,7 @@ int DownloadQueue::run()
     QEventLoop loop;
     m_loop = &loop;
     connect(&interruption, &Interrupt::received, this, &DownloadQueue::interrupt);
+    Q_EMIT advanced(0, int(m_jobs.size()));
     while (m_downloaders.size() < std::min(width, m_jobs.size()))
         start(makeDownloader());
     if (m_ended < m_started)

@@ -46,7 +46,7 @@ public:
     int run();
 
 Q_SIGNALS:
-    /// \a ended of \a all downloads have ended.
+    /// \a ended of \a all downloads have ended, none when they begin.
     void advanced(int ended, int all);
     /// So many bytes of enclosures have come, of all downloads together.
     void progressed(qint64 bytesReceived);

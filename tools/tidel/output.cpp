@@ -4,6 +4,9 @@
 #include "table.h"
 #include "terminaltext.h"
 
+#include <limits>
+
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace Tidel {
@@ -14,6 +17,14 @@ void writeLine(FILE *stream, const QString &text)
 {
     const QByteArray utf8 = terminalText(text).toUtf8() + '\n';
     fwrite(utf8.constData(), 1, size_t(utf8.size()), stream);
+}
+
+/// How many characters fit into a line of \a terminal, when it says.
+int lineLength(FILE *terminal)
+{
+    winsize size = {};
+    const bool isKnown = ioctl(fileno(terminal), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return isKnown ? size.ws_col : std::numeric_limits<int>::max();
 }
 
 } // namespace
@@ -49,7 +60,8 @@ void Output::progress(const QString &text)
         return;
     eraseProgress();
     fflush(m_results);
-    const QByteArray utf8 = terminalText(text).toUtf8();
+    // What goes on in a second line could not be erased.
+    const QByteArray utf8 = terminalText(text).left(lineLength(m_errors) - 1).toUtf8();
     fwrite(utf8.constData(), 1, size_t(utf8.size()), m_errors);
     fflush(m_errors);
     m_hasProgress = true;
