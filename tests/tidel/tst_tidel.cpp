@@ -169,6 +169,7 @@ void TestTidel::helpOfOptions()
     const Run all = run({"--help"});
     QVERIFY(all.out.contains("\n  prune [CHANNEL...] --keep N [--dry-run]\n"));
     QVERIFY(all.out.contains("\n  edit CHANNEL [--title TITLE] [--link FILE|URL]\n"));
+    QVERIFY(run({"download", "--help"}).out.contains("\n  MESSAGE|ENCLOSURE  "));
 }
 
 void TestTidel::version()
@@ -186,7 +187,11 @@ void TestTidel::usageErrors_data()
     QTest::newRow("nothing") << QStringList() << "no command given";
     QTest::newRow("command") << QStringList{"frobnicate"} << "unknown command \"frobnicate\"";
     QTest::newRow("command with control") << QStringList{"a\x1b[2J\nb"} << "unknown command \"a[2J b\"";
-    QTest::newRow("option") << QStringList{"--frobnicate"} << "frobnicate";
+    QTest::newRow("option") << QStringList{"--frobnicate"} << "Unknown option 'frobnicate'; see ";
+    QTest::newRow("title with a dash")
+        << QStringList{"messages", "-day one"} << "Unknown option 'day one'; see ";
+    QTest::newRow("empty channel") << QStringList{"messages", ""} << "an argument is empty";
+    QTest::newRow("empty feed") << QStringList{"subscribe", "a.xml", ""} << "an argument is empty";
     QTest::newRow("option of a command") << QStringList{"channels", "--frobnicate"} << "frobnicate";
     QTest::newRow("no log settings") << QStringList{"--log-settings"} << "log-settings";
     QTest::newRow("log settings of a command")
@@ -377,8 +382,7 @@ void TestTidel::unknownNames()
     VERIFY_RUN(run({"subscribe", copy("feeds/town-news.xml")}), 0);
     for (const QStringList &arguments :
          {QStringList{"messages", "Nowhere"}, QStringList{"enclosures", "https://example.org/nothing"},
-          QStringList{"enclosures", ""}, QStringList{"enclosures", "> } DELETE WHERE { ?s ?p ?o } #"},
-          QStringList{"messages", ""}, QStringList{"refresh", "Nowhere"},
+          QStringList{"enclosures", "> } DELETE WHERE { ?s ?p ?o } #"}, QStringList{"refresh", "Nowhere"},
           QStringList{"unsubscribe", "Nowhere"}, QStringList{"edit", "Nowhere", "--title", "a"},
           QStringList{"favorite", "https://example.org/nothing"},
           QStringList{"unfavorite", "https://example.org/nothing"},

@@ -60,7 +60,7 @@ const Command commands[] = {
      1,
      anyNumber,
      download,
-     {{"into", "FOLDER", "Where the files go, in place of the folder \"tidel\" in your downloads."}},
+     {{"into", "DIRECTORY", "Where the files go, in place of the folder \"tidel\" in your downloads."}},
      misuseOfDownload},
     {"edit",
      "CHANNEL [--title TITLE] [--link FILE|URL]",
@@ -116,7 +116,9 @@ int show(Output &output, const QString &text)
 
 int usageError(Output &output, const QString &problem, const QString &help)
 {
-    output.error(QStringLiteral("%1; see %2").arg(problem, help));
+    // Qt ends its sentences.
+    const QString text = problem.endsWith(QLatin1Char('.')) ? problem.chopped(1) : problem;
+    output.error(QStringLiteral("%1; see %2").arg(text, help));
     return UsageError;
 }
 
@@ -152,6 +154,8 @@ QString misuse(const Command &command, const Arguments &arguments)
         return QStringLiteral("an argument is missing");
     if (command.maximumArguments != anyNumber && arguments.names.size() > command.maximumArguments)
         return QStringLiteral("too many arguments");
+    if (arguments.names.contains(QString()))
+        return QStringLiteral("an argument is empty");
     return command.misuse ? command.misuse(arguments) : QString();
 }
 
@@ -179,7 +183,9 @@ QString commandList()
             QString::fromLatin1(command.name) + QLatin1Char(' ') + QLatin1String(command.syntax);
         text += QStringLiteral("  %1\n      %2\n").arg(call.trimmed(), QLatin1String(command.summary));
     }
-    return text + QStringLiteral("\n\"tidel COMMAND --help\" tells more.");
+    return text
+        + QStringLiteral(
+               "\n\"tidel COMMAND --help\" tells more. What begins with - but is no option comes after --.");
 }
 
 /// Lets go of the store, the last of which otherwise waits for an event loop.
@@ -209,6 +215,7 @@ int runCommand(const Command &command, const QStringList &arguments, Output &out
     const QString name = QLatin1String(command.name);
     const QString help = QStringLiteral("\"tidel %1 --help\"").arg(name);
     QCommandLineParser parser;
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.setApplicationDescription(QLatin1String(command.summary));
     parser.addOption(helpOption());
     for (const Option &option : command.options)
