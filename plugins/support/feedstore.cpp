@@ -129,6 +129,13 @@ QList<QSparqlResultRow> FeedStore::rows(const QSparqlQuery &query) const
     return answer(query).value_or(QList<QSparqlResultRow>());
 }
 
+bool FeedStore::isStored(const char *pattern, const QString &uri) const
+{
+    QSparqlQuery query(QStringLiteral("SELECT ?x WHERE { %1 } LIMIT 1").arg(QLatin1String(pattern)));
+    query.bindValue(QStringLiteral("it"), QUrl(uri));
+    return !rows(query).isEmpty() || !m_failure.isEmpty();
+}
+
 bool FeedStore::run(const QSparqlQuery &update) { return finished(update) != nullptr; }
 
 /// Those of \a links that \a pattern finds as its ?l.

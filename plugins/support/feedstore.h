@@ -52,6 +52,9 @@ public:
     std::optional<QList<QSparqlResultRow>> answer(const QSparqlQuery &query) const;
     /// The same, with no rows when the store fails.
     QList<QSparqlResultRow> rows(const QSparqlQuery &query) const;
+    /// Whether \a pattern, in which ?x is what is sought and ?:it is \a uri, has a match; also when the store
+    /// fails.
+    bool isStored(const char *pattern, const QString &uri) const;
     /// Whether the store took the update.
     bool run(const QSparqlQuery &update);
     /// What the store said of the first of them that failed; empty when none did.

@@ -2,6 +2,7 @@
 #include "channelfinder.h"
 
 #include "documenturl.h"
+#include "feedstore.h"
 #include "links.h"
 #include "output.h"
 
@@ -32,8 +33,25 @@ std::optional<FeedChannel> findChannel(const QList<FeedChannel> &channels, const
     return std::nullopt;
 }
 
-QList<FeedChannel> findChannels(const QList<FeedChannel> &channels, const QStringList &names, Output &output)
+std::optional<FeedChannel> chooseChannel(const FeedStore &store, const QString &name, Output &output)
 {
+    const QList<FeedChannel> channels = store.channels();
+    if (!store.failure().isEmpty())
+        return std::nullopt;
+    QString error;
+    const auto channel = findChannel(channels, name, &error);
+    if (!channel)
+        output.error(error);
+    return channel;
+}
+
+QList<FeedChannel> chooseChannels(const FeedStore &store, const QStringList &names, Output &output)
+{
+    const QList<FeedChannel> channels = store.channels();
+    if (!store.failure().isEmpty())
+        return {};
+    if (names.isEmpty() && channels.isEmpty())
+        output.note(QStringLiteral("No channels yet; \"tidel subscribe FILE|URL\" adds one."));
     if (names.isEmpty())
         return channels;
     QList<FeedChannel> found;

@@ -19,8 +19,9 @@ namespace Tidel {
 namespace {
 
 /// Why the channel cannot have \a link; empty when it can.
-QString obstacle(const FeedStore &store, const QList<FeedChannel> &channels, const QString &link)
+QString obstacle(const FeedStore &store, const QString &link)
 {
+    const QList<FeedChannel> channels = store.channels();
     const auto owner = std::find_if(channels.begin(), channels.end(),
                                     [&](const FeedChannel &channel) { return channel.link() == link; });
     if (owner != channels.end())
@@ -63,13 +64,9 @@ QString misuseOfEdit(const Arguments &arguments)
 
 void edit(FeedStore &store, const Arguments &arguments, Output &output)
 {
-    QString error;
-    const QList<FeedChannel> channels = store.channels();
-    const auto channel = findChannel(channels, arguments.names.first(), &error);
-    if (!channel) {
-        output.error(error);
+    const auto channel = chooseChannel(store, arguments.names.first(), output);
+    if (!channel)
         return;
-    }
     QString title = channel->title();
     QString link = channel->link();
     if (arguments.isSet("title"))
@@ -81,7 +78,7 @@ void edit(FeedStore &store, const Arguments &arguments, Output &output)
     if (title != channel->title())
         properties.insert(FeedTrackerSparql::TitleKey, title);
     if (link != channel->link()) {
-        const QString reason = obstacle(store, channels, link);
+        const QString reason = obstacle(store, link);
         if (!reason.isEmpty()) {
             output.error(QStringLiteral("%1 %2").arg(link, reason));
             return;

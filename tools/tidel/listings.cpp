@@ -45,9 +45,7 @@ QString shownType(const QString &mimeType)
 
 void listChannels(FeedStore &store, const Arguments &, Output &output)
 {
-    const QList<FeedChannel> channels = store.channels();
-    if (channels.isEmpty())
-        output.note(noChannelsHint());
+    const QList<FeedChannel> channels = chooseChannels(store, {}, output);
     const QHash<QString, int> counts = store.messageCounts();
     Table table({1});
     for (const FeedChannel &channel : channels)
@@ -58,14 +56,15 @@ void listChannels(FeedStore &store, const Arguments &, Output &output)
 
 void listMessages(FeedStore &store, const Arguments &arguments, Output &output)
 {
-    QString error;
-    const auto channel = findChannel(store.channels(), arguments.names.first(), &error);
-    if (!channel) {
-        output.error(error);
+    const auto channel = chooseChannel(store, arguments.names.first(), output);
+    if (!channel)
         return;
-    }
     QList<FeedMessage> messages = eachOnce(store.library().messagesForChannel(channel->uri()));
-    if (messages.isEmpty())
+    // The library lists nothing, too, where the store fails.
+    if (messages.isEmpty()
+        && store.isStored("?x a mfo:FeedMessage ; nie:isLogicalPartOf ?:it", channel->uri()))
+        output.error(QStringLiteral("%1: the store does not list the messages").arg(channel->title()));
+    else if (messages.isEmpty())
         output.note(QStringLiteral("%1 has no messages").arg(channel->title()));
     sortNewestFirst(messages);
     Table table;
@@ -84,7 +83,10 @@ void listEnclosures(FeedStore &store, const Arguments &arguments, Output &output
         return;
     }
     const QList<FeedEnclosure> enclosures = store.library().enclosuresForMessage(uri);
-    if (enclosures.isEmpty())
+    if (enclosures.isEmpty() && store.isStored("?x a mfo:Enclosure ; nie:isLogicalPartOf ?:it", uri))
+        output.error(
+            QStringLiteral("%1: the store does not list the enclosures").arg(arguments.names.first()));
+    else if (enclosures.isEmpty())
         output.note(QStringLiteral("the message has no enclosures"));
     Table table({0});
     for (const FeedEnclosure &enclosure : enclosures) {

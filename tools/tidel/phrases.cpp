@@ -31,8 +31,6 @@ QString shownTime(const QDateTime &time)
                           : QStringLiteral("(no date)");
 }
 
-QString noChannelsHint() { return QStringLiteral("No channels yet; \"tidel subscribe FILE|URL\" adds one."); }
-
 QString noSuchMessage(const QString &name)
 {
     return QStringLiteral("%1: no such message; \"tidel messages CHANNEL\" lists them with their links")

@@ -20,7 +20,6 @@ QString countedChannels(int count);
 QString shownTime(const QDateTime &time);
 
 /// What to do when there is no channel yet.
-QString noChannelsHint();
 
 /// That no message is called \a name.
 QString noSuchMessage(const QString &name);

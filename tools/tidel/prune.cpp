@@ -107,10 +107,7 @@ QString misuseOfPrune(const Arguments &arguments)
 
 void prune(FeedStore &store, const Arguments &arguments, Output &output)
 {
-    const QList<FeedChannel> channels = store.channels();
-    if (channels.isEmpty() && arguments.names.isEmpty())
-        output.note(noChannelsHint());
-    const QList<FeedChannel> chosen = findChannels(channels, arguments.names, output);
+    const QList<FeedChannel> chosen = chooseChannels(store, arguments.names, output);
     Pruner pruner(store, arguments, output);
     for (const FeedChannel &channel : chosen)
         pruner.prune(channel);

@@ -107,10 +107,7 @@ void RefreshReport::summarize() const
 
 void refresh(FeedStore &store, const Arguments &arguments, Output &output)
 {
-    const QList<FeedChannel> channels = store.channels();
-    if (channels.isEmpty() && arguments.names.isEmpty())
-        output.note(noChannelsHint());
-    const QList<FeedChannel> chosen = findChannels(channels, arguments.names, output);
+    const QList<FeedChannel> chosen = chooseChannels(store, arguments.names, output);
     FeedPluginInterface *plugin = chosen.isEmpty() ? nullptr : downloadPlugin(output);
     if (!plugin)
         return;

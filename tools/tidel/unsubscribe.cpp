@@ -8,10 +8,6 @@
 #include "output.h"
 #include "writeturn.h"
 
-#include <QSparqlQuery>
-#include <QSparqlResultRow>
-#include <QUrl>
-
 #include <feedtrackersparql.h>
 
 namespace Tidel {
@@ -33,35 +29,24 @@ bool removeAllMessages(FeedStore &store, const QString &channelUri)
     return isComplete;
 }
 
-/// Whether \a pattern, which names the channel, has a match; also when the store does not tell.
-bool isStored(const FeedStore &store, const char *pattern, const QString &channelUri)
-{
-    QSparqlQuery query(QStringLiteral("SELECT ?x WHERE { %1 } LIMIT 1").arg(QLatin1String(pattern)));
-    query.bindValue(QStringLiteral("channel"), QUrl(channelUri));
-    return !store.rows(query).isEmpty() || !store.failure().isEmpty();
-}
-
 bool isDeleted(const FeedStore &store, const QString &channelUri)
 {
-    return !isStored(store, "?x a mfo:FeedChannel FILTER(?x = ?:channel)", channelUri);
+    return !store.isStored("?x a mfo:FeedChannel FILTER(?x = ?:it)", channelUri);
 }
 
 bool hasNothingLeft(const FeedStore &store, const QString &channelUri)
 {
-    return !isStored(store, "?x a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel", channelUri)
-        && !isStored(store, "?x a mfo:Enclosure ; nie:isLogicalPartOf ?:channel", channelUri);
+    return !store.isStored("?x a mfo:FeedMessage ; nie:isLogicalPartOf ?:it", channelUri)
+        && !store.isStored("?x a mfo:Enclosure ; nie:isLogicalPartOf ?:it", channelUri);
 }
 
 } // namespace
 
 void unsubscribe(FeedStore &store, const Arguments &arguments, Output &output)
 {
-    QString error;
-    const auto channel = findChannel(store.channels(), arguments.names.first(), &error);
-    if (!channel) {
-        output.error(error);
+    const auto channel = chooseChannel(store, arguments.names.first(), output);
+    if (!channel)
         return;
-    }
     const DownloadRemover remover(store, output);
     const WriteTurn turn;
     const bool isEmptied = removeAllMessages(store, channel->uri());

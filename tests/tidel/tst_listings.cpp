@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "commandtest.h"
+
+#include <commands.h>
+
+#include <QtTest>
+
+using namespace Tidel;
+
+Q_DECLARE_METATYPE(Command)
+
+/// What is listed where the store fails; the rest is tested with the program.
+class TestListings : public CommandTestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void failures_data();
+    void failures();
+    void unreadableChannels_data();
+    void unreadableChannels();
+};
+
+void TestListings::failures_data()
+{
+    QTest::addColumn<Command>("command");
+    QTest::addColumn<QStringList>("names");
+
+    QTest::newRow("channels") << Command(listChannels) << QStringList();
+    QTest::newRow("messages") << Command(listMessages) << QStringList("News");
+    QTest::newRow("enclosures") << Command(listEnclosures) << QStringList(linkOf("one"));
+}
+
+void TestListings::failures()
+{
+    QFETCH(Command, command);
+    QFETCH(QStringList, names);
+    failEverywhere(
+        command, names, {}, [this] { addChannel("News", {message("one", day(1), {"file"})}); }, [] {});
+}
+
+void TestListings::unreadableChannels_data()
+{
+    QTest::addColumn<Command>("command");
+    QTest::addColumn<QStringList>("names");
+
+    QTest::newRow("channels") << Command(listChannels) << QStringList();
+    QTest::newRow("messages") << Command(listMessages) << QStringList("News");
+    QTest::newRow("refresh") << Command(refresh) << QStringList();
+    QTest::newRow("refresh one") << Command(refresh) << QStringList("News");
+    QTest::newRow("unsubscribe") << Command(unsubscribe) << QStringList("News");
+}
+
+// That there is no channel, or none of that name, would be wrong.
+void TestListings::unreadableChannels()
+{
+    QFETCH(Command, command);
+    QFETCH(QStringList, names);
+    addChannel("News");
+    StatementGate::failAt(0, StatementGate::Refuse);
+    const CommandResult result = runCommand(command, names);
+    StatementGate::reset();
+    QVERIFY(!result.isFine);
+    QCOMPARE(result.out, QString());
+    QCOMPARE(result.err, QString());
+}
+
+QTEST_GUILESS_MAIN(TestListings)
+#include "tst_listings.moc"
