@@ -105,7 +105,11 @@ QString FeedStore::messageUri(const QString &name) const
 
 bool FeedStore::addMessages(const QList<FeedMessage> &messages, const QString &channelUri) const
 {
-    return MessageWriter(*m_connection).write(messages, channelUri);
+    MessageWriter writer(*m_connection);
+    const bool areStored = writer.write(messages, channelUri);
+    if (!areStored)
+        noteFailure(writer.refusal());
+    return areStored;
 }
 
 void FeedStore::collectGarbage() const

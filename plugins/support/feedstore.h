@@ -61,7 +61,7 @@ public:
     QString failure() const { return m_failure; }
     /// @}
 
-    /// What MessageWriter::write() does with \a messages.
+    /// What MessageWriter::write() does with \a messages. What the store refused is a failure as well.
     bool addMessages(const QList<FeedMessage> &messages, const QString &channelUri) const;
 
     /// Frees what the library has released, which otherwise waits for an event loop.

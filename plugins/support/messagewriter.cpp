@@ -104,7 +104,7 @@ private:
 
 MessageWriter::MessageWriter(QSparqlConnection &connection) : m_connection(connection) { }
 
-bool MessageWriter::write(const QList<FeedMessage> &messages, const QString &channelUri) const
+bool MessageWriter::write(const QList<FeedMessage> &messages, const QString &channelUri)
 {
     bool isComplete = true;
     for (int i = 0; i < messages.size(); i += groupSize)
@@ -112,7 +112,7 @@ bool MessageWriter::write(const QList<FeedMessage> &messages, const QString &cha
     return isComplete;
 }
 
-bool MessageWriter::writeGroup(const QList<FeedMessage> &messages, const QString &channelUri) const
+bool MessageWriter::writeGroup(const QList<FeedMessage> &messages, const QString &channelUri)
 {
     const FeedTrackerSparql &library = *FeedTrackerSparql::instance();
     QSet<QString> links;
@@ -136,7 +136,7 @@ bool MessageWriter::writeGroup(const QList<FeedMessage> &messages, const QString
     return others.isEmpty() || library.addMessages(others, channelUri);
 }
 
-bool MessageWriter::insert(const QList<FeedMessage> &messages, const QString &channelUri) const
+bool MessageWriter::insert(const QList<FeedMessage> &messages, const QString &channelUri)
 {
     EnclosureGroup enclosures;
     QString update;
@@ -152,7 +152,10 @@ bool MessageWriter::insert(const QList<FeedMessage> &messages, const QString &ch
         m_connection.exec(QSparqlQuery(update + *rest, QSparqlQuery::InsertStatement)));
     if (result)
         result->waitForFinished();
-    return result && !result->hasError();
+    if (result && !result->hasError())
+        return true;
+    m_refusal = result ? result->lastError().message() : QString();
+    return false;
 }
 
 } // namespace Tidel

@@ -32,13 +32,17 @@ public:
 
     /// Stores \a messages under the channel; of several with one link the first. True when all are stored;
     /// when it is false some may be.
-    bool write(const QList<FeedMessage> &messages, const QString &channelUri) const;
+    bool write(const QList<FeedMessage> &messages, const QString &channelUri);
+
+    /// What the store said when it last refused a group; empty when it refused none.
+    QString refusal() const { return m_refusal; }
 
 private:
-    bool writeGroup(const QList<FeedMessage> &messages, const QString &channelUri) const;
-    bool insert(const QList<FeedMessage> &messages, const QString &channelUri) const;
+    bool writeGroup(const QList<FeedMessage> &messages, const QString &channelUri);
+    bool insert(const QList<FeedMessage> &messages, const QString &channelUri);
 
     QSparqlConnection &m_connection;
+    QString m_refusal;
 };
 
 } // namespace Tidel

@@ -40,6 +40,13 @@ QList<FeedMessage> oldestFirst(QList<FeedMessage> messages)
     return messages;
 }
 
+/// \a what the store did not do, why if it says, and \a advice.
+Outcome storeFailed(const FeedStore &store, const char *what, const char *advice)
+{
+    const QString why = store.failure().isEmpty() ? QString() : QStringLiteral(" (%1)").arg(store.failure());
+    return {FeedDownloadStoreFailed, QLatin1String(what) + why + QLatin1String("; ") + QLatin1String(advice)};
+}
+
 } // namespace
 
 FeedDownload::FeedDownload(const DownloadTools &tools, bool isSubscription)
@@ -140,8 +147,8 @@ Outcome FeedDownload::addChannel(const ParsedFeed &feed, const Validators &valid
     if (!icon.remoteUrl().isEmpty())
         store().library().addEnclosures({icon}, m_channelUri);
     if (!write(feed.messages(linkUse(feed, {}).reserved), validators))
-        return {FeedDownloadStoreFailed,
-                QStringLiteral("subscribed, but the store did not take its messages; a refresh tries again")};
+        return storeFailed(store(), "subscribed, but the store did not take its messages",
+                           "a refresh tries again");
     return {};
 }
 
@@ -153,8 +160,7 @@ Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &vali
     const QSet<QString> dropped = droppedLinks(store(), m_channelUri);
     const LinkUse use = linkUse(feed, dropped);
     if (!write(feed.messages(use.reserved, use.known), validators))
-        return {FeedDownloadStoreFailed,
-                QStringLiteral("the store did not take the new messages; refresh again to try again")};
+        return storeFailed(store(), "the store did not take the new messages", "refresh again to try again");
     if (!dropped.isEmpty())
         forgetDropped(store(), m_channelUri, (dropped - feed.links(use.reserved)).values());
     return {};

@@ -100,7 +100,9 @@ void TestCommands::newMessagesAreRefused()
     const CommandResult refused = runCommand(refresh, {});
     QVERIFY(!refused.isFine);
     QCOMPARE(refused.out, QString("Other: nothing new\n2 channels: 0 new messages, 1 failed\n"));
-    QVERIFY2(refused.err.startsWith("tidel: Feed (file://") && refused.err.contains("did not take"),
+    QVERIFY2(refused.err.startsWith("tidel: Feed (file://")
+                 && refused.err.contains(": the store did not take the new messages (The update is refused: ")
+                 && refused.err.endsWith("); refresh again to try again\n"),
              qPrintable(refused.err));
     StatementGate::reset();
     QCOMPARE(runCommand(refresh, {}).out,
