@@ -228,7 +228,7 @@ void TestNetwork::severalAtOnce()
         write(QString("shared%1.xml").arg(i), item(1000 + i));
     const QString refreshed = runThrice({"refresh"});
     QVERIFY2(!refreshed.contains("tidel:"), qPrintable(refreshed));
-    QCOMPARE(refreshed.count(": 1 new"), feeds);
+    QCOMPARE(refreshed.count(": 1 new\n"), feeds);
     QCOMPARE(refreshed.count(": nothing new"), 2 * feeds);
     QCOMPARE(run({"channels"}).out.count(QString("  %1 messages  ").arg(items + 1)), feeds);
 }
