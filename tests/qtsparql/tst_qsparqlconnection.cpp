@@ -26,6 +26,8 @@ private Q_SLOTS:
     void unknownDriver_data();
     void unknownDriver();
     void defaultFolder();
+    void defaultFolderWithoutXdgDataHome_data();
+    void defaultFolderWithoutXdgDataHome();
     void namedFolder_data();
     void namedFolder();
     void relativeFolder_data();
@@ -58,6 +60,23 @@ namespace {
 const QString driver = QStringLiteral("QTRACKER_DIRECT");
 const QString insertOne = QStringLiteral("INSERT { <urn:one> a mfo:FeedMessage ; nie:title \"one\" }");
 const QString selectTitles = QStringLiteral("SELECT ?t { ?s a mfo:FeedMessage ; nie:title ?t } ORDER BY ?t");
+
+/// Sets a variable for as long as it lives.
+class EnvironmentVariable
+{
+public:
+    EnvironmentVariable(const char *name, const QByteArray &value) : m_name(name), m_before(qgetenv(name))
+    {
+        qputenv(name, value);
+    }
+    ~EnvironmentVariable() { qputenv(m_name, m_before); }
+
+private:
+    Q_DISABLE_COPY(EnvironmentVariable)
+
+    const char *const m_name;
+    const QByteArray m_before;
+};
 
 /// Every kind of statement on a connection that is not open.
 void verifyRefusesAll(QSparqlConnection &connection)
@@ -146,6 +165,26 @@ void TestConnection::defaultFolder()
              QStringList(QStringLiteral("tidel")));
 }
 
+void TestConnection::defaultFolderWithoutXdgDataHome_data()
+{
+    QTest::addColumn<bool>("isSet");
+    QTest::newRow("not set") << false;
+    QTest::newRow("empty") << true;
+}
+
+void TestConnection::defaultFolderWithoutXdgDataHome()
+{
+    QFETCH(bool, isSet);
+    const QTemporaryDir home;
+    const EnvironmentVariable homeVariable("HOME", QFile::encodeName(home.path()));
+    const EnvironmentVariable dataHome("XDG_DATA_HOME", QByteArray());
+    if (!isSet)
+        qunsetenv("XDG_DATA_HOME");
+    const QSparqlConnection connection(driver);
+    QVERIFY2(connection.isValid(), qPrintable(connection.lastError().message()));
+    QVERIFY(QFile::exists(home.filePath(QStringLiteral(".local/share/tidel/store/meta.db"))));
+}
+
 void TestConnection::namedFolder_data()
 {
     QTest::addColumn<QString>("name");
@@ -185,13 +224,10 @@ void TestConnection::relativeFolder()
     QFETCH(bool, isTheUsersOwn);
     const QTemporaryDir dir;
     const QTemporaryDir elsewhere;
-    const auto restore = qScopeGuard([folder = QDir::currentPath(), home = qgetenv("HOME")] {
-        QDir::setCurrent(folder);
-        qputenv("HOME", home);
-    });
-    // Where Qt ignores a relative XDG_DATA_HOME.
-    qputenv("HOME", QFile::encodeName(dir.path()));
-    qputenv("XDG_DATA_HOME", "here");
+    // For a Qt that ignores a relative XDG_DATA_HOME.
+    const EnvironmentVariable home("HOME", QFile::encodeName(dir.path()));
+    const EnvironmentVariable dataHome("XDG_DATA_HOME", "here");
+    const auto goBack = qScopeGuard([before = QDir::currentPath()] { QDir::setCurrent(before); });
     const auto connect = [isTheUsersOwn] {
         return isTheUsersOwn ? std::make_unique<QSparqlConnection>(driver)
                              : ScratchStore::connect(QStringLiteral("here"));

@@ -108,6 +108,7 @@ void TestQuery::placeholder_data()
     row("behind an IRI with a number sign", "<http://example.org/#x> ?:a", "<http://example.org/#x> 1");
     row("less than", "FILTER(?x < ?:a && ?y > 3)", "FILTER(?x < 1 && ?y > 3)");
     row("less than without blanks", "FILTER(?x<?:a&&?y>?:a)", "FILTER(?x<1&&?y>1)");
+    row("less than, with dollars", "FILTER(?x<$:a&&?y>$:a)", "FILTER(?x<1&&?y>1)");
     row("less or equal", "FILTER(?x<=?:a && ?y>=?:a)", "FILTER(?x<=1 && ?y>=1)");
 
     unchanged("comment", "# ?:a $:a");
