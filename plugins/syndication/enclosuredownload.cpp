@@ -4,6 +4,7 @@
 #include "enclosurename.h"
 #include "feedstore.h"
 #include "links.h"
+#include "writeturn.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -95,6 +96,15 @@ Outcome EnclosureDownload::prepare()
 
 void EnclosureDownload::transferred(const Transfer &transfer)
 {
+    const WriteTurn turn;
+    // Another process may have been quicker.
+    const FeedEnclosure stored = store().library().enclosureForUri(m_uri);
+    m_path = presentFile(stored);
+    if (!m_path.isEmpty()) {
+        m_enclosure = stored;
+        finish();
+        return;
+    }
     Outcome outcome = keepFile(QUrl(m_enclosure.remoteUrl()));
     if (outcome.isFine())
         outcome = noteFile(transfer.mimeType());

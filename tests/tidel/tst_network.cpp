@@ -47,6 +47,7 @@ private slots:
     void failures();
     void passwordsAreNotShown();
     void download();
+    void downloadOfSeveralAtOnce();
     void downloadByName();
     void downloadFolder();
     void interrupted_data();
@@ -61,6 +62,7 @@ private slots:
 private:
     void start(QProcess &process, const QStringList &arguments) const;
     Run run(const QStringList &arguments) const;
+    QString runThrice(const QStringList &arguments) const;
     QString write(const QString &name, const QByteArray &items) const;
     QString address(const QString &name) const { return m_server->url("/files/" + name); }
     QStringList downloads() const;
@@ -191,6 +193,20 @@ void TestNetwork::manyFeeds()
     QCOMPARE(run({"refresh"}).lines(), unchanged + QStringList{"40 channels: 0 new messages"});
 }
 
+/// What three programs say that run at once.
+QString TestNetwork::runThrice(const QStringList &arguments) const
+{
+    QProcess processes[3];
+    for (QProcess &process : processes)
+        start(process, arguments);
+    QByteArray said;
+    for (QProcess &process : processes) {
+        process.waitForFinished(120000);
+        said += process.readAllStandardOutput() + process.readAllStandardError();
+    }
+    return QString::fromUtf8(said);
+}
+
 // As when a timer refreshes while the user does: everything is stored once, and nothing fails.
 void TestNetwork::severalAtOnce()
 {
@@ -206,18 +222,6 @@ void TestNetwork::severalAtOnce()
                                own.replace("example.org", "h" + QByteArray::number(i) + ".org")));
     }
 
-    const auto runThrice = [this](const QStringList &arguments) {
-        QProcess processes[3];
-        for (QProcess &process : processes)
-            start(process, arguments);
-        QStringList results;
-        for (QProcess &process : processes) {
-            process.waitForFinished(120000);
-            results.append(
-                QString::fromUtf8(process.readAllStandardOutput() + process.readAllStandardError()));
-        }
-        return results.join(QString());
-    };
     const QString subscribed = runThrice(QStringList{"subscribe"} + addresses);
     QVERIFY2(!subscribed.contains("tidel:"), qPrintable(subscribed));
     QCOMPARE(subscribed.count("Subscribed: "), feeds);
@@ -289,6 +293,20 @@ void TestNetwork::download()
     VERIFY_RUN(again, 0);
     QCOMPARE(again.out, "Already downloaded: " + target + "/a.mp3 (1000 bytes)\n");
     QCOMPARE(m_server->requests(), QStringList());
+}
+
+void TestNetwork::downloadOfSeveralAtOnce()
+{
+    QByteArray files;
+    for (int i = 10; i < 30; ++i)
+        files += "<enclosure url='" + m_server->url(QString("/bytes/1000/%1.mp3").arg(i)).toUtf8() + "'/>";
+    const QString feed = write(
+        "often.xml", "<item><title>Often</title><link>https://example.org/often</link>" + files + "</item>");
+    VERIFY_RUN(run({"subscribe", feed}), 0);
+    const QString said = runThrice({"download", "https://example.org/often", "--into", "into"});
+    QVERIFY2(!said.contains("tidel:"), qPrintable(said));
+    QCOMPARE(said.count("ownloaded: "), 60);
+    QCOMPARE(downloads().size(), 20);
 }
 
 void TestNetwork::downloadByName()
