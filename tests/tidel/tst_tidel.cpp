@@ -302,7 +302,8 @@ void TestTidel::failuresDoNotStopTheRest()
     QCOMPARE(errors.size(), wrong.size());
     for (int i = 0; i < wrong.size(); ++i)
         QVERIFY2(errors.at(i).startsWith("tidel: " + wrong.at(i) + ": "), qPrintable(errors.at(i)));
-    QVERIFY(errors.at(0).endsWith("no such file"));
+    QVERIFY(errors.at(0).endsWith(": no such file; web addresses begin with https:// or http://"));
+    QVERIFY(run({"subscribe", "/no/such/file"}).err.endsWith(": no such file\n"));
     QVERIFY(errors.at(1).contains("directory"));
     QVERIFY(errors.at(2).contains("neither a file nor an http or https address"));
     QVERIFY(errors.at(3).contains("empty"));

@@ -10,6 +10,7 @@
 #include "plugincall.h"
 #include "pluginfinder.h"
 
+#include <QFileInfo>
 #include <QSparqlQuery>
 #include <QSparqlResultRow>
 
@@ -34,6 +35,15 @@ void tellKnown(const FeedStore &store, const QUrl &address, Output &output)
                     .arg(titleOf(store, address)));
 }
 
+/// Why there is no subscription. What lacks its https:// is taken for the path of a file.
+QString shownReason(const QString &argument, const QString &reason)
+{
+    const bool mayLackScheme = documentUrl(argument).isLocalFile() && !QFileInfo::exists(argument)
+        && !argument.startsWith(QLatin1Char('/'))
+        && !argument.startsWith(QLatin1String("file:"), Qt::CaseInsensitive);
+    return mayLackScheme ? reason + QStringLiteral("; web addresses begin with https:// or http://") : reason;
+}
+
 void tell(const FeedStore &store, const QString &argument, const DownloadEnding &ending, Output &output)
 {
     const QUrl address = documentUrl(argument);
@@ -45,7 +55,7 @@ void tell(const FeedStore &store, const QString &argument, const DownloadEnding 
         output.line(QStringLiteral("Subscribed: %1 (%2)")
                         .arg(titleOf(store, address), countedMessages(int(ending.newMessages.size()))));
     } else {
-        output.error(shownAddress(argument) + QLatin1String(": ") + ending.reason);
+        output.error(shownAddress(argument) + QLatin1String(": ") + shownReason(argument, ending.reason));
     }
 }
 
