@@ -45,7 +45,7 @@ Outcome refusal(const QNetworkReply &reply)
 {
     const int status = statusOf(reply);
     const QString phrase = reply.attribute(QNetworkRequest::HttpReasonPhraseAttribute).toString();
-    const QString hint = status == 410 ? QStringLiteral(": it is gone for good; unsubscribe") : QString();
+    const QString hint = status == 410 ? QStringLiteral(": it is gone for good") : QString();
     return {status, QStringLiteral("%1 %2").arg(QString::number(status), phrase).trimmed() + hint};
 }
 

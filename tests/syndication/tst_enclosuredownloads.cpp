@@ -282,7 +282,7 @@ void TestEnclosureDownloads::failures_data()
     QTest::addColumn<QString>("text");
 
     QTest::newRow("404") << "/nothing" << 404 << "404 Not Found";
-    QTest::newRow("410") << "/status/410" << 410 << "410 Gone: it is gone for good; unsubscribe";
+    QTest::newRow("410") << "/status/410" << 410 << "410 Gone: it is gone for good";
     QTest::newRow("silent") << "/silent" << int(FeedDownloadTimedOut) << "the server does not answer";
     QTest::newRow("stalled") << "/stalled" << int(FeedDownloadTimedOut) << "the server takes too long";
     QTest::newRow("truncated") << "/truncated" << int(FeedDownloadConnectionFailed)

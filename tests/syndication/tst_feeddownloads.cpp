@@ -112,7 +112,7 @@ void TestFeedDownloads::failures_data()
     QTest::addColumn<QString>("text");
 
     QTest::newRow("404") << "/nothing" << 404 << "404 Not Found";
-    QTest::newRow("410") << "/status/410" << 410 << "410 Gone: it is gone for good; unsubscribe";
+    QTest::newRow("410") << "/status/410" << 410 << "410 Gone: it is gone for good";
     QTest::newRow("500") << "/status/500" << 500 << "500 Internal Server Error";
     QTest::newRow("401") << "/status/401" << 401 << "401 Unauthorized";
     QTest::newRow("503") << "/status/503" << 503 << "503 Service Unavailable";

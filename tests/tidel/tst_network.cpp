@@ -45,6 +45,7 @@ private slots:
     void manyFeeds();
     void severalAtOnce();
     void failures();
+    void goneForGood();
     void passwordsAreNotShown();
     void download();
     void downloadOfSeveralAtOnce();
@@ -248,7 +249,7 @@ void TestNetwork::failures()
     QCOMPARE(some.lines(), QStringList({"Subscribed: good (1 message)", "Subscribed: fading (1 message)"}));
     QCOMPARE(some.err,
              QString("tidel: %1: 404 Not Found\n"
-                     "tidel: %2: 410 Gone: it is gone for good; unsubscribe\n"
+                     "tidel: %2: 410 Gone: it is gone for good\n"
                      "tidel: %3: is empty\n"
                      "tidel: %4: redirects to where it is not safe\n")
                  .arg(wrong.at(0), wrong.at(1), wrong.at(2), wrong.at(3)));
@@ -260,6 +261,16 @@ void TestNetwork::failures()
     QCOMPARE(refreshed.lines(),
              QStringList({"good: 1 new", "  (no date)  Item 3", "2 channels: 1 new message, 1 failed"}));
     QCOMPARE(refreshed.err, "tidel: fading (" + fading + "): 404 Not Found\n");
+}
+
+void TestNetwork::goneForGood()
+{
+    VERIFY_RUN(run({"subscribe", write("bygone.xml", item(1))}), 0);
+    const QString gone = m_server->url("/status/410");
+    VERIFY_RUN(run({"edit", "bygone", "--link", gone}), 0);
+    const Run refreshed = run({"refresh"});
+    VERIFY_RUN(refreshed, 1);
+    QCOMPARE(refreshed.err, "tidel: bygone (" + gone + "): 410 Gone: it is gone for good; unsubscribe\n");
 }
 
 void TestNetwork::passwordsAreNotShown()

@@ -23,6 +23,8 @@ namespace {
 
 // What a question about many messages costs grows faster than their number.
 constexpr int messagesAtOnce = 100;
+// A server's refusal is known by its status.
+constexpr int goneForGood = 410;
 
 /// The messages \a links in their order, with what is shown of them: title and date.
 QList<FeedMessage> headlines(const FeedStore &store, const QStringList &links)
@@ -73,8 +75,9 @@ void RefreshReport::tell(const FeedChannel &channel, const DownloadEnding &endin
         tellNews(channel, ending.newMessages);
     } else {
         ++m_failures;
-        m_output.error(
-            QStringLiteral("%1 (%2): %3").arg(channel.title(), shownAddress(channel.link()), ending.reason));
+        const QString advice = ending.error == goneForGood ? QStringLiteral("; unsubscribe") : QString();
+        m_output.error(QStringLiteral("%1 (%2): %3")
+                           .arg(channel.title(), shownAddress(channel.link()), ending.reason + advice));
     }
 }
 
