@@ -67,6 +67,7 @@ private Q_SLOTS:
     void channelWithoutCharacterSetHasNoType();
     void unknownChannelHasNoType();
     void emptyTypeIsNoFailure();
+    void rowWithoutColumnsHasNoType();
 
     void failure_data();
     void failure();
@@ -281,6 +282,16 @@ void TestChannelReads::emptyTypeIsNoFailure()
     store().update("INSERT { <urn:c> a mfo:FeedChannel ; nie:characterSet '' }");
     QCOMPARE(journalOf([&] { tracker()->channelType("urn:c"); }),
              QStringList(selectLine(Statements::channelType("urn:c"))));
+}
+
+void TestChannelReads::rowWithoutColumnsHasNoType()
+{
+    QString type = "rss";
+    QCOMPARE(
+        journalOf([&] { type = tracker()->channelType("urn:c"); }, {{0, StatementGate::EmptyRow}}),
+        QStringList({selectLine(Statements::channelType("urn:c")),
+                     criticalLine("channelType", {"Result not retrieved: returning empty channel uri"})}));
+    QCOMPARE(type, QString());
 }
 
 void TestChannelReads::failure_data()

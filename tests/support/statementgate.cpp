@@ -39,6 +39,21 @@ private:
     bool m_isFinished = false;
 };
 
+/// What no statement of the store's own yields.
+class EmptyRowResult : public QSparqlResult
+{
+public:
+    explicit EmptyRowResult(const QSparqlQuery &query)
+        : QSparqlResult(query.preparedQueryText(), query.type())
+    {
+    }
+
+    int size() const override { return 1; }
+    QSparqlResultRow current() const override { return {}; }
+    QSparqlBinding binding(int) const override { return QSparqlBinding(); }
+    QVariant value(int) const override { return {}; }
+};
+
 QStringList seenStatements;
 QList<QSparqlQuery::StatementType> seenTypes;
 QList<QPointer<QSparqlResult>> givenResults;
@@ -104,6 +119,7 @@ QSparqlResult *QSparqlConnection::exec(const QSparqlQuery &query)
         return remembered(realExec(this, QSparqlQuery(StatementGate::refusedStatement(), query.type())));
     case StatementGate::NoRows:
         return remembered(realExec(this, QSparqlQuery(QStringLiteral("SELECT ?u { FILTER(false) }"))));
+    case StatementGate::EmptyRow: return remembered(new EmptyRowResult(query));
     case StatementGate::Late: return remembered(new LateResult(realExec(this, query)));
     case StatementGate::NoResult: break;
     }

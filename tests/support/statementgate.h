@@ -22,6 +22,7 @@ enum Verdict {
     NoResult, ///< exec() returns null
     Refuse, ///< the store is given a statement that it refuses, so that the result has a real error
     NoRows, ///< the store is given a query that nothing answers
+    EmptyRow, ///< the result has one row, which has no columns
     Late ///< the result has neither rows nor an error until its waitForFinished() is called
 };
 
