@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "writeturn.h"
 
+#include <QDeadlineTimer>
 #include <QStandardPaths>
+#include <QThread>
 
 #include <cerrno>
 
@@ -9,14 +11,25 @@
 
 namespace Tidel {
 
-// Not a QLockFile: that one looks every now and then, and takes a lock away that was held for long.
+namespace {
+
+// Who takes longer has been stopped, and is no reason to stop as well.
+constexpr int patienceMs = 30000;
+constexpr int intervalMs = 10;
+
+} // namespace
+
+// Not a QLockFile: that one looks ever more rarely, and takes a lock away that was held for long.
 WriteTurn::WriteTurn()
     : m_file(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
              + QLatin1String("/tidel/writing.lock"))
 {
     if (!m_file.open(QIODevice::WriteOnly))
         return;
-    while (flock(m_file.handle(), LOCK_EX) != 0 && errno == EINTR) { }
+    const QDeadlineTimer deadline(patienceMs);
+    while (flock(m_file.handle(), LOCK_EX | LOCK_NB) != 0 && (errno == EWOULDBLOCK || errno == EINTR)
+           && !deadline.hasExpired())
+        QThread::msleep(intervalMs);
 }
 
 } // namespace Tidel

@@ -9,9 +9,9 @@ namespace Tidel {
 /**
  * A process's turn to change the store by several statements that must see the same store: to add what is not
  * there, or to delete what nobody adds to meanwhile. The constructor waits until no other process has its
- * turn.
+ * turn, for half a minute at most.
  *
- * One thread has one turn at a time; a second one would wait for the first for ever. A turn ends with its
+ * One thread has one turn at a time; a second one would wait for the first. A turn ends with its
  * process, however that ends. Where its file cannot be opened nobody is waited for.
  */
 class WriteTurn

@@ -19,8 +19,6 @@ QString countedChannels(int count);
 /// \a time in local time, "2026-11-03 10:00", or that there is none.
 QString shownTime(const QDateTime &time);
 
-/// What to do when there is no channel yet.
-
 /// That no message is called \a name.
 QString noSuchMessage(const QString &name);
 
