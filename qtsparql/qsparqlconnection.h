@@ -45,7 +45,8 @@ public:
     QString driverName() const;
     QSparqlConnectionOptions options() const;
 
-    /// True when the driver is known and the store is open.
+    /// True when the driver is known and the store is open. Whether it can be written to shows at the first
+    /// update.
     bool isValid() const;
     bool hasError() const;
     /// Why the connection is not valid. The error of a statement is its result's.
