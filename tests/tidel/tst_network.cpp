@@ -62,6 +62,7 @@ private slots:
 
 private:
     void start(QProcess &process, const QStringList &arguments) const;
+    void startStalledDownload(QProcess &process);
     Run run(const QStringList &arguments) const;
     QString runThrice(const QStringList &arguments) const;
     QString write(const QString &name, const QByteArray &items) const;
@@ -385,7 +386,8 @@ void TestNetwork::interrupted()
     QCOMPARE(run({"refresh"}).lines().last(), QString("2 channels: 1 new message"));
 }
 
-void TestNetwork::interruptedDownload()
+/// Starts a download that the server does not go on with.
+void TestNetwork::startStalledDownload(QProcess &process)
 {
     const QString file = m_server->url("/stalled/a.mp3");
     const QString feed =
@@ -393,9 +395,14 @@ void TestNetwork::interruptedDownload()
               "<item><link>https://example.org/s</link><enclosure url='" + file.toUtf8() + "'/></item>");
     VERIFY_RUN(run({"subscribe", feed}), 0);
     m_server->forgetRequests();
-    QProcess process;
     start(process, {"download", file, "--into", "into"});
     QTRY_COMPARE(m_server->requests().size(), 1);
+}
+
+void TestNetwork::interruptedDownload()
+{
+    QProcess process;
+    startStalledDownload(process);
     QCOMPARE(kill(pid_t(process.processId()), SIGINT), 0);
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitCode(), 128 + SIGINT);
@@ -404,15 +411,8 @@ void TestNetwork::interruptedDownload()
 
 void TestNetwork::killedDownload()
 {
-    const QString file = m_server->url("/stalled/a.mp3");
-    const QString feed =
-        write("killed.xml",
-              "<item><link>https://example.org/k</link><enclosure url='" + file.toUtf8() + "'/></item>");
-    VERIFY_RUN(run({"subscribe", feed}), 0);
-    m_server->forgetRequests();
     QProcess process;
-    start(process, {"download", file, "--into", "into"});
-    QTRY_COMPARE(m_server->requests().size(), 1);
+    startStalledDownload(process);
     process.kill();
     QVERIFY(process.waitForFinished());
     QVERIFY(!downloads().contains("a.mp3"));
