@@ -1,26 +1,34 @@
 # SPDX-License-Identifier: LGPL-2.1-or-later
-# What other programs find the library by: find_package(TidelCore) and pkg-config TidelCore.
+# Installs what other programs find the libraries by: find_package() and pkg-config.
 include(CMakePackageConfigHelpers)
-set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/TidelCore)
 
-configure_package_config_file(cmake/TidelCoreConfig.cmake.in TidelCoreConfig.cmake
-    INSTALL_DESTINATION ${package_dir})
-write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/TidelCoreConfigVersion.cmake
-    COMPATIBILITY SameMajorVersion)
-install(EXPORT TidelCoreTargets NAMESPACE TidelCore:: DESTINATION ${package_dir})
-install(FILES
-    ${CMAKE_CURRENT_BINARY_DIR}/TidelCoreConfig.cmake
-    ${CMAKE_CURRENT_BINARY_DIR}/TidelCoreConfigVersion.cmake
-    DESTINATION ${package_dir})
-
+# The .pc files find the prefix from their own place, so that "cmake --install --prefix" needs no configuring.
+file(RELATIVE_PATH TIDEL_PC_TO_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+string(REGEX REPLACE "/$" "" TIDEL_PC_TO_PREFIX "${TIDEL_PC_TO_PREFIX}")
 if(TIDEL_SYSTEM_QTSPARQL)
     set(TIDEL_PC_SPARQL_REQUIRES ", QtSparql")
 else()
     set(TIDEL_PC_SPARQL_CFLAGS "-I\${includedir}/TidelCore/QtSparql")
     set(TIDEL_PC_SPARQL_LIBS "-lTidelSparql")
 endif()
-# Found from where the file is, so that "cmake --install --prefix" needs no new configuring.
-file(RELATIVE_PATH TIDEL_PC_TO_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-string(REGEX REPLACE "/$" "" TIDEL_PC_TO_PREFIX "${TIDEL_PC_TO_PREFIX}")
-configure_file(cmake/TidelCore.pc.in TidelCore.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/TidelCore.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# tidel_package(NAME VERSION COMPATIBILITY): the package NAME of the exported targets NAMETargets.
+function(tidel_package name version compatibility)
+    set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/${name})
+    configure_package_config_file(cmake/${name}Config.cmake.in ${name}Config.cmake
+        INSTALL_DESTINATION ${package_dir})
+    write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/${name}ConfigVersion.cmake
+        VERSION ${version}
+        COMPATIBILITY ${compatibility})
+    install(EXPORT ${name}Targets NAMESPACE ${name}:: DESTINATION ${package_dir})
+    install(FILES
+        ${CMAKE_CURRENT_BINARY_DIR}/${name}Config.cmake
+        ${CMAKE_CURRENT_BINARY_DIR}/${name}ConfigVersion.cmake
+        DESTINATION ${package_dir})
+    configure_file(cmake/${name}.pc.in ${name}.pc @ONLY)
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endfunction()
+
+tidel_package(TidelCore ${PROJECT_VERSION} SameMajorVersion)
+# Before 1.0 each minor version may change the interface.
+tidel_package(TidelReader ${TIDELREADER_VERSION} SameMinorVersion)

@@ -7,6 +7,8 @@
 
 #include <QObject>
 
+#include <TidelReader/store.h>
+
 #include <functional>
 #include <memory>
 
@@ -14,17 +16,15 @@ QT_FORWARD_DECLARE_CLASS(QNetworkAccessManager)
 
 namespace Tidel {
 
-class FeedStore;
-
-/// What a download works with; all of it outlives the download.
+/// What a download works with.
 struct DownloadTools
 {
-    FeedStore &store;
-    std::function<QNetworkAccessManager &()> network; ///< made when it is first needed
+    Store store;
+    std::function<QNetworkAccessManager &()> network; ///< makes the manager when it is first needed
     TransferLimits limits;
 };
 
-/// A download of one thing, from its address into the store.
+/// The download of one feed or file, from its address into the store.
 class Download : public QObject
 {
     Q_OBJECT
@@ -33,27 +33,28 @@ public:
     explicit Download(const DownloadTools &tools);
     ~Download() override;
 
-    /// Begins; finished() may be emitted before it returns.
+    /// Starts the download. finished() may be emitted before it returns.
     virtual void start() = 0;
-    /// Breaks it off. Nothing of what it has not stored yet will be.
+    /// Cancels the download. What is not stored yet will not be stored.
     void cancel();
 
-    /// How it ended.
+    /// How the download ended.
     const Outcome &outcome() const { return m_outcome; }
 
 Q_SIGNALS:
-    /// Once.
+    /// The download has ended. Emitted once.
     void finished();
 
 protected:
-    FeedStore &store() const { return m_tools.store; }
+    const Store &store() const { return m_tools.store; }
     qint64 maximumSize() const { return m_tools.limits.bytes; }
 
-    /// Starts to write what \a request is answered with to \a target; transferred() tells of its end.
+    /// Starts to write the answer to \a request to \a target. Calls transferred() or finish() at its end.
     Transfer *transfer(const QNetworkRequest &request, QIODevice &target);
-    /// What follows a transfer that ended well.
+    /// Called when the transfer has succeeded.
     virtual void transferred(const Transfer &transfer) = 0;
 
+    /// Ends the download.
     void finish(const Outcome &outcome = {});
 
 private:

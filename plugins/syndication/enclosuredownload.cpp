@@ -2,15 +2,13 @@
 #include "enclosuredownload.h"
 
 #include "enclosurename.h"
-#include "feedstore.h"
-#include "links.h"
-#include "writeturn.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSparqlQuery>
 
-#include <feedtrackersparql.h>
+#include <TidelReader/enclosures.h>
+#include <TidelReader/link.h>
+#include <TidelReader/writeturn.h>
 
 #include <limits>
 
@@ -22,14 +20,14 @@ namespace {
 
 constexpr int maximumNames = 10000;
 
-/// The path of the file that \a enclosure has been downloaded to; empty when it is not there.
+/// The path of the file that \a enclosure was downloaded to; empty if the file does not exist.
 QString presentFile(const FeedEnclosure &enclosure)
 {
     const QString path = QUrl(enclosure.localUrl()).toLocalFile();
     return QFileInfo(path).isFile() ? path : QString();
 }
 
-/// What a new file may be read and written by: a temporary one is for its owner alone.
+/// The permissions of a usual new file. A temporary file is for its owner alone.
 QFileDevice::Permissions usualPermissions()
 {
     const mode_t mask = umask(0);
@@ -41,17 +39,6 @@ QFileDevice::Permissions usualPermissions()
                                           std::pair(mode_t(S_IWOTH), QFileDevice::WriteOther)})
         permissions.setFlag(permission, !(mask & bit));
     return permissions;
-}
-
-QSparqlQuery localLinkUpdate(const QString &enclosureUri, const QUrl &file)
-{
-    QSparqlQuery update(QStringLiteral("DELETE { ?:enclosure mfo:localLink ?l } "
-                                       "WHERE { ?:enclosure mfo:localLink ?l } "
-                                       "INSERT { ?:enclosure mfo:localLink ?:file }"),
-                        QSparqlQuery::InsertStatement);
-    update.bindValue(QStringLiteral("enclosure"), QUrl(enclosureUri));
-    update.bindValue(QStringLiteral("file"), file);
-    return update;
 }
 
 } // namespace
@@ -70,16 +57,16 @@ void EnclosureDownload::start()
         return;
     }
     QNetworkRequest request = politeRequest(QUrl(m_enclosure.remoteUrl()));
-    // Its size and its bytes are to be those of the file.
+    // The bytes that arrive must be those of the file.
     request.setRawHeader("Accept-Encoding", "identity");
     connect(transfer(request, m_file), &Transfer::progressed, this, &EnclosureDownload::progressed);
 }
 
 Outcome EnclosureDownload::prepare()
 {
-    m_enclosure = store().library().enclosureForUri(m_uri);
-    if (m_enclosure.remoteUrl().isEmpty())
-        return {FeedDownloadNotFound, QStringLiteral("no such enclosure")};
+    const Outcome found = readEnclosure();
+    if (!found.isFine())
+        return found;
     m_path = presentFile(m_enclosure);
     if (!m_path.isEmpty())
         return {};
@@ -94,19 +81,28 @@ Outcome EnclosureDownload::prepare()
     return {};
 }
 
+/// Reads what the store has of the enclosure.
+Outcome EnclosureDownload::readEnclosure()
+{
+    const Result<FeedEnclosure> stored = Enclosures(store()).get(m_uri);
+    if (!stored && stored.error().kind() == Error::NotFound)
+        return {FeedDownloadNotFound, stored.error().reason()};
+    if (!stored)
+        return storeFailed(stored.error(), "try again");
+    m_enclosure = *stored;
+    return {};
+}
+
 void EnclosureDownload::transferred(const Transfer &transfer)
 {
     const WriteTurn turn;
-    // Another process may have been quicker.
-    const FeedEnclosure stored = store().library().enclosureForUri(m_uri);
-    m_path = presentFile(stored);
-    if (!m_path.isEmpty()) {
-        m_enclosure = stored;
-        finish();
-        return;
-    }
-    Outcome outcome = keepFile(QUrl(m_enclosure.remoteUrl()));
-    if (outcome.isFine())
+    // Another process may have downloaded or deleted it in the meantime.
+    Outcome outcome = readEnclosure();
+    m_path = presentFile(m_enclosure);
+    const bool isMissing = outcome.isFine() && m_path.isEmpty();
+    if (isMissing)
+        outcome = keepFile(QUrl(m_enclosure.remoteUrl()));
+    if (isMissing && outcome.isFine())
         outcome = noteFile(transfer.mimeType());
     finish(outcome);
 }
@@ -136,20 +132,22 @@ Outcome EnclosureDownload::noteFile(const QString &mimeType)
     const QUrl file = QUrl::fromLocalFile(m_path);
     const qint64 size = m_file.size();
     m_file.close();
-    m_enclosure.setLocalUrl(encodedUrl(file));
+    m_enclosure.setLocalUrl(Link::encoded(file));
     m_enclosure.setLength(size > std::numeric_limits<unsigned int>::max() ? 0 : unsigned(size));
     if (!mimeType.isEmpty())
         m_enclosure.setMimeType(mimeType);
-    if (store().library().updateEnclosure(m_enclosure) && store().run(localLinkUpdate(m_uri, file)))
+    const Result<void> noted = Enclosures(store()).setFile(m_enclosure);
+    if (noted)
         return {};
-    return {FeedDownloadStoreFailed, QStringLiteral("is at %1, but the store did not note it").arg(m_path)};
+    return {FeedDownloadStoreFailed,
+            QStringLiteral("%1; the file is at %2").arg(noted.error().text(), m_path)};
 }
 
 QVariantMap EnclosureDownload::results() const
 {
     return {{QStringLiteral("uri"), m_uri},
             {QStringLiteral("remoteUrl"), m_enclosure.remoteUrl()},
-            {QStringLiteral("localUrl"), encodedUrl(QUrl::fromLocalFile(m_path))},
+            {QStringLiteral("localUrl"), Link::encoded(QUrl::fromLocalFile(m_path))},
             {QStringLiteral("length"), QFileInfo(m_path).size()},
             {QStringLiteral("mimeType"), m_enclosure.mimeType()}};
 }

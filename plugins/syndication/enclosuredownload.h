@@ -11,7 +11,7 @@
 
 namespace Tidel {
 
-/// Downloads the file of an enclosure into a folder and notes in the store where it is.
+/// Downloads the file of an enclosure to a folder, and stores where it is.
 class EnclosureDownload : public Download
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
 
     void start() override;
 
-    /// What FeedPluginInterface::downloadEnclosureFinished() is given, when it ended well.
+    /// The argument of FeedPluginInterface::downloadEnclosureFinished() after a successful download.
     QVariantMap results() const;
 
 Q_SIGNALS:
@@ -32,6 +32,7 @@ protected:
 
 private:
     Outcome prepare();
+    Outcome readEnclosure();
     Outcome keepFile(const QUrl &address);
     Outcome noteFile(const QString &mimeType);
 

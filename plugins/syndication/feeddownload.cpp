@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "feeddownload.h"
 
-#include "droppedlinks.h"
 #include "feedfile.h"
 #include "feedparser.h"
-#include "feedstore.h"
-#include "links.h"
-#include "writeturn.h"
 
-#include <feedtrackersparql.h>
+#include <TidelReader/channels.h>
+#include <TidelReader/feeds.h>
+#include <TidelReader/messagewriter.h>
+#include <TidelReader/writeturn.h>
 
 #include <algorithm>
 
@@ -30,24 +29,31 @@ QNetworkRequest conditionalRequest(const QUrl &address, const Validators &known)
     return request;
 }
 
-Outcome alreadyStored() { return {FeedDownloadAlreadyStored, QStringLiteral("is subscribed already")}; }
-
-/// Messages without a date are as old as they are in the store: the first that came is the first to be
-/// dropped.
-QList<FeedMessage> oldestFirst(QList<FeedMessage> messages)
+Outcome channelNotRead(const Error &error, const QString &reasonIfMissing)
 {
-    std::reverse(messages.begin(), messages.end());
-    return messages;
+    return error.kind() == Error::NotFound ? Outcome{FeedDownloadNotFound, reasonIfMissing}
+                                           : storeFailed(error, "try again");
 }
 
-/// \a what the store did not do, why if it says, and \a advice.
-Outcome storeFailed(const FeedStore &store, const char *what, const char *advice)
+/// Messages without a date are as old as they are in the store: the first one stored is the first to be
+/// dropped.
+void sortOldestFirst(QList<StorableMessage> &messages)
 {
-    const QString why = store.failure().isEmpty() ? QString() : QStringLiteral(" (%1)").arg(store.failure());
-    return {FeedDownloadStoreFailed, QLatin1String(what) + why + QLatin1String("; ") + QLatin1String(advice)};
+    std::stable_sort(messages.begin(), messages.end(),
+                     [](const StorableMessage &a, const StorableMessage &b) {
+                         const QDateTime dateOfA = a.message().publishedDate();
+                         const QDateTime dateOfB = b.message().publishedDate();
+                         return dateOfB.isValid() && (!dateOfA.isValid() || dateOfA < dateOfB);
+                     });
 }
 
 } // namespace
+
+struct FeedDownload::Claims
+{
+    std::vector<ClaimedItem> items;
+    LinkUse use;
+};
 
 FeedDownload::FeedDownload(const DownloadTools &tools, bool isSubscription)
     : Download(tools), m_isSubscription(isSubscription)
@@ -81,19 +87,22 @@ void FeedDownload::start()
     }
 }
 
-/// Finds out what to read, and what is known of it.
+/// Finds out which document to read, and what is known of it.
 Outcome FeedDownload::prepare()
 {
     if (m_isSubscription) {
-        if (store().hasChannel(m_address))
-            return alreadyStored();
+        const Result<QString> known = Channels(store()).uri(Link::encoded(m_address));
+        if (!known)
+            return storeFailed(known.error(), "try again");
+        if (!known->isEmpty())
+            return {FeedDownloadAlreadyStored, QStringLiteral("is subscribed already")};
     } else {
-        const auto notes = feedNotes(store(), m_channelUri);
-        if (!notes)
-            return {FeedDownloadNotFound, QStringLiteral("no such channel")};
-        m_address = QUrl(notes->link);
-        m_itemBase = notes->itemBase;
-        m_known = notes->validators;
+        const Result<FeedState> state = Feeds(store()).state(m_channelUri);
+        if (!state)
+            return channelNotRead(state.error(), QStringLiteral("no such channel"));
+        m_address = QUrl(state->link());
+        m_itemBase = state->itemBase();
+        m_known = {state->entityTag(), state->lastModified()};
     }
     if (!canTransfer(m_address))
         return {FeedDownloadBadAddress, QStringLiteral("is neither a file nor an http or https address")};
@@ -135,59 +144,79 @@ Outcome FeedDownload::read(const QByteArray &document, const QUrl &source, const
 
 Outcome FeedDownload::addChannel(const ParsedFeed &feed, const Validators &validators)
 {
-    FeedChannel channel = feed.channel();
-    const FeedEnclosure icon = channel.icon();
-    // The library would make the icon an enclosure of the URI that the channel does not have yet.
-    channel.setIcon(FeedEnclosure());
-    m_channelUri = store().library().addChannel(channel);
-    if (m_channelUri.isEmpty() && store().hasChannel(m_address)) // another download was quicker
-        return alreadyStored();
-    if (m_channelUri.isEmpty())
-        return {FeedDownloadStoreFailed, QStringLiteral("the store did not take the channel")};
-    if (!icon.remoteUrl().isEmpty())
-        store().library().addEnclosures({icon}, m_channelUri);
-    if (!write(feed.messages(linkUse(feed, {}).reserved), validators))
-        return storeFailed(store(), "subscribed, but the store did not take its messages",
-                           "a refresh tries again");
-    return {};
+    const Result<QString> added = Channels(store()).add(feed.channel());
+    if (!added && added.error().kind() == Error::AlreadyStored)
+        return {FeedDownloadAlreadyStored, added.error().reason()};
+    if (!added)
+        return storeFailed(added.error(), "try again");
+    m_channelUri = *added;
+    const Result<void> written =
+        claim(feed, {}).and_then([&](const Claims &claims) { return write(feed, claims, {}, validators); });
+    return written ? Outcome() : storeFailed(written.error(), "the channel is subscribed: refresh it");
 }
 
 Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &validators)
 {
-    // It may have been deleted while its feed was on the way.
-    if (!feedNotes(store(), m_channelUri))
-        return {FeedDownloadNotFound, QStringLiteral("the channel has been deleted meanwhile")};
-    const QSet<QString> dropped = droppedLinks(store(), m_channelUri);
-    const LinkUse use = linkUse(feed, dropped);
-    if (!write(feed.messages(use.reserved, use.known), validators))
-        return storeFailed(store(), "the store did not take the new messages", "refresh again to try again");
-    if (!dropped.isEmpty())
-        forgetDropped(store(), m_channelUri, (dropped - feed.links(use.reserved)).values());
-    return {};
+    const Result<FeedState> state = Feeds(store()).state(m_channelUri);
+    if (!state)
+        return channelNotRead(state.error(), QStringLiteral("the channel has been deleted in the meantime"));
+    const Result<QSet<QString>> dropped = Feeds(store()).droppedLinks(m_channelUri);
+    if (!dropped)
+        return storeFailed(dropped.error(), "refresh again");
+    const Result<Claims> claims = claim(feed, *dropped);
+    if (!claims)
+        return storeFailed(claims.error(), "refresh again");
+    const Result<void> written =
+        write(feed, *claims, *dropped, validators).and_then([&] { return forgetDropped(*claims, *dropped); });
+    return written ? Outcome() : storeFailed(written.error(), "refresh again");
 }
 
-/// Stores what is new, and what is to be known of it next time.
-bool FeedDownload::write(const QList<FeedMessage> &messages, const Validators &validators)
+/// Gives the items their links. An item whose link belongs to a channel gets another one.
+Result<FeedDownload::Claims> FeedDownload::claim(const ParsedFeed &feed, const QSet<QString> &dropped) const
 {
-    const QList<FeedMessage> ordered = oldestFirst(messages);
-    for (const FeedMessage &message : ordered)
-        m_newMessages.append(message.link());
-    return store().addMessages(ordered, m_channelUri) && noteReading(store(), m_channelUri, validators);
+    QSet<QString> reserved;
+    while (true) {
+        std::vector<ClaimedItem> items = feed.claimedItems(reserved);
+        QList<Link> links;
+        for (const ClaimedItem &claimed : items)
+            links.append(claimed.link);
+        const Result<LinkUse> use = LinkUse::of(store(), links, m_channelUri);
+        if (!use)
+            return Failure(use.error());
+        const int reservedBefore = int(reserved.size());
+        for (const Link &link : qAsConst(links)) {
+            const bool isKnown = use->isInChannel(link) || dropped.contains(link.toString());
+            if (use->isOfChannel(link) && !isKnown)
+                reserved.insert(link.toString());
+        }
+        if (reserved.size() == reservedBefore)
+            return Claims{std::move(items), *use};
+    }
 }
 
-FeedDownload::LinkUse FeedDownload::linkUse(const ParsedFeed &feed, const QSet<QString> &dropped) const
+/// Stores the messages that the channel neither has nor has dropped, and what is known of the document now.
+Result<void> FeedDownload::write(const ParsedFeed &feed, const Claims &claims, const QSet<QString> &dropped,
+                                 const Validators &validators)
 {
-    LinkUse use{dropped, {}};
-    QSet<QString> found;
-    // Messages get other links in the place of reserved ones.
-    do {
-        const QSet<QString> links = feed.links(use.reserved) - use.known;
-        if (!m_isSubscription)
-            use.known += store().messageLinks(links, m_channelUri);
-        found = store().channelLinks(links - use.known);
-        use.reserved += found;
-    } while (!found.isEmpty());
-    return use;
+    QList<StorableMessage> messages;
+    for (const ClaimedItem &claimed : claims.items) {
+        if (!claims.use.isInChannel(claimed.link) && !dropped.contains(claimed.link.toString()))
+            messages.append(feed.message(claimed));
+    }
+    sortOldestFirst(messages);
+    for (const StorableMessage &message : qAsConst(messages))
+        m_newMessages.append(message.link().toString());
+    return MessageWriter(store()).write(messages, m_channelUri, claims.use).and_then([&] {
+        return Feeds(store()).noteReading(m_channelUri, validators.entityTag, validators.lastModified);
+    });
+}
+
+/// Forgets the dropped links that the feed does not show any more.
+Result<void> FeedDownload::forgetDropped(const Claims &claims, QSet<QString> dropped)
+{
+    for (const ClaimedItem &claimed : claims.items)
+        dropped.remove(claimed.link.toString());
+    return Feeds(store()).forgetDropped(m_channelUri, dropped.values());
 }
 
 } // namespace Tidel

@@ -3,20 +3,21 @@
 #define TIDEL_FEEDDOWNLOAD_H
 
 #include "download.h"
-#include "feednotes.h"
+#include "validators.h"
 
 #include <QBuffer>
 #include <QSet>
 #include <QStringList>
 #include <QUrl>
 
-#include <feedmessage.h>
+#include <TidelReader/linkuse.h>
 
 namespace Tidel {
 
 class ParsedFeed;
+struct ClaimedItem;
 
-/// Downloads a feed and stores it, as a new channel or as new messages of one.
+/// Downloads a feed and stores it, as a new channel or as new messages of a stored channel.
 class FeedDownload : public Download
 {
     Q_OBJECT
@@ -34,12 +35,8 @@ protected:
     void transferred(const Transfer &transfer) override;
 
 private:
-    /// What the links of a feed stand for in the store.
-    struct LinkUse
-    {
-        QSet<QString> known; ///< of messages that the channel has, or has dropped
-        QSet<QString> reserved; ///< of channels: no new message may have one
-    };
+    /// The items of a feed with their links, and what the store uses these links for.
+    struct Claims;
 
     FeedDownload(const DownloadTools &tools, bool isSubscription);
 
@@ -48,8 +45,10 @@ private:
     Outcome read(const QByteArray &document, const QUrl &source, const Validators &validators);
     Outcome addChannel(const ParsedFeed &feed, const Validators &validators);
     Outcome addMessages(const ParsedFeed &feed, const Validators &validators);
-    bool write(const QList<FeedMessage> &messages, const Validators &validators);
-    LinkUse linkUse(const ParsedFeed &feed, const QSet<QString> &dropped) const;
+    Result<Claims> claim(const ParsedFeed &feed, const QSet<QString> &dropped) const;
+    Result<void> write(const ParsedFeed &feed, const Claims &claims, const QSet<QString> &dropped,
+                       const Validators &validators);
+    Result<void> forgetDropped(const Claims &claims, QSet<QString> dropped);
 
     const bool m_isSubscription;
     QString m_channelUri;

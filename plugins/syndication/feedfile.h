@@ -2,8 +2,8 @@
 #ifndef TIDEL_FEEDFILE_H
 #define TIDEL_FEEDFILE_H
 
-#include "feednotes.h"
 #include "outcome.h"
+#include "validators.h"
 
 #include <QByteArray>
 

@@ -3,21 +3,18 @@
 
 #include "feeddate.h"
 #include "linkclaims.h"
-#include "links.h"
-#include "messageorder.h"
 #include "mimetype.h"
 #include "text.h"
 
 #include <Syndication/Image>
 
-#include <algorithm>
 #include <limits>
 
 namespace Tidel {
 
 namespace {
 
-/// "rss", "atom" or "rdf", after the outermost element.
+/// "rss", "atom" or "rdf": the name of the outermost element.
 QString channelType(const FeedTree &tree)
 {
     const QString root = tree.elements.documentElement().localName().toLower();
@@ -34,11 +31,11 @@ unsigned int cleanLength(const QString &text)
 } // namespace
 
 ParsedFeed::ParsedFeed(const FeedTree &tree, const QUrl &link, const QUrl &source)
-    : m_tree(tree), m_link(encodedUrl(link)), m_itemBase(m_link), m_base(source), m_items(feedItems(tree))
+    : m_tree(tree), m_link(Link::encoded(link)), m_itemBase(m_link), m_base(source), m_items(feedItems(tree))
 {
-    m_website = cleanLink(m_tree.feed->link(), baseOf(m_tree.elements.documentElement()));
-    if (!m_website.isEmpty())
-        m_base = QUrl(m_website);
+    m_website = Link::fromText(m_tree.feed->link(), baseOf(m_tree.elements.documentElement()));
+    if (!m_website.isNull())
+        m_base = m_website.toUrl();
 }
 
 std::optional<ParsedFeed> ParsedFeed::parse(const QByteArray &document, const QUrl &link, QString *error,
@@ -61,47 +58,29 @@ FeedChannel ParsedFeed::channel() const
     channel.setDescription(cleanText(m_tree.feed->description()));
 
     FeedEnclosure icon;
-    icon.setRemoteUrl(cleanFileLink(m_tree.feed->image()->url(), m_base));
+    icon.setRemoteUrl(Link::toFile(m_tree.feed->image()->url(), m_base).toString());
     channel.setIcon(icon);
     return channel;
 }
 
-QList<FeedMessage> ParsedFeed::messages(const QSet<QString> &channelLinks,
-                                        const QSet<QString> &knownLinks) const
+std::vector<ClaimedItem> ParsedFeed::claimedItems(const QSet<QString> &reserved) const
 {
-    QList<FeedMessage> messages;
-    eachItem(channelLinks, [&](const FeedItem &item, const QString &link) {
-        if (!knownLinks.contains(link))
-            messages.append(message(item, link));
-    });
-    sortNewestFirst(messages);
-    return messages;
-}
-
-QSet<QString> ParsedFeed::links(const QSet<QString> &channelLinks) const
-{
-    QSet<QString> links;
-    eachItem(channelLinks, [&](const FeedItem &, const QString &link) { links.insert(link); });
-    return links;
-}
-
-/// Visits each item once, the oldest first, with the link that its message has.
-void ParsedFeed::eachItem(const QSet<QString> &channelLinks,
-                          const std::function<void(const FeedItem &, const QString &link)> &visit) const
-{
-    // Feeds about one page name it in every item: a fragment for all of them, since the page itself would be
-    // the link of whichever is the oldest at the time.
-    LinkClaims claims(channelLinks + QSet<QString>{m_link, m_website});
+    // Feeds about one page name it in every item. All of them get a fragment: otherwise the link of the page
+    // would belong to the item that is the oldest at the time.
+    LinkClaims claims(reserved + QSet<QString>{m_link, m_website.toString()});
+    std::vector<ClaimedItem> claimed;
+    claimed.reserve(m_items.size());
     for (auto item = m_items.rbegin(); item != m_items.rend(); ++item) {
-        const QString link = claims.claim(**item, wantedLink(**item));
-        if (!link.isEmpty())
-            visit(**item, link);
+        const Link link = claims.claim(**item, wantedLink(**item));
+        if (!link.isNull())
+            claimed.push_back({item->get(), link});
     }
+    return claimed;
 }
 
-QString ParsedFeed::resolve(const Reference &reference, QString (*clean)(const QString &, const QUrl &)) const
+Link ParsedFeed::resolve(const Reference &reference, Link (*clean)(const QString &, const QUrl &)) const
 {
-    const bool needsBase = isRelativeLink(reference.address);
+    const bool needsBase = Link::isRelative(reference.address);
     return clean(reference.address, needsBase ? baseOf(reference.where) : m_base);
 }
 
@@ -111,44 +90,42 @@ QUrl ParsedFeed::baseOf(const Syndication::ElementWrapper &element) const
     return base.isEmpty() ? m_base : m_base.resolved(QUrl(base));
 }
 
-QString ParsedFeed::wantedLink(const FeedItem &item) const
+Link ParsedFeed::wantedLink(const FeedItem &item) const
 {
-    const QString link = resolve(item.link(), cleanLink);
-    if (!link.isEmpty())
+    const Link link = resolve(item.link(), Link::fromText);
+    if (!link.isNull())
         return link;
     const QString permalink = item.permalink();
-    const QString address = isRelativeLink(permalink) ? QString() : cleanLink(permalink, m_base);
-    return address.isEmpty() ? itemUrn(m_itemBase, item.id()) : address;
+    const Link address = Link::isRelative(permalink) ? Link() : Link::fromText(permalink, m_base);
+    return address.isNull() ? Link::ofItem(m_itemBase, item.id()) : address;
 }
 
-FeedMessage ParsedFeed::message(const FeedItem &item, const QString &link) const
+StorableMessage ParsedFeed::message(const ClaimedItem &claimed) const
 {
-    FeedMessage message;
-    message.setLink(link);
-    message.setId(cleanText(item.id()));
-    message.setTitle(plainText(item.title()));
-    message.setDescription(cleanText(item.text()));
-    message.setSummary(cleanText(item.summary()));
-    message.setBaseUrl(baseOf(item.link().where));
-    message.setPublishedDate(parseFeedDate(item.date()));
+    const FeedItem &item = *claimed.item;
+    FeedMessage text;
+    text.setId(cleanText(item.id()));
+    text.setTitle(plainText(item.title()));
+    text.setDescription(cleanText(item.text()));
+    text.setSummary(cleanText(item.summary()));
+    text.setBaseUrl(baseOf(item.link().where));
+    text.setPublishedDate(parseFeedDate(item.date()));
+    StorableMessage message(claimed.link, text);
     for (const FileReference &file : item.files()) {
-        FeedEnclosure found = enclosure(file);
-        if (!found.remoteUrl().isEmpty())
-            message.addChild(&found);
+        FeedEnclosure enclosure;
+        enclosure.setMimeType(cleanMimeType(file.mimeType));
+        enclosure.setLength(cleanLength(file.length));
+        message.addEnclosure(fileLink(file), enclosure);
     }
     return message;
 }
 
-FeedEnclosure ParsedFeed::enclosure(const FileReference &file) const
+Link ParsedFeed::fileLink(const FileReference &file) const
 {
-    FeedEnclosure enclosure;
-    const QString link = resolve(file.url, cleanFileLink);
-    // A feed from elsewhere has no say in which files of this machine are copied.
-    if (!QUrl(link).isLocalFile() || QUrl(m_link).isLocalFile())
-        enclosure.setRemoteUrl(link);
-    enclosure.setMimeType(cleanMimeType(file.mimeType));
-    enclosure.setLength(cleanLength(file.length));
-    return enclosure;
+    const Link link = resolve(file.url, Link::toFile);
+    // Only a feed in a local file may name local files.
+    const bool isAllowed = !link.toUrl().isLocalFile() || QUrl(m_link).isLocalFile();
+    return isAllowed ? link : Link();
 }
 
 } // namespace Tidel

@@ -2,7 +2,6 @@
 #include "linkclaims.h"
 
 #include "feeditem.h"
-#include "links.h"
 
 namespace Tidel {
 
@@ -10,13 +9,13 @@ namespace {
 
 bool areTwins(const FeedItem &a, const FeedItem &b) { return a.id() == b.id() && a.variant() == b.variant(); }
 
-/// What \a item is to be called in its \a attempt to find a link that no other item has.
-QString candidate(const FeedItem &item, const QString &wanted, int attempt)
+/// The link that \a item claims in its \a attempt to get one that no other item has.
+Link candidate(const FeedItem &item, const Link &wanted, int attempt)
 {
     switch (attempt) {
     case 0: return wanted;
-    case 1: return linkForItem(wanted, item.id());
-    default: return linkForItem(wanted, item.id() + QLatin1Char('\n') + item.variant());
+    case 1: return wanted.forItem(item.id());
+    default: return wanted.forItem(item.id() + QLatin1Char('\n') + item.variant());
     }
 }
 
@@ -24,21 +23,21 @@ QString candidate(const FeedItem &item, const QString &wanted, int attempt)
 
 LinkClaims::LinkClaims(const QSet<QString> &reserved) : m_reserved(reserved) { }
 
-QString LinkClaims::claim(const FeedItem &item, const QString &wanted)
+Link LinkClaims::claim(const FeedItem &item, const Link &wanted)
 {
     for (int attempt = 0; attempt < 3; ++attempt) {
-        const QString link = candidate(item, wanted, attempt);
-        if (m_reserved.contains(link))
+        const Link link = candidate(item, wanted, attempt);
+        if (m_reserved.contains(link.toString()))
             continue;
-        const FeedItem *owner = m_owners.value(link);
+        const FeedItem *owner = m_owners.value(link.toString());
         if (!owner) {
-            m_owners.insert(link, &item);
+            m_owners.insert(link.toString(), &item);
             return link;
         }
         if (areTwins(*owner, item))
             break;
     }
-    return QString();
+    return Link();
 }
 
 } // namespace Tidel

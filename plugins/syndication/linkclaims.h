@@ -6,23 +6,25 @@
 #include <QSet>
 #include <QString>
 
+#include <TidelReader/link.h>
+
 namespace Tidel {
 
 class FeedItem;
 
-/// Gives each item of one feed a link of its own, since the store knows messages by their links.
+/// Gives each item of one feed a link of its own, since the store identifies messages by their links.
 ///
-/// Items are to come oldest first: the oldest keeps a link that several share, so that links stay the same
+/// The items come oldest first. The oldest keeps a link that several items share, so that links stay the same
 /// when new items arrive.
 class LinkClaims
 {
 public:
-    /// No item is given one of \a reserved, the links of channels.
+    /// No item gets one of \a reserved, the links of channels.
     explicit LinkClaims(const QSet<QString> &reserved);
 
-    /// The link of \a item, which wants \a wanted; empty when the item was there before. The item must stay
-    /// as long as this object.
-    QString claim(const FeedItem &item, const QString &wanted);
+    /// The link of \a item, whose own link is \a wanted. Null if the same item was there before. The item
+    /// must outlive this object.
+    Link claim(const FeedItem &item, const Link &wanted);
 
 private:
     QSet<QString> m_reserved;

@@ -3,7 +3,6 @@
 
 #include "enclosuredownload.h"
 #include "feeddownload.h"
-#include "feedstore.h"
 
 #include <QDir>
 #include <QNetworkAccessManager>
@@ -115,11 +114,8 @@ void SyndicationPlugin::begin(bool isEnclosure, const Makers &makers)
 
 void SyndicationPlugin::startNext()
 {
-    QString error;
-    if (!m_store && !(m_store = FeedStore::open(&error))) {
-        m_task->waiting.clear();
-        m_task->outcome = {FeedDownloadStoreFailed, QStringLiteral("the store cannot be used: ") + error};
-    }
+    if (!m_store)
+        openStore();
     if (m_task->waiting.empty()) {
         end();
         return;
@@ -129,6 +125,17 @@ void SyndicationPlugin::startNext()
     connect(m_task->current.get(), &Download::finished, this, &SyndicationPlugin::endDownload,
             Qt::QueuedConnection);
     m_task->current->start();
+}
+
+void SyndicationPlugin::openStore()
+{
+    const Result<Store> store = Store::open();
+    if (store) {
+        m_store = *store;
+        return;
+    }
+    m_task->waiting.clear();
+    m_task->outcome = {FeedDownloadStoreFailed, store.error().text()};
 }
 
 void SyndicationPlugin::endDownload()

@@ -4,14 +4,16 @@
 
 #include <feedplugininterface.h>
 
+#include <TidelReader/store.h>
+
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace Tidel {
 
 class Download;
-class FeedStore;
 struct DownloadTools;
 struct Outcome;
 
@@ -49,6 +51,7 @@ private:
 
     void begin(bool isEnclosure, const Makers &makers);
     void startNext();
+    void openStore();
     void endDownload();
     void end();
     void report(bool isEnclosure, const Outcome &outcome, const QVariantMap &results = {});
@@ -59,7 +62,7 @@ private:
     qint64 m_maximumEnclosureSize = Q_INT64_C(4) * 1024 * 1024 * 1024 - 1; // what FeedEnclosure can tell
 
     std::shared_ptr<Network> m_network;
-    std::unique_ptr<FeedStore> m_store;
+    std::optional<Store> m_store;
     std::unique_ptr<Task> m_task;
     QString m_errorString;
     QStringList m_newMessages;

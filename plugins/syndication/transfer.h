@@ -2,8 +2,8 @@
 #ifndef TIDEL_TRANSFER_H
 #define TIDEL_TRANSFER_H
 
-#include "feednotes.h"
 #include "outcome.h"
+#include "validators.h"
 
 #include <QNetworkRequest>
 #include <QObject>

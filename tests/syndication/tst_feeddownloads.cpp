@@ -607,7 +607,7 @@ void TestFeedDownloads::channelIsDeletedMeanwhile()
     const Ending failed = ending(downloader());
     VERIFY_ENDING(failed, "downloadFeedsFailed");
     QCOMPARE(failed.error, int(FeedDownloadNotFound));
-    QCOMPARE(failed.text, QString("the channel has been deleted meanwhile"));
+    QCOMPARE(failed.text, QString("the channel has been deleted in the meantime"));
     QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 0);
 }
 
@@ -650,7 +650,7 @@ void TestFeedDownloads::storeRefuses()
     const Ending failed = subscribe(m_server->url("/feed"));
     VERIFY_ENDING(failed, "downloadFeedsFailed");
     QCOMPARE(failed.error, int(FeedDownloadStoreFailed));
-    QVERIFY2(failed.text.startsWith("the store cannot be used: "), qPrintable(failed.text));
+    QVERIFY2(failed.text.startsWith("could not open the store: "), qPrintable(failed.text));
     QVERIFY(file.remove());
     VERIFY_ENDING(subscribe(m_server->url("/feed")), "downloadFeedsFinished");
 }

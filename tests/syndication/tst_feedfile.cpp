@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-#include <documenturl.h>
 #include <feedfile.h>
-#include <links.h>
+
+#include <TidelReader/documenturl.h>
+#include <TidelReader/link.h>
 
 #include <QtTest>
 
@@ -64,9 +65,9 @@ void TestFeedFile::strangeNames()
 {
     QFETCH(QString, name);
     QVERIFY(!write(name, "<a/>").isEmpty());
-    const QString link = encodedUrl(documentUrl(name));
-    QCOMPARE(encodedUrl(QUrl::fromUserInput(link)), link);
-    QCOMPARE(cleanLink(link, QUrl()), link);
+    const QString link = Link::encoded(documentUrl(name));
+    QCOMPARE(Link::encoded(QUrl::fromUserInput(link)), link);
+    QCOMPARE(Link::fromText(link).toString(), link);
     Outcome outcome;
     const auto document = readDocument(QUrl(link).toLocalFile(), 100, &outcome);
     QCOMPARE(document.value_or(outcome.reason.toUtf8()), QByteArray("<a/>"));

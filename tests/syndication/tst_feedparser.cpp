@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include <feedparser.h>
-#include <messageorder.h>
+
+#include <TidelReader/messageorder.h>
 
 #include <QtTest>
 
@@ -24,11 +25,24 @@ std::optional<ParsedFeed> parse(const QByteArray &document, QString *error, cons
     return ParsedFeed::parse(document, urlOf(name), error);
 }
 
+/// The messages of \a feed, the newest first, without those whose links are \a known.
+QList<FeedMessage> messagesOf(const ParsedFeed &feed, const QSet<QString> &reserved = {},
+                              const QSet<QString> &known = {})
+{
+    QList<FeedMessage> messages;
+    for (const ClaimedItem &claimed : feed.claimedItems(reserved)) {
+        if (!known.contains(claimed.link.toString()))
+            messages.append(feed.message(claimed).message());
+    }
+    sortNewestFirst(messages);
+    return messages;
+}
+
 QList<FeedMessage> messagesOf(const QByteArray &document, const QSet<QString> &known = {})
 {
     QString error;
     const auto feed = parse(document, &error);
-    return feed ? feed->messages({}, known) : QList<FeedMessage>();
+    return feed ? messagesOf(*feed, {}, known) : QList<FeedMessage>();
 }
 
 QStringList linksOf(const QList<FeedMessage> &messages)
@@ -100,7 +114,7 @@ QString dump(const ParsedFeed &feed)
     writeField(text, "type", channel.type());
     writeField(text, "description", channel.description());
     writeField(text, "image", channel.icon().remoteUrl());
-    const auto messages = feed.messages();
+    const auto messages = messagesOf(feed);
     for (const FeedMessage &message : messages)
         writeMessage(text, message);
     return text;
@@ -229,7 +243,7 @@ void TestFeedParser::valuesAreFitForTheStore()
 
     static const QRegularExpression mimeType("^([a-z0-9!#$&^_.+-]+/[a-z0-9!#$&^_.+-]+)?$");
     QSet<QString> links{channel.link()};
-    const auto messages = feed->messages({channel.link()});
+    const auto messages = messagesOf(*feed, {channel.link()});
     for (const FeedMessage &message : messages) {
         QVERIFY2(isFit(message.link()), qPrintable(message.link()));
         QVERIFY2(!links.contains(message.link()), qPrintable(message.link()));
@@ -260,7 +274,7 @@ void TestFeedParser::channelLinksAreAvoided()
                                 "<item><link>https://example.org/</link></item>"),
                             &error);
     QVERIFY2(feed, qPrintable(error));
-    const QStringList links = linksOf(feed->messages({"file:///feeds/other.xml"}));
+    const QStringList links = linksOf(messagesOf(*feed, {"file:///feeds/other.xml"}));
     QCOMPARE(links.size(), 3);
     QVERIFY2(links.at(0).startsWith("file:///feeds/feed.xml#tidel-"), qPrintable(links.at(0)));
     QVERIFY2(links.at(1).startsWith("file:///feeds/other.xml#tidel-"), qPrintable(links.at(1)));
@@ -349,7 +363,7 @@ void TestFeedParser::onlyFilesNameFiles()
                                           feed, &error);
     QVERIFY2(parsed, qPrintable(error));
     QStringList found;
-    const QList<FeedEnclosure> enclosures = parsed->messages().value(0).enclosures();
+    const QList<FeedEnclosure> enclosures = messagesOf(*parsed).value(0).enclosures();
     for (const FeedEnclosure &enclosure : enclosures)
         found.append(enclosure.remoteUrl());
     QCOMPARE(found, links);

@@ -55,7 +55,7 @@ void ArchiveModel::prune(const QString &channel, const QSet<QString> &messages)
         if (m_messages[title].channels.isEmpty())
             own.insert(title);
     }
-    removeWithEnclosures(own, SparedImages);
+    removeWithEnclosures(own);
 }
 
 void ArchiveModel::unsubscribe(const QString &channel)
@@ -66,15 +66,13 @@ void ArchiveModel::unsubscribe(const QString &channel)
         if (at->channels.remove(channel) && at->channels.isEmpty())
             own.insert(at.key());
     }
-    removeWithEnclosures(own, SparedImages);
-    // What is a channel's image goes with it, whoever else has it.
+    removeWithEnclosures(own);
     const QSet<QString> images = keysOf(
         m_enclosures, [&](const Enclosure &enclosure) { return enclosure.channels.contains(channel); });
-    for (const QString &image : images)
-        m_enclosures.remove(image);
-    // The library deletes what belongs to no channel at all as well, and does not look for images.
-    removeWithEnclosures(
-        keysOf(m_messages, [](const Message &message) { return message.channels.isEmpty(); }), LostImages);
+    for (const QString &image : images) {
+        m_enclosures[image].channels.remove(channel);
+        removeIfReleased(image);
+    }
 }
 
 void ArchiveModel::clean()
@@ -136,7 +134,7 @@ QStringList ArchiveModel::facts() const
     return facts;
 }
 
-/// Deletes messages; their enclosures go on naming them.
+/// Deletes messages. Their enclosures still name them.
 void ArchiveModel::remove(const QSet<QString> &messages)
 {
     for (const QString &message : messages) {
@@ -148,15 +146,19 @@ void ArchiveModel::remove(const QSet<QString> &messages)
     }
 }
 
-/// Deletes messages, and the enclosures that nothing else has, or no other message where \a images are lost.
-void ArchiveModel::removeWithEnclosures(const QSet<QString> &messages, Images images)
+/// Deletes messages, and the enclosures that nothing else has.
+void ArchiveModel::removeWithEnclosures(const QSet<QString> &messages)
 {
     const QSet<QString> theirs = keysOf(
         m_enclosures, [&](const Enclosure &enclosure) { return enclosure.messages.intersects(messages); });
     remove(messages);
-    for (const QString &enclosure : theirs) {
-        const Enclosure &left = m_enclosures[enclosure];
-        if (left.messages.isEmpty() && (left.channels.isEmpty() || images == LostImages))
-            m_enclosures.remove(enclosure);
-    }
+    for (const QString &enclosure : theirs)
+        removeIfReleased(enclosure);
+}
+
+void ArchiveModel::removeIfReleased(const QString &enclosure)
+{
+    const Enclosure &left = m_enclosures[enclosure];
+    if (left.messages.isEmpty() && left.channels.isEmpty())
+        m_enclosures.remove(enclosure);
 }

@@ -16,20 +16,20 @@ struct FeedItem
 };
 
 /**
- * What a store has to hold after each operation, in the simplest form that there is. Channels, messages and
- * enclosures are known by their names.
+ * A simple model of what a store must hold after each operation. Channels, messages and enclosures are
+ * identified by their names.
  */
 class ArchiveModel
 {
 public:
     void subscribe(const QString &channel, const QString &image);
-    /// \a items is what the feed shows.
+    /// The feed shows \a items.
     void refresh(const QString &channel, const QList<FeedItem> &items);
     void setFavorite(const QString &message, bool isFavorite);
     void prune(const QString &channel, const QSet<QString> &messages);
     void unsubscribe(const QString &channel);
     void clean();
-    /// Nobody owns it any more.
+    /// The message or enclosure belongs to nothing from now on.
     void abandonMessage(const QString &message);
     void abandonEnclosure(const QString &enclosure);
 
@@ -37,11 +37,12 @@ public:
     QStringList channels() const { return m_dropped.keys(); }
     QStringList messages() const { return m_messages.keys(); }
     QStringList enclosures() const { return m_enclosures.keys(); }
-    /// How many resources there are; a channel has two, itself and its link.
+    /// The number of resources. A channel has two: itself and its link.
     int resources() const { return 2 * m_dropped.size() + m_messages.size() + m_enclosures.size(); }
-    /// Whether \a messages may be what is dropped for \a keep messages to stay in the channel.
+    /// Returns true if \a messages may be dropped so that \a keep messages stay in the channel; otherwise
+    /// returns false.
     bool areOldest(const QSet<QString> &messages, const QString &channel, int keep) const;
-    /// All that there is, each line a fact, sorted.
+    /// Everything that the store holds, one fact in each line, sorted.
     QStringList facts() const;
 
 private:
@@ -55,16 +56,15 @@ private:
     {
         QSet<QString> messages = {};
         QSet<QString> channels = {};
-        int goneOwners = 0; ///< deleted ones that it still names
+        int goneOwners = 0; ///< deleted owners that it still names
     };
 
-    /// Whether enclosures that are images of channels go with their messages.
-    enum Images { SparedImages, LostImages };
-
     void remove(const QSet<QString> &messages);
-    void removeWithEnclosures(const QSet<QString> &messages, Images images);
+    void removeWithEnclosures(const QSet<QString> &messages);
+    void removeIfReleased(const QString &enclosure);
 
-    QMap<QString, QSet<QString>> m_dropped; // what each channel has dropped and its feed may still show
+    QMap<QString, QSet<QString>>
+        m_dropped; // the messages that each channel has dropped and its feed may still show
     QMap<QString, Message> m_messages;
     QMap<QString, Enclosure> m_enclosures;
 };

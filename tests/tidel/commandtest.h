@@ -11,14 +11,14 @@
 #include <QTemporaryDir>
 
 namespace Tidel {
-class FeedStore;
 class Output;
+class Store;
 } // namespace Tidel
 
-using Command = void (*)(Tidel::FeedStore &, const Tidel::Arguments &, Tidel::Output &);
+using Command = void (*)(const Tidel::Store &, const Tidel::Arguments &, Tidel::Output &);
 using Options = QHash<QString, QString>;
 
-/// What a command said, and whether all went well, with the statements of its own too.
+/// What a command wrote, and whether it succeeded.
 struct CommandResult
 {
     QString out;
@@ -53,17 +53,16 @@ protected:
     void setLocalUrl(const QString &enclosure, const QString &localUrl) const;
     QString home() const { return m_home->path(); }
 
-    /// The questions since StatementGate::reset() that name nie:isLogicalPartOf twice: Tracker then reads all
-    /// that the store has of it.
+    /// The queries since StatementGate::reset() that name nie:isLogicalPartOf twice: Tracker then reads all
+    /// its values.
     static QStringList costlyQuestions();
 
     /**
-     * Has each statement of \a command fail in a store of its own, which \a fill fills, once refused and once
-     * not answered: the command has to tell, unless \a isSilent allows for it, and \a check is called.
+     * Lets each statement of \a command fail, once by a refusal and once without an answer, each time in a
+     * new store that \a fill fills. The command must report it. Then \a check is called.
      */
     void failEverywhere(Command command, const QStringList &names, const Options &options,
-                        const std::function<void()> &fill, const std::function<void()> &check,
-                        const std::function<bool(const QString &)> &isSilent = {});
+                        const std::function<void()> &fill, const std::function<void()> &check);
 
 protected Q_SLOTS:
     void init();

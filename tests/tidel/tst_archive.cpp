@@ -2,9 +2,10 @@
 #include "archivemodel.h"
 #include "commandtest.h"
 
+#include <TidelReader/feeds.h>
+#include <TidelReader/messagewriter.h>
 #include <commands.h>
-#include <droppedlinks.h>
-#include <feedstore.h>
+#include <storable.h>
 
 #include <QtTest>
 
@@ -78,7 +79,7 @@ private:
     void abandonEnclosure();
 
     void readFeed(const Feed &feed);
-    bool storeMessages(const FeedStore &store, const QList<FeedMessage> &messages, const QString &uri) const;
+    bool storeMessages(const Store &store, const QList<FeedMessage> &messages, const QString &uri) const;
     CommandResult runLogged(const QString &name, Command command, const QStringList &arguments,
                             const Options &options = {});
     QStringList facts() const;
@@ -135,15 +136,14 @@ void TestArchive::refresh()
     readFeed(feed);
 }
 
-// As a download of the feed does it.
+// Does what the download of a feed does.
 void TestArchive::readFeed(const Feed &feed)
 {
-    QString error;
-    const auto store = FeedStore::open(&error);
-    QVERIFY2(store, qPrintable(error));
+    const Result<Store> store = Store::open();
+    QVERIFY(store);
     const QString uri = channelUri(feed.name);
     const QStringList stored = tracker()->messageLinksOfChannel(uri);
-    QSet<QString> forgotten = droppedLinks(*store, uri);
+    QSet<QString> forgotten = *Feeds(*store).droppedLinks(uri);
     QList<FeedMessage> messages;
     for (const FeedItem &item : qAsConst(feed.items)) {
         const QString link = linkOf(item.title);
@@ -151,14 +151,18 @@ void TestArchive::readFeed(const Feed &feed)
             messages.append(message(item.title, item.published, item.enclosures));
     }
     QVERIFY(messages.isEmpty() || storeMessages(*store, messages, uri));
-    QVERIFY(forgetDropped(*store, uri, forgotten.values()));
+    QVERIFY(Feeds(*store).forgetDropped(uri, forgotten.values()));
     m_model.refresh(feed.name, feed.items);
 }
 
-bool TestArchive::storeMessages(const FeedStore &store, const QList<FeedMessage> &messages,
+bool TestArchive::storeMessages(const Store &store, const QList<FeedMessage> &messages,
                                 const QString &uri) const
 {
-    return m_usesWriter ? store.addMessages(messages, uri) : tracker()->addMessages(messages, uri);
+    if (!m_usesWriter)
+        return tracker()->addMessages(messages, uri);
+    const QList<StorableMessage> storables = storable(messages);
+    const Result<LinkUse> use = LinkUse::of(store, linksOf(storables), uri);
+    return use && MessageWriter(store).write(storables, uri, *use);
 }
 
 void TestArchive::setFavorite(bool isFavorite)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "commandtest.h"
 
+#include <TidelReader/downloadfolder.h>
 #include <commands.h>
-#include <downloads.h>
 
 #include <QDir>
 #include <QFile>
@@ -62,7 +62,7 @@ CommandResult TestDownloads::letGo(const QString &localUrl) const
     return store().count("?e a mfo:Enclosure") == 0 ? result : CommandResult();
 }
 
-void TestDownloads::folder() { QCOMPARE(downloadFolder(), m_folder); }
+void TestDownloads::folder() { QCOMPARE(DownloadFolder::path(), m_folder); }
 
 void TestDownloads::folderOfTheUsersChoice()
 {
@@ -72,7 +72,7 @@ void TestDownloads::folderOfTheUsersChoice()
     QVERIFY(settings.open(QIODevice::WriteOnly));
     settings.write("XDG_DOWNLOAD_DIR=\"$HOME/Elsewhere\"\n");
     settings.close();
-    QCOMPARE(downloadFolder(), home() + "/Elsewhere/tidel");
+    QCOMPARE(DownloadFolder::path(), home() + "/Elsewhere/tidel");
     const QString file = write("Elsewhere/tidel/a.ogg");
     QCOMPARE(letGo("file://" + file).out, QString("News: deleted 1 message, 1 file\n"));
     QVERIFY(!QFile::exists(file));
@@ -203,7 +203,7 @@ void TestDownloads::fileThatCannotBeRemoved()
     QVERIFY(QFile::link("/proc/self", m_folder));
     const CommandResult result = letGo("file://" + m_folder + "/status");
     QVERIFY(!result.isFine);
-    QCOMPARE(result.err, "tidel: " + m_folder + "/status: the file cannot be removed\n");
+    QCOMPARE(result.err, "tidel: " + m_folder + "/status: the file cannot be removed; remove it yourself\n");
     QCOMPARE(result.out, QString("News: deleted 1 message, 0 files\n"));
 }
 

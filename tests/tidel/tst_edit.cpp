@@ -173,7 +173,10 @@ void TestEdit::linkOfAnotherChannel()
     const CommandResult result = runCommand(edit, {"News"}, {{"title", "Old"}, {"link", linkOf("Radio")}});
     QVERIFY(!result.isFine);
     QCOMPARE(result.out, QString());
-    QCOMPARE(result.err, QString("tidel: https://example.org/Radio is the link of another channel, Radio\n"));
+    QCOMPARE(
+        result.err,
+        QString(
+            "tidel: https://example.org/Radio is the link of another channel, Radio; choose another link\n"));
     QCOMPARE(everythingIn(store()), before);
 }
 
@@ -184,7 +187,8 @@ void TestEdit::linkOfAMessage()
     const QStringList before = everythingIn(store());
     const CommandResult result = runCommand(edit, {"Radio"}, {{"link", linkOf("a")}});
     QVERIFY(!result.isFine);
-    QCOMPARE(result.err, QString("tidel: https://example.org/a is the link of a message\n"));
+    QCOMPARE(result.err,
+             QString("tidel: https://example.org/a is the link of a message; choose another link\n"));
     QCOMPARE(everythingIn(store()), before);
 }
 

@@ -69,7 +69,8 @@ private:
     QString address(const QString &name) const { return m_server->url("/files/" + name); }
     QStringList downloads() const;
     QByteArray shownProgress(ushort columns) const;
-    /// Copies the program to where it finds \a plugin, or none when that is empty.
+    QProcessEnvironment installedEnvironment() const;
+    /// Copies the program and its library to a folder with \a plugin, which may be empty. Returns its path.
     QString copyProgram(const QString &plugin) const;
 
     QTemporaryDir m_served;
@@ -138,13 +139,21 @@ QStringList TestNetwork::downloads() const
 
 QString TestNetwork::copyProgram(const QString &plugin) const
 {
-    const QString folder = m_dir->filePath("installed/bin");
-    const QString plugins = folder + "/" + TIDEL_PLUGIN_DIR;
-    const QString program = folder + "/tidel";
-    const bool isThere = QDir().mkpath(folder) && QDir().mkpath(plugins)
-        && QFile::copy(TIDEL_PROGRAM, program)
+    const QString folder = m_dir->filePath("installed/lib");
+    const QString plugins = folder + "/tidel/plugins";
+    const QString program = m_dir->filePath("installed/tidel");
+    const bool isThere = QDir().mkpath(plugins) && QFile::copy(TIDEL_PROGRAM, program)
+        && QFile::copy(TIDEL_READER, folder + "/libTidelReader.so.0")
         && (plugin.isEmpty() || QFile::copy(plugin, plugins + "/plugin.so"));
     return isThere ? program : QString();
+}
+
+/// The environment of the copied program, which uses the copied library.
+QProcessEnvironment TestNetwork::installedEnvironment() const
+{
+    QProcessEnvironment environment = m_environment;
+    environment.insert("LD_LIBRARY_PATH", m_dir->filePath("installed/lib"));
+    return environment;
 }
 
 void TestNetwork::subscribeAndRefresh()
@@ -460,7 +469,7 @@ void TestNetwork::withoutPlugin()
 {
     VERIFY_RUN(run({"subscribe", write("plain.xml", item(1))}), 0);
     QProcess process;
-    process.setProcessEnvironment(m_environment);
+    process.setProcessEnvironment(installedEnvironment());
     const QString program = copyProgram(QString());
     for (const QStringList &arguments : {QStringList{"refresh"}, {"subscribe", "https://example.org/"}}) {
         process.start(program, arguments);
@@ -480,12 +489,12 @@ void TestNetwork::badPlugin()
 {
     const QString program = copyProgram(QString(TIDEL_FIXTURE_PLUGINS) + "/otherinterface.so");
     QProcess process;
-    process.setProcessEnvironment(m_environment);
+    process.setProcessEnvironment(installedEnvironment());
     process.start(program, {"subscribe", "https://example.org/1"});
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitCode(), 1);
     const QString error = process.readAllStandardError();
-    QVERIFY2(error.contains("plugin.so is a plug-in for something else: \"org.example.Other/1.0\"\n"),
+    QVERIFY2(error.contains("plugin.so is a plug-in for another interface: \"org.example.Other/1.0\"\n"),
              qPrintable(error));
     QVERIFY2(error.contains("tidel: no download plug-in in "), qPrintable(error));
     process.start(program, {"channels"});

@@ -642,22 +642,23 @@ void TestTidel::noTraces()
 
 void TestTidel::log()
 {
-    const QString settings = write("log.ini",
-                                   "[log-settings]\ndir-path=.\nfile-name=log.txt\n[Tracker]\ndebug=true\n"
-                                   "[log-format]\nformat=<function>|<message>\nfunction-length=0\n");
+    const QString settings =
+        write("log.ini",
+              "[log-settings]\ndir-path=.\nfile-name=log.txt\n[TidelReader]\ndebug=true\n"
+              "[log-format]\nformat=<function>|<message>\nfunction-length=0\n");
     const Run subscribed = run({"--log-settings", settings, "subscribe", copy("feeds/town-news.xml")});
     VERIFY_RUN(subscribed, 0);
     QCOMPARE(subscribed.out, QString("Subscribed: Town News (2 messages)\n"));
     QCOMPARE(subscribed.err, QString());
     const QStringList lines = read("log.txt").split('\n');
-    QCOMPARE(lines.first(), QString("instance|object init "));
-    QCOMPARE(lines.mid(lines.size() - 2),
-             QStringList({"~FeedTrackerSparql|QTRACKER_DIRECT: de-init ", QString()}));
+    QCOMPARE(lines.first(), QString("open|open the store true "));
+    QVERIFY2(lines.contains("run|add messages to the store "), qPrintable(lines.join('\n')));
+    QCOMPARE(lines.last(), QString());
 
     const Run channels = run({"--log-settings=" + settings, "channels"});
     VERIFY_RUN(channels, 0);
     QCOMPARE(channels.out, run({"channels"}).out);
-    QCOMPARE(read("log.txt").count("|object init "), 2);
+    QCOMPARE(read("log.txt").count("|read the channels from the store "), 1);
 }
 
 // They have none of the logger's fields and are filed under their logging category, not printed.
@@ -681,7 +682,7 @@ void TestTidel::exampleOfLogSettings()
     const Run channels = run({"--log-settings", TIDEL_DOCS "/log-settings.ini", "channels"});
     VERIFY_RUN(channels, 0);
     QCOMPARE(channels.out, QString());
-    QVERIFY2(read("tidel.log").contains("QTRACKER_DIRECT : Driver found"), qPrintable(read("tidel.log")));
+    QVERIFY2(read("tidel.log").contains("read the channels from the store"), qPrintable(read("tidel.log")));
 }
 
 void TestTidel::logThatCannotBeWritten()
@@ -748,7 +749,7 @@ void TestTidel::storeThatCannotBeOpened()
     VERIFY_RUN(closed, 1);
     QCOMPARE(closed.out, QString());
     QCOMPARE(closed.errors().size(), 1);
-    QVERIFY2(closed.err.startsWith("tidel: the store cannot be used: "), qPrintable(closed.err));
+    QVERIFY2(closed.err.startsWith("tidel: could not open the store: "), qPrintable(closed.err));
 }
 
 void TestTidel::resultsThatCannotBeWritten()

@@ -1,72 +1,66 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "channelfinder.h"
 
-#include "documenturl.h"
-#include "feedstore.h"
-#include "links.h"
 #include "output.h"
 
 #include <QSet>
 
+#include <TidelReader/channels.h>
+
 namespace Tidel {
 
-std::optional<FeedChannel> findChannel(const QList<FeedChannel> &channels, const QString &name,
-                                       QString *error)
-{
-    const QString link = encodedUrl(documentUrl(name));
-    const QString title = name.simplified();
-    QList<FeedChannel> sameTitle;
-    for (const FeedChannel &channel : channels) {
-        if (channel.uri() == name || channel.link() == name || channel.link() == link)
-            return channel;
-        if (channel.title() == title)
-            sameTitle.append(channel);
-    }
-    if (sameTitle.size() == 1)
-        return sameTitle.first();
+namespace {
 
-    *error = sameTitle.isEmpty()
-        ? QStringLiteral("%1: no such channel; \"tidel channels\" lists them").arg(name)
-        : QStringLiteral(
-              "%1: %2 channels have this title; use the link of one, as \"tidel channels\" shows it")
-              .arg(name, QString::number(sameTitle.size()));
+QString advice(Error::Kind kind)
+{
+    switch (kind) {
+    case Error::NotFound: return QStringLiteral("; \"tidel channels\" lists them");
+    case Error::Ambiguous: return QStringLiteral("; use the link of one, as \"tidel channels\" shows it");
+    default: return QString();
+    }
+}
+
+std::optional<FeedChannel> choose(const QList<FeedChannel> &channels, const QString &name, Output &output)
+{
+    const Result<FeedChannel> channel = Channels::find(channels, name);
+    if (channel)
+        return *channel;
+    output.failure(name, channel.error(), advice(channel.error().kind()));
     return std::nullopt;
 }
 
-std::optional<FeedChannel> chooseChannel(const FeedStore &store, const QString &name, Output &output)
+} // namespace
+
+std::optional<FeedChannel> chooseChannel(const Store &store, const QString &name, Output &output)
 {
-    const QList<FeedChannel> channels = store.channels();
-    if (!store.failure().isEmpty())
-        return std::nullopt;
-    QString error;
-    const auto channel = findChannel(channels, name, &error);
-    if (!channel)
-        output.error(error);
-    return channel;
+    const Result<QList<FeedChannel>> channels = Channels(store).all();
+    if (channels)
+        return choose(*channels, name, output);
+    output.failure(name, channels.error());
+    return std::nullopt;
 }
 
-QList<FeedChannel> chooseChannels(const FeedStore &store, const QStringList &names, Output &output)
+QList<FeedChannel> chooseChannels(const Store &store, const QStringList &names, Output &output)
 {
-    const QList<FeedChannel> channels = store.channels();
-    if (!store.failure().isEmpty())
+    const Result<QList<FeedChannel>> channels = Channels(store).all();
+    if (!channels) {
+        output.failure(channels.error());
         return {};
-    if (names.isEmpty() && channels.isEmpty())
+    }
+    if (names.isEmpty() && channels->isEmpty())
         output.note(QStringLiteral("No channels yet; \"tidel subscribe FILE|URL\" adds one."));
     if (names.isEmpty())
-        return channels;
-    QList<FeedChannel> found;
+        return *channels;
+    QList<FeedChannel> chosen;
     QSet<QString> uris;
     for (const QString &name : names) {
-        QString error;
-        const auto channel = findChannel(channels, name, &error);
-        if (!channel) {
-            output.error(error);
-        } else if (!uris.contains(channel->uri())) {
-            uris.insert(channel->uri());
-            found.append(*channel);
-        }
+        const auto channel = choose(*channels, name, output);
+        if (!channel || uris.contains(channel->uri()))
+            continue;
+        uris.insert(channel->uri());
+        chosen.append(*channel);
     }
-    return found;
+    return chosen;
 }
 
 } // namespace Tidel

@@ -11,21 +11,16 @@
 
 namespace Tidel {
 
-class FeedStore;
 class Output;
+class Store;
 
-/// The one of \a channels that a user calls \a name: its URI, its link, the path of its file, or its title
-/// when no other has the same. Otherwise nothing, and \a error says why.
-std::optional<FeedChannel> findChannel(const QList<FeedChannel> &channels, const QString &name,
-                                       QString *error);
+/// The channel of \a store that the user calls \a name; nothing if there is none, which is reported to
+/// \a output.
+std::optional<FeedChannel> chooseChannel(const Store &store, const QString &name, Output &output);
 
-/// The channel of \a store that a user calls \a name. Otherwise nothing: \a output is told why, or the store
-/// has failed.
-std::optional<FeedChannel> chooseChannel(const FeedStore &store, const QString &name, Output &output);
-
-/// The channels that a user calls \a names, all of them when there is no name; a name that stands for none,
-/// and that there is no channel at all, is told to \a output. None when the store has failed.
-QList<FeedChannel> chooseChannels(const FeedStore &store, const QStringList &names, Output &output);
+/// The channels that the user calls \a names, all of them if there is no name. Reports to \a output each name
+/// that is not a channel's, that there are no channels, and failures of the store.
+QList<FeedChannel> chooseChannels(const Store &store, const QStringList &names, Output &output);
 
 } // namespace Tidel
 

@@ -2,7 +2,6 @@
 #include "commandline.h"
 
 #include "commands.h"
-#include "feedstore.h"
 #include "logging.h"
 #include "output.h"
 
@@ -10,7 +9,7 @@
 #include <QCoreApplication>
 #include <QRegularExpression>
 
-#include <feedtrackersparql.h>
+#include <TidelReader/store.h>
 
 #include <algorithm>
 #include <iterator>
@@ -37,7 +36,7 @@ struct Command
     const char *details;
     int minimumArguments;
     int maximumArguments;
-    void (*run)(FeedStore &, const Arguments &, Output &);
+    void (*run)(const Store &, const Arguments &, Output &);
     std::vector<Option> options = {};
     QString (*misuse)(const Arguments &) = nullptr;
 };
@@ -188,25 +187,13 @@ QString commandList()
                "\n\"tidel COMMAND --help\" tells more. What begins with - but is no option comes after --.");
 }
 
-/// Lets go of the store, the last of which otherwise waits for an event loop.
-void closeStore(std::unique_ptr<FeedStore> store)
-{
-    FeedTrackerSparql::releaseInstance();
-    store->collectGarbage();
-}
-
 int runWithStore(const Command &command, const Arguments &arguments, Output &output)
 {
-    QString error;
-    std::unique_ptr<FeedStore> store = FeedStore::open(&error);
-    if (!store) {
-        output.error(QLatin1String("the store cannot be used: ") + error);
-        return SomethingFailed;
-    }
-    command.run(*store, arguments, output);
-    if (!store->failure().isEmpty())
-        output.error(QLatin1String("the store failed: ") + store->failure());
-    closeStore(std::move(store));
+    const Result<Store> store = Store::open();
+    if (store)
+        command.run(*store, arguments, output);
+    else
+        output.failure(store.error());
     return outcome(output);
 }
 

@@ -6,26 +6,25 @@
 
 namespace Tidel {
 
-class FeedStore;
 class Output;
+class Store;
 
-// What the commands of the same names do. Failures are told to the output; one does not keep the rest from
-// being done.
+// The commands of the same names. They report failures to the output. After a failure the rest is still done.
 
-void subscribe(FeedStore &store, const Arguments &arguments, Output &output);
-void unsubscribe(FeedStore &store, const Arguments &arguments, Output &output);
-void refresh(FeedStore &store, const Arguments &arguments, Output &output);
-void download(FeedStore &store, const Arguments &arguments, Output &output);
-void edit(FeedStore &store, const Arguments &arguments, Output &output);
-void favorite(FeedStore &store, const Arguments &arguments, Output &output);
-void unfavorite(FeedStore &store, const Arguments &arguments, Output &output);
-void prune(FeedStore &store, const Arguments &arguments, Output &output);
-void clean(FeedStore &store, const Arguments &arguments, Output &output);
-void listChannels(FeedStore &store, const Arguments &arguments, Output &output);
-void listMessages(FeedStore &store, const Arguments &arguments, Output &output);
-void listEnclosures(FeedStore &store, const Arguments &arguments, Output &output);
+void subscribe(const Store &store, const Arguments &arguments, Output &output);
+void unsubscribe(const Store &store, const Arguments &arguments, Output &output);
+void refresh(const Store &store, const Arguments &arguments, Output &output);
+void download(const Store &store, const Arguments &arguments, Output &output);
+void edit(const Store &store, const Arguments &arguments, Output &output);
+void favorite(const Store &store, const Arguments &arguments, Output &output);
+void unfavorite(const Store &store, const Arguments &arguments, Output &output);
+void prune(const Store &store, const Arguments &arguments, Output &output);
+void clean(const Store &store, const Arguments &arguments, Output &output);
+void listChannels(const Store &store, const Arguments &arguments, Output &output);
+void listMessages(const Store &store, const Arguments &arguments, Output &output);
+void listEnclosures(const Store &store, const Arguments &arguments, Output &output);
 
-// What is wrong with the options of a command; empty when nothing is.
+// What is wrong with the options of a command; empty if they are valid.
 
 QString misuseOfDownload(const Arguments &arguments);
 QString misuseOfEdit(const Arguments &arguments);

@@ -1,84 +1,94 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "commands.h"
 
-#include "downloadqueue.h"
 #include "downloads.h"
-#include "feedstore.h"
 #include "output.h"
 #include "phrases.h"
-#include "plugincall.h"
-#include "pluginfinder.h"
 
-#include <QDir>
 #include <QFileInfo>
-#include <QSparqlQuery>
-#include <QSparqlResultRow>
 
 #include <feedplugininterface.h>
-#include <feedtrackersparql.h>
+
+#include <TidelReader/downloadfolder.h>
+#include <TidelReader/downloadqueue.h>
+#include <TidelReader/enclosures.h>
 
 namespace Tidel {
 
 namespace {
 
-QStringList firstColumn(const QList<QSparqlResultRow> &rows)
+/// The URIs of the enclosures that the user calls \a name. Reports to \a output if there are none.
+QStringList findEnclosures(const Store &store, const QString &name, Output &output)
 {
-    QStringList texts;
-    for (const QSparqlResultRow &row : rows)
-        texts.append(row.value(0).toString());
-    return texts;
-}
-
-QSparqlQuery queryOf(const char *pattern, const QUrl &name)
-{
-    QSparqlQuery query(QStringLiteral("SELECT DISTINCT ?e WHERE { ?e a mfo:Enclosure %1 } ORDER BY ?e")
-                           .arg(QLatin1String(pattern)));
-    query.bindValue(QStringLiteral("name"), name);
-    return query;
-}
-
-/// The URIs of the enclosures that a user calls \a name: one by its address or URI, or those of a message.
-/// None when there is no such thing, which \a output is told.
-QStringList findEnclosures(const FeedStore &store, const QString &name, Output &output)
-{
-    const QString message = store.messageUri(name);
-    if (!message.isEmpty()) {
-        const QStringList files =
-            firstColumn(store.rows(queryOf("; nie:isLogicalPartOf ?:name", QUrl(message))));
-        if (files.isEmpty())
-            output.note(QStringLiteral("%1: the message has no enclosures").arg(name));
-        return files;
+    const Result<QStringList> uris = Enclosures(store).uris(name);
+    if (!uris) {
+        const bool isUnknown = uris.error().kind() == Error::NotFound;
+        output.failure(name, uris.error(),
+                       isUnknown ? QStringLiteral("; \"tidel messages CHANNEL\" and \"tidel enclosures "
+                                                  "MESSAGE\" list them")
+                                 : QString());
+        return {};
     }
-    for (const char *pattern : {"; mfo:remoteLink ?:name", "FILTER(?e = ?:name)"}) {
-        const QStringList found = firstColumn(store.rows(queryOf(pattern, QUrl(name))));
-        if (!found.isEmpty())
-            return found;
-    }
-    output.error(QStringLiteral("%1: no such message or enclosure; \"tidel messages CHANNEL\" and \"tidel "
-                                "enclosures MESSAGE\" list them")
-                     .arg(name));
-    return {};
+    if (uris->isEmpty())
+        output.note(QStringLiteral("%1: the message has no enclosures").arg(name));
+    return *uris;
 }
 
-void tell(const FeedEnclosure &enclosure, const DownloadEnding &ending, Output &output)
+void tell(const FeedEnclosure &enclosure, const DownloadResult &result, Output &output)
 {
-    if (ending.error == FeedDownloadCanceled)
+    if (result.error() == FeedDownloadCanceled)
         return;
-    if (!ending.isFine()) {
-        output.error(shownAddress(enclosure.remoteUrl()) + QLatin1String(": ") + ending.reason);
+    if (!result.isOk()) {
+        output.error(shownAddress(enclosure.remoteUrl()) + QLatin1String(": ") + result.reason());
         return;
     }
-    const QString place = ending.results.value(QStringLiteral("localUrl")).toString();
-    const bool wasThere = place == enclosure.localUrl() && !place.isEmpty();
+    const bool wasThere = result.localUrl() == enclosure.localUrl() && !result.localUrl().isEmpty();
     output.line(QStringLiteral("%1: %2 (%3 bytes)")
                     .arg(wasThere ? QStringLiteral("Already downloaded") : QStringLiteral("Downloaded"),
-                         QUrl(place).toLocalFile(),
-                         QString::number(ending.results.value(QStringLiteral("length")).toLongLong())));
+                         result.path(), QString::number(result.length())));
+}
+
+/// Adds the enclosure \a uri to \a queue.
+void add(DownloadQueue &queue, const Store &store, const QString &uri, const QString &folder, Output &output)
+{
+    const Result<FeedEnclosure> enclosure = Enclosures(store).get(uri);
+    if (!enclosure) {
+        output.failure(uri, enclosure.error());
+        return;
+    }
+    queue.downloadEnclosure(uri, folder, [&output, enclosure = *enclosure](const DownloadResult &result) {
+        tell(enclosure, result, output);
+    });
+}
+
+/// Shows how many files have ended, and how many bytes have come.
+void showFileProgress(DownloadQueue &queue, Output &output)
+{
+    struct Progress
+    {
+        int ended = 0;
+        int all = 0;
+        qint64 received = 0;
+    };
+    const auto progress = std::make_shared<Progress>();
+    const auto show = [progress, &output] {
+        output.progress(shownProgress(progress->ended, progress->all, "files")
+                        + QStringLiteral(", %1 KiB").arg(progress->received / 1024));
+    };
+    QObject::connect(&queue, &DownloadQueue::advanced, &queue, [progress, show](int ended, int all) {
+        progress->ended = ended;
+        progress->all = all;
+        show();
+    });
+    QObject::connect(&queue, &DownloadQueue::progressed, &queue, [progress, show](qint64 bytes) {
+        progress->received = bytes;
+        show();
+    });
 }
 
 } // namespace
 
-void download(FeedStore &store, const Arguments &arguments, Output &output)
+void download(const Store &store, const Arguments &arguments, Output &output)
 {
     QStringList uris;
     for (const QString &name : arguments.names)
@@ -88,29 +98,13 @@ void download(FeedStore &store, const Arguments &arguments, Output &output)
     if (!plugin)
         return;
 
-    const QString folder =
-        arguments.isSet("into") ? QFileInfo(arguments.value("into")).absoluteFilePath() : downloadFolder();
+    const QString folder = arguments.isSet("into") ? QFileInfo(arguments.value("into")).absoluteFilePath()
+                                                   : DownloadFolder::path();
     DownloadQueue queue(*plugin);
-    for (const QString &uri : qAsConst(uris)) {
-        const FeedEnclosure enclosure = store.library().enclosureForUri(uri);
-        queue.add(methodCall("downloadEnclosure", uri, folder),
-                  [&output, enclosure](const DownloadEnding &ending) { tell(enclosure, ending, output); });
-    }
-    int ended = 0;
-    qint64 received = 0;
-    const auto show = [&] {
-        output.progress(shownProgress(ended, uris.size(), "files")
-                        + QStringLiteral(", %1 KiB").arg(received / 1024));
-    };
-    QObject::connect(&queue, &DownloadQueue::advanced, &queue, [&](int count) {
-        ended = count;
-        show();
-    });
-    QObject::connect(&queue, &DownloadQueue::progressed, &queue, [&](qint64 bytes) {
-        received = bytes;
-        show();
-    });
-    output.interrupted(queue.run());
+    for (const QString &uri : qAsConst(uris))
+        add(queue, store, uri, folder, output);
+    showFileProgress(queue, output);
+    run(queue, output);
 }
 
 QString misuseOfDownload(const Arguments &arguments)

@@ -1,60 +1,47 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "downloads.h"
 
-#include "feedstore.h"
+#include "interrupt.h"
 #include "output.h"
+#include "phrases.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QStandardPaths>
-#include <QUrl>
+#include <QEventLoop>
 
-#include <feedtrackersparql.h>
+#include <TidelReader/downloadqueue.h>
+#include <TidelReader/pluginfinder.h>
 
 namespace Tidel {
 
-namespace {
-
-/// The path of the file that \a localUrl names, when it is a file in the download folder; else empty.
-QString downloadedFile(const QString &localUrl)
+FeedPluginInterface *downloadPlugin(Output &output)
 {
-    const QFileInfo file(QUrl(localUrl).toLocalFile());
-    // Of a link only the link itself is looked at, which is what would be removed.
-    if (!file.isAbsolute() || !(file.isFile() || file.isSymLink()))
-        return QString();
-    const QString folder = QFileInfo(downloadFolder()).canonicalFilePath();
-    const QString place = QFileInfo(file.path()).canonicalFilePath();
-    const bool isInside =
-        !folder.isEmpty() && (place + QLatin1Char('/')).startsWith(folder + QLatin1Char('/'));
-    return isInside ? file.filePath() : QString();
+    QStringList problems;
+    const Result<FeedPluginInterface *> plugin = findPlugin(pluginFolder(), &problems);
+    for (const QString &problem : qAsConst(problems))
+        output.note(QLatin1String("tidel: ") + problem);
+    if (plugin)
+        return *plugin;
+    output.error(plugin.error().text() + QLatin1String("; building tidel with KDE Syndication makes one"));
+    return nullptr;
 }
 
-} // namespace
-
-QString downloadFolder()
+void run(DownloadQueue &queue, Output &output)
 {
-    return QStandardPaths::writableLocation(QStandardPaths::DownloadLocation) + QLatin1String("/tidel");
+    Interrupt interruption;
+    QEventLoop loop;
+    QObject::connect(&interruption, &Interrupt::received, &queue, [&](int signal) {
+        output.interrupted(signal);
+        queue.cancel();
+    });
+    QObject::connect(&queue, &DownloadQueue::finished, &loop, &QEventLoop::quit);
+    queue.start();
+    loop.exec();
 }
 
-DownloadRemover::DownloadRemover(FeedStore &store, Output &output) : m_output(output)
+void showProgress(DownloadQueue &queue, const char *nouns, Output &output)
 {
-    QObject::connect(&store.library(), &FeedTrackerSparql::enclosuresToBeDeleted, &m_receiver,
-                     [this](const QList<FeedEnclosure> &enclosures) { remove(enclosures); });
-}
-
-void DownloadRemover::remove(const QList<FeedEnclosure> &enclosures)
-{
-    m_enclosures += enclosures.size();
-    for (const FeedEnclosure &enclosure : enclosures) {
-        const QString path = downloadedFile(enclosure.localUrl());
-        if (path.isEmpty())
-            continue;
-        if (QFile::remove(path))
-            ++m_files;
-        else
-            m_output.error(QStringLiteral("%1: the file cannot be removed").arg(path));
-    }
+    QObject::connect(&queue, &DownloadQueue::advanced, &queue, [&output, nouns](int ended, int all) {
+        output.progress(shownProgress(ended, all, nouns));
+    });
 }
 
 } // namespace Tidel

@@ -2,41 +2,21 @@
 #ifndef TIDEL_DOWNLOADS_H
 #define TIDEL_DOWNLOADS_H
 
-#include <QList>
-#include <QObject>
-#include <QString>
-
-class FeedEnclosure;
+class FeedPluginInterface;
 
 namespace Tidel {
 
-class FeedStore;
+class DownloadQueue;
 class Output;
 
-/// The folder that enclosures are downloaded into where no other is named: `tidel` in the user's downloads.
-QString downloadFolder();
+/// The download plug-in of this program; null if there is none, which is reported to \a output.
+FeedPluginInterface *downloadPlugin(Output &output);
 
-/// Removes the downloaded files of enclosures that the store lets go, while it lives. A file anywhere but in
-/// the download folder is the user's own and stays.
-class DownloadRemover
-{
-public:
-    DownloadRemover(FeedStore &store, Output &output);
-    Q_DISABLE_COPY(DownloadRemover)
+/// Runs \a queue to its end. SIGINT and SIGTERM cancel what is under way and leave out the rest.
+void run(DownloadQueue &queue, Output &output);
 
-    /// How many enclosures the store has let go.
-    int enclosures() const { return m_enclosures; }
-    /// How many files were removed.
-    int files() const { return m_files; }
-
-private:
-    void remove(const QList<FeedEnclosure> &enclosures);
-
-    Output &m_output;
-    QObject m_receiver;
-    int m_enclosures = 0;
-    int m_files = 0;
-};
+/// Shows in \a output how many of the downloads of \a queue, called \a nouns, have ended.
+void showProgress(DownloadQueue &queue, const char *nouns, Output &output);
 
 } // namespace Tidel
 

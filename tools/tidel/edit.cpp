@@ -2,54 +2,13 @@
 #include "commands.h"
 
 #include "channelfinder.h"
-#include "documenturl.h"
-#include "feedstore.h"
-#include "links.h"
 #include "output.h"
 
-#include <QSparqlQuery>
-#include <QUrl>
-
-#include <feedtrackersparql.h>
-
-#include <algorithm>
+#include <TidelReader/channels.h>
+#include <TidelReader/documenturl.h>
+#include <TidelReader/link.h>
 
 namespace Tidel {
-
-namespace {
-
-/// Why the channel cannot have \a link; empty when it can.
-QString obstacle(const FeedStore &store, const QString &link)
-{
-    const QList<FeedChannel> channels = store.channels();
-    const auto owner = std::find_if(channels.begin(), channels.end(),
-                                    [&](const FeedChannel &channel) { return channel.link() == link; });
-    if (owner != channels.end())
-        return QStringLiteral("is the link of another channel, %1").arg(owner->title());
-    // Known messages are linked to further channels by their links: such a channel would become a message.
-    if (!store.messageUri(link).isEmpty())
-        return QStringLiteral("is the link of a message");
-    return QString();
-}
-
-/// What a server said of the last download holds for \a oldLink alone; the names of items that have no link
-/// of their own were made from the first link, and stay so.
-bool prepareMove(FeedStore &store, const QString &channelUri, const QString &oldLink)
-{
-    QSparqlQuery query(QStringLiteral("DELETE { ?:channel tidel:entityTag ?e } "
-                                      "WHERE { ?:channel tidel:entityTag ?e } "
-                                      "DELETE { ?:channel tidel:lastModified ?m } "
-                                      "WHERE { ?:channel tidel:lastModified ?m } "
-                                      "INSERT { ?:channel nie:identifier ?:link } "
-                                      "WHERE { ?:channel a mfo:FeedChannel "
-                                      "FILTER NOT EXISTS { ?:channel nie:identifier ?first } }"),
-                       QSparqlQuery::InsertStatement);
-    query.bindValue(QStringLiteral("channel"), QUrl(channelUri));
-    query.bindValue(QStringLiteral("link"), oldLink);
-    return store.run(query);
-}
-
-} // namespace
 
 QString misuseOfEdit(const Arguments &arguments)
 {
@@ -62,7 +21,7 @@ QString misuseOfEdit(const Arguments &arguments)
     return QString();
 }
 
-void edit(FeedStore &store, const Arguments &arguments, Output &output)
+void edit(const Store &store, const Arguments &arguments, Output &output)
 {
     const auto channel = chooseChannel(store, arguments.names.first(), output);
     if (!channel)
@@ -72,27 +31,18 @@ void edit(FeedStore &store, const Arguments &arguments, Output &output)
     if (arguments.isSet("title"))
         title = arguments.value("title").simplified();
     if (arguments.isSet("link"))
-        link = encodedUrl(documentUrl(arguments.value("link").trimmed()));
-
-    QVariantMap properties;
-    if (title != channel->title())
-        properties.insert(FeedTrackerSparql::TitleKey, title);
-    if (link != channel->link()) {
-        const QString reason = obstacle(store, link);
-        if (!reason.isEmpty()) {
-            output.error(QStringLiteral("%1 %2").arg(link, reason));
-            return;
-        }
-        properties.insert(FeedTrackerSparql::LinkKey, link);
-    }
-    const bool isMoved = properties.contains(FeedTrackerSparql::LinkKey);
-    if (properties.isEmpty())
+        link = Link::encoded(documentUrl(arguments.value("link").trimmed()));
+    if (title == channel->title() && link == channel->link()) {
         output.line(QStringLiteral("Nothing to change: %1 (%2)").arg(title, link));
-    else if ((!isMoved || prepareMove(store, channel->uri(), channel->link()))
-             && store.library().editChannel(channel->uri(), properties))
+        return;
+    }
+    const Result<void> edited = Channels(store).edit(*channel, title, link);
+    if (edited)
         output.line(QStringLiteral("Changed: %1 (%2)").arg(title, link));
+    else if (edited.error().kind() == Error::LinkInUse)
+        output.error(QStringLiteral("%1 %2; choose another link").arg(link, edited.error().reason()));
     else
-        output.error(QStringLiteral("%1: the store did not take the change").arg(channel->title()));
+        output.failure(channel->title(), edited.error());
 }
 
 } // namespace Tidel

@@ -1,51 +1,40 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "commands.h"
 
-#include "feedstore.h"
 #include "output.h"
 #include "phrases.h"
 
-#include <QSparqlQuery>
-#include <QUrl>
+#include <TidelReader/messages.h>
 
 namespace Tidel {
 
 namespace {
 
-/// Runs \a update for the message that the command names, and says what it is then.
-void changeTag(FeedStore &store, const Arguments &arguments, const QSparqlQuery &update, const QString &done,
-               Output &output)
+void setFavorite(const Store &store, const QString &name, bool isFavorite, Output &output)
 {
-    const QString name = arguments.names.first();
-    const QString uri = store.messageUri(name);
-    if (uri.isEmpty()) {
-        output.error(noSuchMessage(name));
+    Messages messages(store);
+    const Result<QString> uri = messages.uri(name);
+    if (!uri) {
+        output.failure(name, uri.error(), messageAdvice(uri.error()));
         return;
     }
-    QSparqlQuery query = update;
-    query.bindValue(QStringLiteral("message"), QUrl(uri));
-    if (store.run(query))
-        output.line(done.arg(name));
+    const Result<void> changed = messages.setFavorite(*uri, isFavorite);
+    if (changed)
+        output.line((isFavorite ? QLatin1String("Favorite: ") : QLatin1String("No favorite: ")) + name);
     else
-        output.error(QStringLiteral("%1: the store did not take the change").arg(name));
+        output.failure(name, changed.error());
 }
 
 } // namespace
 
-void favorite(FeedStore &store, const Arguments &arguments, Output &output)
+void favorite(const Store &store, const Arguments &arguments, Output &output)
 {
-    changeTag(store, arguments,
-              QSparqlQuery(QStringLiteral("INSERT { ?:message nao:hasTag nao:predefined-tag-favorite }"),
-                           QSparqlQuery::InsertStatement),
-              QStringLiteral("Favorite: %1"), output);
+    setFavorite(store, arguments.names.first(), true, output);
 }
 
-void unfavorite(FeedStore &store, const Arguments &arguments, Output &output)
+void unfavorite(const Store &store, const Arguments &arguments, Output &output)
 {
-    changeTag(store, arguments,
-              QSparqlQuery(QStringLiteral("DELETE { ?:message nao:hasTag nao:predefined-tag-favorite }"),
-                           QSparqlQuery::DeleteStatement),
-              QStringLiteral("No favorite: %1"), output);
+    setFavorite(store, arguments.names.first(), false, output);
 }
 
 } // namespace Tidel

@@ -2,34 +2,17 @@
 #include "commands.h"
 
 #include "channelfinder.h"
-#include "feedstore.h"
-#include "messageorder.h"
 #include "output.h"
 #include "phrases.h"
 #include "table.h"
 
-#include <feedtrackersparql.h>
+#include <TidelReader/channels.h>
+#include <TidelReader/enclosures.h>
+#include <TidelReader/messages.h>
 
 namespace Tidel {
 
 namespace {
-
-/// The store lists a message once for each of its tags, and only one of these makes it a favourite.
-QList<FeedMessage> eachOnce(const QList<FeedMessage> &messages)
-{
-    QList<FeedMessage> merged;
-    QHash<QString, int> places;
-    for (const FeedMessage &message : messages) {
-        const auto place = places.constFind(message.link());
-        if (place == places.constEnd()) {
-            places.insert(message.link(), merged.size());
-            merged.append(message);
-        } else if (message.isFavorite()) {
-            merged[*place].setFavorite(true);
-        }
-    }
-    return merged;
-}
 
 QString shownSize(unsigned int length)
 {
@@ -43,56 +26,61 @@ QString shownType(const QString &mimeType)
 
 } // namespace
 
-void listChannels(FeedStore &store, const Arguments &, Output &output)
+void listChannels(const Store &store, const Arguments &, Output &output)
 {
     const QList<FeedChannel> channels = chooseChannels(store, {}, output);
-    const QHash<QString, int> counts = store.messageCounts();
+    if (channels.isEmpty())
+        return;
+    const Result<QHash<QString, int>> counts = Channels(store).messageCounts();
+    if (!counts) {
+        output.failure(counts.error());
+        return;
+    }
     Table table({1});
     for (const FeedChannel &channel : channels)
-        table.addRow({shownTitle(channel.title()), countedMessages(counts.value(channel.uri())),
+        table.addRow({shownTitle(channel.title()), countedMessages(counts->value(channel.uri())),
                       channel.link(), channel.uri()});
     output.table(table);
 }
 
-void listMessages(FeedStore &store, const Arguments &arguments, Output &output)
+void listMessages(const Store &store, const Arguments &arguments, Output &output)
 {
     const auto channel = chooseChannel(store, arguments.names.first(), output);
     if (!channel)
         return;
-    QList<FeedMessage> messages = eachOnce(store.library().messagesForChannel(channel->uri()));
-    // The library lists nothing, too, where the store fails.
-    if (messages.isEmpty()
-        && store.isStored("?x a mfo:FeedMessage ; nie:isLogicalPartOf ?:it", channel->uri()))
-        output.error(QStringLiteral("%1: the store does not list the messages").arg(channel->title()));
-    else if (messages.isEmpty())
+    const Result<QList<FeedMessage>> messages = Messages(store).ofChannel(channel->uri());
+    if (!messages) {
+        output.failure(channel->title(), messages.error());
+        return;
+    }
+    if (messages->isEmpty())
         output.note(QStringLiteral("%1 has no messages").arg(channel->title()));
-    sortNewestFirst(messages);
     Table table;
-    for (const FeedMessage &message : qAsConst(messages))
+    for (const FeedMessage &message : *messages)
         table.addRow({shownTime(message.publishedDate()),
                       message.isFavorite() ? QStringLiteral("*") : QStringLiteral(" "),
                       shownTitle(message.title()), message.link()});
     output.table(table);
 }
 
-void listEnclosures(FeedStore &store, const Arguments &arguments, Output &output)
+void listEnclosures(const Store &store, const Arguments &arguments, Output &output)
 {
-    const QString uri = store.messageUri(arguments.names.first());
-    if (uri.isEmpty()) {
-        output.error(noSuchMessage(arguments.names.first()));
+    const QString name = arguments.names.first();
+    const Result<QString> uri = Messages(store).uri(name);
+    if (!uri) {
+        output.failure(name, uri.error(), messageAdvice(uri.error()));
         return;
     }
-    const QList<FeedEnclosure> enclosures = store.library().enclosuresForMessage(uri);
-    if (enclosures.isEmpty() && store.isStored("?x a mfo:Enclosure ; nie:isLogicalPartOf ?:it", uri))
-        output.error(
-            QStringLiteral("%1: the store does not list the enclosures").arg(arguments.names.first()));
-    else if (enclosures.isEmpty())
+    const Result<QList<FeedEnclosure>> enclosures = Enclosures(store).ofMessage(*uri);
+    if (!enclosures) {
+        output.failure(name, enclosures.error());
+        return;
+    }
+    if (enclosures->isEmpty())
         output.note(QStringLiteral("the message has no enclosures"));
     Table table({0});
-    for (const FeedEnclosure &enclosure : enclosures) {
-        // The library gives the MIME type of a message's enclosure as its icon.
-        table.addRow({shownSize(enclosure.length()), shownType(enclosure.typeIcon()), enclosure.remoteUrl()});
-    }
+    for (const FeedEnclosure &enclosure : *enclosures)
+        table.addRow({shownSize(enclosure.length()), shownType(enclosure.mimeType()), enclosure.remoteUrl()});
     output.table(table);
 }
 

@@ -4,6 +4,8 @@
 #include "table.h"
 #include "terminaltext.h"
 
+#include <TidelReader/error.h>
+
 #include <limits>
 
 #include <sys/ioctl.h>
@@ -19,7 +21,7 @@ void writeLine(FILE *stream, const QString &text)
     fwrite(utf8.constData(), 1, size_t(utf8.size()), stream);
 }
 
-/// How many characters fit into a line of \a terminal, when it says.
+/// The number of characters in a line of \a terminal, if it is known.
 int lineLength(FILE *terminal)
 {
     winsize size = {};
@@ -60,7 +62,7 @@ void Output::progress(const QString &text)
         return;
     eraseProgress();
     fflush(m_results);
-    // What goes on in a second line could not be erased.
+    // A second line could not be erased.
     const QByteArray utf8 = terminalText(text).left(lineLength(m_errors) - 1).toUtf8();
     fwrite(utf8.constData(), 1, size_t(utf8.size()), m_errors);
     fflush(m_errors);
@@ -78,6 +80,13 @@ void Output::error(const QString &text)
 {
     m_hasFailed = true;
     note(QLatin1String("tidel: ") + text);
+}
+
+void Output::failure(const Error &error, const QString &advice) { this->error(error.text() + advice); }
+
+void Output::failure(const QString &subject, const Error &error, const QString &advice)
+{
+    this->error(subject + QLatin1String(": ") + error.text() + advice);
 }
 
 bool Output::finish()

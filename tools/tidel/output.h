@@ -8,10 +8,11 @@
 
 namespace Tidel {
 
+class Error;
 class Table;
 
-/// Where a command writes: results to one stream, what went wrong to the other. All text is UTF-8, and made
-/// fit for a terminal, since most of it comes from strangers' feeds.
+/// Where a command writes: results to one stream, notes and errors to the other. All text is UTF-8 and is
+/// made safe for a terminal, since most of it comes from feeds of strangers.
 class Output
 {
 public:
@@ -20,27 +21,31 @@ public:
     /// One line of results.
     void line(const QString &text);
     void table(const Table &table);
-    /// One line for the user beside the results that is no failure.
+    /// One line for the user that is neither a result nor a failure.
     void note(const QString &text);
-    /// One line that says what failed, and that something did.
+    /// One line that says what failed. The command then has failed.
     void error(const QString &text);
+    /// The same for \a error. \a advice is appended to its text.
+    void failure(const Error &error, const QString &advice = QString());
+    /// The same for an error that concerns \a subject, such as the title of a channel.
+    void failure(const QString &subject, const Error &error, const QString &advice = QString());
 
-    /// Shows how far things are, in the place of what was last shown, until the next line; on a terminal
-    /// only.
+    /// Shows the progress of the command, on a terminal only. The next line or progress replaces it.
     void progress(const QString &text);
 
     /// Notes that the signal with this number ended the command early.
     void interrupted(int signal) { m_signal = signal; }
+    /// The number of that signal; 0 if there was none.
     int signal() const { return m_signal; }
 
-    /// Whether all went well, the writing too.
+    /// Writes what is buffered. Returns true if nothing failed; otherwise returns false.
     bool finish();
 
 private:
-    FILE *const m_results;
-    FILE *const m_errors;
     void eraseProgress();
 
+    FILE *const m_results;
+    FILE *const m_errors;
     const bool m_showsProgress;
     bool m_hasProgress = false;
     bool m_hasFailed = false;

@@ -3,6 +3,8 @@
 
 #include <QUrl>
 
+#include <TidelReader/error.h>
+
 namespace Tidel {
 
 namespace {
@@ -31,10 +33,11 @@ QString shownTime(const QDateTime &time)
                           : QStringLiteral("(no date)");
 }
 
-QString noSuchMessage(const QString &name)
+QString messageAdvice(const Error &error)
 {
-    return QStringLiteral("%1: no such message; \"tidel messages CHANNEL\" lists them with their links")
-        .arg(name);
+    return error.kind() == Error::NotFound
+        ? QStringLiteral("; \"tidel messages CHANNEL\" lists them with their links")
+        : QString();
 }
 
 QString shownAddress(const QString &address)

@@ -7,6 +7,8 @@
 
 namespace Tidel {
 
+class Error;
+
 /// "1 message", "2 messages".
 QString countedMessages(int count);
 QString countedNewMessages(int count);
@@ -16,19 +18,19 @@ QString countedFiles(int count);
 /// "3 channels".
 QString countedChannels(int count);
 
-/// \a time in local time, "2026-11-03 10:00", or that there is none.
+/// \a time in local time, "2026-11-03 10:00"; "(no date)" if it is invalid.
 QString shownTime(const QDateTime &time);
 
-/// That no message is called \a name.
-QString noSuchMessage(const QString &name);
+/// What to do if a message was not found, to be appended to the text of \a error; otherwise empty.
+QString messageAdvice(const Error &error);
 
-/// \a address without the password that it may hold.
+/// \a address without its password.
 QString shownAddress(const QString &address);
 
-/// "[######..............] 60/200 feeds" of \a noun in the plural.
+/// "[######..............] 60/200 feeds".
 QString shownProgress(int done, int all, const char *nouns);
 
-/// \a title, or that there is none.
+/// \a title; "(no title)" if it is empty.
 QString shownTitle(const QString &title);
 
 } // namespace Tidel

@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "channels.h"
+
+#include "documenturl.h"
+#include "link.h"
+#include "messageremoval_p.h"
+#include "statements_p.h"
+
+#include <QSet>
+
+#include <feedtrackersparql.h>
+
+#include <algorithm>
+
+namespace Tidel {
+
+namespace {
+
+QList<FeedChannel> eachOnce(const Answer &answer)
+{
+    QList<FeedChannel> channels;
+    QSet<QString> uris;
+    while (answer->next()) {
+        const FeedChannel channel = extractChannel(answer->current());
+        if (uris.contains(channel.uri()))
+            continue;
+        uris.insert(channel.uri());
+        channels.append(channel);
+    }
+    return channels;
+}
+
+void sortByTitle(QList<FeedChannel> &channels)
+{
+    std::sort(channels.begin(), channels.end(), [](const FeedChannel &a, const FeedChannel &b) {
+        const int order = QString::compare(a.title(), b.title(), Qt::CaseInsensitive);
+        return order != 0 ? order < 0 : a.link() < b.link();
+    });
+}
+
+/// Fails if \a link belongs to another channel or to a message. Messages are told from channels by their
+/// links.
+Result<void> checkLink(const Channels &channels, StorePrivate &store, const QString &link)
+{
+    const auto inUse = [](const QString &reason) { return Failure(Error(Error::LinkInUse, {}, reason)); };
+    const auto all = channels.all();
+    if (!all)
+        return Failure(all.error());
+    const auto owner = std::find_if(all->begin(), all->end(),
+                                    [&](const FeedChannel &channel) { return channel.link() == link; });
+    if (owner != all->end())
+        return inUse(QStringLiteral("is the link of another channel, %1").arg(owner->title()));
+    const auto messages =
+        store.texts(Statements::messageWithLink(QUrl(link)), "look up the link in the store");
+    if (!messages)
+        return Failure(messages.error());
+    return messages->isEmpty() ? Result<void>() : inUse(QStringLiteral("is the link of a message"));
+}
+
+} // namespace
+
+Channels::Channels(const Store &store) : m_store(store) { }
+
+Result<QList<FeedChannel>> Channels::all() const
+{
+    return StorePrivate::of(m_store)
+        .run(Statements::channels(), "read the channels from the store")
+        .map([](const Answer &answer) {
+            QList<FeedChannel> channels = eachOnce(answer);
+            sortByTitle(channels);
+            return channels;
+        });
+}
+
+Result<FeedChannel> Channels::find(const QList<FeedChannel> &channels, const QString &name)
+{
+    const QString link = Link::encoded(documentUrl(name));
+    const QString title = name.simplified();
+    QList<FeedChannel> sameTitle;
+    for (const FeedChannel &channel : channels) {
+        if (channel.uri() == name || channel.link() == name || channel.link() == link)
+            return channel;
+        if (channel.title() == title)
+            sameTitle.append(channel);
+    }
+    if (sameTitle.size() == 1)
+        return sameTitle.first();
+    if (sameTitle.isEmpty())
+        return Failure(Error(Error::NotFound, {}, QStringLiteral("no such channel")));
+    return Failure(
+        Error(Error::Ambiguous, {}, QStringLiteral("%1 channels have this title").arg(sameTitle.size())));
+}
+
+Result<QString> Channels::uri(const QString &link) const
+{
+    return StorePrivate::of(m_store)
+        .texts(Statements::channelWithLink(link), "look up the channel in the store")
+        .map([](const QStringList &uris) { return uris.value(0); });
+}
+
+Result<QString> Channels::title(const QString &link) const
+{
+    return StorePrivate::of(m_store)
+        .texts(Statements::titleOfLink(link), "read the title of the channel from the store")
+        .and_then([](const QStringList &titles) -> Result<QString> {
+            if (titles.isEmpty())
+                return Failure(Error(Error::NotFound, {}, QStringLiteral("no such channel")));
+            return titles.first();
+        });
+}
+
+Result<QHash<QString, int>> Channels::messageCounts() const
+{
+    return StorePrivate::of(m_store)
+        .run(Statements::messageCounts(), "count the messages in the store")
+        .map([](const Answer &answer) {
+            QHash<QString, int> counts;
+            while (answer->next())
+                counts.insert(answer->value(0).toString(), answer->value(1).toInt());
+            return counts;
+        });
+}
+
+Result<QString> Channels::add(const FeedChannel &channel)
+{
+    StorePrivate &store = StorePrivate::of(m_store);
+    const char *const attempt = "add the channel to the store";
+    const Result<QString> known = uri(channel.link());
+    if (!known)
+        return known;
+    if (!known->isEmpty())
+        return Failure(Error(Error::AlreadyStored, {}, QStringLiteral("is subscribed already")));
+
+    const QString newUri = store.connection.createUrn().toString();
+    QString insertion = Statements::insertChannel(channel, newUri);
+    const QString icon = channel.icon().remoteUrl();
+    if (!icon.isEmpty()) {
+        const auto found = store.texts(Statements::knownRemoteLinks({icon}), attempt);
+        if (!found)
+            return Failure(found.error());
+        if (found->isEmpty())
+            insertion += Statements::insertEnclosure(channel.icon(), store.connection.createUrn().toString());
+        insertion += Statements::linkEnclosure(icon, newUri);
+    }
+    return store.update(Statements::update(insertion), attempt).map([&] { return newUri; });
+}
+
+Result<void> Channels::edit(const FeedChannel &channel, const QString &title, const QString &link)
+{
+    StorePrivate &store = StorePrivate::of(m_store);
+    QString changes;
+    if (link != channel.link()) {
+        const Result<void> isFree = checkLink(*this, store, link);
+        if (!isFree)
+            return isFree;
+        changes += Statements::replaceLink(channel.uri(), channel.link(), link);
+    }
+    if (title != channel.title())
+        changes += Statements::replaceTitle(channel.uri(), title);
+    return store.update(Statements::update(changes), "change the channel in the store");
+}
+
+Result<void> Channels::remove(const FeedChannel &channel, const RemovalStep &step)
+{
+    StorePrivate &store = StorePrivate::of(m_store);
+    const auto messages =
+        store.texts(Statements::messageUrisOf(channel.uri()), "find the messages of the channel");
+    if (!messages)
+        return Failure(messages.error());
+    const Result<void> emptied = inChunks(
+        *messages, [&](const QStringList &some) { return removeMessages(store, channel.uri(), some, step); });
+    if (!emptied)
+        return emptied;
+
+    const auto images =
+        store.texts(Statements::enclosuresOfOwners({channel.uri()}), "find the image of the channel");
+    if (!images)
+        return Failure(images.error());
+    QString deletion = Statements::deleteChannel(channel.uri(), channel.link());
+    if (!images->isEmpty())
+        deletion += Statements::release(*images, channel.uri());
+    const Result<void> deleted =
+        store.update(Statements::update(deletion), "delete the channel from the store");
+    if (!deleted)
+        return deleted;
+    QList<FeedEnclosure> released;
+    const Result<void> cleaned = deleteReleased(store, *images, &released);
+    step(0, released);
+    return cleaned;
+}
+
+} // namespace Tidel

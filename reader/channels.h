@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_CHANNELS_H
+#define TIDEL_CHANNELS_H
+
+#include "error.h"
+#include "removal.h"
+#include "store.h"
+
+#include <QHash>
+#include <QList>
+#include <QString>
+
+#include <feedchannel.h>
+
+namespace Tidel {
+
+/// The channels of a store.
+class TIDELREADER_EXPORT Channels
+{
+public:
+    explicit Channels(const Store &store);
+
+    /// All channels by title, each once, without their messages, icons and descriptions.
+    Result<QList<FeedChannel>> all() const;
+    /// The one of \a channels that the user calls \a name: its URI, its link, the path of its file, or its
+    /// title if no other channel has the same one. Fails with Error::NotFound or Error::Ambiguous.
+    static Result<FeedChannel> find(const QList<FeedChannel> &channels, const QString &name);
+    /// The URI of the channel with the link \a link; empty if there is none.
+    Result<QString> uri(const QString &link) const;
+    /// The title of the channel with the link \a link. Fails with Error::NotFound.
+    Result<QString> title(const QString &link) const;
+    /// The number of messages of each channel by its URI. A channel without messages is left out.
+    Result<QHash<QString, int>> messageCounts() const;
+
+    /// Stores \a channel without its messages, with its icon as an enclosure, and returns its new URI. Fails
+    /// with Error::AlreadyStored if a channel has the link. The caller has its WriteTurn.
+    Result<QString> add(const FeedChannel &channel);
+    /// Gives the stored channel \a channel another title and another link in one update. What is known of the
+    /// old document is forgotten, so that the next refresh reads the new one. Fails with Error::LinkInUse if
+    /// another channel or a message has \a link.
+    Result<void> edit(const FeedChannel &channel, const QString &title, const QString &link);
+    /// Deletes \a channel with its messages, which stay with the other channels that hold them. \a step is
+    /// called after each update. The caller has its WriteTurn.
+    Result<void> remove(const FeedChannel &channel, const RemovalStep &step);
+
+private:
+    Store m_store;
+};
+
+} // namespace Tidel
+
+#endif

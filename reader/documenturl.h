@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_DOCUMENTURL_H
+#define TIDEL_DOCUMENTURL_H
+
+#include "tidelreaderglobal.h"
+
+#include <QString>
+#include <QUrl>
+
+namespace Tidel {
+
+/// The absolute address that a user means by \a argument, a URL or the path of a file.
+TIDELREADER_EXPORT QUrl documentUrl(const QString &argument);
+
+} // namespace Tidel
+
+#endif

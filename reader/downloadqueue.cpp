@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "downloadqueue.h"
+
+#include <feedplugininterface.h>
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace Tidel {
+
+namespace {
+
+// More do not make a usual connection faster, and servers of many feeds count connections.
+constexpr size_t width = 8;
+
+struct Job
+{
+    std::function<void(FeedPluginInterface &)> begin;
+    DownloadQueue::Handler handler;
+    FeedPluginInterface *downloader = nullptr;
+    std::optional<DownloadResult> result;
+    qint64 received = 0;
+};
+
+} // namespace
+
+class DownloadQueuePrivate
+{
+public:
+    DownloadQueuePrivate(DownloadQueue *queue, FeedPluginInterface &thePlugin) : q(queue), plugin(thePlugin)
+    {
+    }
+
+    void add(const std::function<void(FeedPluginInterface &)> &begin, const DownloadQueue::Handler &handler);
+    void makeDownloader();
+    void startNext(FeedPluginInterface *downloader);
+    Job *jobOf(const FeedPluginInterface *downloader);
+    void progress(const FeedPluginInterface *downloader, qint64 received);
+    void end(FeedPluginInterface *downloader, const DownloadResult &result);
+    void report();
+    void finishWhenDone();
+
+    DownloadQueue *const q;
+    FeedPluginInterface &plugin;
+    std::vector<Job> jobs;
+    size_t started = 0;
+    size_t ended = 0;
+    size_t reported = 0;
+    bool isCanceled = false;
+    bool isFinished = false;
+    std::vector<std::unique_ptr<FeedPluginInterface>> downloaders;
+};
+
+void DownloadQueuePrivate::add(const std::function<void(FeedPluginInterface &)> &begin,
+                               const DownloadQueue::Handler &handler)
+{
+    Job job;
+    job.begin = begin;
+    job.handler = handler;
+    jobs.push_back(job);
+}
+
+void DownloadQueuePrivate::makeDownloader()
+{
+    downloaders.emplace_back(plugin.createDownloader(nullptr));
+    FeedPluginInterface *downloader = downloaders.back().get();
+    const auto fail = [this, downloader](int error) {
+        end(downloader, DownloadResult::failed(error, downloader->errorString()));
+    };
+    QObject::connect(downloader, &FeedPluginInterface::downloadFeedsFinished, q, [this, downloader] {
+        const QStringList newMessages = downloader->property("newMessages").toStringList();
+        end(downloader, DownloadResult::ofFeeds(newMessages));
+    });
+    QObject::connect(downloader, &FeedPluginInterface::downloadFeedsFailed, q, fail);
+    QObject::connect(
+        downloader, &FeedPluginInterface::downloadEnclosureFinished, q,
+        [this, downloader](const QVariantMap &map) { end(downloader, DownloadResult::ofEnclosure(map)); });
+    QObject::connect(downloader, &FeedPluginInterface::downloadEnclosureFailed, q, fail);
+    QObject::connect(downloader, &FeedPluginInterface::enclosureDownloadProgress, q,
+                     [this, downloader](qint64 received, qint64) { progress(downloader, received); });
+    startNext(downloader);
+}
+
+void DownloadQueuePrivate::startNext(FeedPluginInterface *downloader)
+{
+    if (isCanceled || started == jobs.size())
+        return;
+    Job &job = jobs[started];
+    ++started;
+    job.downloader = downloader;
+    job.begin(*downloader);
+}
+
+/// The job that \a downloader works on; null if there is none.
+Job *DownloadQueuePrivate::jobOf(const FeedPluginInterface *downloader)
+{
+    const auto job = std::find_if(jobs.begin(), jobs.end(), [&](const Job &candidate) {
+        return candidate.downloader == downloader && !candidate.result;
+    });
+    return job == jobs.end() ? nullptr : &*job;
+}
+
+void DownloadQueuePrivate::progress(const FeedPluginInterface *downloader, qint64 received)
+{
+    Job *job = jobOf(downloader);
+    if (!job)
+        return;
+    job->received = received;
+    qint64 bytes = 0;
+    for (const Job &each : jobs)
+        bytes += each.received;
+    Q_EMIT q->progressed(bytes);
+}
+
+void DownloadQueuePrivate::end(FeedPluginInterface *downloader, const DownloadResult &result)
+{
+    Job *job = jobOf(downloader);
+    if (!job)
+        return;
+    job->result = result;
+    ++ended;
+    report();
+    Q_EMIT q->advanced(int(ended), int(jobs.size()));
+    startNext(downloader);
+    finishWhenDone();
+}
+
+/// Calls the handlers of the jobs that have ended, in their order. Stops at a job that is still under way. A
+/// job that was never started because of cancel() is left out.
+void DownloadQueuePrivate::report()
+{
+    for (; reported < started; ++reported) {
+        const Job &job = jobs[reported];
+        if (!job.result)
+            return;
+        job.handler(*job.result);
+    }
+}
+
+void DownloadQueuePrivate::finishWhenDone()
+{
+    const bool isDone = ended == started && (isCanceled || started == jobs.size());
+    if (!isDone || isFinished)
+        return;
+    isFinished = true;
+    QMetaObject::invokeMethod(q, &DownloadQueue::finished, Qt::QueuedConnection);
+}
+
+DownloadQueue::DownloadQueue(FeedPluginInterface &plugin, QObject *parent)
+    : QObject(parent), d(std::make_unique<DownloadQueuePrivate>(this, plugin))
+{
+}
+
+DownloadQueue::~DownloadQueue() = default;
+
+void DownloadQueue::subscribe(const QUrl &address, const Handler &handler)
+{
+    d->add([address](FeedPluginInterface &downloader) { downloader.subscribe(address); }, handler);
+}
+
+void DownloadQueue::downloadFeed(const QString &channelUri, const Handler &handler)
+{
+    d->add([channelUri](FeedPluginInterface &downloader) { downloader.downloadFeeds({channelUri}); },
+           handler);
+}
+
+void DownloadQueue::downloadEnclosure(const QString &enclosureUri, const QString &folder,
+                                      const Handler &handler)
+{
+    const auto begin = [enclosureUri, folder](FeedPluginInterface &downloader) {
+        downloader.downloadEnclosure(enclosureUri, folder);
+    };
+    d->add(begin, handler);
+}
+
+void DownloadQueue::start()
+{
+    Q_EMIT advanced(0, int(d->jobs.size()));
+    while (d->downloaders.size() < std::min(width, d->jobs.size()))
+        d->makeDownloader();
+    d->finishWhenDone();
+}
+
+void DownloadQueue::cancel()
+{
+    d->isCanceled = true;
+    for (const auto &downloader : d->downloaders)
+        downloader->cancel();
+}
+
+} // namespace Tidel

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "downloadresult.h"
+
+#include <QUrl>
+
+#include <feedplugininterface.h>
+
+namespace Tidel {
+
+class DownloadResultPrivate : public QSharedData
+{
+public:
+    int error = FeedDownloadNoError;
+    QString reason;
+    QStringList newMessages;
+    QString localUrl;
+    qint64 length = 0;
+    QString mimeType;
+};
+
+DownloadResult DownloadResult::ofFeeds(const QStringList &newMessages)
+{
+    DownloadResult result(new DownloadResultPrivate);
+    result.d->newMessages = newMessages;
+    return result;
+}
+
+DownloadResult DownloadResult::ofEnclosure(const QVariantMap &map)
+{
+    DownloadResult result(new DownloadResultPrivate);
+    result.d->localUrl = map.value(QStringLiteral("localUrl")).toString();
+    result.d->length = map.value(QStringLiteral("length")).toLongLong();
+    result.d->mimeType = map.value(QStringLiteral("mimeType")).toString();
+    return result;
+}
+
+DownloadResult DownloadResult::failed(int error, const QString &reason)
+{
+    DownloadResult result(new DownloadResultPrivate);
+    result.d->error = error;
+    result.d->reason = reason;
+    return result;
+}
+
+DownloadResult::DownloadResult(DownloadResultPrivate *result) : d(result) { }
+DownloadResult::DownloadResult(const DownloadResult &other) = default;
+DownloadResult::DownloadResult(DownloadResult &&other) noexcept = default;
+DownloadResult &DownloadResult::operator=(const DownloadResult &other) = default;
+DownloadResult &DownloadResult::operator=(DownloadResult &&other) noexcept = default;
+DownloadResult::~DownloadResult() = default;
+
+bool DownloadResult::isOk() const { return d->error == FeedDownloadNoError; }
+
+int DownloadResult::error() const { return d->error; }
+
+QString DownloadResult::reason() const { return d->reason; }
+
+QStringList DownloadResult::newMessages() const { return d->newMessages; }
+
+QString DownloadResult::path() const { return QUrl(d->localUrl).toLocalFile(); }
+
+QString DownloadResult::localUrl() const { return d->localUrl; }
+
+qint64 DownloadResult::length() const { return d->length; }
+
+QString DownloadResult::mimeType() const { return d->mimeType; }
+
+} // namespace Tidel

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_DOWNLOADRESULT_H
+#define TIDEL_DOWNLOADRESULT_H
+
+#include "tidelreaderglobal.h"
+
+#include <QSharedDataPointer>
+#include <QString>
+#include <QStringList>
+#include <QVariantMap>
+
+namespace Tidel {
+
+class DownloadResultPrivate;
+
+/// How a download ended.
+class TIDELREADER_EXPORT DownloadResult
+{
+public:
+    /// Feeds were downloaded that brought messages with the links \a newMessages.
+    static DownloadResult ofFeeds(const QStringList &newMessages);
+    /// An enclosure was downloaded; \a map is that of FeedPluginInterface::downloadEnclosureFinished().
+    static DownloadResult ofEnclosure(const QVariantMap &map);
+    /// The download failed; \a error is a FeedDownloadError or an HTTP status.
+    static DownloadResult failed(int error, const QString &reason);
+
+    DownloadResult(const DownloadResult &other);
+    DownloadResult(DownloadResult &&other) noexcept;
+    DownloadResult &operator=(const DownloadResult &other);
+    DownloadResult &operator=(DownloadResult &&other) noexcept;
+    ~DownloadResult();
+
+    /// Returns true if the download succeeded; otherwise returns false.
+    bool isOk() const;
+    /// A FeedDownloadError or an HTTP status; FeedDownloadNoError if the download succeeded.
+    int error() const;
+    /// Why the download failed, one line for the user; empty if it succeeded.
+    QString reason() const;
+
+    /// The links of the messages that a feed brought its channel, the oldest first.
+    QStringList newMessages() const;
+
+    /// The path of the file of an enclosure; empty if the download failed.
+    QString path() const;
+    /// The `file:` URL of the same file, as the store has it.
+    QString localUrl() const;
+    /// The size of that file in bytes.
+    qint64 length() const;
+    /// The MIME type that the server named; empty if it named none.
+    QString mimeType() const;
+
+private:
+    explicit DownloadResult(DownloadResultPrivate *d);
+
+    QSharedDataPointer<DownloadResultPrivate> d;
+};
+
+} // namespace Tidel
+
+#endif

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "enclosures.h"
+
+#include "messages.h"
+#include "statements_p.h"
+#include "store_p.h"
+
+#include <QUrl>
+
+#include <feedtrackersparql.h>
+
+namespace Tidel {
+
+namespace {
+
+QList<FeedEnclosure> enclosuresIn(const Answer &answer)
+{
+    QList<FeedEnclosure> enclosures;
+    while (answer->next())
+        enclosures.append(extractEnclosure(answer->current()));
+    return enclosures;
+}
+
+} // namespace
+
+Enclosures::Enclosures(const Store &store) : m_store(store) { }
+
+Result<QList<FeedEnclosure>> Enclosures::ofMessage(const QString &messageUri) const
+{
+    return StorePrivate::of(m_store)
+        .run(Statements::enclosuresOf(messageUri), "read the enclosures from the store")
+        .map(enclosuresIn);
+}
+
+Result<FeedEnclosure> Enclosures::get(const QString &uri) const
+{
+    const auto found = StorePrivate::of(m_store)
+                           .run(Statements::enclosure(uri), "read the enclosure from the store")
+                           .map(enclosuresIn);
+    if (!found)
+        return Failure(found.error());
+    if (found->isEmpty())
+        return Failure(Error(Error::NotFound, {}, QStringLiteral("no such enclosure")));
+    return found->first();
+}
+
+Result<QStringList> Enclosures::uris(const QString &name) const
+{
+    StorePrivate &store = StorePrivate::of(m_store);
+    const char *const attempt = "look up the enclosures in the store";
+    const Result<QString> message = Messages(m_store).uri(name);
+    if (message)
+        return store.texts(Statements::enclosureUrisOf(*message), attempt);
+    if (message.error().kind() != Error::NotFound)
+        return Failure(message.error());
+    for (const QSparqlQuery &query :
+         {Statements::enclosuresWithLink(QUrl(name)), Statements::enclosure(name)}) {
+        const Result<QStringList> found = store.texts(query, attempt);
+        if (!found || !found->isEmpty())
+            return found;
+    }
+    return Failure(Error(Error::NotFound, {}, QStringLiteral("no such message or enclosure")));
+}
+
+Result<void> Enclosures::setFile(const FeedEnclosure &enclosure)
+{
+    return StorePrivate::of(m_store).update(Statements::replaceFile(enclosure), "note the file in the store");
+}
+
+} // namespace Tidel

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_ENCLOSURES_H
+#define TIDEL_ENCLOSURES_H
+
+#include "error.h"
+#include "store.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <feedenclosure.h>
+
+namespace Tidel {
+
+/// The enclosures of a store.
+class TIDELREADER_EXPORT Enclosures
+{
+public:
+    explicit Enclosures(const Store &store);
+
+    /// The enclosures of the message \a messageUri, with all fields but the source namespace.
+    Result<QList<FeedEnclosure>> ofMessage(const QString &messageUri) const;
+    /// The enclosure \a uri. Fails with Error::NotFound.
+    Result<FeedEnclosure> get(const QString &uri) const;
+    /// The URIs of the enclosures that the user calls \a name: the link or URI of a message, whose enclosures
+    /// are meant and may be none, or the remote URL or URI of an enclosure. Fails with Error::NotFound.
+    Result<QStringList> uris(const QString &name) const;
+
+    /// Stores local URL, length and MIME type of \a enclosure, which is stored under its URI.
+    Result<void> setFile(const FeedEnclosure &enclosure);
+
+private:
+    Store m_store;
+};
+
+} // namespace Tidel
+
+#endif

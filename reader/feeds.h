@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_FEEDS_H
+#define TIDEL_FEEDS_H
+
+#include "error.h"
+#include "store.h"
+
+#include <QSet>
+#include <QSharedDataPointer>
+#include <QString>
+
+namespace Tidel {
+
+class FeedStatePrivate;
+
+/// What the store knows of the document of a channel, for the next download.
+class TIDELREADER_EXPORT FeedState
+{
+public:
+    FeedState(const FeedState &other);
+    FeedState(FeedState &&other) noexcept;
+    FeedState &operator=(const FeedState &other);
+    FeedState &operator=(FeedState &&other) noexcept;
+    ~FeedState();
+
+    /// The address of the document.
+    QString link() const;
+    /// The address that items without a link are named after: the first one that the channel had.
+    QString itemBase() const;
+    /// The entity tag of the last download, as its server sent it; empty if there was none.
+    QString entityTag() const;
+    /// The Last-Modified header of the last download, as its server sent it; empty if there was none.
+    QString lastModified() const;
+
+private:
+    friend class Feeds;
+    explicit FeedState(FeedStatePrivate *d);
+
+    QSharedDataPointer<FeedStatePrivate> d;
+};
+
+/// What download plug-ins keep with the channels of a store.
+class TIDELREADER_EXPORT Feeds
+{
+public:
+    explicit Feeds(const Store &store);
+
+    /// The state of the channel \a channelUri. Fails with Error::NotFound if it is not stored.
+    Result<FeedState> state(const QString &channelUri) const;
+    /// Notes that the document was read now, and what its server said of it. A file has an entity tag of the
+    /// plug-in's choice.
+    Result<void> noteReading(const QString &channelUri, const QString &entityTag,
+                             const QString &lastModified);
+
+    /// The links of messages that were dropped from the channel while its feed still showed them. A refresh
+    /// does not store such messages again.
+    Result<QSet<QString>> droppedLinks(const QString &channelUri) const;
+    /// Forgets those of \a links that were dropped, because the feed does not show them any more.
+    Result<void> forgetDropped(const QString &channelUri, const QStringList &links);
+
+private:
+    Store m_store;
+};
+
+} // namespace Tidel
+
+#endif

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_LINKUSE_H
+#define TIDEL_LINKUSE_H
+
+#include "error.h"
+#include "link.h"
+#include "store.h"
+
+#include <QSharedDataPointer>
+
+namespace Tidel {
+
+class LinkUsePrivate;
+
+/// What the store uses links for, seen from one channel.
+class TIDELREADER_EXPORT LinkUse
+{
+public:
+    /// Asks \a store about \a links, with one question for each hundred. The same link may be there twice.
+    static Result<LinkUse> of(const Store &store, const QList<Link> &links, const QString &channelUri);
+
+    LinkUse(const LinkUse &other);
+    LinkUse(LinkUse &&other) noexcept;
+    LinkUse &operator=(const LinkUse &other);
+    LinkUse &operator=(LinkUse &&other) noexcept;
+    ~LinkUse();
+
+    /// Returns true if \a link is the link of a channel; otherwise returns false.
+    bool isOfChannel(const Link &link) const;
+    /// Returns true if \a link is the link of a message; otherwise returns false.
+    bool isOfMessage(const Link &link) const;
+    /// Returns true if \a link is the link of a message of the channel; otherwise returns false.
+    bool isInChannel(const Link &link) const;
+
+private:
+    explicit LinkUse(LinkUsePrivate *d);
+
+    QSharedDataPointer<LinkUsePrivate> d;
+};
+
+} // namespace Tidel
+
+#endif

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_MESSAGES_H
+#define TIDEL_MESSAGES_H
+
+#include "error.h"
+#include "store.h"
+
+#include <QList>
+#include <QString>
+
+#include <feedmessage.h>
+
+namespace Tidel {
+
+/// The messages of a store.
+class TIDELREADER_EXPORT Messages
+{
+public:
+    explicit Messages(const Store &store);
+
+    /// The messages of the channel, the newest first, each once, without ids, base URLs and enclosures.
+    Result<QList<FeedMessage>> ofChannel(const QString &channelUri) const;
+    /// The messages with \a links, the newest first, with titles, links and dates only. Links that no message
+    /// has are left out.
+    Result<QList<FeedMessage>> headlines(const QStringList &links) const;
+    /// The URI of the message that the user calls \a name, its link or its URI. Fails with Error::NotFound.
+    Result<QString> uri(const QString &name) const;
+
+    /// Marks the message as a favorite, or takes the mark away. Retention never drops a favorite.
+    Result<void> setFavorite(const QString &messageUri, bool isFavorite);
+
+private:
+    Store m_store;
+};
+
+} // namespace Tidel
+
+#endif

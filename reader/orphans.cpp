@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "orphans.h"
+
+#include "messageremoval_p.h"
+#include "statements_p.h"
+
+namespace Tidel {
+
+Orphans::Orphans(const Store &store) : m_store(store) { }
+
+Result<void> Orphans::remove(const RemovalStep &step)
+{
+    StorePrivate &store = StorePrivate::of(m_store);
+    const auto messages =
+        store.texts(Statements::orphanMessages(), "find the messages that belong to no channel");
+    if (!messages)
+        return Failure(messages.error());
+    const Result<void> removed = inChunks(
+        *messages, [&](const QStringList &some) { return removeMessages(store, QString(), some, step); });
+    if (!removed)
+        return removed;
+
+    const auto enclosures =
+        store.texts(Statements::orphanEnclosures(), "find the enclosures that belong to nothing");
+    if (!enclosures)
+        return Failure(enclosures.error());
+    QList<FeedEnclosure> deleted;
+    const Result<void> released = deleteReleased(store, *enclosures, &deleted);
+    if (!deleted.isEmpty())
+        step(0, deleted);
+    return released;
+}
+
+} // namespace Tidel

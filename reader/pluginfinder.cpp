@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "pluginfinder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonObject>
+#include <QLibrary>
+#include <QPluginLoader>
+
+#include <feedplugininterface.h>
+
+#include <dlfcn.h>
+
+namespace Tidel {
+
+namespace {
+
+Failure unusable(const QString &reason) { return Failure(Error(Error::PluginUnusable, {}, reason)); }
+
+/// The object of the plug-in; null if it has none, or if making it throws an exception.
+QObject *pluginObject(QPluginLoader &loader)
+{
+    try {
+        return loader.instance();
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+/// The file that this library was loaded from.
+QString libraryFile()
+{
+    Dl_info info = {};
+    dladdr(reinterpret_cast<void *>(&pluginFolder), &info);
+    return QFileInfo(QFile::decodeName(info.dli_fname)).canonicalFilePath();
+}
+
+} // namespace
+
+QString pluginFolder() { return QFileInfo(libraryFile()).path() + QLatin1String("/tidel/plugins"); }
+
+Result<FeedPluginInterface *> loadPlugin(const QString &file)
+{
+    QPluginLoader loader(file);
+    // A missing symbol is reported when the plug-in is loaded, not when it is first called.
+    loader.setLoadHints(QLibrary::ResolveAllSymbolsHint);
+    const QJsonObject metaData = loader.metaData();
+    const QString interface = metaData.value(QLatin1String("IID")).toString();
+    if (metaData.isEmpty()) {
+        // Qt does not run a file without metadata, but says why it is not a plug-in.
+        loader.load();
+        return unusable(QStringLiteral("is not a plug-in: ") + loader.errorString());
+    }
+    if (interface != QLatin1String(FeedPluginInterface_iid))
+        return unusable(QStringLiteral("is a plug-in for another interface: \"%1\"").arg(interface));
+    if (!loader.load())
+        return unusable(QStringLiteral("cannot be loaded: ") + loader.errorString());
+    QObject *object = pluginObject(loader);
+    if (!object)
+        return unusable(QStringLiteral("fails to start"));
+    auto *plugin = qobject_cast<FeedPluginInterface *>(object);
+    if (!plugin)
+        return unusable(QStringLiteral("is not a download plug-in, although its metadata say so"));
+    return plugin;
+}
+
+Result<FeedPluginInterface *> findPlugin(const QString &folder, QStringList *problems)
+{
+    const QDir dir(folder);
+    const QStringList names = dir.entryList({QStringLiteral("*.so")}, QDir::Files, QDir::Name);
+    for (const QString &name : names) {
+        const Result<FeedPluginInterface *> plugin = loadPlugin(dir.filePath(name));
+        if (plugin)
+            return plugin;
+        if (problems)
+            problems->append(dir.filePath(name) + QLatin1Char(' ') + plugin.error().reason());
+    }
+    return unusable(QStringLiteral("no download plug-in in ") + folder);
+}
+
+} // namespace Tidel

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "retention.h"
+
+#include "messageremoval_p.h"
+#include "statements_p.h"
+#include "writeturn.h"
+
+#include <QHash>
+
+namespace Tidel {
+
+namespace {
+
+QStringList linksOf(const QList<FeedMessage> &messages)
+{
+    QStringList links;
+    for (const FeedMessage &message : messages) {
+        if (!message.link().isEmpty())
+            links.append(message.link());
+    }
+    return links;
+}
+
+} // namespace
+
+Retention::Retention(const Store &store) : m_store(store) { }
+
+Result<QStringList> Retention::excess(const QString &channelUri, int keep) const
+{
+    StorePrivate &store = StorePrivate::of(m_store);
+    const char *const attempt = "find its oldest messages in the store";
+    return store.number(Statements::droppableCount(channelUri), attempt).and_then([&](int count) {
+        if (count <= keep)
+            return Result<QStringList>();
+        return store.texts(Statements::droppableMessages(channelUri, count - keep), attempt)
+            .map([](QStringList uris) {
+                uris.removeDuplicates();
+                return uris;
+            });
+    });
+}
+
+Result<QList<FeedMessage>> Retention::headlines(const QStringList &uris) const
+{
+    QHash<QString, FeedMessage> found;
+    const Result<void> read = inChunks(uris, [&](const QStringList &some) {
+        return StorePrivate::of(m_store)
+            .run(Statements::headlines(some), "read its oldest messages from the store")
+            .map([&](const Answer &answer) {
+                while (answer->next()) {
+                    FeedMessage &message = found[answer->value(0).toString()];
+                    message.setLink(answer->value(1).toString());
+                    message.setTitle(answer->value(2).toString());
+                    message.setPublishedDate(answer->value(3).toDateTime());
+                }
+            });
+    });
+    return read.map([&] {
+        QList<FeedMessage> messages;
+        for (const QString &uri : uris) {
+            if (found.contains(uri))
+                messages.append(found.value(uri));
+        }
+        return messages;
+    });
+}
+
+// The links are stored before the messages are deleted, so that an interruption between the two loses
+// nothing.
+Result<void> Retention::drop(const QString &channelUri, const QStringList &uris, const RemovalStep &step)
+{
+    StorePrivate &store = StorePrivate::of(m_store);
+    return inChunks(uris, [&](const QStringList &some) -> Result<void> {
+        const WriteTurn turn;
+        const auto messages = headlines(some);
+        if (!messages)
+            return Failure(messages.error());
+        const QStringList links = linksOf(*messages);
+        if (!links.isEmpty()) {
+            const auto kept = store.update(Statements::insertDroppedLinks(channelUri, links),
+                                           "keep the links of deleted messages in the store");
+            if (!kept)
+                return kept;
+        }
+        return removeMessages(store, channelUri, some, step);
+    });
+}
+
+} // namespace Tidel

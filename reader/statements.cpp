@@ -1,0 +1,415 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "statements_p.h"
+
+#include <QDateTime>
+#include <QSparqlBinding>
+#include <QUrl>
+
+#include <feedchannel.h>
+#include <feedenclosure.h>
+#include <feedmessage.h>
+
+namespace Tidel::Statements {
+
+namespace {
+
+using Values = std::initializer_list<QPair<const char *, QVariant>>;
+
+QSparqlQuery bound(const QString &text, QSparqlQuery::StatementType type, const Values &values)
+{
+    QSparqlQuery query(text, type);
+    for (const auto &[name, value] : values)
+        query.bindValue(QString::fromLatin1(name), value);
+    return query;
+}
+
+QSparqlQuery select(const QString &text, const Values &values = {})
+{
+    return bound(text, QSparqlQuery::SelectStatement, values);
+}
+
+QString piece(const QString &text, const Values &values)
+{
+    return bound(text, QSparqlQuery::InsertStatement, values).preparedQueryText();
+}
+
+/// "VALUES ?variable { ... } ": \a variable is one of the resources \a addresses.
+QString valuesOf(const char *variable, const QStringList &addresses)
+{
+    QString text = QLatin1String("VALUES ?") + QLatin1String(variable) + QLatin1String(" { ");
+    for (const QString &address : addresses)
+        text += iri(address) + QLatin1Char(' ');
+    return text + QLatin1String("} ");
+}
+
+QString literals(const QStringList &texts)
+{
+    QStringList terms;
+    for (const QString &text : texts)
+        terms.append(literal(text));
+    return terms.join(QLatin1String(", "));
+}
+
+// contract: the store holds local times without their zone, and the time of download labelled as UTC.
+QString localTimeText() { return QDateTime::currentDateTime().toString(Qt::ISODate); }
+
+/// Replaces the values of \a property of \a subject by \a value, or deletes them if it is empty.
+QString replacement(const QString &subject, const char *property, const QString &value)
+{
+    const QString values = iri(subject) + QLatin1Char(' ') + QLatin1String(property) + QLatin1Char(' ');
+    const QString deletion = QLatin1String("DELETE { ") + values + QLatin1String("?value } WHERE { ") + values
+        + QLatin1String("?value } ");
+    return value.isEmpty() ? deletion
+                           : deletion + QLatin1String("INSERT { ") + values + value + QLatin1String(" } ");
+}
+
+const QString enclosureColumns =
+    QStringLiteral("SELECT ?e ?remote ?local ?group ?size ?default ?optional ?icon ?type WHERE { %1 "
+                   "OPTIONAL { ?e mfo:remoteLink ?remote } OPTIONAL { ?e mfo:localLink ?local } "
+                   "OPTIONAL { ?e nie:identifier ?group } OPTIONAL { ?e nie:contentSize ?size } "
+                   "OPTIONAL { ?e mfo:groupDefault ?default } OPTIONAL { ?e mfo:optional ?optional } "
+                   "OPTIONAL { ?e mfo:image ?icon } OPTIONAL { ?e nie:mimeType ?type } }");
+
+} // namespace
+
+QString literal(const QString &text) { return QSparqlBinding(QString(), text).toString(); }
+
+QString iri(const QString &address) { return QSparqlBinding(QString(), QUrl(address)).toString(); }
+
+QSparqlQuery update(const QString &text) { return QSparqlQuery(text, QSparqlQuery::InsertStatement); }
+
+QSparqlQuery channels()
+{
+    return select(
+        QStringLiteral("SELECT ?c ?title ?link ?type ?modified ?subscribed ?updated WHERE { "
+                       "?c a mfo:FeedChannel OPTIONAL { ?c nie:title ?title } "
+                       "OPTIONAL { ?c nie:links ?link OPTIONAL { ?link nie:created ?subscribed } } "
+                       "OPTIONAL { ?c nie:characterSet ?type } OPTIONAL { ?c nie:comment ?modified } "
+                       "OPTIONAL { ?c nie:contentLastModified ?updated } }"));
+}
+
+QSparqlQuery messageCounts()
+{
+    return select(QStringLiteral("SELECT ?c (COUNT(?m) AS ?n) WHERE { ?c a mfo:FeedChannel . "
+                                 "?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c } GROUP BY ?c"));
+}
+
+QSparqlQuery channelWithLink(const QString &link)
+{
+    return select(QStringLiteral("SELECT ?c WHERE { ?c a mfo:FeedChannel ; nie:links ?:link }"),
+                  {{"link", QUrl(link)}});
+}
+
+QSparqlQuery titleOfLink(const QString &link)
+{
+    return select(
+        QStringLiteral("SELECT ?title WHERE { ?c a mfo:FeedChannel ; nie:links ?:link ; nie:title ?title }"),
+        {{"link", QUrl(link)}});
+}
+
+QString insertChannel(const FeedChannel &channel, const QString &uri)
+{
+    return piece(QStringLiteral("INSERT { ?:link a nie:DataObject ; nie:created ?:now . "
+                                "?:channel a mfo:FeedChannel ; nie:title ?:title ; nie:characterSet ?:type ; "
+                                "mfo:image ?:image ; nie:links ?:link } "),
+                 {{"link", QUrl(channel.link())},
+                  {"now", localTimeText()},
+                  {"channel", QUrl(uri)},
+                  {"title", channel.title()},
+                  {"type", channel.type()},
+                  {"image", channel.icon().localUrl()}});
+}
+
+QString replaceTitle(const QString &channelUri, const QString &title)
+{
+    return replacement(channelUri, "nie:title", literal(title));
+}
+
+QString replaceLink(const QString &channelUri, const QString &oldLink, const QString &newLink)
+{
+    return replacement(channelUri, "tidel:entityTag", QString())
+        + replacement(channelUri, "tidel:lastModified", QString())
+        + piece(QStringLiteral(
+                    "INSERT { ?:channel nie:identifier ?:first } WHERE { ?:channel a mfo:FeedChannel "
+                    "FILTER NOT EXISTS { ?:channel nie:identifier ?known } } "
+                    "INSERT { ?:new a nie:DataObject ; nie:created ?time } WHERE { ?:old nie:created ?time } "
+                    "DELETE { ?:old a rdfs:Resource } WHERE { ?:old a nie:DataObject } "
+                    "DELETE { ?:channel nie:links ?:old } INSERT { ?:channel nie:links ?:new } "),
+                {{"channel", QUrl(channelUri)},
+                 {"first", oldLink},
+                 {"old", QUrl(oldLink)},
+                 {"new", QUrl(newLink)}});
+}
+
+QString deleteChannel(const QString &channelUri, const QString &link)
+{
+    return piece(QStringLiteral("DELETE { ?:link a rdfs:Resource } WHERE { ?:link a nie:DataObject } "),
+                 {{"link", QUrl(link)}})
+        + deleteResources({channelUri});
+}
+
+QSparqlQuery feedState(const QString &channelUri)
+{
+    return select(QStringLiteral("SELECT ?link ?first ?tag ?modified WHERE { ?:channel a mfo:FeedChannel ; "
+                                 "nie:links ?link OPTIONAL { ?:channel nie:identifier ?first } "
+                                 "OPTIONAL { ?:channel tidel:entityTag ?tag } "
+                                 "OPTIONAL { ?:channel tidel:lastModified ?modified } }"),
+                  {{"channel", QUrl(channelUri)}});
+}
+
+QSparqlQuery noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified)
+{
+    const auto optional = [](const QString &text) { return text.isEmpty() ? QString() : literal(text); };
+    return update(replacement(channelUri, "tidel:entityTag", optional(entityTag))
+                  + replacement(channelUri, "tidel:lastModified", optional(lastModified))
+                  + replacement(channelUri, "nie:comment", optional(lastModified))
+                  + replacement(channelUri, "nie:contentLastModified", literal(localTimeText())));
+}
+
+QSparqlQuery droppedLinks(const QString &channelUri)
+{
+    return select(QStringLiteral("SELECT ?link WHERE { ?:channel tidel:droppedLink ?link }"),
+                  {{"channel", QUrl(channelUri)}});
+}
+
+QSparqlQuery insertDroppedLinks(const QString &channelUri, const QStringList &links)
+{
+    return update(QLatin1String("INSERT DATA { ") + iri(channelUri) + QLatin1String(" tidel:droppedLink ")
+                  + literals(links) + QLatin1String(" }"));
+}
+
+QSparqlQuery deleteDroppedLinks(const QString &channelUri, const QStringList &links)
+{
+    return update(QLatin1String("DELETE DATA { ") + iri(channelUri) + QLatin1String(" tidel:droppedLink ")
+                  + literals(links) + QLatin1String(" }"));
+}
+
+QSparqlQuery messagesOf(const QString &channelUri)
+{
+    return select(
+        QStringLiteral("SELECT ?m ?title ?text ?link ?published ?downloaded ?tag ?summary WHERE { "
+                       "?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel ; nie:title ?title ; "
+                       "nie:description ?text ; nie:subject ?summary ; nie:links ?link ; "
+                       "mfo:downloadedTime ?downloaded OPTIONAL { ?m nie:contentCreated ?published } "
+                       "OPTIONAL { ?m nao:hasTag ?tag } } ORDER BY ?downloaded"),
+        {{"channel", QUrl(channelUri)}});
+}
+
+QSparqlQuery messageUrisOf(const QString &channelUri)
+{
+    return select(QStringLiteral("SELECT ?m WHERE { ?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel }"),
+                  {{"channel", QUrl(channelUri)}});
+}
+
+QSparqlQuery messageWithLink(const QUrl &address)
+{
+    return select(QStringLiteral("SELECT ?m WHERE { ?m a mfo:FeedMessage ; nie:links ?:address }"),
+                  {{"address", address}});
+}
+
+QSparqlQuery message(const QUrl &uri)
+{
+    return select(QStringLiteral("SELECT ?m WHERE { ?m a mfo:FeedMessage FILTER(?m = ?:message) }"),
+                  {{"message", uri}});
+}
+
+QSparqlQuery headlinesOfLinks(const QStringList &links)
+{
+    return select(QLatin1String("SELECT ?link ?title ?date WHERE { ") + valuesOf("link", links)
+                  + QLatin1String("?m nie:links ?link ; a mfo:FeedMessage ; nie:title ?title "
+                                  "OPTIONAL { ?m nie:contentCreated ?date } }"));
+}
+
+QSparqlQuery headlines(const QStringList &uris)
+{
+    return select(QLatin1String("SELECT ?m ?link ?title ?date WHERE { ") + valuesOf("m", uris)
+                  + QLatin1String("?m a mfo:FeedMessage OPTIONAL { ?m nie:links ?link } "
+                                  "OPTIONAL { ?m nie:title ?title } "
+                                  "OPTIONAL { ?m nie:contentCreated ?date } }"));
+}
+
+QSparqlQuery linkUse(const QStringList &links, const QString &channelUri)
+{
+    return select(QLatin1String("SELECT ?link (EXISTS { ?x a mfo:FeedChannel } AS ?isOfChannel) "
+                                "(EXISTS { ?x a mfo:FeedMessage } AS ?isOfMessage) "
+                                "(EXISTS { ?x nie:isLogicalPartOf ")
+                  + iri(channelUri) + QLatin1String(" } AS ?isInChannel) WHERE { ") + valuesOf("link", links)
+                  + QLatin1String("?x nie:links ?link }"));
+}
+
+QString insertMessage(const FeedMessage &message, const QString &uri, const QString &channelUri)
+{
+    QString insert = QLatin1String("INSERT { ") + iri(uri)
+        + QLatin1String(" a mfo:FeedMessage ; nie:isLogicalPartOf ") + iri(channelUri)
+        + QLatin1String(" ; nie:title ") + literal(message.title()) + QLatin1String(" ; nie:description ")
+        + literal(message.description()) + QLatin1String(" ; nie:subject ") + literal(message.summary())
+        + QLatin1String(" ; nie:links ") + iri(message.link()) + QLatin1String(" ; mfo:downloadedTime \"")
+        + localTimeText() + QLatin1String("Z\"^^xsd:dateTime");
+    if (message.publishedDate().isValid())
+        insert += QLatin1String(" ; nie:contentCreated \"") + message.publishedDate().toString(Qt::ISODate)
+            + QLatin1String("\"^^xsd:dateTime");
+    return insert + QLatin1String(" } ");
+}
+
+QString linkMessages(const QStringList &links, const QString &channelUri)
+{
+    return QLatin1String("INSERT { ?m nie:isLogicalPartOf ") + iri(channelUri) + QLatin1String(" } WHERE { ")
+        + valuesOf("link", links) + QLatin1String("?m a mfo:FeedMessage ; nie:links ?link } ");
+}
+
+QSparqlQuery insertFavorite(const QString &messageUri)
+{
+    return update(piece(QStringLiteral("INSERT { ?:message nao:hasTag nao:predefined-tag-favorite }"),
+                        {{"message", QUrl(messageUri)}}));
+}
+
+QSparqlQuery deleteFavorite(const QString &messageUri)
+{
+    return update(piece(QStringLiteral("DELETE { ?:message nao:hasTag nao:predefined-tag-favorite }"),
+                        {{"message", QUrl(messageUri)}}));
+}
+
+QSparqlQuery droppableCount(const QString &channelUri)
+{
+    return select(QStringLiteral("SELECT (COUNT(DISTINCT ?m) AS ?n) WHERE { ?m a mfo:FeedMessage ; "
+                                 "nie:isLogicalPartOf ?:channel ; mfo:downloadedTime ?downloaded "
+                                 "FILTER NOT EXISTS { ?m nao:hasTag nao:predefined-tag-favorite } }"),
+                  {{"channel", QUrl(channelUri)}});
+}
+
+QSparqlQuery droppableMessages(const QString &channelUri, int limit)
+{
+    return select(
+        QStringLiteral("SELECT ?m WHERE { ?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel ; "
+                       "mfo:downloadedTime ?downloaded OPTIONAL { ?m nie:contentCreated ?published } "
+                       "FILTER NOT EXISTS { ?m nao:hasTag nao:predefined-tag-favorite } } "
+                       "ORDER BY ?published ?downloaded LIMIT ?:limit"),
+        {{"channel", QUrl(channelUri)}, {"limit", limit}});
+}
+
+QSparqlQuery enclosuresOf(const QString &messageUri)
+{
+    return select(enclosureColumns.arg(QStringLiteral("?e a mfo:Enclosure ; nie:isLogicalPartOf ?:message")),
+                  {{"message", QUrl(messageUri)}});
+}
+
+QSparqlQuery enclosure(const QString &uri)
+{
+    return select(enclosureColumns.arg(QStringLiteral("?e a mfo:Enclosure FILTER(?e = ?:enclosure)")),
+                  {{"enclosure", QUrl(uri)}});
+}
+
+QSparqlQuery enclosureUrisOf(const QString &messageUri)
+{
+    return select(QStringLiteral("SELECT DISTINCT ?e WHERE { ?e a mfo:Enclosure ; "
+                                 "nie:isLogicalPartOf ?:message } ORDER BY ?e"),
+                  {{"message", QUrl(messageUri)}});
+}
+
+QSparqlQuery enclosuresWithLink(const QUrl &address)
+{
+    return select(QStringLiteral("SELECT DISTINCT ?e WHERE { ?e a mfo:Enclosure ; mfo:remoteLink ?:address } "
+                                 "ORDER BY ?e"),
+                  {{"address", address}});
+}
+
+QSparqlQuery knownRemoteLinks(const QStringList &links)
+{
+    return select(QLatin1String("SELECT ?link WHERE { ") + valuesOf("link", links)
+                  + QLatin1String("?e a mfo:Enclosure ; mfo:remoteLink ?link }"));
+}
+
+QString insertEnclosure(const FeedEnclosure &enclosure, const QString &uri)
+{
+    return piece(QStringLiteral("INSERT { ?:enclosure a mfo:Enclosure ; mfo:remoteLink ?:remoteUrl ; "
+                                "mfo:localLink ?:localUrl ; mfo:optional ?:isOptional ; "
+                                "nie:contentSize ?:length ; nie:mimeType ?:mimeType ; "
+                                "nie:identifier ?:groupId ; mfo:groupDefault ?:isDefault ; "
+                                "mfo:image ?:typeIcon } "),
+                 {{"enclosure", QUrl(uri)},
+                  {"remoteUrl", QUrl(enclosure.remoteUrl())},
+                  {"localUrl", QUrl(enclosure.localUrl())},
+                  {"isOptional", enclosure.type() != FeedEnclosure::Essential},
+                  {"length", enclosure.length()},
+                  {"mimeType", enclosure.mimeType()},
+                  {"groupId", enclosure.groupId()},
+                  {"isDefault", enclosure.isDefault()},
+                  {"typeIcon", enclosure.typeIcon()}});
+}
+
+QString linkEnclosures(const QList<QPair<QString, QString>> &pairs)
+{
+    QString values;
+    for (const auto &[remoteLink, messageLink] : pairs)
+        values += QLatin1Char('(') + iri(remoteLink) + iri(messageLink) + QLatin1Char(')');
+    return QLatin1String("INSERT { ?e nie:isLogicalPartOf ?m } WHERE { VALUES (?remote ?link) { ") + values
+        + QLatin1String(" } ?e a mfo:Enclosure ; mfo:remoteLink ?remote . "
+                        "?m a mfo:FeedMessage ; nie:links ?link } ");
+}
+
+QString linkEnclosure(const QString &remoteLink, const QString &ownerUri)
+{
+    return QLatin1String("INSERT { ?e nie:isLogicalPartOf ") + iri(ownerUri)
+        + QLatin1String(" } WHERE { ?e a mfo:Enclosure ; mfo:remoteLink ") + iri(remoteLink)
+        + QLatin1String(" } ");
+}
+
+QSparqlQuery replaceFile(const FeedEnclosure &enclosure)
+{
+    return update(replacement(enclosure.uri(), "mfo:localLink", iri(enclosure.localUrl()))
+                  + replacement(enclosure.uri(), "nie:contentSize", QString::number(enclosure.length()))
+                  + replacement(enclosure.uri(), "nie:mimeType", literal(enclosure.mimeType())));
+}
+
+QSparqlQuery messagesOfOthers(const QStringList &messages, const QString &channelUri)
+{
+    return select(QLatin1String("SELECT DISTINCT ?m WHERE { ") + valuesOf("m", messages)
+                  + QLatin1String("?m nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel FILTER(?c != ")
+                  + iri(channelUri) + QLatin1String(") }"));
+}
+
+QSparqlQuery enclosuresOfOwners(const QStringList &owners)
+{
+    return select(QLatin1String("SELECT DISTINCT ?e WHERE { ") + valuesOf("owner", owners)
+                  + QLatin1String("?e nie:isLogicalPartOf ?owner ; a mfo:Enclosure }"));
+}
+
+QSparqlQuery releasedEnclosures(const QStringList &enclosures)
+{
+    return select(QLatin1String("SELECT ?e ?remote ?local WHERE { ") + valuesOf("e", enclosures)
+                  + QLatin1String("?e a mfo:Enclosure OPTIONAL { ?e mfo:remoteLink ?remote } "
+                                  "OPTIONAL { ?e mfo:localLink ?local } FILTER NOT EXISTS { "
+                                  "?e nie:isLogicalPartOf ?owner . ?owner a mfo:FeedElement } }"));
+}
+
+QString release(const QStringList &parts, const QString &channelUri)
+{
+    QString deletion = QStringLiteral("DELETE DATA { ");
+    for (const QString &part : parts)
+        deletion +=
+            iri(part) + QLatin1String(" nie:isLogicalPartOf ") + iri(channelUri) + QLatin1String(" . ");
+    return deletion + QLatin1String("} ");
+}
+
+QString deleteResources(const QStringList &resources)
+{
+    QString deletion = QStringLiteral("DELETE DATA { ");
+    for (const QString &resource : resources)
+        deletion += iri(resource) + QLatin1String(" a rdfs:Resource . ");
+    return deletion + QLatin1String("} ");
+}
+
+QSparqlQuery orphanMessages()
+{
+    return select(QStringLiteral("SELECT DISTINCT ?m WHERE { ?m a mfo:FeedMessage ; nie:links ?link "
+                                 "FILTER NOT EXISTS { ?m nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel } }"));
+}
+
+QSparqlQuery orphanEnclosures()
+{
+    return select(QStringLiteral("SELECT DISTINCT ?e WHERE { ?e a mfo:Enclosure ; mfo:remoteLink ?remote ; "
+                                 "mfo:localLink ?local FILTER NOT EXISTS { "
+                                 "?e nie:isLogicalPartOf ?owner . ?owner a mfo:FeedElement } }"));
+}
+
+} // namespace Tidel::Statements

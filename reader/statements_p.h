@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_STATEMENTS_P_H
+#define TIDEL_STATEMENTS_P_H
+
+#include <QSparqlQuery>
+#include <QString>
+#include <QStringList>
+
+class FeedChannel;
+class FeedEnclosure;
+class FeedMessage;
+class QUrl;
+
+/**
+ * All statements of this library. Every value is bound or escaped here, so that no value can change the
+ * structure of a statement.
+ *
+ * A query names a property once: if a property stands in a query twice, Tracker reads all its values.
+ * Functions that return text return pieces of one update, see update().
+ */
+namespace Tidel::Statements {
+
+/// \name Pieces
+/// @{
+/// The literal \a text.
+QString literal(const QString &text);
+/// The resource \a address, an absolute address.
+QString iri(const QString &address);
+/// The update that consists of the pieces \a text.
+QSparqlQuery update(const QString &text);
+/// @}
+
+/// \name Channels
+/// @{
+/// URI, title, link, type, last-modified text, time of subscription, time of the last update.
+QSparqlQuery channels();
+/// Channel URI, number of messages; no row for a channel without messages.
+QSparqlQuery messageCounts();
+/// The URI of the channel that has \a link.
+QSparqlQuery channelWithLink(const QString &link);
+/// The title of the channel that has \a link.
+QSparqlQuery titleOfLink(const QString &link);
+/// The channel \a uri with title, type, link and image path, subscribed to now.
+QString insertChannel(const FeedChannel &channel, const QString &uri);
+QString replaceTitle(const QString &channelUri, const QString &title);
+/// Moves the time of subscription from \a oldLink to \a newLink, forgets the validators, which belong to the
+/// old document, and keeps the first link as `nie:identifier`.
+QString replaceLink(const QString &channelUri, const QString &oldLink, const QString &newLink);
+/// Deletes the channel and the description of its link.
+QString deleteChannel(const QString &channelUri, const QString &link);
+/// Link, first link if it is another one, entity tag, last-modified text.
+QSparqlQuery feedState(const QString &channelUri);
+/// Notes what the server said of the document that was read now. Empty texts delete what is stored.
+QSparqlQuery noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified);
+QSparqlQuery droppedLinks(const QString &channelUri);
+QSparqlQuery insertDroppedLinks(const QString &channelUri, const QStringList &links);
+QSparqlQuery deleteDroppedLinks(const QString &channelUri, const QStringList &links);
+/// @}
+
+/// \name Messages
+/// @{
+/// URI, title, text, link, date of publication, time of download, tag, summary; a row for each tag.
+QSparqlQuery messagesOf(const QString &channelUri);
+/// The URIs of all messages of the channel.
+QSparqlQuery messageUrisOf(const QString &channelUri);
+/// The URI of the message that has the link \a address.
+QSparqlQuery messageWithLink(const QUrl &address);
+/// The message \a uri, if it is stored.
+QSparqlQuery message(const QUrl &uri);
+/// Link, title, date of the messages \a links.
+QSparqlQuery headlinesOfLinks(const QStringList &links);
+/// URI, link, title, date of the messages \a uris.
+QSparqlQuery headlines(const QStringList &uris);
+/// Link, and whether it belongs to a channel, to a message, and to a message of the channel \a channelUri.
+QSparqlQuery linkUse(const QStringList &links, const QString &channelUri);
+QString insertMessage(const FeedMessage &message, const QString &uri, const QString &channelUri);
+/// Makes the stored messages \a links messages of the channel too.
+QString linkMessages(const QStringList &links, const QString &channelUri);
+QSparqlQuery insertFavorite(const QString &messageUri);
+QSparqlQuery deleteFavorite(const QString &messageUri);
+/// The number of messages of the channel that are no favorites.
+QSparqlQuery droppableCount(const QString &channelUri);
+/// The URIs of \a limit of these messages, the oldest first.
+QSparqlQuery droppableMessages(const QString &channelUri, int limit);
+/// @}
+
+/// \name Enclosures
+/// @{
+/// URI, remote link, local link, group, size, default, optional, icon, MIME type.
+QSparqlQuery enclosuresOf(const QString &messageUri);
+QSparqlQuery enclosure(const QString &uri);
+/// The URIs of the enclosures of the message, in a fixed order.
+QSparqlQuery enclosureUrisOf(const QString &messageUri);
+/// The URIs of the enclosures with the remote link \a address.
+QSparqlQuery enclosuresWithLink(const QUrl &address);
+/// Those of \a links that are remote links of enclosures.
+QSparqlQuery knownRemoteLinks(const QStringList &links);
+/// Inserts an enclosure that belongs to nothing yet.
+QString insertEnclosure(const FeedEnclosure &enclosure, const QString &uri);
+/// Makes stored enclosures parts of stored messages. \a pairs holds a remote link and the link of a message
+/// for each.
+QString linkEnclosures(const QList<QPair<QString, QString>> &pairs);
+/// Makes the stored enclosure \a remoteLink a part of \a ownerUri.
+QString linkEnclosure(const QString &remoteLink, const QString &ownerUri);
+/// Replaces local link, size and MIME type.
+QSparqlQuery replaceFile(const FeedEnclosure &enclosure);
+/// @}
+
+/// \name Removal
+/// @{
+/// Those of \a messages that a channel other than \a channelUri holds.
+QSparqlQuery messagesOfOthers(const QStringList &messages, const QString &channelUri);
+/// The enclosures of \a owners, which are messages or channels.
+QSparqlQuery enclosuresOfOwners(const QStringList &owners);
+/// URI, remote link and local link of those of \a enclosures that belong to nothing.
+QSparqlQuery releasedEnclosures(const QStringList &enclosures);
+/// Deletes that \a parts belong to the channel.
+QString release(const QStringList &parts, const QString &channelUri);
+/// Deletes all that the store says of \a resources.
+QString deleteResources(const QStringList &resources);
+/// Messages with a link that belong to no channel.
+QSparqlQuery orphanMessages();
+/// URI, remote link and local link of the enclosures that belong to neither a message nor a channel.
+QSparqlQuery orphanEnclosures();
+/// @}
+
+} // namespace Tidel::Statements
+
+#endif

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_STORABLEMESSAGE_H
+#define TIDEL_STORABLEMESSAGE_H
+
+#include "link.h"
+#include "tidelreaderglobal.h"
+
+#include <QSharedDataPointer>
+
+#include <feedmessage.h>
+
+namespace Tidel {
+
+class StorableMessagePrivate;
+
+/**
+ * A message whose addresses are fit to be stored: its link and those of its enclosures are Links.
+ *
+ * \code
+ * FeedMessage text;
+ * text.setTitle("Episode 1");
+ * StorableMessage message(Link::fromText("https://example.org/1"), text);
+ * message.addEnclosure(Link::toFile("https://example.org/1.mp3"), FeedEnclosure());
+ * \endcode
+ */
+class TIDELREADER_EXPORT StorableMessage
+{
+public:
+    /// A message with \a link, which is not null, and the texts, dates and id of \a message. Link and
+    /// enclosures of \a message are not taken over.
+    StorableMessage(const Link &link, const FeedMessage &message);
+    StorableMessage(const StorableMessage &other);
+    StorableMessage(StorableMessage &&other) noexcept;
+    StorableMessage &operator=(const StorableMessage &other);
+    StorableMessage &operator=(StorableMessage &&other) noexcept;
+    ~StorableMessage();
+
+    /// Adds an enclosure with the remote URL \a remoteLink and the properties of \a enclosure, without its
+    /// local URL. It takes the place of an enclosure with the same remote URL. A null link is ignored.
+    void addEnclosure(const Link &remoteLink, const FeedEnclosure &enclosure);
+
+    /// The link, which identifies the message in the store.
+    Link link() const;
+    /// The message with its link and its enclosures.
+    FeedMessage message() const;
+
+private:
+    QSharedDataPointer<StorableMessagePrivate> d;
+};
+
+} // namespace Tidel
+
+#endif

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "store.h"
+#include "store_p.h"
+
+#include <qsttrace.h>
+
+namespace Tidel {
+
+Store::Store(StorePrivate *store) : d(store) { }
+Store::Store(const Store &other) = default;
+Store &Store::operator=(const Store &other) = default;
+Store::~Store() = default;
+
+Result<Store> Store::open()
+{
+    Store store(new StorePrivate);
+    const QSparqlConnection &connection = store.d->connection;
+    QST_DEBUG("TidelReader") << "open the store" << connection.isValid();
+    if (connection.isValid())
+        return store;
+    return Failure(
+        Error(Error::StoreUnavailable, QStringLiteral("open the store"), connection.lastError().message()));
+}
+
+StorePrivate::StorePrivate() : connection(QStringLiteral("QTRACKER_DIRECT")) { }
+
+namespace {
+
+Error::Kind kindOf(const QSparqlError &error)
+{
+    const bool isRefused =
+        error.type() == QSparqlError::StatementError || error.type() == QSparqlError::TransactionError;
+    return isRefused ? Error::StoreRefused : Error::StoreFailed;
+}
+
+} // namespace
+
+Result<Answer> StorePrivate::run(const QSparqlQuery &statement, const char *attempt)
+{
+    QST_DEBUG("TidelReader") << attempt;
+    Answer answer(connection.exec(statement));
+    if (answer)
+        answer->waitForFinished();
+    if (answer && !answer->hasError())
+        return answer;
+    const QString message = answer ? answer->lastError().message() : QStringLiteral("it gave no answer");
+    QST_CRITICAL("TidelReader") << attempt << message << statement.preparedQueryText();
+    // The lines that follow quote the statement.
+    const QString reason = message.section(QLatin1Char('\n'), 0, 0);
+    return Failure(Error(answer ? kindOf(answer->lastError()) : Error::StoreFailed,
+                         QString::fromLatin1(attempt), reason));
+}
+
+Result<QStringList> StorePrivate::texts(const QSparqlQuery &statement, const char *attempt)
+{
+    return run(statement, attempt).map([](const Answer &answer) {
+        QStringList texts;
+        while (answer->next())
+            texts.append(answer->value(0).toString());
+        return texts;
+    });
+}
+
+Result<int> StorePrivate::number(const QSparqlQuery &statement, const char *attempt)
+{
+    return run(statement, attempt).map([](const Answer &answer) {
+        return answer->next() ? answer->value(0).toInt() : 0;
+    });
+}
+
+Result<void> StorePrivate::update(const QSparqlQuery &statement, const char *attempt)
+{
+    return run(statement, attempt).map([](const Answer &) {});
+}
+
+} // namespace Tidel

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_STORE_P_H
+#define TIDEL_STORE_P_H
+
+#include "store.h"
+
+#include <QSharedData>
+#include <QSparqlConnection>
+#include <QSparqlQuery>
+#include <QSparqlResult>
+
+#include <memory>
+
+namespace Tidel {
+
+/// The finished result of a statement that the store took.
+using Answer = std::unique_ptr<QSparqlResult>;
+
+/// The connection behind a Store, and the one way in which this library runs statements.
+class StorePrivate : public QSharedData
+{
+public:
+    StorePrivate();
+
+    /// The connection of \a store.
+    static StorePrivate &of(const Store &store) { return *store.d; }
+
+    /// Runs \a statement and waits for its end. \a attempt says what it does, see Error::attempt(); a failure
+    /// is traced as critical in the category "TidelReader".
+    Result<Answer> run(const QSparqlQuery &statement, const char *attempt);
+    /// As run(), and returns the first column as text.
+    Result<QStringList> texts(const QSparqlQuery &statement, const char *attempt);
+    /// As run(), and returns the number in the first column of the first row; 0 if there is no row.
+    Result<int> number(const QSparqlQuery &statement, const char *attempt);
+    /// As run(), for updates.
+    Result<void> update(const QSparqlQuery &statement, const char *attempt);
+
+    QSparqlConnection connection;
+};
+
+// The time that a question about many resources takes grows faster than their number, and an update of more
+// messages is not faster.
+constexpr int chunkSize = 100;
+
+/// Calls \a work with chunkSize elements of \a list at a time, until it fails.
+template <typename List, typename Work> Result<void> inChunks(const List &list, const Work &work)
+{
+    for (int from = 0; from < list.size(); from += chunkSize) {
+        const Result<void> done = work(list.mid(from, chunkSize));
+        if (!done)
+            return done;
+    }
+    return {};
+}
+
+} // namespace Tidel
+
+#endif

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "removalreport.h"
+
+#include "output.h"
+
+#include <TidelReader/downloadfolder.h>
+
+namespace Tidel {
+
+RemovalStep RemovalReport::step()
+{
+    return [this](int messages, const QList<FeedEnclosure> &enclosures) {
+        m_messages += messages;
+        m_enclosures += int(enclosures.size());
+        QStringList failed;
+        m_files += DownloadFolder::removeFiles(enclosures, &failed);
+        for (const QString &path : qAsConst(failed))
+            m_output.error(QStringLiteral("%1: the file cannot be removed; remove it yourself").arg(path));
+    };
+}
+
+} // namespace Tidel
