@@ -106,13 +106,15 @@ TIDEL_EXPORT QDataStream &operator<<(QDataStream &stream, const FeedChannel &cha
 /// setIcon(), see operator>>(QDataStream &, FeedEnclosure &). The messages are replaced by new ones, in the
 /// order of the stream.
 ///
-/// Where the bytes arrive piece by piece, as from a socket, read in a transaction:
-/// \code
-/// stream.startTransaction();
-/// FeedChannel channel;
-/// stream >> channel;
-/// if (stream.commitTransaction())
+/// A stream that ends behind a message or an enclosure leaves the status Ok, even if its count promises more
+/// of them. Where the bytes arrive piece by piece, as from a socket, send them as one QByteArray, whose size
+/// comes first, and read that in a transaction: \code stream.startTransaction(); QByteArray bytes; stream >>
+/// bytes; if (stream.commitTransaction()) {
+///     QDataStream record(bytes);
+///     FeedChannel channel;
+///     record >> channel;
 ///     show(channel);
+/// }
 /// \endcode
 TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, FeedChannel &channel);
 

@@ -114,9 +114,13 @@ TIDEL_EXPORT QDataStream &operator<<(QDataStream &stream, const FeedEnclosure &e
 /// are left empty, 0 or false; the stream's status says so.
 TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, FeedEnclosure &enclosure);
 
-/// Replaces the list by what QDataStream writes for one. When the stream ends before the number of elements
-/// that it gives is reached, or an element is broken, the list holds the elements so far, that one included,
-/// and the stream's status says so: an unfinished list never looks like a whole one.
+/// Replaces \a enclosures by the list that QDataStream has written. Reading stops when the count of the
+/// stream is reached, or when the stream is at its end behind an element.
+///
+/// A broken element is appended too, and so are the elements behind it; the status of the stream tells that
+/// one was broken. A list that ends behind an element before its count is reached leaves the status Ok. A
+/// count with nothing behind it gives an empty list and the status ReadPastEnd. Memory is used only for
+/// elements that the stream holds. Within a transaction of the device, reading stops at the first failure.
 TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, QList<FeedEnclosure> &enclosures);
 
 #endif

@@ -114,7 +114,8 @@ TIDEL_EXPORT QDataStream &operator<<(QDataStream &stream, const FeedMessage &mes
 /// replaced by new ones.
 TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, FeedMessage &message);
 
-/// Replaces the list, see operator>>(QDataStream &, QList<FeedEnclosure> &).
+/// Replaces \a messages by the list that QDataStream has written. Reading stops as in
+/// operator>>(QDataStream &, QList<FeedEnclosure> &).
 TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, QList<FeedMessage> &messages);
 
 #endif

@@ -59,8 +59,10 @@ public:
 
 /// Writes name, extra, the number of arguments as a quint32, and the arguments.
 TIDEL_EXPORT QDataStream &operator<<(QDataStream &stream, const FeedMethod &method);
-/// Reads what was written, with as many arguments, valid or not, as there are. Where the stream ends before
-/// their number is reached, those that are there are kept, and its status says so.
+/// Reads what was written. The number of arguments is not limited and invalid arguments are kept. Reading
+/// stops when the number of the stream is reached, or when the stream is at its end behind an argument; the
+/// status is then Ok. A number with nothing behind it gives no arguments and the status ReadPastEnd. Memory
+/// is used only for arguments that the stream holds.
 TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, FeedMethod &method);
 
 #endif

@@ -2,7 +2,9 @@
 #include "countedvalue.h"
 
 #include <feedmethod.h>
+#include <memorylimit.h>
 #include <streambytes.h>
+#include <testdevices.h>
 
 #include <QBuffer>
 #include <QDateTime>
@@ -143,8 +145,11 @@ private slots:
     void countWithNothingBehind_data();
     void countWithNothingBehind();
     void truncatedAnywhere();
-    void endOfAnElementIsNoEndOfTheList();
-    void corruptStatusEndsTheList();
+    void countLargerThanTheArguments();
+    void statusOfAnEarlierFailureDoesNotEndTheList();
+    void nothingIsReadInATransactionAfterAFailure();
+    void failingDeviceEndsTheList_data();
+    void failingDeviceEndsTheList();
     void hostileBytes_data();
     void hostileBytes();
 
@@ -454,11 +459,16 @@ void tst_FeedMethod::truncatedAnywhere()
 {
     const QByteArray whole = written(sample());
     const QList<QByteArray> fields = fieldsOf(sample());
+    FeedMethod first = sample();
+    first.arguments.removeLast();
+    const int endOfFirstArgument = int(written(first).size());
     for (int size = 0; size < whole.size(); ++size) {
         FeedMethod method;
         QDataStream stream(whole.left(size));
         stream >> method;
-        QVERIFY2(stream.status() == QDataStream::ReadPastEnd, qPrintable(QString::number(size)));
+        const bool endsBehindAnArgument = size == endOfFirstArgument;
+        QVERIFY2(stream.status() == (endsBehindAnArgument ? QDataStream::Ok : QDataStream::ReadPastEnd),
+                 qPrintable(QString::number(size)));
         QVERIFY(method.argumentCount() <= 2);
         const QList<QByteArray> read = fieldsOf(method);
         for (int i = 0; i < read.size(); ++i)
@@ -466,29 +476,68 @@ void tst_FeedMethod::truncatedAnywhere()
     }
 }
 
-void tst_FeedMethod::endOfAnElementIsNoEndOfTheList()
+void tst_FeedMethod::countLargerThanTheArguments()
 {
-    FeedMethod method;
-    QDataStream stream(streamed(QByteArray(), QByteArray(), 0xffffffffu, counted(1), counted(2)));
-    stream >> method;
-    QCOMPARE(method.argumentCount(), 2);
-    QCOMPARE(method.argument(1).data, counted(2).data);
-    QCOMPARE(stream.status(), QDataStream::ReadPastEnd);
+    for (const quint32 count : {3u, 0xffffffffu}) {
+        FeedMethod method;
+        QDataStream stream(streamed(QByteArray(), QByteArray(), count, counted(1), counted(2)));
+        stream >> method;
+        QCOMPARE(method.argumentCount(), 2);
+        QCOMPARE(method.argument(0).data, counted(1).data);
+        QCOMPARE(method.argument(1).data, counted(2).data);
+        QCOMPARE(stream.status(), QDataStream::Ok);
+    }
 }
 
-void tst_FeedMethod::corruptStatusEndsTheList()
+void tst_FeedMethod::statusOfAnEarlierFailureDoesNotEndTheList()
 {
-    // In a transaction nothing is read any more, and the end never comes.
+    FeedMethod method;
+    QDataStream stream(written(sample()));
+    stream.setStatus(QDataStream::ReadCorruptData);
+    stream >> method;
+    QCOMPARE(fieldsOf(method), fieldsOf(sample()));
+    QCOMPARE(stream.status(), QDataStream::ReadCorruptData);
+}
+
+void tst_FeedMethod::nothingIsReadInATransactionAfterAFailure()
+{
     QByteArray bytes = streamed(QByteArray(), QByteArray(), 0xffffffffu, counted(1));
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
-    QDataStream stream(&buffer);
-    stream.startTransaction();
-    stream.setStatus(QDataStream::ReadCorruptData);
-    FeedMethod method = sample();
+    SequentialDevice sequential(bytes);
+    for (QIODevice *device : std::initializer_list<QIODevice *>{&buffer, &sequential}) {
+        QDataStream stream(device);
+        stream.startTransaction();
+        stream.setStatus(QDataStream::ReadCorruptData);
+        FeedMethod method = sample();
+        stream >> method;
+        QCOMPARE(method.argumentCount(), 0);
+        QCOMPARE(stream.status(), QDataStream::ReadCorruptData);
+    }
+}
+
+void tst_FeedMethod::failingDeviceEndsTheList_data()
+{
+    QTest::addColumn<bool>("inTransaction");
+    QTest::newRow("no transaction") << false;
+    QTest::newRow("transaction") << true;
+}
+
+void tst_FeedMethod::failingDeviceEndsTheList()
+{
+    QFETCH(bool, inTransaction);
+    const MemoryLimit limit(96 << 20);
+    QVERIFY(limit.holds());
+    FailingDevice device(streamed(QByteArray(), QByteArray(), 0xffffffffu, counted(1)));
+    QDataStream stream(&device);
+    if (inTransaction)
+        stream.startTransaction();
+    FeedMethod method;
     stream >> method;
-    QCOMPARE(method.argumentCount(), 0);
-    QCOMPARE(stream.status(), QDataStream::ReadCorruptData);
+    QCOMPARE(stream.status(), QDataStream::ReadPastEnd);
+    QCOMPARE(method.argumentCount(), 2);
+    QCOMPARE(method.argument(0).data, counted(1).data);
+    QVERIFY(!method.argument(1).isValid());
 }
 
 void tst_FeedMethod::hostileBytes_data()
@@ -514,8 +563,12 @@ void tst_FeedMethod::hostileBytes()
         stream >> method;
         QVERIFY(method.argumentCount() * 8 <= bytes.size());
         const QByteArray again = FeedMethod::toByteArray(method);
-        if (stream.status() == QDataStream::Ok)
-            QCOMPARE(again, bytes.left(again.size()));
+        if (stream.status() == QDataStream::Ok) {
+            // The count may be larger than the number of arguments, everything else comes back.
+            const int count = int(8 + method.name.size() + method.extra.size());
+            QCOMPARE(again.left(count), bytes.left(count));
+            QCOMPARE(again.mid(count + 4), bytes.mid(count + 4, again.size() - count - 4));
+        }
         if (method.argumentCount() == 2 && method.argument(0).typeName == "QString")
             method.genericArguments();
     }
