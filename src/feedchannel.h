@@ -17,7 +17,7 @@ class FeedChannelPrivate;
 ///
 /// Copies share one record until one of them is written to. They may be copied, read and destroyed in
 /// different threads; one object must not be written to while another thread uses that same object.
-class TIDEL_EXPORT FeedChannel final : public FeedNode
+class TIDEL_EXPORT FeedChannel : public FeedNode
 {
 public:
     /// A channel with empty texts, a default icon, null times and no messages.

@@ -23,7 +23,7 @@ class FeedEnclosurePrivate;
 ///
 /// Copies share one record until one of them is written to. They may be copied, read and destroyed in
 /// different threads; one object must not be written to while another thread uses that same object.
-class TIDEL_EXPORT FeedEnclosure final : public FeedNode
+class TIDEL_EXPORT FeedEnclosure : public FeedNode
 {
 public:
     /// Whether the message makes sense without the file. Any value but Essential counts as optional.

@@ -22,7 +22,7 @@ class FeedMessagePrivate;
 ///
 /// Copies share one record until one of them is written to. They may be copied, read and destroyed in
 /// different threads; one object must not be written to while another thread uses that same object.
-class TIDEL_EXPORT FeedMessage final : public FeedNode
+class TIDEL_EXPORT FeedMessage : public FeedNode
 {
 public:
     /// A message that is not a favourite, with empty texts, null dates and no enclosures.

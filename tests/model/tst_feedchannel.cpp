@@ -13,7 +13,6 @@
 static_assert(std::is_base_of_v<FeedNode, FeedChannel>);
 static_assert(sizeof(FeedChannel) == 2 * sizeof(void *));
 static_assert(!std::has_virtual_destructor_v<FeedChannel>);
-static_assert(std::is_final_v<FeedChannel>, "nothing derived may be deleted without its destructor");
 static_assert(std::is_default_constructible_v<FeedChannel>);
 static_assert(std::is_copy_constructible_v<FeedChannel>);
 static_assert(std::is_copy_assignable_v<FeedChannel>);
@@ -116,6 +115,15 @@ FeedChannel filled()
 
 void add(FeedChannel &channel, FeedMessage child) { static_cast<FeedNode *>(&channel)->addChild(&child); }
 
+/// What a host may derive, with a member of its own.
+class MarkedChannel : public FeedChannel
+{
+public:
+    MarkedChannel(const FeedChannel &channel, int ownMark) : FeedChannel(channel), mark(ownMark) { }
+
+    int mark;
+};
+
 } // namespace
 
 class tst_FeedChannel : public QObject
@@ -154,6 +162,7 @@ private slots:
     void addChildOnACopyLeavesTheOriginal();
     void addChildIgnoresOtherNodesWithoutDetaching();
     void castsFromNodeToChannel();
+    void derivedClassIsAChannel();
     void copiesMayBeUsedInSeveralThreads();
 
 private:
@@ -416,6 +425,29 @@ void tst_FeedChannel::castsFromNodeToChannel()
     QVERIFY(!dynamic_cast<FeedMessage *>(node));
     node = &child;
     QVERIFY(!dynamic_cast<FeedChannel *>(node));
+}
+
+void tst_FeedChannel::derivedClassIsAChannel()
+{
+    MarkedChannel marked(filled(), 7);
+    const MarkedChannel copy = marked;
+    MarkedChannel assigned(FeedChannel(), 0);
+    assigned = copy;
+    QCOMPARE(assigned.mark, 7);
+    QCOMPARE(recordOf(static_cast<const FeedChannel &>(assigned)),
+             recordOf(static_cast<const FeedChannel &>(marked)));
+
+    marked.setTitle("other");
+    QCOMPARE(marked.title(), QString("other"));
+    QCOMPARE(shared.valuesOf(copy), shared.valuesOf(filled()));
+    const FeedChannel channel = copy;
+    QCOMPARE(shared.valuesOf(channel), shared.valuesOf(filled()));
+
+    FeedMessage message;
+    MarkedChannel parent(FeedChannel(), 1);
+    static_cast<FeedNode &>(parent).addChild(&message);
+    static_cast<FeedNode &>(parent).addChild(&marked);
+    QCOMPARE(parent.messages().size(), 1);
 }
 
 void tst_FeedChannel::copiesMayBeUsedInSeveralThreads()

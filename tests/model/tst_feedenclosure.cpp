@@ -16,12 +16,11 @@
 static_assert(std::is_abstract_v<FeedNode>);
 static_assert(sizeof(FeedNode) == sizeof(void *));
 static_assert(!std::has_virtual_destructor_v<FeedNode>);
-static_assert(!std::is_destructible_v<FeedNode>, "nodes are destroyed as what they are");
+static_assert(!std::is_destructible_v<FeedNode>, "nodes are destroyed as their own type");
 
 static_assert(std::is_base_of_v<FeedNode, FeedEnclosure>);
 static_assert(sizeof(FeedEnclosure) == 2 * sizeof(void *));
 static_assert(!std::has_virtual_destructor_v<FeedEnclosure>);
-static_assert(std::is_final_v<FeedEnclosure>, "nothing derived may be deleted without its destructor");
 static_assert(std::is_default_constructible_v<FeedEnclosure>);
 static_assert(std::is_copy_constructible_v<FeedEnclosure>);
 static_assert(std::is_copy_assignable_v<FeedEnclosure>);
@@ -73,6 +72,15 @@ FeedEnclosure filled()
     return FeedEnclosure("urn:1", "http://a/1", "file:///1", "media", 11, FeedEnclosure::Essential, 22, true);
 }
 
+/// What a host may derive, with a member of its own.
+class MarkedEnclosure : public FeedEnclosure
+{
+public:
+    MarkedEnclosure(const FeedEnclosure &enclosure, int ownMark) : FeedEnclosure(enclosure), mark(ownMark) { }
+
+    int mark;
+};
+
 } // namespace
 
 class tst_FeedEnclosure : public QObject
@@ -102,6 +110,7 @@ private slots:
     void addChildChangesNothing();
     void addChildIsTheOnlyVirtualFunction();
     void castsFromNodeToEnclosure();
+    void derivedClassIsAEnclosure();
     void copiesMayBeUsedInSeveralThreads();
 
 private:
@@ -200,6 +209,27 @@ void tst_FeedEnclosure::castsFromNodeToEnclosure()
     QVERIFY(!dynamic_cast<FeedMessage *>(node));
     node = &message;
     QVERIFY(!dynamic_cast<FeedEnclosure *>(node));
+}
+
+void tst_FeedEnclosure::derivedClassIsAEnclosure()
+{
+    MarkedEnclosure marked(filled(), 7);
+    const MarkedEnclosure copy = marked;
+    MarkedEnclosure assigned(FeedEnclosure(), 0);
+    assigned = copy;
+    QCOMPARE(assigned.mark, 7);
+    QCOMPARE(recordOf(static_cast<const FeedEnclosure &>(assigned)),
+             recordOf(static_cast<const FeedEnclosure &>(marked)));
+
+    marked.setRemoteUrl("http://a/2");
+    QCOMPARE(marked.remoteUrl(), QString("http://a/2"));
+    QCOMPARE(shared.valuesOf(copy), shared.valuesOf(filled()));
+    const FeedEnclosure enclosure = copy;
+    QCOMPARE(shared.valuesOf(enclosure), shared.valuesOf(filled()));
+
+    FeedMessage message;
+    message.addChild(&marked);
+    QCOMPARE(recordOf(message.enclosures().constFirst()), recordOf(static_cast<FeedEnclosure &>(marked)));
 }
 
 void tst_FeedEnclosure::copiesMayBeUsedInSeveralThreads()

@@ -13,7 +13,6 @@
 static_assert(std::is_base_of_v<FeedNode, FeedMessage>);
 static_assert(sizeof(FeedMessage) == 2 * sizeof(void *));
 static_assert(!std::has_virtual_destructor_v<FeedMessage>);
-static_assert(std::is_final_v<FeedMessage>, "nothing derived may be deleted without its destructor");
 static_assert(std::is_default_constructible_v<FeedMessage>);
 static_assert(std::is_copy_constructible_v<FeedMessage>);
 static_assert(std::is_copy_assignable_v<FeedMessage>);
@@ -94,6 +93,15 @@ FeedMessage filled()
 
 void add(FeedMessage &message, FeedEnclosure child) { static_cast<FeedNode *>(&message)->addChild(&child); }
 
+/// What a host may derive, with a member of its own.
+class MarkedMessage : public FeedMessage
+{
+public:
+    MarkedMessage(const FeedMessage &message, int ownMark) : FeedMessage(message), mark(ownMark) { }
+
+    int mark;
+};
+
 } // namespace
 
 class tst_FeedMessage : public QObject
@@ -136,6 +144,7 @@ private slots:
     void addChildDetachesEvenWhenTheEntryStays();
     void addChildIgnoresOtherNodesWithoutDetaching();
     void castsFromNodeToMessage();
+    void derivedClassIsAMessage();
     void copiesMayBeUsedInSeveralThreads();
 
 private:
@@ -376,6 +385,31 @@ void tst_FeedMessage::castsFromNodeToMessage()
     QVERIFY(!dynamic_cast<FeedChannel *>(node));
     node = &child;
     QVERIFY(!dynamic_cast<FeedMessage *>(node));
+}
+
+void tst_FeedMessage::derivedClassIsAMessage()
+{
+    MarkedMessage marked(filled(), 7);
+    const MarkedMessage copy = marked;
+    MarkedMessage assigned(FeedMessage(), 0);
+    assigned = copy;
+    QCOMPARE(assigned.mark, 7);
+    QCOMPARE(recordOf(static_cast<const FeedMessage &>(assigned)),
+             recordOf(static_cast<const FeedMessage &>(marked)));
+
+    marked.setTitle("other");
+    QCOMPARE(marked.title(), QString("other"));
+    QCOMPARE(shared.valuesOf(copy), shared.valuesOf(filled()));
+    const FeedMessage message = copy;
+    QCOMPARE(shared.valuesOf(message), shared.valuesOf(filled()));
+
+    FeedChannel channel;
+    channel.addChild(&marked);
+    QCOMPARE(recordOf(channel.messages().constFirst()), recordOf(static_cast<FeedMessage &>(marked)));
+    FeedEnclosure child = enclosure("e");
+    MarkedMessage parent(FeedMessage(), 1);
+    static_cast<FeedNode &>(parent).addChild(&child);
+    QCOMPARE(enclosureUris(parent), QStringList{"e"});
 }
 
 void tst_FeedMessage::copiesMayBeUsedInSeveralThreads()
