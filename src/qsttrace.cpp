@@ -15,6 +15,13 @@ QByteArray prefix(const QstTraceOrigin &origin)
     return text;
 }
 
+/// The category that Qt sees. Qt applies its logging rules to messages without a category and in "default",
+/// which would let QT_LOGGING_RULES suppress traces.
+const char *qtCategory(const char *category)
+{
+    return category && qstrcmp(category, "default") != 0 ? category : "";
+}
+
 } // namespace
 
 QstTrace::QstTrace(QtMsgType type, const QstTraceOrigin &origin)
@@ -26,8 +33,10 @@ QstTrace::QstTrace(QtMsgType type, const QstTraceOrigin &origin)
 QstTrace::~QstTrace()
 {
     // A debug stream of Qt's own would drop the last blank, which belongs to the message.
-    qt_message_output(m_type, QMessageLogContext(m_origin.file, m_origin.line, m_origin.signature, "default"),
-                      m_text);
+    qt_message_output(
+        m_type,
+        QMessageLogContext(m_origin.file, m_origin.line, m_origin.signature, qtCategory(m_origin.category)),
+        m_text);
 }
 
 QDebug &QstTrace::stream() { return m_stream; }

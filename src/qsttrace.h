@@ -34,9 +34,9 @@ struct QstTraceOrigin
  * category is not empty and has neither line feeds nor slashes. Texts of `char` are UTF-8 and written as they
  * are; a QString is quoted, and its line breaks and control characters are escaped.
  *
- * It goes to the handler when the trace is destroyed, on the thread that wrote it, which may be any; Qt's
- * logging rules take it for one of the category `default`. The items are evaluated and formatted even if
- * nobody logs them. A fatal message ends the process:
+ * The message goes to the handler when the trace is destroyed, on the thread that wrote it. Any thread may
+ * write traces. Qt's logging rules, such as QT_LOGGING_RULES, do not suppress them: only the settings file
+ * does. The items are evaluated and formatted even if no handler uses them. A fatal message ends the process:
  * \code
  * QstTrace(QtFatalMsg, QST_HERE("MyReader")).stream() << "no store to work on";
  * \endcode

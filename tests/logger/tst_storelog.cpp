@@ -14,6 +14,7 @@ private Q_SLOTS:
     void tracesOfTheStore_data();
     void tracesOfTheStore();
     void criticalOnesByDefault();
+    void loggingRulesDoNotSuppressTraces();
 };
 
 namespace {
@@ -73,6 +74,18 @@ void TestStoreLog::criticalOnesByDefault()
     VERIFY_QUIET(runLogger({"store:" + title}));
     // That the driver was found, and that a statement was refused.
     QCOMPARE(log(), QByteArray("Critical|\nCritical|\n"));
+}
+
+void TestStoreLog::loggingRulesDoNotSuppressTraces()
+{
+    environment.insert("QT_LOGGING_RULES", "*.debug=false;*.critical=false");
+    writeSettings("<message>", "[Tracker]\ndebug=true\n");
+    VERIFY_QUIET(runLogger({"store:" + title, "send:debug," + structured("suppressed")}));
+    const QStringList lines = QString::fromUtf8(log()).split('\n');
+    QVERIFY2(lines.contains("object init "), log().constData());
+    QVERIFY(lines.contains("QTRACKER_DIRECT : Driver found "));
+    QVERIFY(lines.contains("QTRACKER_DIRECT: de-init "));
+    QVERIFY(!lines.contains("suppressed"));
 }
 
 QTEST_GUILESS_MAIN(TestStoreLog)

@@ -4,6 +4,7 @@
 #include <qsttrace.h>
 
 #include <QDateTime>
+#include <QLoggingCategory>
 #include <QUrl>
 #include <QtTest>
 
@@ -97,6 +98,8 @@ private Q_SLOTS:
     void originCanBePassedOn();
     void streamIsOneAndTheSame();
     void contextNamesThePlace();
+    void loggingRulesDoNotSuppressTraces_data();
+    void loggingRulesDoNotSuppressTraces();
     void tracesOfThreadsStayWhole();
 };
 
@@ -313,6 +316,7 @@ void TestTrace::streamIsOneAndTheSame()
 static QByteArray contextFile;
 static int contextLine = 0;
 static QByteArray contextFunction;
+static QByteArray contextCategory;
 
 void TestTrace::contextNamesThePlace()
 {
@@ -321,12 +325,40 @@ void TestTrace::contextNamesThePlace()
             contextFile = context.file;
             contextLine = context.line;
             contextFunction = context.function;
+            contextCategory = context.category;
         });
     freeFunction();
     qInstallMessageHandler(previous);
     QCOMPARE(contextFile, QByteArray("tests/store/tst_trace.cpp"));
     QCOMPARE(contextLine, messageOf([] { freeFunction(); }).parts().at(2).toInt());
     QVERIFY(contextFunction.contains("freeFunction()"));
+    QCOMPARE(contextCategory, QByteArray("Test"));
+}
+
+void TestTrace::loggingRulesDoNotSuppressTraces_data()
+{
+    QTest::addColumn<QByteArray>("category");
+    QTest::newRow("a category") << QByteArray("Tracker");
+    QTest::newRow("default") << QByteArray("default");
+    QTest::newRow("empty") << QByteArray("");
+    QTest::newRow("null") << QByteArray();
+}
+
+void TestTrace::loggingRulesDoNotSuppressTraces()
+{
+    QFETCH(QByteArray, category);
+    const char *name = category.isNull() ? nullptr : category.constData();
+    QLoggingCategory::setFilterRules("*=false");
+    MessageLog log;
+    qDebug("suppressed");
+    for (const QtMsgType type : {QtDebugMsg, QtWarningMsg, QtCriticalMsg})
+        QstTrace(type, {name, "file.cpp", 1, "signature", "function"}).stream() << "text";
+    QLoggingCategory::setFilterRules(QString());
+
+    const std::vector<LoggedMessage> messages = log.take();
+    QCOMPARE(messages.size(), size_t(3));
+    for (const LoggedMessage &message : messages)
+        QCOMPARE(message.text, QString(category) + "\nfile.cpp\n1\nsignature\nfunction\n text ");
 }
 
 void TestTrace::tracesOfThreadsStayWhole()
