@@ -589,7 +589,7 @@ void FeedTrackerSparql::deleteEnclosures(const QString &messageUri)
         return;
     const QList<QUrl> uris = firstColumnUrls(result.get());
     if (uris.isEmpty())
-        TRACE_CRITICAL << "No enclosures found";
+        TRACE_DEBUG << "No enclosures found";
     else
         deleteEnclosures(uris);
 }
@@ -609,7 +609,7 @@ void FeedTrackerSparql::deleteEnclosures(QList<QUrl> enclosureUris)
             enclosures += fileRows(result.get());
     }
     if (enclosures.isEmpty()) {
-        TRACE_CRITICAL << "No enclosures found";
+        TRACE_DEBUG << "No enclosures found";
         return;
     }
     QString update;
@@ -669,7 +669,7 @@ void FeedTrackerSparql::deleteOrphanEnclosures()
         return;
     QList<FeedEnclosure> enclosures = fileRows(result.get());
     if (enclosures.isEmpty()) {
-        TRACE_CRITICAL << "No orphan nodes present";
+        TRACE_DEBUG << "No orphan nodes present";
         return;
     }
     TRACE_DEBUG << "enclosure deletion count: " << enclosures.size();

@@ -90,7 +90,7 @@ QStringList enclosuresOfMessageJournal(const QString &messageUri, const QStringL
 {
     return QStringList(selectLine(S::enclosuresToDelete(messageUri)))
         + (names.isEmpty()
-               ? QStringList(criticalLine("deleteEnclosures(const QString&)", {"No enclosures found"}))
+               ? QStringList(debugLine("deleteEnclosures(const QString&)", {"No enclosures found"}))
                : enclosureJournal(names));
 }
 

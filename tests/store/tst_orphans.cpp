@@ -21,7 +21,7 @@ QStringList messagesJournal()
 QStringList noOrphanEnclosures()
 {
     return {selectLine(S::orphanEnclosures()),
-            criticalLine("deleteOrphanEnclosures", {"No orphan nodes present"})};
+            debugLine("deleteOrphanEnclosures", {"No orphan nodes present"})};
 }
 
 QStringList enclosuresJournal(const QStringList &names)
