@@ -14,6 +14,8 @@ static_assert(std::is_base_of_v<QObject, FeedTrackerSparql>);
 static_assert(!std::is_default_constructible_v<FeedTrackerSparql>, "instance() alone makes one");
 static_assert(!std::is_copy_constructible_v<FeedTrackerSparql>);
 static_assert(!std::is_copy_assignable_v<FeedTrackerSparql>);
+static_assert(sizeof(FeedTrackerSparql) == sizeof(QObject) + sizeof(void *),
+              "the connection is its only member");
 
 namespace {
 
