@@ -6,7 +6,7 @@
 
 class FeedChannelPrivate;
 
-/// One subscribed feed, with its messages kept newest first.
+/// One subscribed feed. It keeps its messages newest first.
 ///
 /// \code
 /// FeedChannel channel;
@@ -15,51 +15,56 @@ class FeedChannelPrivate;
 /// channel.addChild(&message);
 /// \endcode
 ///
-/// Copies share one record until one of them is written to. They may be copied, read and destroyed in
-/// different threads; one object must not be written to while another thread uses that same object.
+/// Copies share one record until one of them is changed. Different threads may copy, read and destroy copies
+/// of one channel. While one thread changes an object, no other thread may use that same object.
+///
+/// Hosts may derive from this class. The destructor is not virtual: destroy an object as its own type.
 class TIDEL_EXPORT FeedChannel : public FeedNode
 {
 public:
-    /// A channel with empty texts, a default icon, null times and no messages.
+    /// Creates a channel with empty texts, a default icon, null times and no messages.
     FeedChannel();
-    /// A channel with these values, stored as given: the title is not simplified, the messages are not
-    /// sorted. Mind that \a type comes before \a description.
+    /// Creates a channel with these values, stored as given: the title is not simplified and the messages are
+    /// not sorted.
+    // contract: type comes before description, unlike their order in the class. Hosts pass them in this
+    // order.
     FeedChannel(const QString &uri, const QString &link, const QString &title, const FeedEnclosure &icon,
                 const QString &type, const QString &description, const QDateTime &subscribedTime,
                 const QDateTime &updatedTime, const QString &lastModifiedTime, QList<FeedMessage> messages);
-    /// Shares the record of \a other.
+    /// Creates a copy that shares the record of \a other.
     FeedChannel(const FeedChannel &other);
-    /// Shares the record of \a other and lets go of this object's own.
+    /// Releases the record of this object and shares the record of \a other.
     FeedChannel &operator=(const FeedChannel &other);
-    /// Deletes the record with its last owner.
+    /// Releases the record. The last owner deletes it.
     ~FeedChannel();
 
-    /// Identifier in the store; empty when not stored.
+    /// Returns the URI of the channel in the store; empty if it is not stored.
     QString uri() const;
-    /// Address of the feed, which identifies it in the store; empty when unknown.
+    /// Returns the address of the feed, which identifies it in the store; empty if it is unknown.
     QString link() const;
-    /// Title; may be empty.
+    /// Returns the title; empty if there is none.
     QString title() const;
-    /// The image; a default enclosure when there is none.
+    /// Returns the image; a default-constructed enclosure if there is none.
     FeedEnclosure icon() const;
-    /// Text about the feed; may be empty.
+    /// Returns the text about the feed; empty if there is none.
     QString description() const;
-    /// Kind of channel, as free text; may be empty.
+    /// Returns the kind of channel as free text; empty if there is none.
     QString type() const;
-    /// When the user subscribed; invalid when unknown.
+    /// Returns the time when the user subscribed; invalid if it is unknown.
     QDateTime subscribedTime() const;
-    /// When the feed was last fetched; invalid when unknown.
+    /// Returns the time when the feed was last fetched; invalid if it is unknown.
     QDateTime updatedTime() const;
-    /// When the feed last changed, as the text that its server gave; empty when unknown.
+    /// Returns the time when the feed last changed, as the text that its server gave; empty if it is unknown.
     QString lastModifiedTime() const;
-    /// The messages, newest first unless they were set in another order.
+    /// Returns the messages, newest first unless the caller has set them in another order.
     QList<FeedMessage> messages() const;
 
     /// Sets uri(), stored as given.
     void setUri(const QString &uri);
     /// Sets link(), stored as given.
     void setLink(const QString &link);
-    /// Sets title() without white space around it and with one blank for each run of white space in it.
+    /// Sets title() to \a title without white space at its start and end, and with one blank for each run of
+    /// white space in it.
     void setTitle(const QString &title);
     /// Sets icon().
     void setIcon(const FeedEnclosure &icon);
@@ -71,21 +76,25 @@ public:
     void setSubscribedTime(const QDateTime &subscribedTime);
     /// Sets updatedTime().
     void setUpdatedTime(const QDateTime &updatedTime);
-    /// Sets lastModifiedTime(), unparsed.
+    /// Sets lastModifiedTime(). The text is not parsed.
     void setLastModifiedTime(const QString &lastModifiedTime);
-    /// Replaces the messages by \a messages, in their order. The list itself is not changed.
+    /// Replaces the messages by \a messages in their order. Does not change the given list.
+    // contract: takes a reference that is not const. Hosts are built against this signature.
     void setMessages(QList<FeedMessage> &messages);
 
-    /// Puts \a message before the first one that is not newer; one without a valid published date, or not
-    /// newer than the last one, goes to the end. A message that is held already is held twice.
-    ///
-    /// Unlike all else that writes, this does not detach(): copies that share the record get the message too.
+    /// Inserts \a message before the first message that is not newer. A message without a valid published
+    /// date, or not newer than the last message, is appended. A message that the channel already holds is
+    /// held twice.
+    // contract: does not detach, so copies that share the record get the message too. Hosts call addChild()
+    // to detach first.
     void insertMessage(const FeedMessage &message);
 
-    /// Gives this object a record of its own. Every setter and addChild() call it.
+    /// Makes sure that this object shares its record with no other object. Every setter and addChild() call
+    /// it.
     void detach();
 
-    /// Detaches and inserts a message, see insertMessage(). Null and other kinds of node are ignored.
+    /// Detaches and inserts \a node, which is a FeedMessage, see insertMessage(). Ignores a null pointer and
+    /// nodes of other types.
     void addChild(FeedNode *node) override;
 
 private:
@@ -94,22 +103,26 @@ private:
     QExplicitlySharedDataPointer<FeedChannelPrivate> d;
 };
 
-/// Writes a readable dump of \a channel, several lines long, in the spacing mode of \a debug, which is in
-/// spacing mode afterwards.
+/// Writes all fields of \a channel as readable text of several lines, in the spacing mode of \a debug. The
+/// stream is in spacing mode afterwards.
 TIDEL_EXPORT QDebug operator<<(QDebug debug, const FeedChannel &channel);
 
-/// Writes the fields of \a channel and its messages, in the version and byte order of \a stream.
+/// Writes the fields of \a channel and its messages in the version and byte order of \a stream.
 TIDEL_EXPORT QDataStream &operator<<(QDataStream &stream, const FeedChannel &channel);
 
-/// Reads what was written in the same version and byte order, straight into the record of \a channel and into
-/// that of its icon(): copies that share one of them change too, even an enclosure that was given to
-/// setIcon(), see operator>>(QDataStream &, FeedEnclosure &). The messages are replaced by new ones, in the
-/// order of the stream.
+/// Reads a channel that was written in the same version and byte order. Copies that share the record of the
+/// channel or of its icon() change too, even the enclosure that was given to setIcon(), see
+/// operator>>(QDataStream &, FeedEnclosure &). The messages are replaced by new objects in the order of the
+/// stream.
 ///
 /// A stream that ends behind a message or an enclosure leaves the status Ok, even if its count promises more
 /// of them. Where the bytes arrive piece by piece, as from a socket, send them as one QByteArray, whose size
-/// comes first, and read that in a transaction: \code stream.startTransaction(); QByteArray bytes; stream >>
-/// bytes; if (stream.commitTransaction()) {
+/// comes first, and read that in a transaction:
+/// \code
+/// stream.startTransaction();
+/// QByteArray bytes;
+/// stream >> bytes;
+/// if (stream.commitTransaction()) {
 ///     QDataStream record(bytes);
 ///     FeedChannel channel;
 ///     record >> channel;

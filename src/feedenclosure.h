@@ -21,50 +21,57 @@ class FeedEnclosurePrivate;
 /// episode.setLength(4812345);
 /// \endcode
 ///
-/// Copies share one record until one of them is written to. They may be copied, read and destroyed in
-/// different threads; one object must not be written to while another thread uses that same object.
+/// Copies share one record until one of them is changed. Different threads may copy, read and destroy copies
+/// of one enclosure. While one thread changes an object, no other thread may use that same object.
+///
+/// Hosts may derive from this class. The destructor is not virtual: destroy an object as its own type.
 class TIDEL_EXPORT FeedEnclosure : public FeedNode
 {
 public:
-    /// Whether the message makes sense without the file. Any value but Essential counts as optional.
-    enum Type : int { Essential = 1, Optional = 2 };
+    /// Tells whether the message needs the file. Every value except Essential counts as optional.
+    enum Type : int {
+        Essential = 1, ///< the message is incomplete without the file
+        Optional = 2 ///< the message makes sense without the file
+    };
 
-    /// An optional enclosure of length 0 and group 0 with empty texts that is not the default one.
+    /// Creates an optional enclosure with empty texts, length 0 and group 0, which is not the default one.
     FeedEnclosure();
-    /// An enclosure with these values, stored as given; mimeType() and typeIcon() are empty.
+    /// Creates an enclosure with these values, stored as given. mimeType() and typeIcon() are empty.
     FeedEnclosure(const QString &uri, const QString &remoteUrl, const QString &localUrl,
                   const QString &sourceNamespace, unsigned int length, FeedEnclosure::Type type,
                   unsigned int groupId, bool isDefault);
-    /// Shares the record of \a other.
+    /// Creates a copy that shares the record of \a other.
     FeedEnclosure(const FeedEnclosure &other);
-    /// Shares the record of \a other and lets go of this object's own.
+    /// Releases the record of this object and shares the record of \a other.
     FeedEnclosure &operator=(const FeedEnclosure &other);
-    /// Deletes the record with its last owner.
+    /// Releases the record. The last owner deletes it.
     ~FeedEnclosure();
 
-    /// Whether both are the same file on the network: only remoteUrl() is compared.
+    /// Returns true if both have the same remoteUrl(); otherwise returns false. Other fields are not
+    /// compared.
+    // contract: not a const member. Hosts are built against this signature.
     bool operator==(const FeedEnclosure &other);
 
-    /// Identifier in the store; empty when not stored.
+    /// Returns the URI of the enclosure in the store; empty if it is not stored.
     QString uri() const;
-    /// Where the file is on the network; empty when unknown.
+    /// Returns the URL of the file on the network; empty if it is unknown.
     QString remoteUrl() const;
-    /// Where the downloaded copy is; empty when there is none.
+    /// Returns the location of the downloaded copy; empty if there is none.
     QString localUrl() const;
-    /// Namespace of the feed element that named the file. One that is not empty keeps the enclosure from
-    /// being replaced in its message, see FeedMessage::addChild().
+    /// Returns the namespace of the feed element that named the file; empty if the element has none. An
+    /// enclosure with a namespace is never replaced in its message, see FeedMessage::addChild().
     QString sourceNamespace() const;
-    /// Size in bytes; 0 when unknown.
+    /// Returns the size in bytes; 0 if it is unknown.
     unsigned int length() const;
-    /// Essential or optional; a value set from elsewhere is returned as it is.
+    /// Returns the type. A value that is neither Essential nor Optional is returned as it was set.
     FeedEnclosure::Type type() const;
-    /// Number of the group that the file belongs to; 0 when there is none.
+    /// Returns the number of the group that the file belongs to; 0 if it belongs to none.
     unsigned int groupId() const;
-    /// Whether the file is marked as the default one.
+    /// Returns true if the file is the default one of its group; otherwise returns false.
     bool isDefault() const;
-    /// MIME type, such as "audio/ogg"; empty when unknown.
+    /// Returns the MIME type, such as "audio/ogg"; empty if it is unknown.
     QString mimeType() const;
-    /// Icon for the type; empty when there is none.
+    /// Returns the icon of the type; empty if there is none.
     QString typeIcon() const;
 
     /// Sets uri(), stored as given.
@@ -73,11 +80,12 @@ public:
     void setRemoteUrl(const QString &remoteUrl);
     /// Sets localUrl(), stored as given.
     void setLocalUrl(const QString &localUrl);
-    /// Sets sourceNamespace(), stored as given. The lower-case s is part of the name.
+    /// Sets sourceNamespace(), stored as given.
+    // contract: the name has a lower-case s. Hosts call it by this name.
     void setsourceNamespace(const QString &sourceNamespace);
     /// Sets length(), in bytes.
     void setLength(unsigned int length);
-    /// Sets type(), unchecked.
+    /// Sets type(). The value is not checked.
     void setType(FeedEnclosure::Type type);
     /// Sets groupId().
     void setGroupId(unsigned int groupId);
@@ -88,10 +96,10 @@ public:
     /// Sets typeIcon(), stored as given.
     void setTypeIcon(const QString &typeIcon);
 
-    /// Gives this object a record of its own. Every setter calls it.
+    /// Makes sure that this object shares its record with no other object. Every setter calls it.
     void detach();
 
-    /// Does nothing: an enclosure has no children.
+    /// Does nothing, because an enclosure has no children.
     void addChild(FeedNode *node) override;
 
 private:
@@ -100,18 +108,19 @@ private:
     QExplicitlySharedDataPointer<FeedEnclosurePrivate> d;
 };
 
-/// Writes a readable dump of \a enclosure, several lines long, in the spacing mode of \a debug.
+/// Writes all fields of \a enclosure as readable text of several lines, in the spacing mode of \a debug.
 TIDEL_EXPORT QDebug operator<<(QDebug debug, const FeedEnclosure &enclosure);
 
-/// Writes the fields of \a enclosure, in the version and byte order of \a stream.
+/// Writes the fields of \a enclosure in the version and byte order of \a stream.
 TIDEL_EXPORT QDataStream &operator<<(QDataStream &stream, const FeedEnclosure &enclosure);
 
-/// Reads what was written in the same version and byte order, straight into the record of \a enclosure:
-/// unlike a setter this does not detach(), and copies that share the record change too. Read into a new
-/// object where they must not.
+/// Reads an enclosure that was written in the same version and byte order.
 ///
-/// No field is checked. Where the stream ends or is broken, the fields up to there are read and the others
-/// are left empty, 0 or false; the stream's status says so.
+/// The fields are read into the record of \a enclosure without a call of detach(), so copies that share the
+/// record change too. To leave copies unchanged, read into a new object.
+///
+/// No field is checked. If the stream ends early or is corrupt, its status reports that, and the fields that
+/// could not be read are empty, 0 or false.
 TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, FeedEnclosure &enclosure);
 
 /// Replaces \a enclosures by the list that QDataStream has written. Reading stops when the count of the

@@ -20,51 +20,55 @@ class FeedMessagePrivate;
 /// message.addEnclosure(episode);
 /// \endcode
 ///
-/// Copies share one record until one of them is written to. They may be copied, read and destroyed in
-/// different threads; one object must not be written to while another thread uses that same object.
+/// Copies share one record until one of them is changed. Different threads may copy, read and destroy copies
+/// of one message. While one thread changes an object, no other thread may use that same object.
+///
+/// Hosts may derive from this class. The destructor is not virtual: destroy an object as its own type.
 class TIDEL_EXPORT FeedMessage : public FeedNode
 {
 public:
-    /// A message that is not a favourite, with empty texts, null dates and no enclosures.
+    /// Creates a message with empty texts, null dates and no enclosures, which is not a favourite.
     FeedMessage();
-    /// A message with these values, stored as given: the link is not trimmed. The rest is as in an empty one.
+    /// Creates a message with these values, stored as given. Other fields are as in an empty message.
+    // contract: the constructors do not trim the link, setLink() does. Hosts know links as they gave them.
     FeedMessage(const QString &title, const QString &link, const QString &description,
                 const QDateTime &downloadedTime);
-    /// A message with these values, stored as given; baseUrl() is empty.
+    /// Creates a message with these values, stored as given. baseUrl() is empty.
     FeedMessage(const QString &title, const QString &link, const QString &id, const QString &description,
                 const QString &summary, const QDateTime &publishedDate,
                 const QList<FeedEnclosure> &enclosures, const QDateTime &downloadedTime, bool favorite);
-    /// Shares the record of \a other.
+    /// Creates a copy that shares the record of \a other.
     FeedMessage(const FeedMessage &other);
-    /// Shares the record of \a other and lets go of this object's own.
+    /// Releases the record of this object and shares the record of \a other.
     FeedMessage &operator=(const FeedMessage &other);
-    /// Deletes the record with its last owner.
+    /// Releases the record. The last owner deletes it.
     ~FeedMessage();
 
-    /// Title; may be empty.
+    /// Returns the title; empty if there is none.
     QString title() const;
-    /// Address of the item, which identifies it in the store; empty when unknown.
+    /// Returns the address of the item, which identifies it in the store; empty if it is unknown.
     QString link() const;
-    /// Identifier of the item in its feed; empty when the feed gives none.
+    /// Returns the identifier of the item in its feed; empty if the feed gives none.
     QString id() const;
-    /// Text of the item; may be empty.
+    /// Returns the text of the item; empty if there is none.
     QString description() const;
-    /// Short text of the item; may be empty.
+    /// Returns the short text of the item; empty if there is none.
     QString summary() const;
-    /// Address that relative addresses in the texts start from; empty when unknown.
+    /// Returns the base of relative addresses in the texts; empty if it is unknown.
     QUrl baseUrl() const;
-    /// When the item was published, which orders it in its channel; invalid when unknown.
+    /// Returns the time when the item was published, which orders it in its channel; invalid if it is
+    /// unknown.
     QDateTime publishedDate() const;
-    /// When the item was fetched; invalid when unknown.
+    /// Returns the time when the item was fetched; invalid if it is unknown.
     QDateTime downloadedTime() const;
-    /// Whether the user marked the item.
+    /// Returns true if the item is a favourite of the user; otherwise returns false.
     bool isFavorite() const;
-    /// The enclosures, in the order in which they were added.
+    /// Returns the enclosures in the order in which they were added.
     QList<FeedEnclosure> enclosures() const;
 
     /// Sets title(), stored as given.
     void setTitle(const QString &title);
-    /// Sets link() without the white space around it.
+    /// Sets link() to \a link without white space at its start and end.
     void setLink(const QString &link);
     /// Sets id(), stored as given.
     void setId(const QString &id);
@@ -81,19 +85,20 @@ public:
     /// Sets isFavorite().
     void setFavorite(bool favorite);
 
-    /// Appends \a enclosure, even when it is in the list already; addChild() merges.
+    /// Appends \a enclosure, even if the list already contains it. addChild() merges instead.
     void addEnclosure(const FeedEnclosure &enclosure);
-    /// Appends all of \a enclosures, in their order.
+    /// Appends all of \a enclosures in their order.
     void addEnclosure(const QList<FeedEnclosure> &enclosures);
-    /// Replaces the list by \a enclosures.
+    /// Replaces the enclosures by \a enclosures.
     void setEnclosures(QList<FeedEnclosure> enclosures);
 
-    /// Gives this object a record of its own. Every function that writes calls it.
+    /// Makes sure that this object shares its record with no other object. Every function that changes it
+    /// calls it.
     void detach();
 
-    /// Merges an enclosure into the list: it takes the place of the first one with the same remoteUrl(),
-    /// unless that one has a sourceNamespace(), which then stays; without such a one it is appended.
-    /// Null and other kinds of node are ignored.
+    /// Merges \a node, which is a FeedEnclosure, into the list. It replaces the first enclosure with the same
+    /// remoteUrl(). If that enclosure has a sourceNamespace(), the list stays as it is. If there is no such
+    /// enclosure, \a node is appended. Ignores a null pointer and nodes of other types.
     void addChild(FeedNode *node) override;
 
 private:
@@ -102,16 +107,15 @@ private:
     QExplicitlySharedDataPointer<FeedMessagePrivate> d;
 };
 
-/// Writes a readable dump of \a message, several lines long, in the spacing mode of \a debug, which is in
-/// spacing mode afterwards.
+/// Writes all fields of \a message except baseUrl() as readable text of several lines, in the spacing mode of
+/// \a debug. The stream is in spacing mode afterwards.
 TIDEL_EXPORT QDebug operator<<(QDebug debug, const FeedMessage &message);
 
-/// Writes the fields of \a message and its enclosures, in the version and byte order of \a stream.
+/// Writes the fields of \a message and its enclosures in the version and byte order of \a stream.
 TIDEL_EXPORT QDataStream &operator<<(QDataStream &stream, const FeedMessage &message);
 
-/// Reads what was written in the same version and byte order, straight into the record of \a message: copies
-/// that share the record change too, see operator>>(QDataStream &, FeedEnclosure &). The enclosures are
-/// replaced by new ones.
+/// Reads a message that was written in the same version and byte order. Copies that share the record change
+/// too, see operator>>(QDataStream &, FeedEnclosure &). The enclosures are replaced by new objects.
 TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, FeedMessage &message);
 
 /// Replaces \a messages by the list that QDataStream has written. Reading stops as in

@@ -4,7 +4,7 @@
 
 #include <QtGlobal>
 
-/// Marks what the library exports.
+/// Marks a class or function that the library exports.
 #if defined(TIDELCORE_BUILD)
 #define TIDEL_EXPORT Q_DECL_EXPORT
 #else
