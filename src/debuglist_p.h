@@ -5,8 +5,9 @@
 #include <QDebug>
 #include <QList>
 
-/// Writes \a list as "(a, b)" and a blank. Qt's own output of a list is another one in Qt 5 than in Qt 6.
-/// The stream is left in spacing mode, so what follows an inner list in an outer one has automatic blanks.
+/// Writes \a list as "(a, b)" and a blank. Qt 5 and Qt 6 write lists differently, so neither form is used.
+// contract: leaves the stream in spacing mode, so automatic blanks follow an inner list. Log readers know the
+// text.
 template <typename T> void writeDebugList(QDebug &debug, const QList<T> &list)
 {
     debug.nospace() << "(";

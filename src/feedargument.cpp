@@ -7,7 +7,7 @@
 
 namespace {
 
-// Qt 6 has moved from ids to objects what Qt 5 has for ids only.
+// Qt 6 offers these functions as members of QMetaType, Qt 5 as static functions of type ids.
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 int typeOfName(const QByteArray &name) { return QMetaType::type(name); }
 bool save(QDataStream &stream, int type, const void *value) { return QMetaType::save(stream, type, value); }
@@ -61,10 +61,10 @@ QGenericArgument FeedArgument::toGenericArgument()
 
 void FeedArgument::makeValue(int type)
 {
-    qDebug("creating void data");
+    qDebug("creating void data"); // contract: the text and its level. Log readers know them.
     m_valueType = type;
     const QMetaType metaType(type);
-    // Qt 5 allocates even for types without values, and then loses what it has allocated.
+    // Qt 5 leaks memory when it creates a value of a type that has no values.
     if (metaType.sizeOf() > 0)
         value = metaType.create();
 }
@@ -75,7 +75,7 @@ void FeedArgument::destroyValue()
         return;
     QMetaType(m_valueType).destroy(value);
     value = nullptr;
-    qDebug("destroy void data");
+    qDebug("destroy void data"); // contract: the text and its level. Log readers know them.
 }
 
 QDataStream &operator<<(QDataStream &stream, const FeedArgument &argument)

@@ -11,76 +11,78 @@
 QT_FORWARD_DECLARE_CLASS(QDataStream)
 
 /**
- * One argument of a FeedMethod: the name of a meta type and a value of it as bytes.
+ * One argument of a FeedMethod: the name of a meta type, and a value of that type as bytes.
  *
  * \code
  * FeedArgument address = FeedArgument::fromValue(QUrl("https://example.org/feed.xml"));
  * \endcode
  *
- * The bytes are what the type's own stream operator writes in the default version of QDataStream, so both
- * sides have to know the type and run the same version of Qt. They are not checked before that operator
- * reads them back: take arguments from nobody who may not run code in this process.
+ * The stream operator of the type writes the bytes in the default version of QDataStream. So both sides must
+ * know the type and run the same version of Qt. The bytes are not checked before the stream operator reads
+ * them: accept arguments only from a sender that you trust to run code in this process.
  *
- * Every argument has a value of its own, which is no part of what is copied: a copy starts without one, and
- * an assigned one keeps what it has until toGenericArgument() is next called.
+ * The value belongs to one argument and is never copied: a copy has no value, and assignment leaves the value
+ * as it is. The next call of toGenericArgument() reads it from the bytes.
  */
 class TIDEL_EXPORT FeedArgument
 {
 public:
-    /// An invalid argument: without type, bytes and value.
+    /// Creates an invalid argument, which has no type, bytes and value.
     FeedArgument();
-    /// A copy of \a value, which is of the meta type with the id \a type, as QVariant has them in userType()
-    /// and constData(). The argument is invalid when there is no such type or nothing that writes its values.
+    /// Creates an argument from \a value, whose meta type has the id \a type. QVariant::userType() and
+    /// QVariant::constData() return such a pair. The argument is invalid if there is no such type or if the
+    /// type has no stream operators.
     FeedArgument(int type, const void *value);
-    /// Copies type name and bytes.
+    /// Creates a copy of the type name and the bytes of \a other, without a value.
     FeedArgument(const FeedArgument &other);
-    /// Copies type name and bytes.
+    /// Copies the type name and the bytes of \a other.
     FeedArgument &operator=(const FeedArgument &other);
-    /// Destroys the value, if there is one.
+    /// Destroys the value if there is one.
     ~FeedArgument();
 
     /**
-     * A copy of \a source. With Qt 5 a type that is not Qt's own needs qRegisterMetaTypeStreamOperators();
-     * without it, as with a type that has no stream operators, the argument is invalid.
+     * Returns an argument with a copy of \a source; an invalid one if the type has no stream operators. With
+     * Qt 5, register the operators of your own types with qRegisterMetaTypeStreamOperators().
      *
-     * Methods are found by the type names of their parameters: where one is declared with a typedef of a type
-     * that is not Qt's own, register that name too and set \ref typeName to it.
+     * Qt finds methods by the type names of their parameters. If a parameter is declared with a typedef of
+     * your own type, register the name of the typedef too and set \ref typeName to it.
      */
     template <typename T> static FeedArgument fromValue(const T &source)
     {
         return FeedArgument(qMetaTypeId<T>(), &source);
     }
 
-    /// Whether there is a type name, known or not.
+    /// Returns true if the type name is not empty, even if the type is unknown; otherwise returns false.
     bool isValid() const;
 
     /**
-     * The argument for QMetaObject::invokeMethod(): reads the value from the bytes, again in each call. It
-     * is a view of this object and holds as long as this object lives and is not changed. An invalid argument
-     * gives an empty one; an unknown type, or one that has no values, gives one with a null pointer, which
-     * must not be used for an invocation.
+     * Reads the value from the bytes, again in each call, and returns it for QMetaObject::invokeMethod(). The
+     * result points into this object: it is valid until this object is changed or destroyed.
+     *
+     * An invalid argument returns an empty result. An unknown type, or a type without values, returns a
+     * result with a null pointer, which must not be passed to an invocation.
      */
     QGenericArgument toGenericArgument();
 
-    /// Name of the meta type; empty when the argument is invalid.
+    /// The name of the meta type; empty if the argument is invalid.
     QByteArray typeName;
     /// The value as QMetaType::save() writes it.
     QByteArray data;
-    /// The value itself, made by the first toGenericArgument() and null until then. It belongs to this
-    /// object, and is only to be looked at.
+    /// The value; null until toGenericArgument() is called. It belongs to this object. Do not change or
+    /// delete it.
+    // contract: a public member. Hosts are built against it.
     void *value = nullptr;
 
 private:
     void makeValue(int type);
     void destroyValue();
 
-    int m_valueType = QMetaType::UnknownType; ///< what value was made as, whatever typeName says since
+    int m_valueType = QMetaType::UnknownType; ///< the type of the value, even if typeName has changed since
 };
 
-/// Writes type name and bytes, each as a QByteArray.
+/// Writes the type name and the bytes, each as a QByteArray.
 TIDEL_EXPORT QDataStream &operator<<(QDataStream &stream, const FeedArgument &argument);
-/// Reads type name and bytes. The value is left as it was; the next toGenericArgument() sees to it, whatever
-/// its type was.
+/// Reads the type name and the bytes. The value does not change until toGenericArgument() is called.
 TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, FeedArgument &argument);
 
 #endif

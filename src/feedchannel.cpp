@@ -113,6 +113,8 @@ void FeedChannel::setMessages(QList<FeedMessage> &messages)
 
 void FeedChannel::insertMessage(const FeedMessage &message)
 {
+    // contract: an equal date goes behind the last message, but before a message in the middle. If the held
+    // messages are not in order, a message may find no place and is dropped. Hosts know the resulting order.
     QList<FeedMessage> &held = d->messages;
     const QDateTime date = message.publishedDate();
     if (held.isEmpty() || !date.isValid() || !(held.constLast().publishedDate() < date)) {
@@ -139,6 +141,7 @@ void FeedChannel::addChild(FeedNode *node)
     insertMessage(*message);
 }
 
+// contract: the labels and blanks are uneven, and the times are quoted texts. Log readers compare the text.
 QDebug operator<<(QDebug debug, const FeedChannel &channel)
 {
     debug << "Channel : ";

@@ -113,6 +113,7 @@ void FeedEnclosure::detach() { d.detach(); }
 
 void FeedEnclosure::addChild(FeedNode *node) { Q_UNUSED(node) }
 
+// contract: the labels and blanks are uneven. Log readers compare the text.
 QDebug operator<<(QDebug debug, const FeedEnclosure &enclosure)
 {
     debug << "\nEnclosure : ";

@@ -154,6 +154,7 @@ void FeedMessage::addChild(FeedNode *node)
         held.replace(found - held.cbegin(), *enclosure);
 }
 
+// contract: the labels and blanks are uneven, and the times are not quoted. Log readers compare the text.
 QDebug operator<<(QDebug debug, const FeedMessage &message)
 {
     debug << "\nFeed Message: ";

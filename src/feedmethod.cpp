@@ -6,7 +6,7 @@
 
 namespace {
 
-// As many as QMetaObject::invokeMethod() takes.
+// QMetaObject::invokeMethod() takes no more.
 constexpr int MaximumArguments = 10;
 
 } // namespace

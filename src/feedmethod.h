@@ -7,7 +7,7 @@
 #include <QList>
 
 /**
- * A call of a method by its name, that can travel as bytes and be invoked where it arrives.
+ * A call of a method by its name. It is sent to another process as bytes and invoked there.
  *
  * \code
  * FeedMethod call;
@@ -16,7 +16,7 @@
  * socket->write(FeedMethod::toByteArray(call));
  * \endcode
  *
- * On the other side, whose stream may hold anything:
+ * The receiver checks what it has read, because the bytes may come from a faulty or hostile sender:
  * \code
  * QDataStream stream(bytes);
  * FeedMethod call;
@@ -29,40 +29,44 @@
 class TIDEL_EXPORT FeedMethod
 {
 public:
-    /// A call without a name and arguments.
+    /// Creates a call without a name and arguments.
     FeedMethod();
-    /// A call of the method \a name with a copy of \a arguments, as they are: neither their number nor they
-    /// are checked.
+    /// Creates a call of the method \a name with a copy of \a arguments. Neither the arguments nor their
+    /// number are checked.
+    // contract: takes a reference that is not const. Hosts are built against this signature.
     FeedMethod(const QByteArray &name, QList<FeedArgument> &arguments);
 
-    /// How many arguments there are; more than ten only when they were given or read as a whole.
+    /// Returns the number of arguments. It exceeds ten only if the caller or a stream gave the list as a
+    /// whole.
+    // contract: this and the other accessors are not const members. Hosts are built against these signatures.
     int argumentCount();
-    /// A copy of the argument at \a index, from 0 to argumentCount() - 1; anything else is undefined.
+    /// Returns a copy of the argument at \a index, which must be from 0 to argumentCount() - 1.
     FeedArgument argument(int index);
-    /// Appends \a argument. An invalid one, and one more than ten, is ignored.
+    /// Appends \a argument. Ignores an invalid argument, and every argument if the call already has ten.
     void addArgument(const FeedArgument &argument);
 
-    /// FeedArgument::toGenericArgument() of each argument, in their order. The result is a view of this
-    /// object, and holds as long as this object lives and is neither changed nor copied.
+    /// Returns FeedArgument::toGenericArgument() of each argument in order. The result points into this
+    /// object: it is valid until this object is changed, copied or destroyed.
     QList<QGenericArgument> genericArguments();
 
-    /// What the stream operator writes for \a method, in QDataStream's own byte order.
+    /// Returns the bytes that the stream operator writes for \a method in QDataStream's default byte order.
     static QByteArray toByteArray(const FeedMethod &method);
 
-    /// The method's name, without parentheses.
+    /// The name of the method, without parentheses; empty if none is set.
     QByteArray name;
-    /// Carried along and otherwise unused; empty unless it was read from a stream.
+    /// Unused bytes that are read and written with the call; empty unless a stream contained them.
+    // contract: stays in the class and in the stream. Other programs read and write this field.
     QByteArray extra;
-    /// The arguments.
+    /// The arguments in the order of the method's parameters.
     QList<FeedArgument> arguments;
 };
 
-/// Writes name, extra, the number of arguments as a quint32, and the arguments.
+/// Writes the name, the extra bytes, the number of arguments as a quint32, and the arguments.
 TIDEL_EXPORT QDataStream &operator<<(QDataStream &stream, const FeedMethod &method);
-/// Reads what was written. The number of arguments is not limited and invalid arguments are kept. Reading
-/// stops when the number of the stream is reached, or when the stream is at its end behind an argument; the
-/// status is then Ok. A number with nothing behind it gives no arguments and the status ReadPastEnd. Memory
-/// is used only for arguments that the stream holds.
+/// Reads a call that was written. The number of arguments is not limited and invalid arguments are kept.
+/// Reading stops when the number of the stream is reached, or when the stream is at its end behind an
+/// argument. The status is Ok if every argument that was read is complete. A number with nothing behind it
+/// gives no arguments and the status ReadPastEnd. Memory is used only for arguments that the stream holds.
 TIDEL_EXPORT QDataStream &operator>>(QDataStream &stream, FeedMethod &method);
 
 #endif

@@ -6,8 +6,10 @@
 
 /// The common base of the nodes of a feed tree: a channel holds messages, a message holds enclosures.
 ///
-/// A parser that keeps its open elements as nodes can add each of them to its parent without knowing its
-/// type: \code parent->addChild(child); \endcode
+/// A parser that keeps its open elements as nodes can add each one to its parent without knowing its type:
+/// \code
+/// parent->addChild(child);
+/// \endcode
 ///
 /// Nodes are values. Create, copy and destroy a node as its own type; the protected destructor makes the
 /// compiler reject the deletion of a FeedNode.

@@ -3,6 +3,7 @@
 
 namespace {
 
+// contract: "0.1", although the IID says 1.0. Hosts compare this text.
 const QString interfaceVersion = QStringLiteral("0.1");
 
 } // namespace

@@ -9,43 +9,42 @@
 #include <QUrl>
 #include <QVariantMap>
 
-/// What QPluginLoader finds a download plug-in by: the IID of its Q_PLUGIN_METADATA.
+/// The IID of download plug-ins, for their Q_PLUGIN_METADATA. QPluginLoader finds plug-ins by it.
 #define FeedPluginInterface_iid "org.tidel.FeedPluginInterface/1.0"
 
 /**
- * Why a download failed: the codes of FeedPluginInterface's signals.
+ * The reasons why a download failed, as FeedPluginInterface's signals report them.
  *
- * An HTTP server's refusal is given by its status code, such as 404, as it is.
+ * If an HTTP server refuses a request, the signals report its status code instead, such as 404.
  */
 enum FeedDownloadError {
-    FeedDownloadNoError = 0,
-    FeedDownloadCanceled = 1, ///< by cancel()
-    FeedDownloadBusy = 2, ///< a download of the same object is under way, and goes on
-    FeedDownloadBadAddress = 3, ///< not an http, https or file address
-    FeedDownloadNotFound = 4, ///< no such host, file, channel or enclosure
-    FeedDownloadConnectionFailed = 5, ///< refused, broken off, or not to be trusted
-    FeedDownloadTimedOut = 6,
-    FeedDownloadTooLarge = 7,
-    FeedDownloadUnsafeRedirect = 8, ///< from https to http, to another scheme, or too many in a row
-    FeedDownloadNotAFeed = 9,
-    FeedDownloadAlreadyStored = 10, ///< the channel to be subscribed to is in the store
-    FeedDownloadNotWritten = 11, ///< the folder did not take the file
-    FeedDownloadStoreFailed = 12 ///< the store did not take what was downloaded
+    FeedDownloadNoError = 0, ///< no download has failed
+    FeedDownloadCanceled = 1, ///< the host called cancel()
+    FeedDownloadBusy = 2, ///< the downloader is busy with another download, which continues
+    FeedDownloadBadAddress = 3, ///< the address is not an http, https or file URL
+    FeedDownloadNotFound = 4, ///< the host, file, channel or enclosure does not exist
+    FeedDownloadConnectionFailed = 5, ///< the connection was refused, was lost, or cannot be trusted
+    FeedDownloadTimedOut = 6, ///< the server did not answer in time
+    FeedDownloadTooLarge = 7, ///< the download exceeds the size limit
+    FeedDownloadUnsafeRedirect = 8, ///< redirected from https to http, to another scheme, or too often
+    FeedDownloadNotAFeed = 9, ///< the downloaded file is not a feed
+    FeedDownloadAlreadyStored = 10, ///< the store already contains the channel to subscribe to
+    FeedDownloadNotWritten = 11, ///< the file cannot be written to the folder
+    FeedDownloadStoreFailed = 12 ///< the store refused the downloaded feed
 };
 
 /**
- * The base of download plug-ins, which fetch feeds and enclosures and put them into the store.
+ * The base class of download plug-ins, which download feeds and enclosures into the store.
  *
- * A downloader does one download at a time, in the background of its thread's event loop, and tells of its
- * end by exactly one signal, never before the operation has returned. createDownloader() makes further ones
- * for downloads side by side. All belong to the thread of FeedTrackerSparql::instance().
+ * A downloader runs one download at a time in the event loop of its thread. Each download ends with exactly
+ * one signal, which is emitted after the operation has returned. For downloads in parallel,
+ * createDownloader() creates further downloaders. All of them belong to the thread of
+ * FeedTrackerSparql::instance().
  *
- * What the last download of feeds has found that is new to their channels is told by the property
- * "newMessages", a QStringList of the messages' links, of each channel the oldest first. So a host need not
- * look for it among all that it has.
+ * The property "newMessages" lists the links of the messages that the last download of feeds added to their
+ * channels. It is a QStringList; the messages of a channel are in order, oldest first.
  *
- * The operations are invokable by name, so that a host can hand over calls as FeedMethod records. A whole
- * plug-in:
+ * The operations are invokable by name, so that a host can pass on calls as FeedMethod records. For example:
  * \code
  * class Downloader : public FeedPluginInterface
  * {
@@ -70,58 +69,66 @@ class TIDEL_EXPORT FeedPluginInterface : public QObject
     Q_OBJECT
 
 public:
+    /// Creates a downloader, owned by \a parent or, if that is null, by the caller.
     explicit FeedPluginInterface(QObject *parent);
+    /// Destroys the downloader.
     ~FeedPluginInterface() override;
 
-    /// A further downloader with the settings of this one, owned by \a parent and, where that is null, by the
+    /// Returns a new downloader with the settings of this one, owned by \a parent or, if that is null, by the
     /// caller.
     virtual FeedPluginInterface *createDownloader(QObject *parent) const = 0;
 
     /**
-     * Downloads the feed at \a address, an absolute URL, and stores it as a channel of that link, with its
-     * messages. Ends with downloadFeedsFinished() or downloadFeedsFailed(); a failure stores no channel,
-     * except that after FeedDownloadStoreFailed one may be there without its messages.
+     * Downloads the feed at \a address, an absolute URL, and stores it with its messages as a channel with
+     * that link. Ends with downloadFeedsFinished() or downloadFeedsFailed(). A failure stores no channel;
+     * only FeedDownloadStoreFailed may leave a channel without its messages.
      */
     virtual void subscribe(const QUrl &address) = 0;
 
     /**
      * Downloads the feeds of the stored channels \a channelUris and stores their new messages. Ends with
-     * downloadFeedsFinished(), or, when all have been tried, with downloadFeedsFailed() and the code of the
-     * first that failed. A feed that has not changed since is no failure.
+     * downloadFeedsFinished() if all feeds were downloaded. Otherwise tries all feeds and ends with
+     * downloadFeedsFailed() and the code of the first failure. A feed without changes is not a failure.
      */
     virtual void downloadFeeds(const QStringList &channelUris) = 0;
 
     /**
-     * Downloads the file of the stored enclosure \a enclosureUri into \a folder, an absolute path, which is
-     * made when it is missing. Tells its progress by enclosureDownloadProgress() and ends with
-     * downloadEnclosureFinished() or downloadEnclosureFailed(); the file is there only when it is complete.
+     * Downloads the file of the stored enclosure \a enclosureUri into \a folder, an absolute path. Creates
+     * the folder if it does not exist. Reports progress with enclosureDownloadProgress() and ends with
+     * downloadEnclosureFinished() or downloadEnclosureFailed(). The folder never contains an incomplete file.
      */
     virtual void downloadEnclosure(const QString &enclosureUri, const QString &folder) = 0;
 
-    /// Breaks off the download under way, which ends with FeedDownloadCanceled. Nothing without one.
+    /// Cancels the running download, which then fails with FeedDownloadCanceled. Does nothing if none is
+    /// running.
     virtual void cancel() = 0;
 
-    /// What went wrong in the last download, one line for the user; empty when nothing did.
+    /// Returns one line for the user about the failure of the last download; empty if it did not fail.
     virtual QString errorString() const = 0;
 
 Q_SIGNALS:
-    /// The feeds that were asked for have been downloaded and stored.
+    /// Emitted when all requested feeds have been downloaded and stored.
     void downloadFeedsFinished();
-    /// They have not all been; \a error is a FeedDownloadError or an HTTP status code.
+    /// Emitted when a requested feed could not be downloaded or stored. \a error is a FeedDownloadError or an
+    /// HTTP status code.
     void downloadFeedsFailed(int error);
     /**
-     * The enclosure has been downloaded. Keys of \a map: "uri", the enclosure's URI; "remoteUrl"; "localUrl",
-     * the file's `file:` URL, all three as text; "length", the file's size in bytes (qint64); "mimeType",
-     * text, empty when nobody says.
+     * Emitted when the enclosure has been downloaded. The keys of \a map are "uri", the URI of the enclosure;
+     * "remoteUrl", its URL on the network; "localUrl", the `file:` URL of the file; "length", the size of the
+     * file in bytes as a qint64; and "mimeType", its MIME type, empty if it is unknown. All but the length
+     * are texts.
      */
     void downloadEnclosureFinished(QVariantMap map);
-    /// It has not been; \a error is a FeedDownloadError or an HTTP status code.
+    /// Emitted when the enclosure could not be downloaded. \a error is a FeedDownloadError or an HTTP status
+    /// code.
     void downloadEnclosureFailed(int error);
-    /// Of the running download, in bytes; \a bytesTotal is -1 while the size is not known.
+    /// Emitted while an enclosure is downloaded. Both sizes are in bytes; \a bytesTotal is -1 if it is
+    /// unknown.
     void enclosureDownloadProgress(qint64 bytesReceived, qint64 bytesTotal);
 
 private Q_SLOTS:
-    /// The version of this interface.
+    /// Returns the version of this interface.
+    // contract: a private slot. Hosts call it by its name through the meta-object.
     QString version() const;
 };
 

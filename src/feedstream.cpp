@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-// The order of the fields is the format: there is no version of it in the stream.
+// contract: the order of the fields, such as the namespace at the end of an enclosure and the id behind the
+// flag of a message. The stream has no version; other programs read and write this order. contract: the
+// readers do not call detach(), so copies change too. Hosts share records on purpose.
 #include "feedchannel_p.h"
 #include "feedenclosure_p.h"
 #include "feedmessage_p.h"
@@ -19,6 +21,7 @@ QDataStream &operator>>(QDataStream &stream, FeedEnclosure &enclosure)
     qint32 type = -1;
     stream >> d.uri >> d.remoteUrl >> d.localUrl >> d.length >> type >> d.groupId >> d.isDefault;
     stream >> d.mimeType >> d.typeIcon >> d.sourceNamespace;
+    // contract: not checked. Unknown values come back as they were written.
     d.type = FeedEnclosure::Type(type);
     return stream;
 }
@@ -38,7 +41,7 @@ QDataStream &operator<<(QDataStream &stream, const FeedMessage &message)
 QDataStream &operator>>(QDataStream &stream, FeedMessage &message)
 {
     FeedMessagePrivate &d = *message.d;
-    // One that is not new would keep the query and the fragment that it had.
+    // Reading into a URL that is not empty would keep its old query and fragment.
     QUrl baseUrl;
     stream >> d.title >> d.link >> d.description >> d.summary >> baseUrl;
     d.baseUrl = baseUrl;
