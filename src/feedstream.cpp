@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 // contract: the order of the fields, such as the namespace at the end of an enclosure and the id behind the
-// flag of a message. The stream has no version; other programs read and write this order. contract: the
-// readers do not call detach(), so copies change too. Hosts share records on purpose.
+// flag of a message. The stream has no version; other programs read and write this order.
+// contract: the readers do not call detach(), so copies change too. Hosts share records on purpose.
 #include "feedchannel_p.h"
 #include "feedenclosure_p.h"
 #include "feedmessage_p.h"

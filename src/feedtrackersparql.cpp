@@ -16,7 +16,10 @@
 
 #include <algorithm>
 
-// All traces of the store come from this one file: its path is part of the format that log readers know.
+// contract: every trace of the store names this file, the category "Tracker" and the public function. Log
+// readers look for them. That is why functions in other files get HERE from their caller.
+// contract: all trace texts, also the misspelt ones and those that name the wrong value, such as "returning
+// empty enclosure" where a list is returned. Log readers compare them.
 #define HERE QST_HERE("Tracker")
 #define TRACE_DEBUG QST_DEBUG("Tracker")
 #define TRACE_CRITICAL QST_CRITICAL("Tracker")
@@ -44,7 +47,7 @@ QDateTime localTime(const QString &isoText)
     return QDateTime::fromString(isoText, Qt::ISODate).toTimeSpec(Qt::LocalTime);
 }
 
-/// Those of \a enclosures that no entry of \a stored equals; enclosures are equal when their remote URLs are.
+/// Returns the enclosures whose remote URL no enclosure in \a stored has.
 QList<FeedEnclosure> withoutStored(QList<FeedEnclosure> enclosures, const QList<FeedEnclosure> &stored)
 {
     QSet<QString> known;
@@ -58,7 +61,7 @@ QList<FeedEnclosure> withoutStored(QList<FeedEnclosure> enclosures, const QList<
     return enclosures;
 }
 
-/// The first row's first column; empty when there is no row.
+/// Returns the first column of the first row; empty if there is no row.
 QString firstText(QSparqlResult *result) { return result->next() ? result->value(0).toString() : QString(); }
 
 QList<QUrl> firstColumnUrls(QSparqlResult *result)
@@ -69,7 +72,7 @@ QList<QUrl> firstColumnUrls(QSparqlResult *result)
     return urls;
 }
 
-/// What a row of URI, remote link and local link says of an enclosure.
+/// Returns an enclosure for each row of URI, remote link and local link.
 QList<FeedEnclosure> fileRows(QSparqlResult *result)
 {
     QList<FeedEnclosure> enclosures;
@@ -87,6 +90,7 @@ QList<FeedEnclosure> fileRows(QSparqlResult *result)
 
 FeedTrackerSparql *FeedTrackerSparql::_single = nullptr;
 
+// contract: these values, link before title. Hosts keep them in property maps.
 const QString FeedTrackerSparql::LinkKey = QString::number(1);
 const QString FeedTrackerSparql::TitleKey = QString::number(2);
 const QString FeedTrackerSparql::LastModifiedTimeKey = QString::number(3);
@@ -113,7 +117,8 @@ FeedTrackerSparql::FeedTrackerSparql()
     : m_connection(
         new QSparqlConnection(QStringLiteral("QTRACKER_DIRECT"), QSparqlConnectionOptions(), nullptr))
 {
-    // Critical even when all is well, so that the one line that tells which store was met is in every log.
+    // contract: critical even on success, and with blanks on both sides of the colon, unlike the trace of the
+    // destructor. Log readers look for this line, which is in every log.
     if (m_connection->isValid())
         TRACE_CRITICAL << "QTRACKER_DIRECT : Driver found";
     else
@@ -150,11 +155,14 @@ FeedMessage extractMessage(const QSparqlResultRow &row)
         TRACE_CRITICAL << "Empty row: returning empty message";
         return message;
     }
+    // contract: the URI in column 0 is not kept, a message has no field for it. Hosts read URIs with
+    // allMessageUrls().
     message.setTitle(row.binding(1).value().toString());
     message.setDescription(row.binding(2).value().toString());
     message.setLink(row.binding(3).value().toString());
     message.setPublishedDate(row.binding(4).value().toDateTime());
     message.setDownloadedTime(row.binding(5).value().toDateTime());
+    // contract: any tag makes a favourite, since column 6 has the tag. Hosts know favourites from this flag.
     message.setFavorite(row.binding(6).value().toBool());
     message.setSummary(row.binding(7).value().toString());
     return message;
@@ -167,6 +175,7 @@ FeedEnclosure extractEnclosure(const QSparqlResultRow &row)
         TRACE_CRITICAL << "Empty row: returning empty enclosure";
         return enclosure;
     }
+    // contract: only the exact text "true" counts. Stores have these texts.
     const auto isTrue = [&row](int column) {
         return row.binding(column).value().toString() == QLatin1String("true");
     };
@@ -177,6 +186,8 @@ FeedEnclosure extractEnclosure(const QSparqlResultRow &row)
     enclosure.setLength(row.binding(4).value().toString().toInt());
     enclosure.setDefault(isTrue(5));
     enclosure.setType(isTrue(6) ? FeedEnclosure::Optional : FeedEnclosure::Essential);
+    // contract: enclosuresForMessage() has the MIME type in column 7 and no column 8. Hosts read it from
+    // typeIcon().
     enclosure.setTypeIcon(row.binding(7).value().toString());
     enclosure.setMimeType(row.binding(8).value().toString());
     return enclosure;
@@ -327,7 +338,8 @@ QString FeedTrackerSparql::addChannel(const FeedChannel &channel) const
                       HERE, {"Query Execution failed", "Query Execution Failed"});
     if (!known)
         return {};
-    // The link as given, not as it was looked up: one without a scheme never counts as stored.
+    // contract: compares the link as the caller gave it, so a link without a scheme never counts as stored.
+    // Hosts rely on the rule.
     if (known->next() && known->value(0).toString() == channel.link()) {
         TRACE_CRITICAL << "Channel exists";
         return {};
@@ -339,6 +351,7 @@ QString FeedTrackerSparql::addChannel(const FeedChannel &channel) const
         return {};
     TRACE_DEBUG << "Channel Uri: " << urn.toString();
 
+    // contract: the owner is the URI of the given channel, not the new one. Hosts rely on it.
     if (!channel.icon().remoteUrl().isEmpty())
         addEnclosures({channel.icon()}, channel.uri());
     return urn.toString();
@@ -363,6 +376,7 @@ bool FeedTrackerSparql::addMessages(const QList<FeedMessage> &messages, const QS
             update += addMessageQuery(message, channelUri);
         }
     }
+    // contract: executed even if it is empty. The store decides the result.
     return execute(m_connection, StoreStatements::insertion(update), HERE,
                    {"Query Execution failed", "Failed: ", FailureTexts::LastError})
         != nullptr;
@@ -379,9 +393,11 @@ void FeedTrackerSparql::addMissingEnclosures(const FeedMessage &message, const Q
 QString FeedTrackerSparql::addMessageQuery(const FeedMessage &message, const QString &channelUri) const
 {
     if (channelUri.isEmpty()) {
+        // contract: "Invalied" is misspelt. Log readers look for it.
         TRACE_CRITICAL << "Invalied input, cannot proceed";
         return {};
     }
+    // contract: stores the enclosures before the message. Hosts execute the returned statement later.
     const QString urn = m_connection->createUrn().toString();
     const QString insert = StoreStatements::insertMessage(message, urn, channelUri);
     if (!message.enclosures().isEmpty())
@@ -414,6 +430,7 @@ bool FeedTrackerSparql::addEnclosures(const QList<FeedEnclosure> &enclosures, co
             update += StoreStatements::linkEnclosure(known->value(0).toString(), messageUri);
         }
     }
+    // contract: executed even if it is empty. The store decides the result.
     return execute(m_connection, StoreStatements::insertion(update), HERE,
                    {"Query Execution failed", "Query Execution failed"})
         != nullptr;
@@ -430,7 +447,8 @@ bool FeedTrackerSparql::updateEnclosure(const FeedEnclosure &enclosure) const
                       {"Query Execution failed", "Invalid mfo:remoteLink"});
     if (!known)
         return false;
-    // Without a row the URI is empty: what becomes of the update then is for the store to say.
+    // contract: executed with an empty URI if there is no row. The store decides the result.
+    // contract: "updation" is misspelt. Log readers look for it.
     return executeTraced(m_connection, StoreStatements::updateEnclosure(enclosure, firstText(known.get())),
                          HERE, {"Query Execution failed", "mfo:Enclosure updation failed"})
         != nullptr;
@@ -475,7 +493,8 @@ bool FeedTrackerSparql::editChannel(const QString &channelUri, const QVariantMap
                           {"Query Execution failed", "Query Execution Failed - getCreated"});
         if (!old)
             return false;
-        // The new link keeps the time of subscription, which stands on the old one.
+        // The time of subscription is a property of the link, so the new link must keep it.
+        // contract: executed with an empty old link if there is no row. The store decides the result.
         const QString oldLink = firstText(old.get());
         const QDateTime created = QDateTime::fromString(old->value(1).toString(), Qt::ISODate);
         if (!executeTraced(
@@ -489,6 +508,7 @@ bool FeedTrackerSparql::editChannel(const QString &channelUri, const QVariantMap
                           StoreStatements::editTitle(channelUri, properties.value(TitleKey).toString()), HERE,
                           {"Query Execution failed", "Query Execution Failed!!!"}))
         return false;
+    // contract: "Updation" is misspelt. Log readers look for it.
     return !properties.contains(LastModifiedTimeKey)
         || executeTraced(m_connection,
                          StoreStatements::editLastModifiedTime(
@@ -515,7 +535,8 @@ void FeedTrackerSparql::deleteChannel(const QString &channelUri)
     if (!execute(m_connection, StoreStatements::deleteChannel(channelUri, link), HERE,
                  {"Query Execution failed", "Query Execution Failed "}))
         return;
-    // Only now: what is asked of the image and of the messages is whether another channel holds them.
+    // The channel must be gone first, because both functions ask whether another channel uses the image or
+    // the messages.
     deleteChannelImageIfNotInUse(channelUri, image);
     deleteMessages(channelUri);
 }
@@ -531,12 +552,13 @@ void FeedTrackerSparql::deleteMessage(const QString &messageUri, const QString &
 {
     const StoreResult known =
         executeTraced(m_connection, StoreStatements::messageToDelete(messageUri, channelUri), HERE,
+                      // contract: lower case. Log readers look for it.
                       {"query execution failed", "query execution failed"});
     if (!known)
         return;
     QUrl link;
     if (known->next()) {
-        deleteEnclosures(known->value(0).toString());
+        deleteEnclosures(known->value(0).toString()); // contract: before the message. Stores know this order.
         link = QUrl(known->value(1).toString());
     }
     if (link.isEmpty()) {
@@ -623,7 +645,7 @@ void FeedTrackerSparql::deleteEnclosures(QList<QUrl> enclosureUris)
 void FeedTrackerSparql::deleteChannelImage(const QString &channelUri) const
 {
     if (const auto file = forgetChannelImage(channelUri, HERE))
-        QFile::remove(*file);
+        QFile::remove(*file); // contract: also called with an empty path, whose warning log readers know
 }
 
 void FeedTrackerSparql::deleteChannelImageIfNotInUse(const QString &channelUri, const QString &image) const
@@ -637,6 +659,7 @@ void FeedTrackerSparql::deleteChannelImageIfNotInUse(const QString &channelUri, 
         QFile::remove(*file);
 }
 
+// contract: the delete statement is executed even if the channel has no image. Stores know both statements.
 std::optional<QString> FeedTrackerSparql::forgetChannelImage(const QString &channelUri,
                                                              const QstTraceOrigin &origin) const
 {
@@ -663,6 +686,8 @@ void FeedTrackerSparql::deleteOrphanMessages()
 
 void FeedTrackerSparql::deleteOrphanEnclosures()
 {
+    // contract: "preparation" after the first statement, "preperation" after the second. Log readers tell
+    // them apart.
     const StoreResult result = execute(m_connection, StoreStatements::orphanEnclosures(), HERE,
                                        {"Query execution failed", "Query preparation failed: "});
     if (!result)

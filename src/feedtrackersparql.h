@@ -21,11 +21,11 @@ class QSparqlResultRow;
 struct QstTraceOrigin;
 
 /**
- * The one gateway between the feed model and the store.
+ * Stores channels, messages and enclosures, and reads them back. This is the only object that uses the store.
  *
- * Channels, messages and enclosures are resources of the store, named by URIs. A channel is known by its
- * link, a message by its link and an enclosure by its remote URL: what is stored already is linked to its new
- * owner instead of being stored twice.
+ * Channels, messages and enclosures are resources of the store, named by URIs. The store knows a channel and
+ * a message by its link, and an enclosure by its remote URL. If a message or an enclosure is stored already,
+ * it is linked to its new owner and not stored twice.
  *
  * \code
  * FeedTrackerSparql *store = FeedTrackerSparql::instance();
@@ -34,159 +34,187 @@ struct QstTraceOrigin;
  *     show(store->messagesForChannel(uri));
  * \endcode
  *
- * An operation that fails returns its empty value and writes one critical trace in the category "Tracker";
- * nothing is thrown. Every operation blocks until the store has answered. All calls belong to one thread,
- * whose event loop frees what the operations release.
+ * An operation that fails returns its empty value and writes one critical trace in the category "Tracker". No
+ * operation throws. Each operation blocks until the store has answered. Call all of them on one thread. Its
+ * event loop deletes the objects that the operations release.
  *
- * Links are pasted or bound as IRIs: hand over absolute, encoded URLs. A value that would end its place in a
- * statement early makes the store refuse the whole statement.
+ * Pass links as absolute, encoded URLs, because they become IRIs of a statement. If a value would end its
+ * place in a statement early, the store refuses the whole statement.
  */
 class TIDEL_EXPORT FeedTrackerSparql : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The store object, made and connected by the first call. It is returned even when the store cannot be
-    /// opened.
+    /// Returns the store object. The first call creates it and opens the store. The object is returned even
+    /// if the store cannot be opened.
     static FeedTrackerSparql *instance();
-    /// Deletes the store object; the next instance() makes a new one.
+    /// Deletes the store object if there is one. The next instance() creates a new object.
     static void releaseInstance();
+    /// Closes the store when control returns to the event loop.
     ~FeedTrackerSparql() override;
 
-    /// Keys of the properties that a channel can be edited by.
-    static const QString LinkKey;
-    static const QString TitleKey;
-    static const QString LastModifiedTimeKey;
+    /// \name Keys of the properties that editChannel() changes
+    /// @{
+    // contract: "1", "2" and "3". Hosts keep these values.
+    static const QString LinkKey; ///< the link
+    static const QString TitleKey; ///< the title
+    static const QString LastModifiedTimeKey; ///< the time of the update; ISO 8601 text, other texts fail
+    /// @}
 
     /// \name Reading channels
     /// @{
-    /// All channels, in the store's order, without their messages, icons and descriptions.
+    /// Returns all channels in the order of the store, without messages, icons and descriptions; an empty
+    /// list on failure. A channel with several links is listed once for each of them.
     QList<FeedChannel> allChannels() const;
-    /// The URIs of all channels.
+    /// Returns the URIs of all channels; an empty list on failure.
     QStringList allChannelUrls() const;
-    /// The channel \a uri; a default channel when there is none.
+    /// Returns the channel \a uri without messages, icon and description; a default-constructed channel if it
+    /// is not stored or on failure.
     FeedChannel channelForUri(const QString &uri) const;
-    /// The type that the channel \a uri was added with; empty when there is none.
+    /// Returns the type that the channel \a uri was added with; empty if there is no such channel or on
+    /// failure.
     QString channelType(const QString &uri) const;
     /// @}
 
     /// \name Reading messages and enclosures
     /// @{
     /**
-     * The messages of the channel, the first downloaded first, without id, base URL and enclosures. A message
-     * is listed once for each of its tags.
+     * Returns the messages of the channel, sorted by the time of their download, oldest first, without id,
+     * base URL and enclosures; an empty list on failure. A message without title, description, summary, link
+     * or time of download is not listed.
      */
+    // contract: a message is listed once for each of its tags. Hosts merge the entries.
     QList<FeedMessage> messagesForChannel(const QString &channelUri) const;
-    /// The enclosures of the message. Their MIME type is in FeedEnclosure::typeIcon().
+    /// Returns the enclosures of the message; an empty list on failure. Only an enclosure with all of its
+    /// properties is listed; MIME type and icon may be missing.
+    // contract: FeedEnclosure::typeIcon() has the MIME type, mimeType() is empty. Hosts read it there.
     QList<FeedEnclosure> enclosuresForMessage(const QString &messageUri) const;
-    /// The enclosure \a uri with all its fields; a default enclosure when there is none.
+    /// Returns the enclosure \a uri with all its fields except the namespace; a default-constructed enclosure
+    /// if it is not stored or on failure.
     FeedEnclosure enclosureForUri(const QString &uri) const;
-    /// The URIs of the channel's messages.
+    /// Returns the URIs of the channel's messages; an empty list on failure.
     QStringList allMessageUrls(const QString &channelUri) const;
-    /// The links of the channel's messages, an empty text for a message without one.
+    /// Returns the links of the channel's messages; an empty list on failure. A message without a link has an
+    /// empty text in the list.
     QStringList messageLinksOfChannel(const QString &channelUri) const;
-    /// When the channel's newest message was published; invalid when no message says so.
+    /// Returns the time when the channel's newest message was published; invalid if no message has such a
+    /// time or on failure.
+    // contract: not a const member. Hosts are built against this signature.
     QDateTime latestPostPublishedTime(const QString &channelUri);
     /// @}
 
     /// \name Retention
-    /// A message may be dropped unless it is tagged as a favourite.
+    /// Messages that are not tagged as favourites may be deleted.
     /// @{
-    /// How many of the channel's messages may be dropped.
+    /// Returns how many of the channel's messages may be deleted; 0 on failure.
     int deletableMessageCount(const QString &channelUri) const;
     /**
-     * The URIs of at most \a limit messages that may be dropped, the first published first and, of the same
-     * date, the first downloaded; those without a date come before all others. Messages without a time of
-     * download are counted but not listed. The store refuses a negative limit.
+     * Returns the URIs of at most \a limit messages that may be deleted; an empty list on failure. They are
+     * sorted by the published date and then by the time of download, oldest first. Messages without a
+     * published date come first. Messages without a time of download are counted but not listed. The store
+     * refuses a negative limit.
      */
+    // contract: not a const member. Hosts are built against this signature.
     QStringList deletableMessages(const QString &channelUri, int limit);
     /// @}
 
     /// \name Adding
     /// @{
     /**
-     * Stores the channel without its messages and returns its new URI; empty when that fails or when its link
-     * is stored already. An icon with a remote URL becomes an enclosure of \a channel's own URI, not of the
-     * new one.
+     * Stores the channel without its messages and returns its new URI; empty if its link is stored already or
+     * on failure.
      */
+    // contract: an icon with a remote URL becomes an enclosure of channel.uri(), not of the new URI. Hosts
+    // know this and call addEnclosures() for the new URI.
     QString addChannel(const FeedChannel &channel) const;
     /**
-     * Stores the messages under the channel in one update; a message whose link is stored already becomes a
-     * message of this channel too, and its new enclosures are stored. True when all of that was done.
+     * Stores the messages of the channel in one update. A message whose link is stored already is linked to
+     * this channel too, and its new enclosures are stored. Returns true on success; otherwise returns false.
      */
     bool addMessages(const QList<FeedMessage> &messages, const QString &channelUri) const;
     /**
-     * The statement that stores \a message under the channel; empty when \a channelUri is. The message's
-     * enclosures are stored at once, the message itself only when the statement is run.
+     * Stores the enclosures of \a message at once and returns the statement that stores the message itself;
+     * empty if \a channelUri is empty. The message is stored when the caller executes the statement.
      */
     QString addMessageQuery(const FeedMessage &message, const QString &channelUri) const;
     /**
-     * Stores the enclosures of a message in one update; those whose remote URL is stored already are linked
-     * to it. One without a remote URL is left out. True when the update succeeded.
+     * Stores the enclosures of a message in one update. An enclosure whose remote URL is stored already is
+     * linked to the message. An enclosure without a remote URL is skipped. Returns true if the update
+     * succeeds; otherwise returns false.
      */
     bool addEnclosures(const QList<FeedEnclosure> &enclosures, const QString &messageUri) const;
-    /// Replaces MIME type, length and type icon of the stored enclosure with this remote URL.
+    /// Replaces MIME type, length and type icon of the stored enclosure with the remote URL of \a enclosure.
+    /// Returns true if the update succeeds; otherwise returns false.
     bool updateEnclosure(const FeedEnclosure &enclosure) const;
     /// @}
 
     /// \name Changing channels
     /// @{
     /**
-     * Replaces title, image path and last-modified text of the stored channel of the same URI, also by empty
-     * ones, and sets the time of its update to now. An icon with a remote URL is added to its enclosures.
+     * Replaces title, image path and last-modified text of the stored channel with the same URI, also if the
+     * new ones are empty, and sets the time of its update to now. Adds an icon with a remote URL to its
+     * enclosures. Returns true on success; false if the channel is not stored or on failure.
      */
     bool updateChannel(const FeedChannel &channel) const;
     /**
-     * Replaces what \a properties name by LinkKey, TitleKey and LastModifiedTimeKey, in this order and each
-     * by itself: after a failure the earlier ones stay. The last is the time of the channel's update, ISO
-     * 8601 text; any other text fails. Other keys are ignored; with no key at all nothing is done and false
-     * returned.
+     * Replaces the properties that \a properties contains under LinkKey, TitleKey and LastModifiedTimeKey, in
+     * this order and each in its own update. After a failure the earlier changes stay. Other keys are
+     * ignored. Returns true on success; false if \a properties is empty, if the channel is not stored or on
+     * failure.
      */
     bool editChannel(const QString &channelUri, const QVariantMap &properties) const;
     /// @}
 
     /// \name Deleting
-    /// What several owners hold stays until the last of them goes. A step that fails leaves the earlier ones.
+    /// A resource with several owners stays until the last owner is deleted, unless a function says
+    /// otherwise. If a step fails, the operation stops and earlier deletions stay.
     /// @{
-    /// Deletes the channel, its image, and all messages that no other channel holds, orphans included. One
-    /// without a link is not found.
+    /// Deletes the channel, its image, and all messages that no other channel holds. A channel without a link
+    /// is not found.
+    // contract: deletes messages of no channel too. Hosts rely on this clean-up.
     void deleteChannel(const QString &channelUri);
+    /// Deletes every channel as deleteChannel() does.
     void deleteAllChannels();
-    /// Deletes the message and those of its enclosures that no other message holds, unless a channel other
-    /// than \a channelUri holds it. One without a link is not found.
+    /// Deletes the message, and its enclosures that no other message holds. Does nothing if a channel other
+    /// than \a channelUri holds the message. A message without a link is not found.
     void deleteMessage(const QString &messageUri, const QString &channelUri);
-    /// Deletes all messages that no channel other than \a channelUri holds, orphans included. False when the
-    /// store could not be asked for them.
+    /// Deletes all messages that no channel other than \a channelUri holds. Returns true if the store has
+    /// listed these messages; otherwise returns false.
+    // contract: deletes messages of no channel too. Hosts rely on this clean-up.
     bool deleteMessages(const QString &channelUri);
-    /// Deletes the messages in one update, whoever holds them, and those of their enclosures that no other
-    /// message holds.
+    /// Deletes the messages in one update, even if other channels hold them, and their enclosures that no
+    /// other message holds.
     void deleteMessages(QList<QUrl> messageUris);
-    /// Deletes the enclosures of the message that no other message holds, as the list of them.
+    /// Deletes the enclosures of the message that no other message holds, see deleteEnclosures(QList<QUrl>).
     void deleteEnclosures(const QString &messageUri);
-    /// Deletes the enclosures in one update, whoever holds them, and emits enclosuresToBeDeleted(). One
-    /// without a remote or a local link stays.
+    /// Deletes the enclosures in one update, whoever holds them, and emits enclosuresToBeDeleted(). An
+    /// enclosure without a remote or a local link stays.
     void deleteEnclosures(QList<QUrl> enclosureUris);
-    /// Deletes the enclosures of the channel, which are its image, whoever else holds them, and the file that
-    /// the first of them names, a path. A `file:` URL is no path: such a file stays.
+    /// Deletes the enclosures of the channel, which are its image, whoever else holds them. Also deletes the
+    /// file that the first of them names. A name that is a `file:` URL is not recognized as a path, so that
+    /// file stays.
     void deleteChannelImage(const QString &channelUri) const;
-    /// The same, but the file stays while a channel's image is \a image, a path as FeedEnclosure::localUrl().
+    /// Does the same, but keeps the file if \a image is still the image of a stored channel. \a image is a
+    /// path like FeedEnclosure::localUrl().
     void deleteChannelImageIfNotInUse(const QString &channelUri, const QString &image) const;
     /// @}
 
     /// \name Clean-up
     /// @{
-    /// Both of the following, in this order.
+    /// Calls deleteOrphanMessages() and then deleteOrphanEnclosures(), also if the first one fails.
     void deleteOrphans();
-    /// Deletes the messages that belong to no channel; one without a link stays.
+    /// Deletes the messages that belong to no channel. A message without a link stays.
     void deleteOrphanMessages();
     /// Deletes the enclosures that belong to neither a message nor a channel, and emits
-    /// enclosuresToBeDeleted(). One without a remote or a local link stays.
+    /// enclosuresToBeDeleted(). An enclosure without a remote or a local link stays.
     void deleteOrphanEnclosures();
     /// @}
 
 Q_SIGNALS:
-    /// These enclosures are gone from the store; their downloaded files may be removed. URI, remote URL and
-    /// local URL are set. The list is the receiver's to change.
+    /// Emitted when these enclosures have been deleted from the store, so that the host can delete their
+    /// downloaded files. Only URI, remote URL and local URL are set.
+    // contract: passes a reference that is not const. Receivers may change the list.
     void enclosuresToBeDeleted(QList<FeedEnclosure> &enclosureList);
 
 private:
@@ -200,15 +228,18 @@ private:
     QSparqlConnection *const m_connection;
 };
 
-/// \name Rows of the store's queries as model values
-/// An empty row yields a default value. Columns are read by position.
+/// \name Conversion of the store's result rows
+/// Columns are read by their position. A missing or unusable value gives an empty field.
 /// @{
+/// Returns the channel in \a row; a default-constructed channel if the row is empty.
 TIDEL_EXPORT FeedChannel extractChannel(const QSparqlResultRow &row);
+/// Returns the message in \a row; a default-constructed message if the row is empty.
 TIDEL_EXPORT FeedMessage extractMessage(const QSparqlResultRow &row);
+/// Returns the enclosure in \a row; a default-constructed enclosure if the row is empty.
 TIDEL_EXPORT FeedEnclosure extractEnclosure(const QSparqlResultRow &row);
 /// @}
 
-/// The statement that makes the stored message with \a message's link a message of the channel too.
+/// Returns the statement that links the stored message with the link of \a message to the channel too.
 TIDEL_EXPORT QString createAssociation(const FeedMessage &message, const QString &channelUri);
 
 #endif

@@ -40,7 +40,7 @@ QSparqlQuery remove(const char *text, const Values &values)
     return statement(text, QSparqlQuery::DeleteStatement, values);
 }
 
-/// The current local time without its zone.
+/// Returns the current local time without its zone.
 QString currentTimeText() { return QDateTime::currentDateTime().toString(Qt::ISODate); }
 
 QString word(bool value) { return value ? QStringLiteral("true") : QStringLiteral("false"); }
@@ -52,6 +52,8 @@ QString literal(const char *name, const QString &text)
 
 } // namespace
 
+// contract: the channel's type is nie:characterSet and its last-modified text is nie:comment. Stores have
+// them there.
 QSparqlQuery allChannels()
 {
     return select("select ?u ?t ?l ?n ?c ?v ?b where {?u a mfo:FeedChannel; . OPTIONAL{?u nie:title ?t.}. "
@@ -81,6 +83,7 @@ QSparqlQuery channelType(const QString &uri)
 
 QSparqlQuery messagesForChannel(const QString &channelUri)
 {
+    // contract: the URI is bound as a text, unlike in the other statements. Stores know the statement so.
     return select(
         "SELECT ?_feedMessage ?_title ?_content ?_link ?_contentCreated ?_downloadedTime ?_tag ?_summary "
         "WHERE { ?_feedMessage a mfo:FeedMessage  . ?_feedMessage nie:isLogicalPartOf ?:channelUri . "
@@ -93,6 +96,7 @@ QSparqlQuery messagesForChannel(const QString &channelUri)
 
 QSparqlQuery enclosuresForMessage(const QString &messageUri)
 {
+    // contract: ?_image is not selected, so the MIME type is in column 7. Hosts know the columns.
     return select(
         "SELECT ?_enclosure ?_remLink ?_locLink ?_id  ?_size ?_default ?_optional ?_mimeType WHERE { "
         "?_enclosure a mfo:Enclosure;  nie:isLogicalPartOf ?:messageUri; mfo:remoteLink ?_remLink; "
@@ -160,6 +164,8 @@ QSparqlQuery channelWithLink(const QUrl &link)
 
 QSparqlQuery insertChannel(const FeedChannel &channel, const QUrl &urn)
 {
+    // contract: the time of subscription is a property of the link, an untyped local time without a zone.
+    // Stores have it so.
     return insert(
         "INSERT { ?:link a nie:DataObject ; nie:created ?:current_date .?:channelUrl a mfo:FeedChannel . "
         "?:channelUrl nie:title ?:title .  ?:channelUrl nie:characterSet ?:type . ?:channelUrl mfo:image "
@@ -181,7 +187,8 @@ QSparqlQuery messageWithLink(const QString &link)
 
 QString insertMessage(const FeedMessage &message, const QString &urn, const QString &channelUri)
 {
-    // The time is local and labelled as UTC; readers of the store know it so.
+    // contract: the time of download is local, but "Z" labels it as UTC. Readers of the store expect it.
+    // contract: the summary is nie:subject, and the link is a literal. Stores have them so.
     QString insert = fillTemplate(
         QLatin1String("INSERT { <%2> a mfo:FeedMessage ; nie:isLogicalPartOf <%3>; nie:title %4; "
                       "nie:description %5; nie:subject %6 ; mfo:downloadedTime \"%7Z\"^^xsd:dateTime "),
@@ -200,6 +207,7 @@ QString insertMessage(const FeedMessage &message, const QString &urn, const QStr
     return insert + QLatin1String(" } ");
 }
 
+// contract: the link is pasted without escaping. Other programs know the statement so.
 QString linkMessage(const QString &link, const QString &channelUri)
 {
     return fillTemplate(QLatin1String("INSERT {?u a mfo:FeedMessage; nie:isLogicalPartOf <%channelUri>} "
@@ -215,6 +223,7 @@ QSparqlQuery enclosureWithLink(const QString &remoteUrl)
         {{"remLink", QUrl(remoteUrl)}});
 }
 
+// contract: the values are pasted without escaping, and the group is nie:identifier. Stores have them so.
 QString insertEnclosure(const FeedEnclosure &enclosure, const QString &urn, const QString &ownerUri)
 {
     return fillTemplate(
@@ -271,6 +280,8 @@ QSparqlQuery channelToUpdate(const QString &channelUri)
                   {{"channelUri", QUrl(channelUri)}});
 }
 
+// contract: nie:contentLastModified is the time of the update and nie:comment the last-modified text. Stores
+// have them so.
 QSparqlQuery updateChannel(const FeedChannel &channel)
 {
     return insert("DELETE { ?:channelUri nie:title ?title } WHERE {?:channelUri nie:title ?title .} "
@@ -323,6 +334,7 @@ QSparqlQuery editTitle(const QString &channelUri, const QString &title)
                   {{"channelUri", QUrl(channelUri)}, {"new_title", title}});
 }
 
+// contract: changes nie:contentLastModified, not nie:comment. Stores have it so.
 QSparqlQuery editLastModifiedTime(const QString &channelUri, const QString &time)
 {
     return insert("DELETE {?:channelUri nie:contentLastModified ?lastModified } "
@@ -360,6 +372,7 @@ QSparqlQuery deleteMessage(const QString &messageUri, const QUrl &link)
                   {{"messageUri", QUrl(messageUri)}, {"link", link}});
 }
 
+// contract: also selects messages of no channel. Hosts rely on this clean-up.
 QSparqlQuery messagesToDelete(const QString &channelUri)
 {
     // Those that no other channel holds, and so those that no channel holds at all.
@@ -368,6 +381,7 @@ QSparqlQuery messagesToDelete(const QString &channelUri)
                   {{"channelUri", QUrl(channelUri)}});
 }
 
+// contract: keeps the link's resource, unlike deleteMessage() of one message. Stores know the statement so.
 QString deleteMessage(const QString &messageUri)
 {
     return fillTemplate(
@@ -394,7 +408,7 @@ QSparqlQuery enclosureToDelete(const QUrl &enclosureUri)
 
 QString deleteEnclosure(const QString &enclosureUri)
 {
-    // "?remlink" is nobody's misprint to mend: the text is known as it is.
+    // contract: "?remlink" is not the "?remLink" of its pattern. Other programs know the text so.
     return fillTemplate(
         QLatin1String("DELETE {<%enclosureUri> mfo:remoteLink ?remlink } "
                       "WHERE {<%enclosureUri> mfo:remoteLink ?remLink } "
@@ -427,12 +441,14 @@ QSparqlQuery deleteChannelImage(const QString &channelUri)
     return query;
 }
 
+// contract: the image is bound as a text, not as a URL. Stores have it so.
 QSparqlQuery channelsWithImage(const QString &image)
 {
     return select("select ?u ?i where {?u a mfo:FeedChannel. ?u mfo:image ?i FILTER ((?i = ?:image)) }",
                   {{"image", image}});
 }
 
+// contract: does not find messages without a link. Other programs know the statement so.
 QSparqlQuery deleteOrphanMessages()
 {
     return deletion(

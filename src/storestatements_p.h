@@ -13,11 +13,13 @@ class QDateTime;
 class QUrl;
 
 /**
- * The statements of the store's operations. Their texts are known to other programs and stay as they are, to
- * the last blank.
+ * The statements of the store's operations.
  *
- * Those that are returned as text are pieces of one update. Values are bound, or pasted by fillTemplate().
+ * A statement that is returned as text is a piece of an update; insertion() and deletion() make the query.
+ * Values are bound, or pasted by fillTemplate().
  */
+// contract: every text, also double blanks, missing blanks and unused variables. Other programs and stores
+// know them.
 namespace StoreStatements {
 
 /// \name Reading
@@ -46,7 +48,7 @@ QString linkMessage(const QString &link, const QString &channelUri);
 QSparqlQuery enclosureWithLink(const QString &remoteUrl);
 QString insertEnclosure(const FeedEnclosure &enclosure, const QString &urn, const QString &ownerUri);
 QString linkEnclosure(const QString &enclosureUri, const QString &ownerUri);
-/// An update of the gathered pieces \a text.
+/// Returns the update whose pieces are joined in \a text.
 QSparqlQuery insertion(const QString &text);
 /// @}
 
@@ -75,7 +77,7 @@ QString deleteMessage(const QString &messageUri);
 QSparqlQuery enclosuresToDelete(const QString &messageUri);
 QSparqlQuery enclosureToDelete(const QUrl &enclosureUri);
 QString deleteEnclosure(const QString &enclosureUri);
-/// An update of the gathered pieces \a text.
+/// Returns the update whose pieces are joined in \a text.
 QSparqlQuery deletion(const QString &text);
 QSparqlQuery channelImageFile(const QString &channelUri);
 QSparqlQuery deleteChannelImage(const QString &channelUri);
