@@ -47,6 +47,7 @@ QString LineLayout::msgTypeText(QtMsgType type) const
     case QtWarningMsg: return padded(QStringLiteral("Warning"), msgType);
     case QtCriticalMsg: return padded(QStringLiteral("Critical"), msgType);
     case QtFatalMsg: return padded(QStringLiteral("Fatal"), msgType);
+    // contract: all other types, such as QtInfoMsg, are "Debug". Log readers know these four words.
     default: return padded(QStringLiteral("Debug"), msgType);
     }
 }
@@ -64,6 +65,7 @@ QString LineLayout::filled(const QstLogger::LogInfo &info) const
         fill(text, QLatin1String("<msgtype>"), msgTypeText(info.type));
     if (line.enabled)
         fill(text, QLatin1String("<line>"), lineText(info.line));
+    // contract: the message is never padded, and replaced even if the format was read without it.
     fill(text, QLatin1String("<message>"), info.message);
     return text;
 }

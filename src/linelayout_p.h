@@ -4,17 +4,17 @@
 
 #include "qstlogger.h"
 
-/// What a line of the log looks like.
+/// The layout of a line of the log.
 struct LineLayout
 {
-    QString format;
+    QString format; ///< the template, with placeholders such as "<file>"
     QstLogger::Field timestamp;
     QstLogger::Field file;
     QstLogger::Field line;
     QstLogger::Field msgType;
     QstLogger::Field function;
 
-    /// \name What stands for the placeholders of the format
+    /// \name Texts that replace the placeholders of the format
     /// @{
     QString timestampText() const;
     QString fileText(const QString &path) const;
@@ -24,12 +24,13 @@ struct LineLayout
     /// @}
 
     /**
-     * The format with its placeholders filled, in the order timestamp, file, function, type, line, message:
-     * each is also found in the texts that were filled in before it.
+     * Returns the format with its placeholders replaced.
      *
-     * Some of these texts are strangers'. A placeholder that is there several times stays as it is where
-     * filling it would make the line longer than 16 Mi characters.
+     * The texts may come from hostile feeds. So a placeholder that occurs several times is not replaced if
+     * the line would become longer than 16 Mi characters.
      */
+    // contract: replaces timestamp, file, function, type, line and message in this order, also where an
+    // earlier text contains a placeholder. Log readers know the result.
     QString filled(const QstLogger::LogInfo &info) const;
 };
 

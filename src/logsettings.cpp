@@ -21,12 +21,13 @@ void readLogFile(const QSettings &file, LogSettings &settings)
     settings.showUnlogged = file.value(QStringLiteral("log-settings/show-unlogged")).toBool();
 }
 
-/// A width of at most what a field can hold, so that no setting makes a line of gigabytes.
+/// Returns a width that fits into the field, so that no setting makes a line of gigabytes.
 qint16 readWidth(const QSettings &file, const QString &key)
 {
     constexpr qlonglong widest = std::numeric_limits<qint16>::max();
     const qlonglong length = file.value(key + QLatin1String("-length"), 20).toLongLong();
     const qint16 width = qint16(qAbs(qBound(-widest, length, widest)));
+    // contract: every alignment except "left" is right alignment. Settings files rely on it.
     const QString left = QStringLiteral("left");
     return file.value(key + QLatin1String("-alignment"), left).toString() == left ? qint16(-width) : width;
 }
@@ -45,6 +46,7 @@ QstLogger::Field readField(const QSettings &file, const QString &format, const Q
 
 LineLayout readLayout(const QSettings &file)
 {
+    // contract: the default has no separators. Log readers know it.
     const QString format = file.value(QStringLiteral("log-format/format"),
                                       QStringLiteral("<timestamp><file><line><msgtype><function><message>"))
                                .toString();
@@ -60,7 +62,7 @@ QstLogger::CategorySettings readCategory(const QSettings &file, const QString &n
     return {name, isOn("debug", false), isOn("warning", false), isOn("critical", true), isOn("fatal", true)};
 }
 
-/// All groups, also those that QSettings leaves out because they have no key.
+/// Returns all groups, also groups without a key, which QSettings::childGroups() omits.
 QStringList groupsOf(const QSettings &settings)
 {
     static const QRegularExpression emptyGroup(QStringLiteral("^\\s*\\[(?!general\\])([\\w .-]+)\\]\\s*$"),
@@ -85,6 +87,8 @@ LogSettings readLogSettings(const QString &path, const LogSettings &previous)
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     file.setIniCodec("UTF-8");
 #endif
+    // contract: without a group "log-format" the format stays empty, and so does every line. Hosts rely on
+    // it.
     LogSettings settings = previous;
     settings.categories.clear();
     const QStringList groups = groupsOf(file);

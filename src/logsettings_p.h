@@ -6,17 +6,18 @@
 
 #include <QHash>
 
-/// What a logger's settings file says; never changed once the logger has it.
+/// The contents of a settings file. The logger never changes an object, but replaces it.
 struct LogSettings
 {
     QHash<QString, QstLogger::CategorySettings> categories;
     QString logFilePath;
     LineLayout layout;
-    bool showUnlogged = false; ///< whether suppressed messages go to standard output
-    bool hasLogFolder = false;
+    bool showUnlogged = false; ///< true if suppressed messages go to standard output
+    bool hasLogFolder = false; ///< true if the folder of the log file exists
 };
 
-/// The settings file at \a path. What it has no group for stays as in \a previous, except for categories.
+/// Reads the settings file at \a path. Settings whose group is missing stay as in \a previous, except
+/// categories.
 LogSettings readLogSettings(const QString &path, const LogSettings &previous);
 
 #endif

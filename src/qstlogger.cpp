@@ -25,11 +25,11 @@ public:
     std::atomic<QstLogger::Status> status{QstLogger::NoError};
 
 private:
-    // Settings are replaced as a whole, so that nobody has to hold a lock while he lays out a line.
+    // The settings are replaced as a whole, so that no lock is held while a line is laid out.
     mutable std::mutex m_settingsMutex;
     std::shared_ptr<const LogSettings> m_settings = std::make_shared<const LogSettings>();
 
-    // Recursive, because writing a line may itself give rise to a message.
+    // Recursive, because writing a line may cause another message.
     std::recursive_mutex m_fileMutex;
     QFile m_logFile;
 };
@@ -50,7 +50,7 @@ void QstLoggerPrivate::setSettings(const LogSettings &settings)
 bool QstLoggerPrivate::openLogFile()
 {
     m_logFile.setFileName(settings()->logFilePath);
-    // A buffer would keep what a full disk refuses, and a line would be no single write to the file.
+    // Without a buffer, each line is one write to the file, and lines that a full disk refuses are not kept.
     return m_logFile.open(QIODevice::Append | QIODevice::Text | QIODevice::Unbuffered);
 }
 
@@ -66,7 +66,7 @@ bool QstLoggerPrivate::writeLine(const QString &line)
 
 namespace {
 
-/// Where messages go. QstLogger::instance() outlives its object, this does not.
+/// The logger that receives messages; null when it is destroyed, unlike QstLogger::instance().
 std::atomic<QstLogger *> receiver{nullptr};
 
 void print(FILE *stream, const QByteArray &text)
@@ -83,11 +83,12 @@ bool isWritten(const QstLogger::CategorySettings &category, QtMsgType type)
     case QtWarningMsg: return category.warning;
     case QtCriticalMsg: return category.critical;
     case QtFatalMsg: return category.fatal;
-    default: return category.debug;
+    default: return category.debug; // contract: QtInfoMsg too. Settings files have no other switch for it.
     }
 }
 
-/// Empty when \a text does not have five lines and something after them.
+/// Returns the fields of \a text; an empty record if \a text has fewer than five line feeds.
+// contract: the character behind the fifth line feed is the filler blank of a trace, and is dropped unread.
 QstLogger::LogInfo recordOf(const QString &text)
 {
     std::array<QString, 5> fields;
@@ -102,7 +103,7 @@ QstLogger::LogInfo recordOf(const QString &text)
     return {QtDebugMsg, fields[0], fields[1], fields[2], fields[3], fields[4], text.mid(begin + 1)};
 }
 
-/// Has \a filter called as Qt calls a handler; its text would end at the first null character.
+/// A message handler that calls \a filter. Replaces null characters, which would end the text of the filter.
 template <void (*filter)(QtMsgType, const char *)>
 void handler(QtMsgType type, const QMessageLogContext &, const QString &text)
 {
@@ -116,6 +117,7 @@ std::atomic<QstLogger *> QstLogger::_self{nullptr};
 QstLogger::QstLogger(const QString &settingsPath) : d(new QstLoggerPrivate)
 {
     if (_self) {
+        // contract: without a line feed. Other programs look for this text.
         print(
             stdout,
             "QstLogger Error: logger object already created, ensure its created only once in an application");
@@ -126,6 +128,7 @@ QstLogger::QstLogger(const QString &settingsPath) : d(new QstLoggerPrivate)
         return;
     const bool isSilent = !d->settings()->hasLogFolder;
     if (!isSilent && !d->openLogFile()) {
+        // contract: the text, its blanks and its line feed. Log readers look for it.
         qDebug() << "Log file : " << d->settings()->logFilePath << " failed to open " << Qt::endl;
         return;
     }
@@ -134,6 +137,7 @@ QstLogger::QstLogger(const QString &settingsPath) : d(new QstLoggerPrivate)
     qInstallMessageHandler(isSilent ? handler<noLogsFilter> : handler<logMessageFilter>);
 }
 
+// contract: the message handler and instance() stay. Hosts destroy the logger last.
 QstLogger::~QstLogger()
 {
     QstLogger *self = this;
@@ -165,6 +169,7 @@ bool QstLogger::log(QstLogger::LogInfo info)
 {
     const std::shared_ptr<const LogSettings> settings = d->settings();
     const auto category = settings->categories.constFind(info.category);
+    // contract: an unknown category is dropped, whatever showUnlogged is. Settings files rely on it.
     if (category == settings->categories.constEnd())
         return false;
     if (isWritten(*category, info.type))
@@ -191,6 +196,7 @@ void logMessageFilter(QtMsgType type, const char *text)
 {
     QstLogger::LogInfo record = recordOf(QString::fromUtf8(text));
     record.type = type;
+    // contract: a text without the five fields becomes an empty line. Other programs know this form.
     if (record.category.isEmpty())
         printLine(record.message);
     else if (QstLogger *logger = receiver)
@@ -199,4 +205,5 @@ void logMessageFilter(QtMsgType type, const char *text)
         std::abort();
 }
 
+// contract: does not abort after a fatal message. Hosts rely on the silence.
 void noLogsFilter(QtMsgType, const char *) { }

@@ -13,7 +13,8 @@
 class QstLoggerPrivate;
 
 /**
- * The one logger of a process: files the messages of Qt's message handler as an INI file says.
+ * The logger of a process. It takes over Qt's message handler and writes messages to a log file, as an INI
+ * file configures it. A process has one logger.
  *
  * \code
  * int main(int argc, char **argv)
@@ -21,111 +22,113 @@ class QstLoggerPrivate;
  *     QCoreApplication application(argc, argv);
  *     const QstLogger logger("/etc/reader/log-settings.ini");
  *     if (!QstLogger::instance())
- *         qWarning("The log cannot be written"); // Qt's own handler still shows this
+ *         qWarning("The log cannot be written"); // goes to Qt's own handler
  *     ...
  * }
  * \endcode
  *
- * The settings name the log file, the layout of a line, and for each category the levels that are written. A
- * category is the first field of a structured message, see qsttrace.h; those of the store are in "Tracker".
- * Text is UTF-8 everywhere, whatever the locale says.
+ * The settings contain the path of the log file, the layout of a line, and the levels that are written for
+ * each category. A category is the first field of a structured message, see qsttrace.h. The category of the
+ * store is "Tracker". All text is UTF-8 in every locale.
  *
- * A logger is made and destroyed on one thread while no other writes messages; all else may be called on any
- * thread at any time, also from within the writing of a message. The message handler stays installed for
- * good: what arrives after the logger is gone is dropped.
+ * Create and destroy the logger while no other thread writes messages. All other functions are thread-safe
+ * and may be called while a message is being written. The message handler stays installed: messages that
+ * arrive after the logger has been destroyed are dropped.
  */
 class TIDEL_EXPORT QstLogger : public QObject
 {
     Q_OBJECT
 
 public:
-    /// How the last loadSettings() ended.
+    /// The result of the last loadSettings().
     enum Status {
-        NoError = 0,
-        ConfigAccessFailed = 1, ///< there is no settings file
-        InvalidSettings = 2 ///< the settings name no log file; every settings file names one so far
+        NoError = 0, ///< the settings were read, or not read yet
+        ConfigAccessFailed = 1, ///< the settings file does not exist
+        InvalidSettings = 2 ///< not used at present
     };
+    // contract: InvalidSettings stays, although no settings file leads to it. Hosts know the three values.
     Q_ENUM(Status)
 
-    /// How one field of a line is laid out.
+    /// The layout of one field of a line.
     struct Field
     {
-        bool enabled = false; ///< whether the template has it
-        bool longFormat = false;
-        qint16 width = 0; ///< in characters, at least; negative for left alignment
+        bool enabled = false; ///< true if the template contains the field
+        bool longFormat = false; ///< true for the long form of the field
+        qint16 width = 0; ///< minimum width in characters; negative for left alignment
     };
 
-    /// The levels of one category that are written.
+    /// The levels that are written for one category.
     struct CategorySettings
     {
-        QString name; ///< empty for a category that the settings do not name
-        bool debug : 1;
-        bool warning : 1;
-        bool critical : 1;
-        bool fatal : 1;
+        QString name; ///< the category; empty if the settings do not contain it
+        bool debug : 1; ///< true if debug and informational messages are written
+        bool warning : 1; ///< true if warnings are written
+        bool critical : 1; ///< true if critical messages are written
+        bool fatal : 1; ///< true if fatal messages are written
     };
 
-    /// A structured message in its parts.
+    /// The parts of a structured message.
     struct LogInfo
     {
-        QtMsgType type = QtDebugMsg;
-        QString category;
-        QString file; ///< path of the source file
-        QString line; ///< its line, as text
-        QString function; ///< signature of the function
-        QString functionName; ///< its bare name
-        QString message;
+        QtMsgType type = QtDebugMsg; ///< the level
+        QString category; ///< the category; empty if the message is not structured
+        QString file; ///< the path of the source file
+        QString line; ///< the line in the source file, as text
+        QString function; ///< the signature of the function
+        QString functionName; ///< the name of the function
+        QString message; ///< the message without the fields before it
     };
 
     /**
-     * Reads the settings file at \a settingsPath, opens the log file for appending, and takes over Qt's
-     * message handler. Where the settings name no folder that exists, all messages of the process are dropped
-     * instead.
+     * Reads the settings file at \a settingsPath, opens the log file for appending, and installs the message
+     * handler. If the settings name no existing folder, the handler drops all messages of the process.
      *
-     * Nothing is taken over and instance() stays null when there is no settings file (one line on standard
-     * error) or when the log file cannot be opened (a debug message). Beside an earlier logger this one stays
-     * without effect, and says so on standard output.
+     * Installs no handler and leaves instance() null if the settings file does not exist, which one line on
+     * standard error reports, or if the log file cannot be opened, which a debug message reports. If another
+     * logger exists, reports that on standard output and has no effect.
      */
     explicit QstLogger(const QString &settingsPath);
-    /// Closes the log file. Neither the message handler nor instance() change.
+    /// Closes the log file. The message handler and instance() do not change.
     ~QstLogger() override;
 
-    /// The logger that has taken over the message handler; null while none has.
+    /// Returns the logger that has installed its message handler; null if there is none.
     static QstLogger *instance();
 
-    /// NoError before the settings have been read.
+    /// Returns the result of the last loadSettings(); NoError if the settings have not been read.
     Status status() const;
-    /// The settings of the category \a name; an empty name and no level for one that the settings do not
-    /// name.
+    /// Returns the settings of the category \a name; an empty name and no levels if the settings do not
+    /// contain it.
     CategorySettings settingsForName(const QString &name) const;
 
     /**
-     * Writes one record and returns true when a line went to the log file. It does not when the settings do
-     * not name the category or have its level off; in the latter case the message goes to standard output
-     * where the settings say so. Whether the disk took the line is not checked.
+     * Writes one record to the log file. Returns true if the settings switch its category and level on and
+     * the log file is open; otherwise returns false. If only the level is switched off and the settings
+     * enable "show-unlogged", the message goes to standard output. Write errors are not reported.
      */
     bool log(QstLogger::LogInfo info);
 
-    /// \name The fields of a line
-    /// Laid out as the settings say, and never cut.
+    /// \name Fields of a line
+    /// Padded to the width in the settings and never cut.
     /// @{
-    /// The current local time.
+    /// Returns the current local time; in the long form with the date.
     QString timestampField() const;
-    /// The last component of the path \a file, or all of it.
+    /// Returns the last component of the path \a file; in the long form the whole path.
     QString fileField(const QString &file) const;
+    /// Returns \a line.
     QString lineField(const QString &line) const;
-    /// \a functionName, or \a function in the long form.
+    /// Returns \a functionName; in the long form \a function.
     QString functionField(const QString &function, const QString &functionName) const;
-    /// "Debug", "Warning", "Critical" or "Fatal"; "Debug" for any other type.
+    /// Returns "Debug", "Warning", "Critical" or "Fatal"; "Debug" for any other type.
     QString msgTypeField(QtMsgType type) const;
     /// @}
 
 public Q_SLOTS:
     /**
-     * Reads the settings file again: categories, layout, and whether suppressed messages are shown. The log
-     * file stays the one that was opened first. False when there is no settings file; then nothing changes
-     * but status().
+     * Reads the settings file again and returns true. Returns false and changes only status() if the file
+     * does not exist.
      */
+    // contract: the log file and the message handler do not change, even if the settings do. Hosts rely on
+    // it.
     bool loadSettings();
 
 private:
@@ -137,14 +140,17 @@ private:
 };
 
 /**
- * Takes one message, UTF-8 text, for QstLogger::instance(): what a logger with a log file hands to Qt.
+ * Passes the message \a text, which is UTF-8, to the logger. This is the message handler of a logger with a
+ * log file.
  *
- * A structured message with a category is logged. Any other goes to standard output as one line: without its
- * five fields if it has them, else an empty line. After a fatal message the process is aborted.
+ * A structured message with a category is logged. A structured message without a category goes to standard
+ * output as one line without its fields. For a message that is not structured, one empty line goes to
+ * standard output. After a fatal message, the process is aborted. This function is thread-safe.
  */
 TIDEL_EXPORT void logMessageFilter(QtMsgType type, const char *text);
 
-/// Drops one message, a fatal one too: what a logger hands to Qt when there is no folder to log to.
+/// Drops a message, even a fatal one. This is the message handler of a logger without a log folder. This
+/// function is thread-safe.
 TIDEL_EXPORT void noLogsFilter(QtMsgType type, const char *text);
 
 #endif

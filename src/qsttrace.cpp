@@ -3,6 +3,8 @@
 
 namespace {
 
+// contract: five fields with a line feed each. The blank that the stream writes behind them is the filler
+// that readers skip.
 QByteArray prefix(const QstTraceOrigin &origin)
 {
     QByteArray text;
@@ -32,7 +34,7 @@ QstTrace::QstTrace(QtMsgType type, const QstTraceOrigin &origin)
 
 QstTrace::~QstTrace()
 {
-    // A debug stream of Qt's own would drop the last blank, which belongs to the message.
+    // contract: the blank at the end. Qt's own debug streams drop it, log readers compare it.
     qt_message_output(
         m_type,
         QMessageLogContext(m_origin.file, m_origin.line, m_origin.signature, qtCategory(m_origin.category)),

@@ -7,32 +7,32 @@
 #include <QDebug>
 #include <QString>
 
-/// Where a trace message comes from; made by QST_HERE. The texts must outlive it.
+/// The place in the source code that writes a trace; QST_HERE creates it. The texts must outlive the object.
 struct QstTraceOrigin
 {
-    const char *category;
-    const char *file;
-    int line;
-    const char *signature;
-    const char *function;
+    const char *category; ///< the category of the message
+    const char *file; ///< the path of the source file
+    int line; ///< the line in the source file
+    const char *signature; ///< the signature of the function
+    const char *function; ///< the name of the function
 };
 
 /**
- * One structured message for Qt's message handler, in the form that QstLogger files.
+ * One structured message for Qt's message handler, in the form that QstLogger writes to its file.
  *
- * Hosts and plug-ins write with the macros, each in a category of its own; that of the store is "Tracker":
+ * Hosts and plug-ins write traces with the macros, each in a category of its own. The store uses "Tracker".
  * \code
  * QST_DEBUG("MyReader") << "refreshing" << channel.link();
  * QST_CRITICAL("MyReader") << "no channel of that name";
  * \endcode
- * A settings file switches the levels of a category on and off in the group of its name, `[MyReader]`.
- * Without a logger the messages go to whatever handler there is. A plug-in needs nothing else: the logger is
- * its host's.
+ * The settings file switches the levels of a category in a group of its name, here `[MyReader]`. Without a
+ * logger, the messages go to the message handler of the process. A plug-in does not create a logger, because
+ * its host has one.
  *
- * The message is five fields, each ended by a line feed - category, source file, source line, signature of
- * the function, its bare name - then one blank and the message itself, each item followed by a blank. A
- * category is not empty and has neither line feeds nor slashes. Texts of `char` are UTF-8 and written as they
- * are; a QString is quoted, and its line breaks and control characters are escaped.
+ * The message begins with five fields: category, source file, source line, signature and name of the
+ * function. Each field ends with a line feed. One blank follows, and then the items, each followed by a
+ * blank. A category must not be empty and must not contain line feeds or slashes. Texts of `char` are UTF-8
+ * and are written as they are. A QString is quoted, and its line breaks and control characters are escaped.
  *
  * The message goes to the handler when the trace is destroyed, on the thread that wrote it. Any thread may
  * write traces. Qt's logging rules, such as QT_LOGGING_RULES, do not suppress them: only the settings file
@@ -44,10 +44,12 @@ struct QstTraceOrigin
 class TIDEL_EXPORT QstTrace
 {
 public:
+    /// Begins a message of the level \a type.
     QstTrace(QtMsgType type, const QstTraceOrigin &origin);
+    /// Passes the message to the message handler.
     ~QstTrace();
 
-    /// Takes the items of the message.
+    /// Returns the stream that the items of the message are written to.
     QDebug &stream();
 
 private:
@@ -59,13 +61,15 @@ private:
     QDebug m_stream;
 };
 
-/// This place in the code, under \a category.
+/// The QstTraceOrigin of this line, with the category \a category.
 #define QST_HERE(category)                                                                                   \
     QstTraceOrigin { category, __FILE__, __LINE__, Q_FUNC_INFO, __func__ }
 
-/// Streams that write one message at the level of their name.
+/// A stream that writes one debug message.
 #define QST_DEBUG(category) QstTrace(QtDebugMsg, QST_HERE(category)).stream()
+/// A stream that writes one warning.
 #define QST_WARNING(category) QstTrace(QtWarningMsg, QST_HERE(category)).stream()
+/// A stream that writes one critical message.
 #define QST_CRITICAL(category) QstTrace(QtCriticalMsg, QST_HERE(category)).stream()
 
 #endif

@@ -5,15 +5,15 @@
 
 namespace {
 
-// A literal where an operation has to begin is a syntax error, whatever follows it, comments included.
+// A literal at the beginning of an operation is a syntax error, whatever follows it.
 const QLatin1String refusal("\"refused: a value ends its place early\" ");
 
 bool endsPlace(const QString &value, QLatin1Char opening)
 {
     const auto isTerminator = [opening](QChar character) {
         switch (opening.toLatin1()) {
-        // Whatever else an IRI forbids, the store refuses by itself. Not every one refuses \u003E, though: it
-        // may stand for what it names before anything is parsed.
+        // The store itself refuses the other characters that an IRI must not have. The backslash is refused
+        // here, because some stores decode \u003E to ">" before they parse the statement.
         case '<': return character == u'>' || character == u'\\';
         case '"': return character == u'"' || character == u'\\' || character == u'\n' || character == u'\r';
         default: return false;

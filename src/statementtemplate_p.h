@@ -7,15 +7,17 @@
 #include <QPair>
 #include <QString>
 
-/// What stands for each place of a template, such as `%link`.
+/// The value of each placeholder of a template, such as `%link`.
 using TemplateValues = QList<QPair<QLatin1String, QString>>;
 
 /**
- * The statement \a text with its places filled, in one pass: a value is never searched for places again.
+ * Returns the template \a text with each placeholder replaced by its value. Placeholders in values are not
+ * replaced.
  *
- * Values are pasted as they are. One that would end the IRI or the literal that its place stands in makes the
- * statement one that no store accepts, so that such a value can spoil its own update and do nothing else.
+ * A value that would end the IRI or literal around its placeholder could add statements of its own. With such
+ * a value, the returned statement has a syntax error, so that the store refuses the whole update.
  */
+// contract: values are pasted without escaping. Other programs know the statements so.
 QString fillTemplate(QLatin1String text, const TemplateValues &values);
 
 #endif

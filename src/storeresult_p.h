@@ -10,33 +10,36 @@ class QSparqlConnection;
 class QSparqlQuery;
 struct QstTraceOrigin;
 
+/// Deletes a result when control returns to the event loop.
 struct DeleteLater
 {
     void operator()(QObject *object) const { object->deleteLater(); }
 };
 
-/// A finished result without an error, or nothing.
+/// A finished result without an error; null on failure.
 using StoreResult = std::unique_ptr<QSparqlResult, DeleteLater>;
 
-/// What a critical trace says when a statement fails.
+/// The texts of the critical trace that reports a failed statement.
 struct FailureTexts
 {
+    /// What follows the text.
     enum Detail {
         PreparedText, ///< the statement follows the text of an error
-        PreparedTextAlways, ///< it follows both texts
-        LastError ///< what the store says follows the text of an error
+        PreparedTextAlways, ///< the statement follows both texts
+        LastError ///< the error of the store follows the text of an error
     };
 
-    const char *noResult;
-    const char *error;
+    const char *noResult; ///< the text if the connection returns no result
+    const char *error; ///< the text if the result has an error
     Detail detail = PreparedText;
 };
 
-/// Runs \a query and waits for it. A failure is traced as coming from \a origin and yields nothing.
+/// Executes \a query and waits for its result. On failure writes a critical trace from \a origin and returns
+/// null.
 StoreResult execute(QSparqlConnection *connection, const QSparqlQuery &query, const QstTraceOrigin &origin,
                     const FailureTexts &texts);
 
-/// The same, with the statement traced before it is run.
+/// Writes a debug trace of the statement from \a origin, and then does the same as execute().
 StoreResult executeTraced(QSparqlConnection *connection, const QSparqlQuery &query,
                           const QstTraceOrigin &origin, const FailureTexts &texts);
 
