@@ -182,6 +182,7 @@ FeedEnclosure extractEnclosure(const QSparqlResultRow &row)
     enclosure.setUri(row.binding(0).value().toString());
     enclosure.setRemoteUrl(row.binding(1).value().toString());
     enclosure.setLocalUrl(row.binding(2).value().toString());
+    // contract: numbers are read as signed ones, so 2^31 and more become 0. Hosts take 0 as unknown.
     enclosure.setGroupId(row.binding(3).value().toString().toInt());
     enclosure.setLength(row.binding(4).value().toString().toInt());
     enclosure.setDefault(isTrue(5));
@@ -283,7 +284,7 @@ FeedEnclosure FeedTrackerSparql::enclosureForUri(const QString &uri) const
         return {};
     }
     const FeedEnclosure enclosure = extractEnclosure(result->current());
-    TRACE_DEBUG << enclosure.uri();
+    TRACE_DEBUG << enclosure.uri(); // contract: without a text. Log readers know it so.
     return enclosure;
 }
 
@@ -319,7 +320,7 @@ int FeedTrackerSparql::deletableMessageCount(const QString &channelUri) const
     if (!result || !result->next())
         return 0;
     const int count = result->value(0).toInt();
-    TRACE_DEBUG << count;
+    TRACE_DEBUG << count; // contract: without a text. Log readers know it so.
     return count;
 }
 
@@ -427,6 +428,7 @@ bool FeedTrackerSparql::addEnclosures(const QList<FeedEnclosure> &enclosures, co
             update +=
                 StoreStatements::insertEnclosure(enclosure, m_connection->createUrn().toString(), messageUri);
         } else if (known->value(1).toString() == enclosure.remoteUrl()) {
+            // contract: a link in another spelling is neither stored nor linked. Stores know the rule.
             update += StoreStatements::linkEnclosure(known->value(0).toString(), messageUri);
         }
     }

@@ -178,6 +178,7 @@ QSparqlQuery insertChannel(const FeedChannel &channel, const QUrl &urn)
          {"current_date", currentTimeText()}});
 }
 
+// contract: looks for the link as fromUserInput() writes it, but it is stored as given. Stores have it so.
 QSparqlQuery messageWithLink(const QString &link)
 {
     return select("SELECT ?message ?l WHERE { ?message a mfo:FeedMessage; "
@@ -198,6 +199,7 @@ QString insertMessage(const FeedMessage &message, const QString &urn, const QStr
          {QLatin1String("%5"), literal("desc", message.description())},
          {QLatin1String("%6"), literal("summary", message.summary())},
          {QLatin1String("%7"), currentTimeText()}});
+    // contract: the published date is written as it is, a local one without a zone. Stores have it so.
     if (message.publishedDate().isValid()) {
         insert += QLatin1String("; nie:contentCreated \"") + message.publishedDate().toString(Qt::ISODate)
             + QLatin1String("\"^^xsd:dateTime ");
