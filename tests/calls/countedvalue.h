@@ -9,7 +9,7 @@
 
 #include <set>
 
-/// A value that knows which of its kind live; destroying one that does not is noticed.
+/// A value that keeps a list of all living values, so that tests notice a wrong destruction.
 struct CountedValue
 {
     CountedValue() { living.insert(this); }
@@ -44,7 +44,7 @@ inline void registerCountedValue()
 #endif
 }
 
-/// What was written since the last call, debug messages and others.
+/// Returns the messages since the last call. Messages that are not debug messages are marked.
 inline QStringList takeTexts(MessageLog &log)
 {
     QStringList texts;

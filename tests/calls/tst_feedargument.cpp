@@ -102,7 +102,7 @@ private slots:
     void changedTypeNameDestroysTheRightType();
 
 private:
-    /// Nothing is printed, and no message stays unchecked.
+    /// Collects all messages, so that each test can check them.
     MessageLog *log = nullptr;
 };
 
@@ -214,7 +214,7 @@ void tst_FeedArgument::invalidWithoutAWayToWriteTheValue()
         QVERIFY(!argument.isValid());
         QCOMPARE(argument.data, QByteArray());
     }
-    log->take(); // Qt 6 warns of ids that there are not.
+    log->take(); // Qt 6 warns about unknown ids
 }
 
 void tst_FeedArgument::invalidGivesAnEmptyGenericArgument()

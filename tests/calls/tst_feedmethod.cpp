@@ -84,7 +84,7 @@ int numberIn(const QGenericArgument &argument)
 
 } // namespace
 
-/// Is called by name.
+/// The object whose methods are called by name.
 class Receiver : public QObject
 {
     Q_OBJECT
@@ -353,7 +353,7 @@ void tst_FeedMethod::bytesAreFixed_data()
     QTest::addColumn<QString>("file");
     QTest::addColumn<int>("byteOrder");
     QTest::addColumn<int>("version");
-    // Only what all versions write alike is in a call, so that two files do for all of them.
+    // The call contains only values that all versions write in the same way, so two files are enough.
     for (const int version :
          {int(QDataStream::Qt_4_8), int(QDataStream::Qt_5_15), int(QDataStream::Qt_DefaultCompiledVersion)}) {
         QTest::addRow("big endian, %d", version)
@@ -564,7 +564,7 @@ void tst_FeedMethod::hostileBytes()
         QVERIFY(method.argumentCount() * 8 <= bytes.size());
         const QByteArray again = FeedMethod::toByteArray(method);
         if (stream.status() == QDataStream::Ok) {
-            // The count may be larger than the number of arguments, everything else comes back.
+            // The count may be larger than the number of arguments. Everything else is the same.
             const int count = int(8 + method.name.size() + method.extra.size());
             QCOMPARE(again.left(count), bytes.left(count));
             QCOMPARE(again.mid(count + 4), bytes.mid(count + 4, again.size() - count - 4));

@@ -17,13 +17,13 @@ template <typename Value> struct SharedValueField
     const char *name;
     QVariant (*get)(const Value &);
     void (*set)(Value &, const QVariant &);
-    QVariant defaultValue; ///< in a default-constructed value
-    QVariant constructed; ///< in the filled value
-    QVariant given; ///< what the setter is given
-    QVariant stored = given; ///< what the field has then
+    QVariant defaultValue; ///< the value in a default-constructed object
+    QVariant constructed; ///< the value in the filled object
+    QVariant given; ///< the value that the test sets
+    QVariant stored = given; ///< the value that the getter returns then
 };
 
-/// The record is all that a node holds beside its virtual table.
+/// Returns the record, which a node holds behind the pointer to its virtual table.
 template <typename Value> const void *recordOf(const Value &value)
 {
     static_assert(sizeof(Value) == 2 * sizeof(void *));
@@ -40,8 +40,8 @@ template <typename Value> bool ownsItsRecordAlone(Value &value)
 }
 
 /**
- * What holds for every implicitly shared value, given its fields and a function that makes a filled value.
- * A failing check leaves the function of this class only, so a test slot calls it last.
+ * Tests of an implicitly shared value, given its fields and a function that returns a filled object. A failed
+ * check leaves only the function of this class, so a test calls it last.
  */
 template <typename Value> class SharedValueTests
 {
@@ -60,7 +60,7 @@ public:
         return values;
     }
 
-    /// One row for each field.
+    /// Adds a row for each field.
     void addFieldRows() const
     {
         QTest::addColumn<int>("index");
@@ -179,7 +179,7 @@ public:
         QCOMPARE(valuesOf(assigned), valuesOf(m_filled()));
     }
 
-    /// \a original has a record of its own.
+    /// \a original must not share its record.
     void detachMakesACopyOfAllFields(Value &original) const
     {
         const void *record = recordOf(original);
@@ -193,7 +193,7 @@ public:
         QVERIFY(ownsItsRecordAlone(original));
     }
 
-    /// \a change writes a field of the value it is given.
+    /// \a change changes a field of the given object.
     template <typename Change> void detachKeepsARecordThatIsNotShared(Change change) const
     {
         Value value = m_filled();
@@ -204,7 +204,7 @@ public:
         QCOMPARE(recordOf(value), record);
     }
 
-    /// \a fill puts each of \a count texts somewhere in an empty value, the first in its first field.
+    /// \a fill stores each of \a count texts in an empty object, the first text in the first field.
     template <typename Fill> void lastOwnerDeletesTheRecord(int count, Fill fill) const
     {
         std::vector<QString> texts;
@@ -225,7 +225,8 @@ public:
             QVERIFY2(text.isDetached(), qPrintable(text));
     }
 
-    /// \a change writes to a value, given also another that shares its record and the number of the thread.
+    /// \a change changes the given object. Its other arguments are an object that shares the record and the
+    /// number of the thread.
     template <typename Change> void copiesMayBeUsedInSeveralThreads(Change change) const
     {
         constexpr int Threads = 4;

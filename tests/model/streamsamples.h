@@ -8,14 +8,14 @@
 #include <QVariantList>
 #include <QtTest>
 
-/// All fields of a value, in the order of its stream, with those of what it holds.
+/// Returns all fields of a value and of its elements in the order of its stream.
 inline QVariantList valuesOf(const FeedEnclosure &e)
 {
     return {e.uri(),     e.remoteUrl(), e.localUrl(), e.length(),   int(e.type()),
             e.groupId(), e.isDefault(), e.mimeType(), e.typeIcon(), e.sourceNamespace()};
 }
 
-/// A time with its zone; equal ones may be in different zones.
+/// Returns a time as text with its zone, because equal times may have different zones.
 inline QString textOf(const QDateTime &time)
 {
     return time.toString(Qt::ISODateWithMs) + ' ' + QString::number(time.timeSpec());
@@ -57,8 +57,8 @@ inline QVariantList valuesOf(const FeedChannel &c)
             valuesOf(c.messages())};
 }
 
-/// No two texts of the samples are equal, nor any two numbers of one of them. The stream of Qt 4.8 has UTC
-/// and local times only.
+/// In the samples, all texts are different, and so are all numbers of one sample. Times are UTC or local,
+/// because the stream of Qt 4.8 has no other zones.
 inline FeedEnclosure sampleEnclosure(const QString &name)
 {
     FeedEnclosure enclosure("urn:" + name, "https://media.example.org/" + name + "?a=b&c",
@@ -79,7 +79,7 @@ inline FeedMessage sampleMessage(const QString &name, const QList<FeedEnclosure>
     return message;
 }
 
-/// A channel with an icon and two messages, the older one first.
+/// Returns a channel with an icon and two messages, the older one first.
 inline FeedChannel sampleChannel()
 {
     FeedMessage second;
@@ -95,7 +95,7 @@ inline FeedChannel sampleChannel()
         QDateTime(QDate(2026, 6, 7), QTime(8, 9, 10), Qt::UTC), "Sat, 21 Nov 2026 10:00:00 GMT", messages);
 }
 
-/// What a stream is set to before it is written to or read from.
+/// The version and byte order that a stream is set to.
 struct StreamForm
 {
     int version = QDataStream::Qt_DefaultCompiledVersion;
@@ -109,7 +109,7 @@ struct StreamForm
 };
 Q_DECLARE_METATYPE(StreamForm)
 
-/// A row for each version and byte order, named "Qt_4_8-BigEndian" and so on.
+/// Adds a row for each version and byte order, with names such as "Qt_4_8-BigEndian".
 inline void addStreamForms()
 {
     QTest::addColumn<StreamForm>("form");
@@ -124,7 +124,7 @@ inline void addStreamForms()
     }
 }
 
-/// The bytes of \a value in that form.
+/// Returns the bytes of \a value in the form \a form.
 template <typename T> QByteArray written(const T &value, const StreamForm &form = {})
 {
     QByteArray bytes;
@@ -134,7 +134,8 @@ template <typename T> QByteArray written(const T &value, const StreamForm &form 
     return &result == &stream ? bytes : "another stream";
 }
 
-/// Reads \a value from \a bytes and gives the status of the stream; \a consumed is where it is afterwards.
+/// Reads \a value from \a bytes and returns the status of the stream. Sets \a consumed to the number of bytes
+/// that were read.
 template <typename T>
 QDataStream::Status readFrom(const QByteArray &bytes, T &value, const StreamForm &form = {},
                              qint64 *consumed = nullptr)

@@ -22,7 +22,7 @@ template <typename T> QString unspaced(const T &value)
     return out;
 }
 
-// What QDebug writes for the items in spacing mode: a blank after each.
+// Returns what QDebug writes for the items in spacing mode, with a blank after each item.
 QString withBlanks(const QStringList &items) { return items.join(' ') + ' '; }
 
 QString withoutBlanks(const QStringList &items) { return items.join(QString()); }
@@ -92,7 +92,7 @@ FeedMessage message()
                        true);
 }
 
-// Everything before the list of enclosures.
+// Returns the text before the list of enclosures.
 QStringList messageItems()
 {
     return {"\nFeed Message: ",
@@ -143,7 +143,7 @@ FeedChannel channel()
                        day(2), "last week", {});
 }
 
-// Everything before the heading of the messages.
+// Returns the text before the heading of the messages.
 QStringList channelItems()
 {
     return QStringList{"Channel : ",     "\n         Type: ", "\"type 1\"", "\n        Title: ",
@@ -329,8 +329,8 @@ void tst_DebugText::innerListSwitchesSpacingOnForTheOuterOne()
         return '(' + withoutBlanks(emptyEnclosureItems(a)) + ", " + withoutBlanks(emptyEnclosureItems(b))
             + ") ";
     };
-    // The first message is in no-spacing mode. The end of its list switches spacing on, so that the comma,
-    // the items of the second message and the last bracket have blanks.
+    // The first message is written in no-spacing mode. The end of its list switches spacing on, so there are
+    // blanks after the comma, the items of the second message and the last bracket.
     const QString list = '(' + withoutBlanks(emptyMessageItems("one")) + listOf("http://a/1", "http://a/2")
         + ",  " + withBlanks(emptyMessageItems("two")) + listOf("http://b/1", "http://b/2") + ")  ";
 

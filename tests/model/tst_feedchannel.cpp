@@ -39,7 +39,8 @@ FeedMessage message(const QString &title, const QDateTime &publishedDate)
     return result;
 }
 
-// One message for each word: its title is the word, its date the day that the word starts with, if any.
+// Returns a message for each word. The word is the title. If it starts with a number, that is the day of the
+// published date.
 QList<FeedMessage> messages(const QString &words)
 {
     QList<FeedMessage> result;
@@ -115,7 +116,7 @@ FeedChannel filled()
 
 void add(FeedChannel &channel, FeedMessage child) { static_cast<FeedNode *>(&channel)->addChild(&child); }
 
-/// What a host may derive, with a member of its own.
+/// A class that a host may derive, with a member of its own.
 class MarkedChannel : public FeedChannel
 {
 public:
@@ -337,7 +338,7 @@ void tst_FeedChannel::insertMessageComparesInstants()
 
 void tst_FeedChannel::insertMessagePutsNoDateBehindTheOldest()
 {
-    // To QDateTime an invalid date is 1970.
+    // QDateTime compares an invalid date like the start of 1970.
     FeedChannel channel;
     channel.insertMessage(message("1960", QDateTime(QDate(1960, 1, 1), QTime(12, 0), Qt::UTC)));
     channel.insertMessage(message("undated", QDateTime()));

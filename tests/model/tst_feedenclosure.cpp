@@ -72,7 +72,7 @@ FeedEnclosure filled()
     return FeedEnclosure("urn:1", "http://a/1", "file:///1", "media", 11, FeedEnclosure::Essential, 22, true);
 }
 
-/// What a host may derive, with a member of its own.
+/// A class that a host may derive, with a member of its own.
 class MarkedEnclosure : public FeedEnclosure
 {
 public:
@@ -196,7 +196,7 @@ void tst_FeedEnclosure::addChildIsTheOnlyVirtualFunction()
     Dl_info info;
     void *entry = nullptr;
     QVERIFY(dladdr1(table, &info, &entry, RTLD_DL_SYMENT));
-    // The offset to the top, the type, and one function.
+    // The table contains the offset to the top, the type information and one function.
     QCOMPARE(size_t(static_cast<const ElfW(Sym) *>(entry)->st_size), 3 * sizeof(void *));
 }
 

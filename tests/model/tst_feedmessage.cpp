@@ -93,7 +93,7 @@ FeedMessage filled()
 
 void add(FeedMessage &message, FeedEnclosure child) { static_cast<FeedNode *>(&message)->addChild(&child); }
 
-/// What a host may derive, with a member of its own.
+/// A class that a host may derive, with a member of its own.
 class MarkedMessage : public FeedMessage
 {
 public:

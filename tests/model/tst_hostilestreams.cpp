@@ -19,10 +19,10 @@ using Enclosures = QList<FeedEnclosure>;
 using Messages = QList<FeedMessage>;
 
 constexpr quint32 ManyElements = 0xffffffff;
-/// Six texts, three numbers and a flag; a message has more.
+/// The size of an enclosure: six texts, three numbers and a flag. A message is larger.
 constexpr int SmallestElement = 37;
 
-// What QDataStream yields for the fields of a stream, and the zeros and empty texts after its end.
+// Return what QDataStream reads for the fields of a stream, with zeros and empty texts after its end.
 
 template <typename T> QVariant field(QDataStream &stream)
 {
@@ -56,7 +56,8 @@ QVariantList channelFields(QDataStream &s)
             field<QString>(s), timeField(s),      timeField(s),      field<QString>(s)};
 }
 
-/// Reads every beginning of \a value's bytes into a value that is filled already. The status is Ok for those
+/// Reads every beginning of the bytes of \a value into a value that is already filled. The status is Ok for
+/// \a elementEnds of them, which end behind an element of a list.
 /// \a elementEnds beginnings that end behind an element of a list.
 template <typename T>
 void checkBeginnings(const T &value, QVariantList (*fields)(QDataStream &), int elementEnds)
@@ -80,7 +81,7 @@ void checkBeginnings(const T &value, QVariantList (*fields)(QDataStream &), int 
     QCOMPARE(accepted, elementEnds);
 }
 
-/// The bytes of a message or a channel without its empty list.
+/// Returns the bytes of a message or a channel without its empty list.
 template <typename T> QByteArray withoutList(const T &value)
 {
     QByteArray bytes = written(value);
@@ -88,7 +89,7 @@ template <typename T> QByteArray withoutList(const T &value)
     return bytes;
 }
 
-/// The bytes of \a value, whose first text has a length that no text has.
+/// Returns the bytes of \a value with an impossible length for its first text.
 template <typename T> QByteArray broken(const T &value)
 {
     QDataStream stream(written(value));
@@ -97,7 +98,7 @@ template <typename T> QByteArray broken(const T &value)
     return streamed(3u) + written(value).mid(int(stream.device()->pos()));
 }
 
-/// Reads a list of a broken element and a \a good one. The count is larger.
+/// Reads a list of a broken element and a \a good one, whose count is larger.
 template <typename T> void checkBrokenElement(const T &good, void (T::*setFirstText)(const QString &))
 {
     T firstTextEmpty = good;
@@ -152,8 +153,8 @@ template <typename T> int elementsOf(const QList<T> &list)
 
 int elementsOf(const FeedChannel &channel) { return elementsOf(channel.messages()); }
 
-/// Reads \a bytes as a T: nothing is there that they do not hold, but for an unfinished message with an
-/// unfinished enclosure.
+/// Reads \a bytes as a T, and checks that the value contains no more than the bytes do. Only an unfinished
+/// message with an unfinished enclosure may be added.
 template <typename T> void checkHostile(const QByteArray &bytes, const StreamForm &form)
 {
     T value;
@@ -331,7 +332,7 @@ void tst_HostileStreams::randomBytes()
     QRandomGenerator random(11);
     for (int round = 0; round < 500; ++round) {
         QByteArray bytes(random.bounded(2000), '\0');
-        // Small numbers are lengths and counts that fit.
+        // Small numbers give lengths and counts that fit.
         for (char &byte : bytes)
             byte = char(random.bounded(4) ? 0 : random.bounded(round % 2 ? 256 : 16));
         checkHostile(bytes, form);

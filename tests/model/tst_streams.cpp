@@ -9,7 +9,7 @@
 
 namespace {
 
-// What the format is, written by nothing but QDataStream's own operators for Qt's types.
+// Writes the format with QDataStream's own operators for Qt's types only.
 
 void writeReference(QDataStream &stream, const FeedMessage &m);
 
@@ -179,7 +179,7 @@ void tst_Streams::defaultsComeBack()
     QVERIFY(message.baseUrl().isEmpty());
 }
 
-/// The files are written anew, where the format is meant to change, with TIDEL_WRITE_SAMPLES set.
+/// If the format is meant to change, set TIDEL_WRITE_SAMPLES to write new files.
 void tst_Streams::bytesStayAsTheyAre()
 {
     QFETCH(StreamForm, form);

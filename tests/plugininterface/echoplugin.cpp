@@ -3,7 +3,7 @@
 
 #include <QTimer>
 
-/// Downloads nothing: tells what it was asked for.
+/// A plug-in that downloads nothing and reports what it was asked for.
 class EchoPlugin : public FeedPluginInterface
 {
     Q_OBJECT

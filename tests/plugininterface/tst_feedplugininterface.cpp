@@ -32,7 +32,7 @@ static_assert(!VersionIsAccessible<FeedPluginInterface>);
 
 const QMetaObject &meta = FeedPluginInterface::staticMetaObject;
 
-/// The least that a plug-in is.
+/// The smallest possible plug-in.
 class MinimalPlugin : public FeedPluginInterface
 {
 public:
@@ -117,7 +117,7 @@ void tst_FeedPluginInterface::methodsAreInTheirOrder()
     const QMetaMethod method = meta.method(meta.methodOffset() + index);
     const QByteArray signature = QTest::currentDataTag();
     QCOMPARE(meta.indexOfMethod(signature.constData()), meta.methodOffset() + index);
-    // A meta-object has one name for the two of this type.
+    // The meta-object uses the same name for both spellings of this type.
     QCOMPARE(method.methodSignature(), QByteArray(signature).replace("qint64", "qlonglong"));
     QCOMPARE(method.parameterNames(), parameterNames);
     QList<int> types;
@@ -181,10 +181,10 @@ void tst_FeedPluginInterface::metacallCountsItsMethods()
                             {nullptr, &bytes, &bytes},   {nullptr, nullptr, nullptr}};
     for (int id = 0; id < 6; ++id)
         QCOMPARE(plugin.metacall(meta.methodOffset() + id, arguments[id]), id - 6);
-    // What is left for the classes below it.
+    // Larger ids are left for derived classes.
     QCOMPARE(plugin.metacall(meta.methodOffset() + 6, arguments[0]), 0);
     QCOMPARE(plugin.metacall(meta.methodOffset() + 9, arguments[0]), 3);
-    // What was QObject's already.
+    // Ids of QObject's own methods are handled by QObject.
     QVERIFY(plugin.metacall(QObject::staticMetaObject.indexOfMethod("deleteLater()"), arguments[0]) < 0);
     QCoreApplication::removePostedEvents(&plugin);
 }

@@ -7,7 +7,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-/// While it lives, the process gets no more than so many bytes beyond what it has; asking for more ends it.
+/// Limits the memory of the process to \a bytes more than it has now. If the process needs more, it ends.
 class MemoryLimit
 {
 public:

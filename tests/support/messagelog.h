@@ -9,30 +9,30 @@
 #include <utility>
 #include <vector>
 
-/// A message as it reached Qt's message handler.
+/// A message that has reached Qt's message handler.
 struct LoggedMessage
 {
     QtMsgType type;
     QString text;
 
-    /// The parts of a structured message: five fields and the message with its leading blank.
+    /// Returns the parts of a structured message: five fields, and the message with its leading blank.
     QStringList parts() const { return text.split(QLatin1Char('\n')); }
-    /// What follows the prefix, the filler blank left out; a message may have line breaks of its own.
+    /// Returns the message without its fields and the filler blank. It may contain line breaks.
     QString message() const { return text.section(QLatin1Char('\n'), 5).mid(1); }
     QString signature() const { return parts().value(3); }
     QString function() const { return parts().value(4); }
 };
 
-/// Collects every message of the process while it lives; nothing is printed.
+/// Collects all messages of the process while it exists. Nothing is printed.
 class MessageLog
 {
 public:
     MessageLog();
     ~MessageLog();
 
-    /// The messages since the last call.
+    /// Returns the messages since the last call.
     std::vector<LoggedMessage> take();
-    /// The message texts of that type since the last call of take(), with their prefixes left out.
+    /// Returns the texts of the messages of \a type since the last call of take(), without their fields.
     QStringList texts(QtMsgType type) const;
 
 private:

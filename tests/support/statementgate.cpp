@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The store's own result behind a delay, as a driver that works in the background has it.
+/// A result of the store that arrives late, like the result of a driver that works in the background.
 class LateResult : public QSparqlResult
 {
 public:
@@ -39,7 +39,7 @@ private:
     bool m_isFinished = false;
 };
 
-/// What no statement of the store's own yields.
+/// A result with an empty row, which no statement of the store returns.
 class EmptyRowResult : public QSparqlResult
 {
 public:

@@ -12,37 +12,37 @@
 #include <functional>
 
 /**
- * Stands in front of QSparqlConnection::exec() for the whole process: sees each statement on its way to the
- * real store, and may have it refused by the store or answered with no result at all.
+ * Replaces QSparqlConnection::exec() for the whole process. It sees each statement before the real store gets
+ * it, and can make the store refuse it or return no result.
  */
 namespace StatementGate {
 
 enum Verdict {
     Pass,
     NoResult, ///< exec() returns null
-    Refuse, ///< the store is given a statement that it refuses, so that the result has a real error
-    NoRows, ///< the store is given a query that nothing answers
+    Refuse, ///< the store gets a statement that it refuses, so that the result has a real error
+    NoRows, ///< the store gets a query without results
     EmptyRow, ///< the result has one row, which has no columns
     Late ///< the result has neither rows nor an error until its waitForFinished() is called
 };
 
-/// Lets everything pass and forgets what was seen.
+/// Lets all statements pass and deletes the records.
 void reset();
-/// Asks \a judge about every statement from now on; its argument is the prepared text.
+/// Calls \a judge with the prepared text of every later statement.
 void setJudge(const std::function<Verdict(const QString &)> &judge);
-/// Gives \a verdict on the statement number \a index, counted from 0 since now, and lets the others pass.
+/// Applies \a verdict to the later statement number \a index, counted from 0, and lets the others pass.
 void failAt(int index, Verdict verdict);
 
-/// The prepared texts seen since the last reset, in their order.
+/// Returns the prepared texts since the last reset in their order.
 QStringList statements();
-/// The types of the same statements.
+/// Returns the types of these statements.
 QList<QSparqlQuery::StatementType> types();
-/// The results that were handed out for them; null once deleted.
+/// Returns the results of these statements; null if a result has been deleted.
 QList<QPointer<QSparqlResult>> results();
-/// The connection that the last of them came by.
+/// Returns the connection of the last statement.
 QPointer<QSparqlConnection> connection();
 
-/// What the store is given in place of a statement that it has to refuse.
+/// Returns the statement that the store gets if it is to refuse one.
 QString refusedStatement();
 
 } // namespace StatementGate

@@ -6,7 +6,7 @@
 #include <QDataStream>
 #include <QIODevice>
 
-/// The bytes of \a values, one after the other, in a QDataStream's default version and byte order.
+/// Returns the bytes of \a values, one after the other, in the default version and byte order of QDataStream.
 template <typename... Values> QByteArray streamed(const Values &...values)
 {
     QByteArray bytes;

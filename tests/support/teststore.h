@@ -12,8 +12,8 @@
 class QSparqlConnection;
 
 /**
- * A new, empty user's store in a folder of its own, for as long as it lives: the real database. It points
- * `XDG_DATA_HOME` there, and releases FeedTrackerSparql's instance and frees its connection when it goes.
+ * A new and empty store in a folder of its own, with the real database. It sets `XDG_DATA_HOME` to the
+ * folder. Its destructor releases FeedTrackerSparql's instance and deletes the instance's connection.
  */
 class TestStore
 {
@@ -21,16 +21,17 @@ public:
     TestStore();
     ~TestStore();
 
-    /// The folder that stands for the user's data folder; the store is in `tidel/store` below it.
+    /// Returns the data folder of the user. The store is in `tidel/store` below it.
     QString dataFolder() const;
 
-    /// Runs an update beside the library; fails the running test when the store refuses it.
+    /// Executes an update on a connection of its own. Fails the test if the store refuses it.
     void update(const QString &statement) const;
-    /// The rows of a query beside the library; fails the running test when the store refuses it.
+    /// Executes a query on a connection of its own and returns its rows. Fails the test if the store refuses
+    /// it.
     std::vector<QSparqlResultRow> select(const QString &statement) const;
-    /// Those rows as text, the columns separated by a blank.
+    /// Returns the rows of a query as texts, with a blank between the columns.
     QStringList texts(const QString &statement) const;
-    /// The number of rows that \a pattern, the inside of a WHERE clause, matches.
+    /// Returns the number of rows that match \a pattern, the inside of a WHERE clause.
     int count(const QString &pattern) const;
 
 private:
