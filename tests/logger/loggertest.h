@@ -11,23 +11,23 @@
 #include <memory>
 #include <vector>
 
-/// What a run of the logging host left.
+/// The results of a run of the logging host.
 struct HostRun
 {
     QByteArray out;
     QByteArray err;
-    int exitCode = -1; ///< -1 where a signal ended it
+    int exitCode = -1; ///< -1 if a signal ended the process
     int signal = 0;
-    QStringList report; ///< the last line is "end" when it came so far
+    QStringList report; ///< the last line is "end" if the host executed all actions
 };
 
-/// The text of a structured message, in the category "Test" where no other is named.
+/// Returns the text of a structured message.
 QString structured(const QString &message, const QString &category = "Test");
-/// The settings of a log file in the folder \a dirPath.
+/// Returns the settings for a log file in the folder \a dirPath.
 QByteArray logSettings(const QString &dirPath);
 
-/// The base of the tests: a folder for each function, and runs of the host in processes of their own. The log
-/// file is "log.txt" in that folder.
+/// The base of the tests. Each test has a folder of its own and runs the host in processes of their own. The
+/// log file is "log.txt" in the folder.
 class LoggerTestCase : public QObject
 {
     Q_OBJECT
@@ -35,18 +35,17 @@ class LoggerTestCase : public QObject
 protected:
     QString path(const QString &name) const { return m_dir->filePath(name); }
     void write(const QString &name, const QByteArray &content) const;
-    /// All of the file \a name; "(none)" when there is no such file.
+    /// Returns the content of the file \a name; "(none)" if it does not exist.
     QByteArray content(const QString &name) const;
 
-    /// Writes the settings of a logger with \a format and a category "Test" of all levels, and what \a more
-    /// says.
+    /// Writes settings with \a format, a category "Test" with all levels, and the text \a more.
     void writeSettings(const QByteArray &format, const QByteArray &more = QByteArray()) const;
-    /// The action that makes the logger of those settings.
+    /// Returns the action that creates a logger with these settings.
     QString construct() const { return "construct:" + path("settings.ini"); }
     HostRun run(const QStringList &actions) const { return runTogether({actions}).front(); }
-    /// One process for each list of actions, all at once.
+    /// Runs a process for each list of actions, all at the same time.
     std::vector<HostRun> runTogether(const std::vector<QStringList> &lists) const;
-    /// run(), with a logger of the settings as its first action.
+    /// Runs the host with a logger of these settings.
     HostRun runLogger(const QStringList &actions) const { return run(QStringList(construct()) + actions); }
     QByteArray log() const { return content("log.txt"); }
 
@@ -59,7 +58,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_dir;
 };
 
-/// Verifies that a run came to its end.
+/// Verifies that the host executed all actions.
 #define VERIFY_ENDED(run)                                                                                    \
     do {                                                                                                     \
         const HostRun &run_ = (run);                                                                         \
@@ -68,7 +67,7 @@ private:
         QCOMPARE(run_.report.isEmpty() ? QString() : run_.report.last(), QString("end"));                    \
     } while (false)
 
-/// The same, and that there is nothing on its streams.
+/// Verifies the same, and that standard output and standard error are empty.
 #define VERIFY_QUIET(run)                                                                                    \
     do {                                                                                                     \
         const HostRun &quiet_ = (run);                                                                       \

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-// A host that does what its arguments say, one after the other: "action" or "action:details". What it has to
-// tell goes to the file that the first argument names, so that its streams are the logger's alone.
+// A host that executes its arguments one after the other. Each is "action" or "action:details". The first
+// argument names the file for reports, so that only the logger writes to standard output and standard error.
 #include <qstlogger.h>
 
 #include <feedtrackersparql.h>
@@ -33,7 +33,7 @@ FILE *reportFile = nullptr;
 std::vector<std::unique_ptr<QstLogger>> loggers;
 std::function<void()> duringNextWrite;
 int refusedWrites = 0;
-// On purpose without a lock: the logger has to write one line at a time.
+// Has no lock, because the logger must write one line at a time.
 int writes = 0;
 
 void report(const QString &line)
@@ -50,7 +50,7 @@ QtMsgType typeOf(const QString &name)
     return types.value(name);
 }
 
-/// The details of an action, of which the last may have commas of its own.
+/// Splits the details of an action. The last part may contain commas.
 QStringList split(const QString &details, int count)
 {
     QStringList parts = details.split(',');
@@ -105,7 +105,7 @@ void logRecord(const QString &details)
     report(isWritten ? "written" : "not written");
 }
 
-/// By Qt's own way to its message handler.
+/// Sends a message to Qt's message handler.
 void send(QtMsgType type, const QString &text)
 {
     const QMessageLogger logger("host.cpp", 1, "send()");
@@ -126,7 +126,7 @@ void replaceFile(const QString &details)
     report(QFile::copy(paths.at(0), paths.at(1)) ? "replaced" : "not replaced");
 }
 
-/// Each thread writes traces that tell it and their number; meanwhile the settings are read again and again.
+/// Each thread writes traces with its number and theirs. Another thread reads the settings again and again.
 void writeFromThreads(const QString &details)
 {
     const QStringList numbers = split(details, 2);
@@ -153,7 +153,7 @@ void writeFromThreads(const QString &details)
     report(QString("%1 writes").arg(writes));
 }
 
-/// What a reader does, on the real store: \a title is that of a channel and of its one message.
+/// Uses the real store like a feed reader. \a title is the title of a channel and of its message.
 void useStore(const QString &title)
 {
     static int argc = 1;
@@ -177,7 +177,7 @@ void useStore(const QString &title)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-/// A locale of another encoding, without the need to have one; Qt 6 knows none.
+/// Sets another encoding, which works without an installed locale. Qt 6 supports only UTF-8.
 void useLatin1()
 {
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
@@ -225,7 +225,7 @@ void act(const QString &action)
 
 } // namespace
 
-// Stands in front of the C library's, where every line passes on its way to the file.
+// Replaces write() of the C library, which writes every line to the file.
 extern "C" ssize_t write(int descriptor, const void *data, size_t size)
 {
     using Write = ssize_t (*)(int, const void *, size_t);
@@ -243,7 +243,7 @@ extern "C" ssize_t write(int descriptor, const void *data, size_t size)
 
 int main(int argc, char **argv)
 {
-    // As a host with an application object has it.
+    // A host with an application object has the locale of its user.
     setlocale(LC_ALL, "");
     const rlimit noCoreDump{0, 0};
     setrlimit(RLIMIT_CORE, &noCoreDump);

@@ -6,7 +6,7 @@
 
 #include <csignal>
 
-/// A log file that is not to be had any more, and messages that come while another is being written.
+/// Tests of a log file that fails, and of messages that arrive while another message is being written.
 class TestLogFile : public LoggerTestCase
 {
     Q_OBJECT
@@ -70,7 +70,7 @@ void TestLogFile::removedFile()
     QCOMPARE(log(), QByteArray("(none)"));
 }
 
-// So that the lines of several processes do not mix.
+// One write for each line keeps the lines of several processes apart.
 void TestLogFile::eachLineIsOneWrite()
 {
     writeSettings("<message>");
@@ -107,7 +107,7 @@ void TestLogFile::fatalMessageDuringWriting()
     QCOMPARE(log(), QByteArray("last words\n"));
 }
 
-// Qt calls no message handler from within itself.
+// Qt does not call the message handler while the handler runs.
 void TestLogFile::messageWithinTheHandlerIsQts()
 {
     writeSettings("<message>");

@@ -172,7 +172,7 @@ void TestLogOutput::levels_data()
     }
 }
 
-// Each level has a switch that is its own, and no other has a say.
+// Each level depends only on its own switch.
 void TestLogOutput::levels()
 {
     QFETCH(QString, type);
@@ -298,7 +298,7 @@ void TestLogOutput::timestamp()
     QFETCH(QByteArray, keys);
     QFETCH(bool, isLong);
     QFETCH(int, width);
-    // Local time: half an hour off any full one, and without a need for a time zone database.
+    // The local time differs from UTC by a half hour. The rule needs no time zone database.
     qputenv("TZ", "XST-5:30");
     tzset();
     environment.insert("TZ", "XST-5:30");
@@ -378,7 +378,7 @@ void TestLogOutput::placeholders_data()
     QTest::newRow("percent signs in texts")
         << QByteArray("<file><line><function><message>") << "%1,%2,f(),%L3,%1%%" << QByteArray("%1%2%L3%1%%");
 
-    // The order of filling: file, function, type, line, message.
+    // The placeholders are replaced in the order file, function, type, line, message.
     const QByteArray all = "<message>|<line>|<function>|<file>";
     QTest::newRow("file with later ones")
         << all << "<function><line><message>,7,f(),f,text" << QByteArray("text|7|f|f7text");
@@ -411,7 +411,7 @@ void TestLogOutput::placeholders()
     QCOMPARE(line, expected + '\n');
 }
 
-// A thousand times a thousand of them, each for nine thousand characters.
+// Replacing all placeholders would give a million placeholders for nine thousand characters each.
 void TestLogOutput::placeholdersCannotExplode()
 {
     writeSettings("<file>|<function>|<line>|<message>|<message>", noPadding + "file-format=long\n");
@@ -468,7 +468,7 @@ void TestLogOutput::lineBreaks()
 void TestLogOutput::longTexts()
 {
     writeSettings("<message>|");
-    // No argument of a process may be much longer.
+    // The length of a process argument is limited.
     const QString text(40000, QChar(0x4e00));
     VERIFY_QUIET(runLogger({"send:debug," + structured(text)}));
     QCOMPARE(log(), text.toUtf8() + "|\n");

@@ -70,7 +70,7 @@ const QByteArray duplicateError =
     "QstLogger Error: logger object already created, ensure its created only once in an application";
 const QByteArray missingFileError = "QstLogger: Unable to open settings file\n";
 
-/// One of each way that a message goes, for runs where none is to leave anything.
+/// Returns a message of each kind, for tests in which no message must be written.
 QStringList messagesOfAllKinds()
 {
     QStringList actions;
@@ -164,7 +164,7 @@ void TestLogSettings::silent()
     QCOMPARE(log(), QByteArray("(none)"));
 }
 
-// The handler swallows it; that Qt ends the process all the same is Qt's own doing.
+// The handler drops the message, but Qt itself aborts the process.
 void TestLogSettings::silencedFatalMessage()
 {
     write("settings.ini", QByteArray());
@@ -266,7 +266,7 @@ void TestLogSettings::destroyedLogger()
     QCOMPARE(run.out, duplicateError);
     QCOMPARE(run.report, QStringList({"instance", "end"}));
     QCOMPARE(log(), QByteArray("before\n"));
-    // The handler is in place still.
+    // The message handler is still installed.
     const HostRun later = runLogger({"destroy:0", "send:warning,plain", "send:fatal," + structured("end")});
     QCOMPARE(later.out, QByteArray("\n"));
     QCOMPARE(later.signal, SIGABRT);
@@ -344,7 +344,8 @@ void TestLogSettings::categories()
 
 void TestLogSettings::layout_data()
 {
-    // What the fields of file "a/b.c", line 7, function "f" of signature "int f()", and a warning look like.
+    // The fields of the file "a/b.c", the line 7, the function "f" with the signature "int f()", and a
+    // warning.
     QTest::addColumn<QByteArray>("keys");
     QTest::addColumn<QString>("expected");
     const auto blanks = [](const QString &text, int width) { return text.leftJustified(width) + '|'; };
@@ -485,7 +486,7 @@ void TestLogSettings::reloading()
     QCOMPARE(log(), QByteArray("46  |Old\n46  |Both\nNew!\n"));
 }
 
-// What the new file has no group for stays, except for categories.
+// Settings whose group is missing in the new file do not change, except categories.
 void TestLogSettings::reloadingWithoutGroups()
 {
     writeSettings("<message>!", "[log-settings]\nshow-unlogged=true\n");

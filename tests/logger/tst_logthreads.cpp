@@ -6,7 +6,8 @@
 
 #include <vector>
 
-/// Also what the build with ThreadSanitizer runs, where a race ends the host with a report and another code.
+/// Tests of several threads and processes. With ThreadSanitizer, a race ends the host with a report and
+/// another exit code.
 class TestLogThreads : public LoggerTestCase
 {
     Q_OBJECT
@@ -21,8 +22,8 @@ namespace {
 constexpr int writerCount = 4;
 constexpr int lineCount = 500;
 
-/// That \a text is each writer's lines, in each writer's order, and nothing else. \a pattern has the number
-/// of the writer and that of the line.
+/// Returns true if \a text contains all lines of all writers, each writer's lines in order, and nothing else.
+/// \a pattern matches the number of the writer and the number of the line.
 bool isComplete(const QByteArray &text, const QString &pattern)
 {
     const QRegularExpression expression(pattern);

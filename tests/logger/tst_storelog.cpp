@@ -3,7 +3,7 @@
 
 #include <QTest>
 
-/// The store's own traces in the log file.
+/// Tests that the store's traces are written to the log file.
 class TestStoreLog : public LoggerTestCase
 {
     Q_OBJECT
@@ -59,7 +59,7 @@ void TestStoreLog::tracesOfTheStore()
                           line("Debug", "~FeedTrackerSparql", "QTRACKER_DIRECT: de-init "), QString()}));
     QVERIFY2(lines.contains(line("Debug", "addChannel", "Channel Uri:  \"" + uri + "\" ")),
              log().constData());
-    // In the statement that stores it, and in the dump of the channel, which takes many lines.
+    // The title is in the insert statement and in the text of the channel, which has many lines.
     const QStringList found = lines.filter(title);
     QCOMPARE(found.size(), 2);
     QVERIFY2(found.first().startsWith(line("Debug", "addChannel", "\"INSERT {")), qPrintable(found.first()));
@@ -72,7 +72,7 @@ void TestStoreLog::criticalOnesByDefault()
     write("settings.ini",
           logSettings(path(QString())) + "[Tracker]\n[log-format]\nformat=<msgtype>|\nmsgtype-length=0\n");
     VERIFY_QUIET(runLogger({"store:" + title}));
-    // That the driver was found, and that a statement was refused.
+    // One line says that the driver was found, the other one that a statement was refused.
     QCOMPARE(log(), QByteArray("Critical|\nCritical|\n"));
 }
 

@@ -9,40 +9,40 @@
 #include <QUrl>
 
 /**
- * What tests store to have it deleted, and what deleting it does.
+ * Data that tests store and delete, and the journals of the deletions.
  *
- * The name 1 is that of the channel <urn:c:1> with the link <http://example.org/feed/1>, of the message
- * <urn:m:1> with the link <http://example.org/1>, and of the enclosure <urn:e:1> with the remote link
+ * The name 1 stands for the channel <urn:c:1> with the link <http://example.org/feed/1>, the message
+ * <urn:m:1> with the link <http://example.org/1>, and the enclosure <urn:e:1> with the remote link
  * <http://example.org/1.ogg> and the local link <file:///1.ogg>. Owners are given as URIs.
  */
 namespace Deletions {
 
 /// \name Statements that store something
-/// What stands in \a more is said of it as well.
+/// \a more contains further properties.
 /// @{
 QString storedChannel(const QString &name, const QString &more = QString());
 QString storedMessage(const QString &name, const QStringList &owners, const QString &more = QString());
 QString storedEnclosure(const QString &name, const QStringList &owners, const QString &more = QString());
-/// A resource that is more than the end of a link.
+/// Returns a resource that has properties of its own, unlike most links.
 QString storedNode(const QString &uri);
 /// @}
 
 QList<QUrl> messageUris(const QStringList &names);
 QList<QUrl> enclosureUris(const QStringList &names);
-/// What the signal says of an enclosure.
+/// Returns an enclosure as the signal passes it.
 FeedEnclosure announced(const QString &name);
 
 /// \name Journals of the operations that others use
 /// @{
-/// deleteEnclosures() of a list, all of which are stored.
+/// Returns the journal of deleteEnclosures() for a list of stored enclosures.
 QStringList enclosureJournal(const QStringList &names);
-/// deleteEnclosures() of a message that has these by itself.
+/// Returns the journal of deleteEnclosures() for a message which alone holds these enclosures.
 QStringList enclosuresOfMessageJournal(const QString &messageUri, const QStringList &names);
-/// deleteMessages() of a list of messages, with the enclosures that each has by itself.
+/// Returns the journal of deleteMessages() for a list of messages, with the enclosures that each alone holds.
 QStringList messageJournal(const QList<QPair<QString, QStringList>> &namesWithEnclosures);
 /// @}
 
-/// The line of an image whose file is to be removed where there is none.
+/// Returns the line that reports the deletion of a file without a name.
 QString emptyPathWarning();
 
 } // namespace Deletions

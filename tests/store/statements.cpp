@@ -9,7 +9,7 @@ QString literal(const QString &text) { return '"' + text + '"'; }
 
 QString word(bool value) { return value ? "true" : "false"; }
 
-/// \a text with what is bound to \a name.
+/// Returns \a text with \a value in the place of \a name.
 QString bound(QString text, const QString &name, const QString &value)
 {
     return text.replace("?:" + name, value);

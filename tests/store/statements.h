@@ -9,10 +9,10 @@
 #include <QString>
 
 /**
- * The statements as they have to reach the store, to the last blank.
+ * The exact texts of the statements that the store must get.
  *
- * A resource is given as it stands between angle brackets, so that a test says itself how it is encoded.
- * Those that write take the URN that they create; URN1 and its like stand for one, see patterned().
+ * Resources are given as they stand between angle brackets, so each test states their encoding. Statements
+ * that write take the URN that they create, such as URN1, see patterned().
  */
 namespace Statements {
 
@@ -32,7 +32,7 @@ QString channelLookup(const QString &link);
 QString channelInsert(const FeedChannel &channel, const QString &link, const QString &urn);
 
 QString messageLookup(const QString &link);
-/// Texts are expected to need no escaping, and the date to be given as it is written.
+/// The texts must not need escaping. The date is given as it is written.
 QString messageInsert(const FeedMessage &message, const QString &publishedDate, const QString &channelUri,
                       const QString &urn);
 QString association(const QString &link, const QString &channelUri);

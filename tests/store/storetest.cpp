@@ -19,10 +19,11 @@
 
 namespace {
 
-/// The trace's own local times have whole seconds.
+/// The local times in traces have whole seconds.
 const QDateTime startOfProgram = QDateTime::fromSecsSinceEpoch(QDateTime::currentSecsSinceEpoch(), Qt::UTC);
 
-/// By the name of the function; one of several of that name has its arguments added.
+/// Returns the signatures of the functions by their names. The name of an overloaded function includes its
+/// arguments.
 const QHash<QString, QString> &signatures()
 {
     static const QHash<QString, QString> texts = {
@@ -96,15 +97,16 @@ QString levelName(QtMsgType type)
     }
 }
 
-/// A message of its own, so that all lines are in one order; the library never informs.
+/// Adds a line to the journal. It is a message, so that all lines are in order; the library writes no
+/// informational messages.
 void writeLine(const QString &line) { qt_message_output(QtInfoMsg, QMessageLogContext(), line); }
 
 QString lineOf(const LoggedMessage &message)
 {
-    // Lines of journalOf()'s own.
+    // This line was written by writeLine().
     if (message.type == QtInfoMsg)
         return message.text;
-    // The library never warns.
+    // Warnings come from Qt, because the library writes none.
     if (message.type == QtWarningMsg)
         return warningLine(message.text);
     const QString level = levelName(message.type);
@@ -142,7 +144,8 @@ int indexOfStatement(const QStringList &journal, int number)
     return index;
 }
 
-/// Reports results that are gone before the event loop, or not gone after it.
+/// Reports results that were deleted before control returned to the event loop, or that were not deleted
+/// then.
 void checkResults(QStringList *lines)
 {
     const QList<QPointer<QSparqlResult>> results = StatementGate::results();
@@ -157,7 +160,7 @@ void checkResults(QStringList *lines)
         lines->append("a result is never deleted");
 }
 
-/// A store that nothing was written to. Copying it takes a fraction of the time that making one does.
+/// Returns the folder of an empty store. Copying it is much faster than creating a new one.
 QString pristineStore()
 {
     static const QTemporaryDir folder;
@@ -262,7 +265,7 @@ QStringList journalOf(const std::function<void()> &operation, const Intervention
         lines.append(lineOf(message));
     checkResults(&lines);
     StatementGate::reset();
-    // All lines together, so that a URN has one name in all of them.
+    // All lines are replaced together, so that a URN has the same name in all of them.
     const QChar separator(0xfdd0);
     return patterned(lines.join(separator)).split(separator, Qt::SkipEmptyParts);
 }
@@ -326,7 +329,7 @@ QString refusalError() { return storeErrorOf(StatementGate::refusedStatement());
 QStringList everythingIn(const TestStore &store)
 {
     QStringList lines;
-    // The ontology is left out.
+    // The resources of the ontology are omitted.
     for (const QString &line : store.texts(
              "SELECT ?s ?p ?o { ?s ?p ?o . FILTER(!STRSTARTS(STR(?s), 'http://tracker.api.') && "
              "!STRSTARTS(STR(?s), 'http://www.w3.org/') && !STRSTARTS(STR(?s), 'http://purl.org/dc/') && "
@@ -358,7 +361,7 @@ QStringList propertiesOf(const TestStore &store, const QString &subject)
 
 StoreTestCase::StoreTestCase()
 {
-    // Half an hour off any full one, and without a need for a time zone database.
+    // The local time differs from UTC by a half hour. The rule needs no time zone database.
     qputenv("TZ", "XST-5:30");
     tzset();
 }

@@ -17,7 +17,7 @@
 #include <memory>
 #include <vector>
 
-/// What a debug stream that is in no-spacing mode prints for \a value.
+/// Returns the text that a debug stream in no-spacing mode writes for \a value.
 template <typename T> QString debugText(const T &value)
 {
     QString text;
@@ -25,29 +25,29 @@ template <typename T> QString debugText(const T &value)
     return text;
 }
 
-/// A text as a trace shows it, between double quotes.
+/// Returns a text as a trace writes it, between double quotes.
 QString quoted(const QString &text);
 
-/// \a text with each URN of createUrn()'s replaced by URN1, URN2... in the order of their appearance, and
-/// each local time between the start of the program and now by NOW.
+/// Returns \a text with the URNs of createUrn() replaced by URN1, URN2 and so on, in the order in which they
+/// appear. Replaces each local time between the start of the program and now by NOW.
 QString patterned(const QString &text);
 
 /// \name Lines of a journal
-/// A trace is given by the function that writes it and its items, which end with a blank each; the name of
-/// an overloaded function has its arguments added.
+/// A trace is given by the function that writes it and its items. A blank follows each item. The name of an
+/// overloaded function includes its arguments.
 /// @{
 QString debugLine(const QString &function, const QStringList &items);
 QString criticalLine(const QString &function, const QStringList &items);
 QString selectLine(const QString &statement);
 QString insertLine(const QString &statement);
 QString deleteLine(const QString &statement);
-/// What Qt itself warns of.
+/// Returns the line of a warning that Qt writes.
 QString warningLine(const QString &text);
-/// The signal, as the instance that a test starts with emits it.
+/// Returns the line of the signal, emitted by the instance that the test starts with.
 QString signalLine(const QList<FeedEnclosure> &enclosures);
 /// @}
 
-/// What becomes of one of an operation's statements, counted from 0.
+/// Changes the result of one statement of an operation, counted from 0.
 struct Intervention
 {
     int statement;
@@ -57,9 +57,9 @@ using Interventions = std::vector<Intervention>;
 Q_DECLARE_METATYPE(Interventions)
 
 /**
- * What \a operation does, in its order: each statement as it reaches the connection, each trace and each
- * signal. A trace that is not built as it has to be is reported as such, and so is a result that is not left
- * to the event loop.
+ * Executes \a operation and returns its journal in order: each statement that reaches the connection, each
+ * trace and each signal. Also reports a trace with a wrong form, and a result that is not deleted by the
+ * event loop.
  */
 QStringList journalOf(const std::function<void()> &operation, const Interventions &interventions = {});
 
@@ -69,11 +69,12 @@ QStringList throughStatement(const QStringList &journal, int number);
 QStringList fromStatement(const QStringList &journal, int number);
 /// @}
 
-/// Runs an operation and tells whether it returned what it returns when it fails.
+/// Executes an operation and returns true if it returned the value that reports a failure; otherwise returns
+/// false.
 using Operation = std::function<bool()>;
 Q_DECLARE_METATYPE(Operation)
 
-/// An operation of one statement, and what it says when that yields no result or an error.
+/// An operation with one statement, and its traces if that has no result or an error.
 struct SingleRead
 {
     const char *function;
@@ -84,32 +85,32 @@ struct SingleRead
     QStringList tracesBefore = {};
 };
 
-/// Test data with both failures of each of \a reads, for checkFailingOperation().
+/// Adds test data with both failures of each of \a reads, for checkFailingOperation().
 void addFailureRows(const std::vector<SingleRead> &reads);
-/// Makes room for rows of addFailureRow().
+/// Adds the columns for addFailureRow().
 void addFailureColumns();
-/// Test data with one failure of an operation; \a journal is all that it is to do.
+/// Adds test data with one failure of an operation. \a journal is its whole journal.
 void addFailureRow(const QString &name, const Operation &returnsItsEmptyValue,
                    const Interventions &interventions, const QStringList &journal);
-/// The body of a test of such data.
+/// Runs a test with this data.
 void checkFailingOperation();
 
-/// The error that the store gives for \a statement, as a debug stream prints it.
+/// Returns the error that the store reports for \a statement, as a debug stream writes it.
 QString storeErrorOf(const QString &statement);
-/// The error that a refused statement meets.
+/// Returns the error that the store reports for a refused statement.
 QString refusalError();
 
 /// \name What the store holds
-/// Lines of text, sorted; prefixed names where there is a prefix, and without what the store itself keeps.
+/// Returns sorted lines of text with prefixed names where a prefix exists. The store's own data is omitted.
 /// @{
 QStringList everythingIn(const TestStore &store);
-/// The resources that something is said of.
+/// Returns the resources that have properties.
 QStringList subjectsIn(const TestStore &store);
-/// What is said of \a subject, each line a property and its value.
+/// Returns the properties of \a subject, each with its value.
 QStringList propertiesOf(const TestStore &store, const QString &subject);
 /// @}
 
-/// The base of the tests: a new store and a new instance for each function, in a time zone that is not UTC.
+/// The base of the tests. Each test has a new store and a new instance, in a time zone that is not UTC.
 class StoreTestCase : public QObject
 {
     Q_OBJECT

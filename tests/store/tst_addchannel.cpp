@@ -28,7 +28,7 @@ FeedChannel channel(const QString &itsLink = link)
     return result;
 }
 
-/// What a call does up to the insert, when the channel is new.
+/// Returns the journal up to the insert statement for a new channel.
 QStringList untilInsert(const FeedChannel &channel, const QString &boundLink)
 {
     const QString lookup = Statements::channelLookup(boundLink);
@@ -89,7 +89,7 @@ void TestAddChannel::newChannelIsInserted()
     QCOMPARE(stored.link(), link);
     QCOMPARE(stored.title(), QString("Example"));
     QCOMPARE(stored.type(), QString("rss"));
-    // The time is the link's.
+    // The time is a property of the link, so it is not read.
     QVERIFY(!stored.subscribedTime().isValid());
 }
 
@@ -220,7 +220,7 @@ void TestAddChannel::linkInOtherCaseNeverCountsAsStored()
              untilInsert(value, "http://example.org/feed") + uriTrace());
     QVERIFY(!uri.isEmpty());
 
-    // The path is what it is: this one is not even found.
+    // Paths are case-sensitive, so this link is not found.
     QVERIFY(!tracker()->addChannel(channel("http://example.org/FEED")).isEmpty());
     QCOMPARE(tracker()->allChannelUrls().size(), 3);
 }
@@ -347,7 +347,7 @@ void TestAddChannel::textsAreStoredAsTheyAre()
     QFETCH(QString, text);
     FeedEnclosure image;
     image.setLocalUrl(text);
-    // Not by the setters, which simplify a title.
+    // The setter of the title would simplify it.
     const FeedChannel value(QString(), link, text, image, text, QString(), QDateTime(), QDateTime(),
                             QString(), {});
     const QString uri = tracker()->addChannel(value);

@@ -37,7 +37,7 @@ FeedMessage messageWith(int number, const QList<FeedEnclosure> &enclosures)
     return result;
 }
 
-/// A stored message, <urn:m:number>, of nobody.
+/// Returns a stored message, <urn:m:number>, that belongs to no channel.
 QString insertStored(int number = 1)
 {
     return QString("INSERT { <urn:m:%1> a mfo:FeedMessage ; nie:title 'stored' ; nie:links <%2> }")
@@ -45,7 +45,7 @@ QString insertStored(int number = 1)
         .arg(linkOf(number));
 }
 
-/// A complete stored enclosure, <urn:e:number>, of the stored message.
+/// Returns a complete stored enclosure, <urn:e:number>, of the stored message.
 QString insertStoredEnclosure(int number, int messageNumber)
 {
     return QString("INSERT { <urn:e:%1> a mfo:Enclosure ; mfo:remoteLink <http://example.org/%1.ogg> ; "
@@ -57,7 +57,7 @@ QString insertStoredEnclosure(int number, int messageNumber)
 
 QString lookupLine(int number) { return selectLine(S::messageLookup(linkOf(number))); }
 
-/// A new message's piece of the update, without a published date.
+/// Returns the piece of the update for a new message without a published date.
 QString piece(const FeedMessage &message, const QString &urn)
 {
     return S::messageInsert(message, QString(), channelUri, urn);
@@ -291,7 +291,7 @@ void TestAddMessages::linkWithoutSchemeIsStoredAsItIs()
 {
     FeedMessage value = message();
     value.setLink("example.org/1");
-    // Looked up in one form and stored in another: never found again.
+    // The link is looked up in one form and stored in another, so it is never found.
     for (int i = 0; i < 2; ++i) {
         QCOMPARE(journalOf([&] { tracker()->addMessages({value}, channelUri); }),
                  QStringList({lookupLine(1), insertLine(piece(value, "URN1"))}));
@@ -599,7 +599,7 @@ void TestAddMessages::textsAreStoredAsTheyAre()
 {
     QFETCH(QString, text);
     const FeedMessage value(text, linkOf(1), QString(), text, text, QDateTime(), {}, QDateTime(), false);
-    // Between two others, whose places it must not reach.
+    // The text must not change the messages before and behind it.
     QVERIFY(tracker()->addMessages({message(2), value, message(3)}, channelUri));
     const auto rows =
         store().select(QString("SELECT ?t ?d ?s { ?m nie:links <%1> ; nie:title ?t ; nie:description ?d ; "

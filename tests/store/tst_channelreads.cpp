@@ -24,12 +24,12 @@ template <typename T> QStringList sortedUris(const QList<T> &values)
     return uris;
 }
 
-/// A property has one value in a graph, so that a second link needs a graph of its own.
+/// Adds a second link in a graph of its own, because a property has one value in each graph.
 void addSecondLink(const TestStore &store)
 {
     store.update("INSERT { GRAPH <urn:g> { <urn:c> a nie:InformationElement ; "
                  "nie:links <http://example.org/2> } }");
-    // A connection knows the graphs that there are when it is made.
+    // A connection only knows the graphs that existed when it was opened.
     FeedTrackerSparql::releaseInstance();
     FeedTrackerSparql::instance();
 }

@@ -25,7 +25,7 @@ namespace {
 const QString channelUri = "urn:c:1";
 const QString messageUri = "urn:m:1";
 const QString messageLink = "http://example.org/1";
-/// Stands for what the store itself says of a statement that it refuses.
+/// A placeholder for the error of the store.
 const QString storeError = "STORE ERROR";
 
 QStringList lookupJournal(const QString &uri)
@@ -39,7 +39,7 @@ QStringList nothingToDelete()
     return QStringList(criticalLine("deleteMessages(QList<QUrl>)", {"Nothing to delete"}));
 }
 
-/// What becomes of a channel before its messages are looked at.
+/// Returns the journal of deleteChannel() before its messages.
 QStringList startOfChannelJournal(const QString &name, const QString &image)
 {
     const QString uri = "urn:c:" + name;
@@ -49,7 +49,7 @@ QStringList startOfChannelJournal(const QString &name, const QString &image)
                        selectLine(S::imageUsers(image))});
 }
 
-/// Of a channel with neither image nor messages, nor another without an image.
+/// Returns the journal for a channel without an image and messages. No other channel is without an image.
 QStringList bareChannelJournal(const QString &name)
 {
     return startOfChannelJournal(name, QString())
@@ -71,18 +71,18 @@ QStringList singleMessageJournal(const QStringList &enclosures, const QString &l
 
 QString messageNotFound() { return criticalLine("deleteMessage", {"Message not found"}); }
 
-/// A statement of an operation that fails, and how the operation ends or goes on.
+/// A failing statement of an operation, and the journal behind it.
 struct FailingStep
 {
     int statement;
     const char *function;
     QStringList noResult;
     QStringList error;
-    /// What is still written of the same list.
+    /// The other lines of the same list.
     QStringList after;
-    /// The statement that the operation goes on with; none when it is -1.
+    /// The statement with which the operation continues; -1 if it stops.
     int resumedAt;
-    /// The resources that stay.
+    /// The resources that are not deleted.
     QStringList left;
 };
 
@@ -96,7 +96,7 @@ void addFailingSteps(const QStringList &all, const std::vector<FailingStep> &ste
             const bool isRefused = verdict == StatementGate::Refuse;
             const QStringList start = throughStatement(all, step.statement);
             QStringList items = isRefused ? step.error : step.noResult;
-            // The statement itself is meant.
+            // "STATEMENT" stands for the failing statement.
             items.replaceInStrings("STATEMENT", quoted(start.last().section(": ", 1)));
             QTest::addRow("statement %d, %s", step.statement, isRefused ? "refused" : "no result")
                 << Interventions{{step.statement, verdict}}
@@ -260,7 +260,7 @@ void TestDeleteChannels::channelWithoutImageBesideAnother()
     const QStringList before = everythingIn(store());
     store().update(storedChannel("1"));
     QStringList expected = bareChannelJournal("1");
-    // An empty image is one that the other channel uses.
+    // The other channel has an empty image too, so the file is in use.
     expected.removeOne(emptyPathWarning());
     QCOMPARE(journalOf([&] { tracker()->deleteChannel(channelUri); }), expected);
     QCOMPARE(everythingIn(store()), before);
@@ -653,7 +653,7 @@ void TestDeleteChannels::failureOfMessagesOfAChannel()
 {
     QFETCH(Interventions, interventions);
     store().update(storedMessage("1", {channelUri}));
-    // Whether they could be listed is all that it tells.
+    // The result only depends on the first statement, which lists the messages.
     const bool answer = interventions.front().statement > 0;
     checkFailingStep([this, answer] { return tracker()->deleteMessages(channelUri) == answer; });
 }
@@ -739,7 +739,7 @@ void TestDeleteChannels::failureOfAList_data()
     const QString none = "Query Execution failed";
     const char *list = "deleteEnclosures(QList<QUrl>)";
     const QStringList error = {"Query execution failed ", "STATEMENT"};
-    // Enclosures that fail do not keep those of the next message.
+    // A failure of one message's enclosures does not stop the deletion of the next ones.
     addFailingSteps(messageJournal({{"1", {"1"}}, {"2", {"2"}}}),
                     {{0,
                       "deleteMessages(QList<QUrl>)",

@@ -30,7 +30,7 @@ QStringList failureOfListForm(const QStringList &items)
     return QStringList(criticalLine("deleteEnclosures(QList<QUrl>)", items));
 }
 
-/// Not a failure: the list names no stored enclosure.
+/// Returns the trace for a list without stored enclosures, which is not a failure.
 QStringList nothingFound()
 {
     return QStringList(debugLine("deleteEnclosures(QList<QUrl>)", {"No enclosures found"}));
@@ -110,7 +110,7 @@ private Q_SLOTS:
     void imageIfNotInUseFailure();
 
 private:
-    /// A new file's path.
+    /// Creates a file and returns its path.
     QString file(const QString &name) const;
     /// Stores the image <urn:i> of <urn:c:1>.
     void storeImage(const QString &localLink, const QString &uri = "urn:i") const;
@@ -375,7 +375,7 @@ void TestDeleteEnclosures::failureOfAList()
     store().update(storedEnclosure("1", {"urn:m:1"}) + storedEnclosure("2", {"urn:m:1"}));
     const QStringList before = everythingIn(store());
     const QStringList start = throughStatement(enclosureJournal({"1", "2"}), 2);
-    // No signal.
+    // The signal is not emitted.
     QCOMPARE(journalOf(
                  [&] {
                      tracker()->deleteEnclosures(enclosureUris({"1", "2"}));
@@ -569,7 +569,7 @@ void TestDeleteEnclosures::whatIsNoFileStays()
     tracker()->deleteChannelImage("urn:c:1");
     QVERIFY(QFileInfo(m_folder->path()).isDir());
 
-    // Of a symbolic link the link itself is removed.
+    // A symbolic link is removed, its target is not.
     QVERIFY(QFile::link(inside, m_folder->filePath("link")));
     storeImage(m_folder->filePath("link"));
     tracker()->deleteChannelImage("urn:c:1");
@@ -752,7 +752,7 @@ void TestDeleteEnclosures::imageIfNotInUseFailure()
     storeImage(path);
     const QStringList withImage = everythingIn(store());
     checkFailingOperation();
-    // What is asked last is whether anybody uses the file.
+    // The last statement asks whether a channel uses the file.
     QCOMPARE(everythingIn(store()), interventions.front().statement < 2 ? withImage : before);
     QVERIFY(QFile::exists(path));
 }

@@ -21,7 +21,7 @@ FeedEnclosure enclosure(int number = 1)
     return result;
 }
 
-/// A stored enclosure, <urn:e:number>, of nobody.
+/// Returns a stored enclosure, <urn:e:number>, without an owner.
 QString insertStored(int number = 1)
 {
     return QString("INSERT { <urn:e:%1> a mfo:Enclosure ; mfo:remoteLink <%2> ; nie:mimeType 'old/type' ; "
@@ -35,7 +35,7 @@ QStringList lookupThen(const QStringList &lines)
     return QStringList(selectLine(S::enclosureLookup(urlOf(1)))) + lines;
 }
 
-/// What updateEnclosure() does for a stored or unknown enclosure with \a uri.
+/// Returns the journal of updateEnclosure() for an enclosure with \a uri.
 QStringList updateJournal(const FeedEnclosure &enclosure, const QString &uri)
 {
     const QString lookup = S::enclosureToUpdate(enclosure.remoteUrl());
@@ -211,7 +211,7 @@ void TestEnclosures::greatestLengthIsStored()
     QVERIFY(tracker()->addEnclosures({value}, owner));
     QCOMPARE(store().texts("SELECT ?s ?i { ?e nie:contentSize ?s ; nie:identifier ?i }"),
              QStringList("4294967295 4294967295"));
-    // Read as a signed number, which it is too great for.
+    // The numbers are read as signed ones and are too large.
     QCOMPARE(tracker()->enclosuresForMessage(owner).first().length(), 0u);
     QCOMPARE(tracker()->enclosuresForMessage(owner).first().groupId(), 0u);
 }
@@ -286,7 +286,7 @@ void TestEnclosures::urlWithoutSchemeIsLookedUpAsItIs()
     QCOMPARE(journalOf([&] { tracker()->addEnclosures({value}, owner); }),
              QStringList({selectLine(S::enclosureLookup("example.org/1.ogg")),
                           insertLine(S::enclosureInsert(value, owner, "URN1"))}));
-    // Unlike a link of a channel or a message, it is found again.
+    // Links of channels and messages would not be found again.
     const QString uri = tracker()->enclosuresForMessage(owner).first().uri();
     QCOMPARE(journalOf([&] { tracker()->addEnclosures({value}, owner); }).last(),
              insertLine(S::enclosureLink(patterned(uri), owner)));
@@ -416,7 +416,7 @@ void TestEnclosures::failingLookupSkipsThatEnclosureOnly()
 
 void TestEnclosures::refusedUpdateWritesNothing()
 {
-    // One value of one enclosure that the store does not take.
+    // The store refuses one value of one enclosure.
     FeedEnclosure bad = enclosure(2);
     bad.setLocalUrl("file:///a b.ogg");
     const QStringList before = everythingIn(store());

@@ -15,7 +15,8 @@ namespace S = Statements;
 
 namespace {
 
-/// While it lives no file of this process can grow, whoever runs it: updates fail, reading goes on.
+/// Prevents all files of this process from growing while it exists, even for root. Updates fail, reading
+/// works.
 class FullDisk
 {
 public:
@@ -46,7 +47,7 @@ QStringList traced(const char *function, const QString &statementLine)
 
 } // namespace
 
-/// The updates that the store itself cannot carry out.
+/// Tests of updates that the store cannot write to the disk.
 class TestFullDisk : public StoreTestCase
 {
     Q_OBJECT
@@ -174,7 +175,7 @@ void TestFullDisk::failedUpdateLeavesTheStoreAsItIs()
     QCOMPARE(everythingIn(store()), before);
     QVERIFY(image.exists());
 
-    // Nothing but the disk was in its way.
+    // With space on the disk, the same operation succeeds.
     QCOMPARE(journalOf([&] { operation(); }).mid(0, journal.size()), journal);
     QVERIFY(everythingIn(store()) != before);
 }

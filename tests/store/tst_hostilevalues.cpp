@@ -14,7 +14,7 @@ namespace S = Statements;
 
 namespace {
 
-/// What every attack is after.
+/// The deletion that every attack attempts.
 const QString deletion = "DELETE { ?c a rdfs:Resource } WHERE { ?c a mfo:FeedChannel }";
 
 const QString owner = "urn:m";
@@ -54,7 +54,7 @@ FeedEnclosure harmless() { return withRemoteUrl("http://example.org/harmless.ogg
 
 FeedMessage message(const QString &link) { return FeedMessage("Title", link, "Text", QDateTime()); }
 
-/// The link as the lookup of a stored message has it.
+/// Returns the link as the lookup of a stored message contains it.
 QString lookedUp(const QString &link) { return QString::fromLatin1(QUrl::fromUserInput(link).toEncoded()); }
 
 QString insertMessageWith(const QString &link)
@@ -62,7 +62,7 @@ QString insertMessageWith(const QString &link)
     return QString("INSERT { _:m a mfo:FeedMessage ; nie:links <%1> }").arg(lookedUp(link));
 }
 
-/// The update that pasting without any care would make.
+/// Returns the update without any protection.
 QString pasted(const QList<FeedEnclosure> &enclosures, const QString &ownerUri)
 {
     QString update;
@@ -73,7 +73,8 @@ QString pasted(const QList<FeedEnclosure> &enclosures, const QString &ownerUri)
     return update;
 }
 
-/// Attacks out of an IRI in front of which \a before stands, and which \a after may follow.
+/// Returns attacks that end an IRI early. \a before is needed behind the IRI, and \a after may follow the
+/// deletion.
 QList<QPair<QString, QString>> iriAttacks(const QString &before, const QString &after)
 {
     return {{"and a comment", "urn:x> " + before + deletion + " #"},
@@ -151,7 +152,7 @@ QStringList TestHostileValues::channelUris() const
     return uris;
 }
 
-/// Any statement that the store refuses has this report, and leaves the store as it is.
+/// The store must refuse the statement and must not change.
 void TestHostileValues::checkRefusedEnclosures(const QList<FeedEnclosure> &enclosures,
                                                const QString &ownerUri)
 {
@@ -159,7 +160,7 @@ void TestHostileValues::checkRefusedEnclosures(const QList<FeedEnclosure> &enclo
     bool done = true;
     const QStringList journal = journalOf([&] { done = tracker()->addEnclosures(enclosures, ownerUri); });
     QVERIFY(!done);
-    // A lookup for each, the update and the one trace.
+    // The journal contains a lookup for each enclosure, the update and one trace.
     QCOMPARE(journal.size(), enclosures.size() + 2);
     QCOMPARE(journal.filter(QRegularExpression("^select: ")).size(), enclosures.size());
     const QString update = journal.at(enclosures.size());
@@ -191,7 +192,7 @@ void TestHostileValues::checkRefusedMessages(const QList<FeedMessage> &messages,
     QCOMPARE(channelUris(), QStringList({"urn:c:1", "urn:c:2", "urn:c:3"}));
 }
 
-/// An attack that would come to nothing by itself proves nothing.
+/// Proves that the attack would work without the protection.
 void TestHostileValues::checkThatItWouldDelete(const QString &statement)
 {
     store().update(statement);
@@ -401,7 +402,7 @@ void TestHostileValues::characterCodesDoNotEndAPlace_data()
 
 void TestHostileValues::characterCodesDoNotEndAPlace()
 {
-    // A parser may replace them before it looks for the end of anything.
+    // A parser may decode these characters before it looks for the end of an IRI or literal.
     QFETCH(QString, greater);
     QFETCH(QString, quote);
     const QString iri = "urn:x" + greater + " } " + deletion + " #";
@@ -411,7 +412,7 @@ void TestHostileValues::characterCodesDoNotEndAPlace()
     checkRefusedEnclosures({harmless()}, iri);
     checkRefusedEnclosures({withLiterals(literal, literal)}, owner);
     checkRefusedMessages({message("http://example.org/1")}, iri);
-    // Not the store's parser alone must see to it.
+    // The library itself must refuse them, without the parser of the store.
     QVERIFY(createAssociation(message("http://example.org/1" + greater), "urn:c:1").startsWith('"'));
     QVERIFY(createAssociation(message("http://example.org/1"), iri).startsWith('"'));
     QVERIFY(tracker()->addMessageQuery(message("http://example.org/1"), iri).startsWith('"'));
@@ -473,7 +474,7 @@ void TestHostileValues::messagesOfAList()
 
 void TestHostileValues::storedMessage()
 {
-    // Another program may have named its message so.
+    // Another program may have stored a message with such a URI.
     const QUrl uri("urn:x> nie:links ?l } WHERE {<urn:x> nie:links ?l } " + deletion + " #");
     store().update("INSERT { <" + QString::fromLatin1(uri.toEncoded()) + "> a mfo:FeedMessage }");
     const QStringList before = everythingIn(store());
@@ -510,7 +511,7 @@ void TestHostileValues::boundValuesAreHarmless()
         tracker()->deletableMessageCount(value);
         tracker()->deletableMessages(value, 10);
     });
-    // Nothing but that there is no such channel or enclosure.
+    // The only failures are channels and enclosures that were not found.
     QCOMPARE(journal.filter("critical").size(), 3);
     QCOMPARE(journal.filter("critical").filter("Result not retrieved").size(), 3);
     QCOMPARE(everythingIn(store()), before);
@@ -565,7 +566,7 @@ void TestHostileValues::boundValuesChangeOneChannelOnly()
         {{FeedTrackerSparql::TitleKey, value}, {FeedTrackerSparql::LinkKey, "http://example.org/" + value}}));
     QCOMPARE(store().texts("SELECT ?t { <urn:c:1> nie:title ?t }"), QStringList(value));
     QCOMPARE(store().count("<urn:c:1> nie:links ?anything"), 1);
-    // The icon is pasted, and has its own tests.
+    // Icons are pasted and have tests of their own.
     store().update("DELETE { ?e a rdfs:Resource } WHERE { ?e a mfo:Enclosure }");
     QCOMPARE(withoutTheFirst(), others);
 }

@@ -8,7 +8,7 @@ namespace {
 
 QDateTime utc(int hour) { return QDateTime(QDate(2020, 1, 2), QTime(hour, 0), Qt::UTC); }
 
-/// The properties without which messagesForChannel() leaves a message out.
+/// The properties that messagesForChannel() requires.
 QStringList requiredOfAMessage(int number)
 {
     return {QString("nie:title 'Title %1'").arg(number), QString("nie:description 'Text %1'").arg(number),
@@ -17,7 +17,7 @@ QStringList requiredOfAMessage(int number)
             QString("mfo:downloadedTime '2020-01-02T%1:00:00Z'").arg(10 + number)};
 }
 
-/// A message of <urn:c>.
+/// Returns a statement that stores a message of <urn:c>.
 QString insertMessage(int number, const QStringList &properties)
 {
     return QString("INSERT { <urn:m:%1> a mfo:FeedMessage ; nie:isLogicalPartOf <urn:c> ; %2 }")
@@ -29,7 +29,7 @@ QString insertMessage(int number) { return insertMessage(number, requiredOfAMess
 
 const char insertChannel[] = "INSERT { <urn:c> a mfo:FeedChannel }";
 
-/// The properties without which enclosuresForMessage() leaves an enclosure out.
+/// The properties that enclosuresForMessage() requires.
 QStringList requiredOfAnEnclosure()
 {
     return {"mfo:remoteLink <http://example.org/1.ogg>",
@@ -40,7 +40,7 @@ QStringList requiredOfAnEnclosure()
             "mfo:optional false"};
 }
 
-/// An enclosure of <urn:m:1>.
+/// Returns a statement that stores an enclosure of <urn:m:1>.
 QString insertEnclosure(const QStringList &properties)
 {
     return QString("INSERT { <urn:e> a mfo:Enclosure ; nie:isLogicalPartOf <urn:m:1> ; %1 }")
@@ -213,7 +213,7 @@ void TestMessageReads::incompleteMessageIsNotListed()
 
 void TestMessageReads::messagesAreAskedForByText()
 {
-    // A text needs escaping where a resource needs encoding.
+    // The URI is bound as a text, which is escaped, and not as a resource, which is encoded.
     const QString uri = "urn:\"c\\";
     QCOMPARE(journalOf([&] { tracker()->messagesForChannel(uri); }),
              QStringList(selectLine(Statements::messagesForChannel("urn:\\\"c\\\\"))));
@@ -363,7 +363,7 @@ void TestMessageReads::messageWithSeveralLinksIsListedOncePerLink()
     store().update(insertMessage(1));
     store().update("INSERT { GRAPH <urn:g> { <urn:m:1> a nie:InformationElement ; "
                    "nie:links <http://example.org/2> } }");
-    // A connection knows the graphs that there are when it is made.
+    // A connection only knows the graphs that existed when it was opened.
     FeedTrackerSparql::releaseInstance();
     QCOMPARE(sorted(tracker()->messageLinksOfChannel("urn:c")),
              QStringList({"http://example.org/1", "http://example.org/2"}));

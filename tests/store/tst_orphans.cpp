@@ -203,7 +203,7 @@ void TestOrphans::incompleteEnclosureStays()
     store().update("INSERT { <urn:e:1> a mfo:Enclosure " + properties + " }");
     const QStringList before = everythingIn(store());
     QCOMPARE(journalOf([&] { tracker()->deleteOrphanEnclosures(); }), noOrphanEnclosures());
-    // Nor does it go along with another.
+    // It also stays if another enclosure is deleted.
     store().update(storedEnclosure("2", {}));
     QCOMPARE(journalOf([&] { tracker()->deleteOrphanEnclosures(); }), enclosuresJournal({"2"}));
     QCOMPARE(everythingIn(store()), before);
@@ -225,7 +225,7 @@ void TestOrphans::imageOfAChannelAddedWithoutUriIsAnOrphan()
     QCOMPARE(list.size(), 1);
     QCOMPARE(list.first().localUrl(), QString("/icons/icon.png"));
 
-    // Not one that was updated.
+    // After updateChannel(), the image is not an orphan.
     channel.setUri(uri);
     QVERIFY(tracker()->updateChannel(channel));
     tracker()->deleteOrphans();

@@ -23,7 +23,7 @@ QString published(int day)
     return QString("nie:contentCreated '2020-01-%1T00:00:00Z'").arg(day, 2, 10, QChar('0'));
 }
 
-/// The message <urn:m:name> of <urn:c>.
+/// Returns a statement that stores the message <urn:m:name> of <urn:c>.
 QString insertMessage(const QString &name, const QStringList &properties)
 {
     return QString("INSERT { <urn:m:%1> a mfo:FeedMessage ; nie:isLogicalPartOf <urn:c> ; %2 }")

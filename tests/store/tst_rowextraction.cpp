@@ -8,7 +8,7 @@
 
 namespace {
 
-/// A row as a driver hands it out; an invalid value stands for an unbound column.
+/// Returns a row as a driver returns it. An invalid value stands for an unbound column.
 QSparqlResultRow row(const QVariantList &values)
 {
     QSparqlResultRow result;
@@ -20,7 +20,7 @@ QSparqlResultRow row(const QVariantList &values)
 
 QDateTime local(int hour, int minute) { return QDateTime(QDate(2020, 1, 2), QTime(hour, minute)); }
 
-/// All fields, so that two channels are equal only when each of them is.
+/// Return all fields as text, for comparisons.
 QString dump(const FeedChannel &channel)
 {
     return debugText(channel) + channel.lastModifiedTime() + debugText(channel.subscribedTime())
@@ -215,7 +215,7 @@ void TestRowExtraction::messageTextsAreKeptAsTheyAre()
     QCOMPARE(message.title(), text);
     QCOMPARE(message.description(), text);
     QCOMPARE(message.summary(), text);
-    // The one setter that alters its value.
+    // setLink() is the only setter that changes its value.
     QCOMPARE(message.link(), QString("http://example.org/1"));
 }
 
@@ -241,7 +241,7 @@ void TestRowExtraction::messageDates()
     QCOMPARE(message.publishedDate().isValid(), time.isValid());
     QCOMPARE(message.publishedDate(), time);
     QCOMPARE(message.downloadedTime(), time);
-    // Exactly the driver's value: no other zone is put upon it.
+    // The value has the zone that the driver gives it.
     QCOMPARE(message.publishedDate().timeSpec(), value.toDateTime().timeSpec());
 }
 

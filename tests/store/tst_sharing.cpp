@@ -35,7 +35,7 @@ FeedMessage message(const QString &link, const QList<FeedEnclosure> &enclosures 
 
 } // namespace
 
-/// What several owners hold, and what is left when all of them are gone.
+/// Tests that a resource with several owners stays until the last owner is deleted.
 class TestSharing : public StoreTestCase
 {
     Q_OBJECT
@@ -84,7 +84,7 @@ void TestSharing::messageOfTwoChannelsSurvives()
     QCOMPARE(propertiesOf(store(), "urn:m:1"), message);
     QCOMPARE(propertiesOf(store(), "urn:e:1"), enclosure);
     QCOMPARE(tracker()->allMessageUrls("urn:c:2"), QStringList("urn:m:1"));
-    // It goes with its last channel.
+    // The deletion of the last channel deletes it.
     tracker()->deleteChannel("urn:c:1");
     tracker()->deleteChannel("urn:c:2");
     QCOMPARE(everythingIn(store()), QStringList());
@@ -138,7 +138,7 @@ void TestSharing::enclosureOfTwoMessagesSurvives()
     QCOMPARE(announced, 0);
     QCOMPARE(propertiesOf(store(), "urn:e:1"), enclosure);
     QVERIFY(subjectsIn(store()).contains("urn:m:2"));
-    // It goes with its last message.
+    // The deletion of the last message deletes it.
     tracker()->deleteMessages(messageUris({"1"}));
     QCOMPARE(announced, 0);
     tracker()->deleteMessages(messageUris({"2"}));
@@ -177,7 +177,7 @@ void TestSharing::imageFileOfTwoChannelsSurvives_data()
     });
 }
 
-/// Two channels whose images are of the same file.
+/// Returns two channels with images that have the same file.
 static QString twoChannelsWithImage(const QString &path)
 {
     const QString image = "mfo:image '" + path + '\'';
@@ -200,7 +200,7 @@ void TestSharing::imageFileOfTwoChannelsSurvives()
     operation();
     QVERIFY(file.exists());
     QVERIFY(subjectsIn(store()).contains("urn:i:2"));
-    // It goes with its last channel.
+    // The deletion of the last channel deletes it.
     tracker()->deleteChannel("urn:c:1");
     QVERIFY(file.exists());
     tracker()->deleteChannel("urn:c:2");

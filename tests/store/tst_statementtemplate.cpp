@@ -144,7 +144,7 @@ void TestStatementTemplate::valueThatEndsItsPlaceMakesARefusedStatement_data()
 void TestStatementTemplate::valueThatEndsItsPlaceMakesARefusedStatement()
 {
     QFETCH(QString, value);
-    // Refused at its first token, and still readable in the trace of the refusal.
+    // The statement is refused at its first token, and the trace shows it in readable form.
     for (const QString &text :
          {createAssociation(message(value), channelUri), createAssociation(message(), value),
           createAssociation(message(value), value), tracker()->addMessageQuery(message(), value)}) {
@@ -275,7 +275,7 @@ void TestStatementTemplate::enclosuresAreStoredAtOnce()
     QCOMPARE(journal.size(), 2);
     QCOMPARE(journal.first(), selectLine(S::enclosureLookup("http://example.org/1.ogg")));
     QCOMPARE(store().count("?anything a mfo:Enclosure"), 1);
-    // They belong to the message that is yet to come.
+    // The enclosures belong to the message that the statement will store.
     const QString owner = store().texts("SELECT ?m { ?e nie:isLogicalPartOf ?m }").value(0);
     QVERIFY(!owner.isEmpty());
     QVERIFY(text.startsWith("INSERT { <" + owner + "> a mfo:FeedMessage "));

@@ -21,7 +21,7 @@ namespace {
 
 const char signalSignature[] = "enclosuresToBeDeleted(QList<FeedEnclosure>&)";
 
-// Taken while libraries load and globals are made, long before any instance.
+// Read while the program starts, before there is an instance.
 const QStringList keysAtLoad = {FeedTrackerSparql::LinkKey, FeedTrackerSparql::TitleKey,
                                 FeedTrackerSparql::LastModifiedTimeKey};
 
@@ -61,7 +61,7 @@ FeedEnclosure enclosure(const QString &remoteUrl = "http://example.org/1.ogg")
     return result;
 }
 
-/// Is connected by name and alters the list that it is given.
+/// A receiver that is connected by name and changes the list.
 class Remover : public QObject
 {
     Q_OBJECT
@@ -193,7 +193,7 @@ void TestStoreLifecycle::newInstanceSeesTheSameStore()
     const QString uri = FeedTrackerSparql::instance()->addChannel(channel());
     QVERIFY(!uri.isEmpty());
     FeedTrackerSparql::releaseInstance();
-    // The first connection is still open here, as nobody has run the event loop.
+    // The first connection is still open, because the event loop has not run.
     QCOMPARE(FeedTrackerSparql::instance()->allChannelUrls(), QStringList(uri));
     QCOMPARE(FeedTrackerSparql::instance()->addChannel(channel()), QString());
 }
@@ -398,7 +398,7 @@ void TestStoreLifecycle::operationWithoutAStore()
     checkFailingOperation();
 }
 
-/// From now on each result is complete only when it has been waited for.
+/// Makes all later results incomplete until waitForFinished() is called.
 static void makeResultsLate()
 {
     StatementGate::setJudge([](const QString &) { return StatementGate::Late; });

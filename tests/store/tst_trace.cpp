@@ -53,7 +53,7 @@ public:
     void member() { QST_DEBUG("Test") << "member"; }
 };
 
-/// The only message that \a write makes.
+/// Returns the only message that \a write creates.
 template <typename Function> LoggedMessage messageOf(const Function &write)
 {
     MessageLog log;
@@ -63,7 +63,7 @@ template <typename Function> LoggedMessage messageOf(const Function &write)
                                 : LoggedMessage{QtFatalMsg, QString("%1 messages").arg(messages.size())};
 }
 
-/// What a message says after its prefix.
+/// Returns the message without its fields.
 template <typename T> QString itemText(const T &value)
 {
     return messageOf([&value] { QST_DEBUG("Test") << value; }).message();

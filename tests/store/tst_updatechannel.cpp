@@ -12,7 +12,7 @@ const QString channelUri = "urn:c";
 const QString link = "http://example.org/feed";
 const QString iconUrl = "http://example.org/icon.png";
 
-/// Half past one of the tests' own time zone.
+/// 01:30 in the time zone of the tests.
 const char created[] = "2020-01-01T20:00:00Z";
 
 const char channels[] =
@@ -75,7 +75,7 @@ QStringList timeJournal(const QString &time)
     return traced(insertLine(S::lastModifiedTimeEdit(channelUri, time)));
 }
 
-/// What an edit of everything does, and the properties that it is given.
+/// Return the journal of an edit of all properties, and these properties.
 QStringList editJournal()
 {
     return found() + linkJournal("http://example.org/new") + titleJournal("New")
@@ -255,7 +255,7 @@ void TestUpdateChannel::storedIconIsLinkedToTheChannel()
              updateJournal(channelWithIcon())
                  + QStringList({selectLine(S::enclosureLookup(iconUrl)),
                                 insertLine(S::enclosureLink("urn:i", channelUri))}));
-    // Its local link is not the new one.
+    // The local link does not change.
     QCOMPARE(propertiesOf(store(), "urn:i"),
              QStringList({"a mfo:Enclosure", "mfo:localLink /old.png",
                           "mfo:remoteLink http://example.org/icon.png", "nie:isLogicalPartOf urn:c",
@@ -454,7 +454,7 @@ void TestUpdateChannel::subscriptionTimeIsKeptAsAnInstant()
     };
     const QDateTime before = time("http://example.org/subscribed");
     QCOMPARE(before.offsetFromUtc(), 19800);
-    // The second one replaces a time that has been replaced already.
+    // The second change replaces a time that the first change has written.
     for (const char *next : {"http://example.org/moved", "http://example.org/moved/again"}) {
         QVERIFY(tracker()->editChannel(uri, {{FeedTrackerSparql::LinkKey, next}}));
         QCOMPARE(time(next).toSecsSinceEpoch(), before.toSecsSinceEpoch());
@@ -561,7 +561,7 @@ void TestUpdateChannel::lastModifiedTimeIsReplaced()
     const FeedChannel stored = tracker()->channelForUri(channelUri);
     QCOMPARE(stored.updatedTime(), time);
     QCOMPARE(stored.updatedTime().timeSpec(), Qt::LocalTime);
-    // The feed's own text has another home.
+    // The last-modified text of the feed is another property.
     QCOMPARE(stored.lastModifiedTime(), QString("old text"));
     QCOMPARE(propertiesOf(store(), channelUri).filter("nie:contentLastModified").size(), 1);
 }
