@@ -74,7 +74,7 @@ private slots:
     void carriesAnyType_data();
     void carriesAnyType();
     void takesTheValueOfAVariant();
-    void invalidWithoutAWayToWriteTheValue();
+    void invalidWithoutStreamOperators();
 
     void invalidGivesAnEmptyGenericArgument();
     void genericArgumentPointsIntoTheArgument();
@@ -90,7 +90,7 @@ private slots:
     void copyOutlivesTheOriginal();
     void originalOutlivesTheCopy();
     void assignmentKeepsTheValue();
-    void assignmentOfAMaterialisedOne();
+    void assignmentBetweenArgumentsWithValues();
     void selfAssignmentKeepsTheValue();
 
     void streamsTypeNameAndBytes_data();
@@ -197,7 +197,7 @@ void tst_FeedArgument::takesTheValueOfAVariant()
     QCOMPARE(argument.data, streamed(variant.toUrl()));
 }
 
-void tst_FeedArgument::invalidWithoutAWayToWriteTheValue()
+void tst_FeedArgument::invalidWithoutStreamOperators()
 {
     qRegisterMetaType<WithoutOperators>();
     const int number = 7;
@@ -404,7 +404,7 @@ void tst_FeedArgument::assignmentKeepsTheValue()
     QCOMPARE(takeTexts(*log), QStringList{Destroying});
 }
 
-void tst_FeedArgument::assignmentOfAMaterialisedOne()
+void tst_FeedArgument::assignmentBetweenArgumentsWithValues()
 {
     {
         FeedArgument source = counted(7);

@@ -125,7 +125,7 @@ private slots:
 
     void membersAreInTheirOrder();
     void defaultIsEmpty();
-    void constructorTakesAnything();
+    void constructorChecksNothing();
     void addArgumentIgnoresInvalidOnes();
     void addArgumentIgnoresTheEleventh();
     void argumentGivesACopy();
@@ -190,7 +190,7 @@ void tst_FeedMethod::defaultIsEmpty()
     QVERIFY(method.genericArguments().isEmpty());
 }
 
-void tst_FeedMethod::constructorTakesAnything()
+void tst_FeedMethod::constructorChecksNothing()
 {
     Arguments arguments;
     for (int i = 0; i < 12; ++i)

@@ -21,7 +21,7 @@ private Q_SLOTS:
     void messageDuringWriting_data();
     void messageDuringWriting();
     void fatalMessageDuringWriting();
-    void messageWithinTheHandlerIsQts();
+    void messageWithinTheHandlerGoesToQt();
     void settingsReadDuringWriting();
 };
 
@@ -108,7 +108,7 @@ void TestLogFile::fatalMessageDuringWriting()
 }
 
 // Qt does not call the message handler while the handler runs.
-void TestLogFile::messageWithinTheHandlerIsQts()
+void TestLogFile::messageWithinTheHandlerGoesToQt()
 {
     writeSettings("<message>");
     const QString nested = structured("nested");

@@ -29,7 +29,7 @@ private Q_SLOTS:
     void fatal_data();
     void fatal();
     void fatalTrace();
-    void fatalComesAfterWhatWasSaid();
+    void fatalIsWrittenAfterEarlierMessages();
 
     void defaultTemplate();
     void emptyTemplate();
@@ -252,7 +252,7 @@ void TestLogOutput::fatalTrace()
     QCOMPARE(log(), QByteArray("Fatal: \"last words\" \n"));
 }
 
-void TestLogOutput::fatalComesAfterWhatWasSaid()
+void TestLogOutput::fatalIsWrittenAfterEarlierMessages()
 {
     writeSettings("<message>");
     const HostRun run = runLogger({"say:said, ", "send:debug," + structured("first"), "send:fatal,plain"});

@@ -192,7 +192,7 @@ private slots:
     void emptyChannelPrintsEmptyDatesAndAnEmptyList();
     void innerListSwitchesSpacingOnForTheOuterOne();
     void wholeChannelTextIsExact();
-    void textIsQuotedAndOtherLettersStand();
+    void textIsQuotedAndKeepsOtherLetters();
     void valuesMayBeChained();
 };
 
@@ -417,7 +417,7 @@ void tst_DebugText::wholeChannelTextIsExact()
     QCOMPARE(spaced(one), expected);
 }
 
-void tst_DebugText::textIsQuotedAndOtherLettersStand()
+void tst_DebugText::textIsQuotedAndKeepsOtherLetters()
 {
     const QString title = QString::fromUtf8("Grüße \"日本\"\n\xF0\x9F\x93\xBB");
     const QString quoted = QString::fromUtf8("\"Grüße \\\"日本\\\"\\n\xF0\x9F\x93\xBB\"");

@@ -149,12 +149,12 @@ private slots:
     void detachKeepsARecordThatIsNotShared();
     void lastOwnerDeletesTheRecord();
     void iconSharesTheRecordOfTheChannelsImage();
-    void setMessagesLeavesTheGivenListAlone();
+    void setMessagesDoesNotChangeTheGivenList();
     void messagesIsACopyOfTheList();
     void insertMessageKeepsNewestFirst_data();
     void insertMessageKeepsNewestFirst();
     void insertMessageComparesInstants();
-    void insertMessagePutsNoDateBehindTheOldest();
+    void insertMessageAppendsAMessageWithoutADate();
     void insertMessageHoldsTheSameMessageTwice();
     void insertMessageReachesAllSharers();
     void insertMessageTakesACopy();
@@ -218,7 +218,7 @@ void tst_FeedChannel::iconSharesTheRecordOfTheChannelsImage()
     QCOMPARE(channel.icon().remoteUrl(), QString("http://i/1"));
 }
 
-void tst_FeedChannel::setMessagesLeavesTheGivenListAlone()
+void tst_FeedChannel::setMessagesDoesNotChangeTheGivenList()
 {
     QList<FeedMessage> list = messages("1 3 2");
     FeedChannel channel;
@@ -336,7 +336,7 @@ void tst_FeedChannel::insertMessageComparesInstants()
     QCOMPARE(titles(channel), QString("twelve eleven ten"));
 }
 
-void tst_FeedChannel::insertMessagePutsNoDateBehindTheOldest()
+void tst_FeedChannel::insertMessageAppendsAMessageWithoutADate()
 {
     // QDateTime compares an invalid date like the start of 1970.
     FeedChannel channel;

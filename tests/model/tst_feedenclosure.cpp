@@ -105,12 +105,12 @@ private slots:
     void detachMakesACopyOfAllFields();
     void detachKeepsARecordThatIsNotShared();
     void lastOwnerDeletesTheRecord();
-    void assignmentDeletesTheRecordThatNobodyHolds();
+    void assignmentDeletesAnUnusedRecord();
     void equalityComparesTheRemoteUrlOnly();
     void addChildChangesNothing();
     void addChildIsTheOnlyVirtualFunction();
     void castsFromNodeToEnclosure();
-    void derivedClassIsAEnclosure();
+    void derivedClassIsAnEnclosure();
     void copiesMayBeUsedInSeveralThreads();
 
 private:
@@ -145,7 +145,7 @@ void tst_FeedEnclosure::lastOwnerDeletesTheRecord()
         1, [](FeedEnclosure &enclosure, const std::vector<QString> &texts) { enclosure.setUri(texts[0]); });
 }
 
-void tst_FeedEnclosure::assignmentDeletesTheRecordThatNobodyHolds()
+void tst_FeedEnclosure::assignmentDeletesAnUnusedRecord()
 {
     QString text = QString("urn:") + QString::number(1);
     FeedEnclosure enclosure;
@@ -211,7 +211,7 @@ void tst_FeedEnclosure::castsFromNodeToEnclosure()
     QVERIFY(!dynamic_cast<FeedEnclosure *>(node));
 }
 
-void tst_FeedEnclosure::derivedClassIsAEnclosure()
+void tst_FeedEnclosure::derivedClassIsAnEnclosure()
 {
     MarkedEnclosure marked(filled(), 7);
     const MarkedEnclosure copy = marked;

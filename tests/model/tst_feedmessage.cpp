@@ -118,7 +118,7 @@ private slots:
     void setterOnACopyLeavesTheOriginal() { shared.setterOnACopyLeavesTheOriginal(); }
     void setterOnTheOriginalLeavesTheCopy_data() { shared.addFieldRows(); }
     void setterOnTheOriginalLeavesTheCopy() { shared.setterOnTheOriginalLeavesTheCopy(); }
-    void favoriteMayBeSetAndTakenBack();
+    void favoriteCanBeSetAndCleared();
     void copySharesTheRecord() { shared.copySharesTheRecord(); }
     void assignmentSharesTheRecord() { shared.assignmentSharesTheRecord(); }
     void assignmentWithinOneRecordChangesNothing() { shared.assignmentWithinOneRecordChangesNothing(); }
@@ -173,7 +173,7 @@ void tst_FeedMessage::fourArgumentConstructorSetsTheDownloadedTime()
     QCOMPARE(shared.valuesOf(message), values);
 }
 
-void tst_FeedMessage::favoriteMayBeSetAndTakenBack()
+void tst_FeedMessage::favoriteCanBeSetAndCleared()
 {
     FeedMessage message;
     message.setFavorite(true);

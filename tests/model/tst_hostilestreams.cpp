@@ -194,8 +194,8 @@ private slots:
     void enclosureTruncatedAnywhere();
     void messageTruncatedAnywhere();
     void channelTruncatedAnywhere();
-    void memoryIsThatOfTheBytes_data();
-    void memoryIsThatOfTheBytes();
+    void memoryIsLimitedByTheBytes_data();
+    void memoryIsLimitedByTheBytes();
     void changedBits_data() { addStreamForms(); }
     void changedBits();
     void randomBytes_data() { addStreamForms(); }
@@ -288,7 +288,7 @@ void tst_HostileStreams::messageTruncatedAnywhere()
 
 void tst_HostileStreams::channelTruncatedAnywhere() { checkBeginnings(sampleChannel(), channelFields, 2); }
 
-void tst_HostileStreams::memoryIsThatOfTheBytes_data()
+void tst_HostileStreams::memoryIsLimitedByTheBytes_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     constexpr int Size = 1 << 20;
@@ -303,7 +303,7 @@ void tst_HostileStreams::memoryIsThatOfTheBytes_data()
         << streamed(ManyElements) + streamed(0x7ffffffeu, 0x7ffffffeu, 0x7ffffffeu).repeated(1000);
 }
 
-void tst_HostileStreams::memoryIsThatOfTheBytes()
+void tst_HostileStreams::memoryIsLimitedByTheBytes()
 {
     QFETCH(QByteArray, bytes);
     const MemoryLimit limit(96 << 20);

@@ -121,7 +121,7 @@ private slots:
     void numbersAreUnsigned();
     void textsAreNotAltered();
     void timesKeepTheirZone();
-    void addressesKeepNothingOfOlderOnes();
+    void readingReplacesTheWholeBaseUrl();
 
     void readingAnEnclosureChangesItsCopies();
     void readingAMessageChangesItsCopies();
@@ -133,7 +133,7 @@ private slots:
     void messagesStayInTheOrderOfTheStream();
 
     void listReadersReplaceTheList();
-    void listReadersLeaveCopiesOfTheList();
+    void listReadersDoNotChangeCopiesOfTheList();
     void emptyListsMayEndTheStream();
 };
 
@@ -259,7 +259,7 @@ void tst_Streams::timesKeepTheirZone()
     }
 }
 
-void tst_Streams::addressesKeepNothingOfOlderOnes()
+void tst_Streams::readingReplacesTheWholeBaseUrl()
 {
     for (const QUrl &address : {QUrl("relative/path"), QUrl("https://example.org/"), QUrl()}) {
         FeedMessage message;
@@ -368,7 +368,7 @@ void tst_Streams::listReadersReplaceTheList()
     QVERIFY(messages.isEmpty());
 }
 
-void tst_Streams::listReadersLeaveCopiesOfTheList()
+void tst_Streams::listReadersDoNotChangeCopiesOfTheList()
 {
     QList<FeedEnclosure> enclosures{sampleEnclosure("old")};
     const QList<FeedEnclosure> copy = enclosures;

@@ -56,7 +56,7 @@ private Q_SLOTS:
 
     void channelIsRefusedWhenItsLinkIsStored();
     void secondCallWithTheSameLinkIsRefused();
-    void linkOfAMessageIsNotAChannels();
+    void linkOfAMessageIsNotALinkOfAChannel();
 
     void linkWithoutSchemeIsStoredWithOne();
     void linkWithoutSchemeNeverCountsAsStored();
@@ -185,7 +185,7 @@ void TestAddChannel::secondCallWithTheSameLinkIsRefused()
     QCOMPARE(tracker()->allChannelUrls(), QStringList(first));
 }
 
-void TestAddChannel::linkOfAMessageIsNotAChannels()
+void TestAddChannel::linkOfAMessageIsNotALinkOfAChannel()
 {
     store().update("INSERT { <urn:m> a mfo:FeedMessage ; nie:links <http://example.org/feed> }");
     QVERIFY(!tracker()->addChannel(channel()).isEmpty());

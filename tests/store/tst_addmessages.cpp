@@ -85,7 +85,7 @@ private Q_SLOTS:
     void emptyListExecutesAnEmptyUpdate();
     void unknownChannelIsNotRefused();
 
-    void downloadedTimeIsLocalTimeCalledUtc();
+    void downloadedTimeIsLocalTimeLabelledUtc();
     void publishedDates_data();
     void publishedDates();
     void messageWithoutPublishedDateHasNone();
@@ -198,7 +198,7 @@ void TestAddMessages::unknownChannelIsNotRefused()
     QCOMPARE(tracker()->messageLinksOfChannel("urn:unknown"), QStringList(linkOf(1)));
 }
 
-void TestAddMessages::downloadedTimeIsLocalTimeCalledUtc()
+void TestAddMessages::downloadedTimeIsLocalTimeLabelledUtc()
 {
     QVERIFY(tracker()->addMessages({message()}, channelUri));
     const QDateTime downloaded = tracker()->messagesForChannel(channelUri).first().downloadedTime();

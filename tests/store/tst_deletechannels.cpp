@@ -125,10 +125,10 @@ private Q_SLOTS:
     void emptyChannelUriIsRefused();
     void unknownChannelIsNotFound_data();
     void unknownChannelIsNotFound();
-    void channelIsDeletedWithAllItHas();
+    void channelIsDeletedWithItsResources();
     void channelWithoutImage();
     void channelWithoutImageBesideAnother();
-    void notesOfReadersGoWithTheChannel();
+    void propertiesOfFeedReadersAreDeletedWithTheChannel();
     void onlyTheFirstLinkNodeIsDeleted();
     void channelUriIsBoundAsAResource();
     void failureOfAChannel_data();
@@ -138,7 +138,7 @@ private Q_SLOTS:
     void allChannelsAreDeleted();
     void channelsThatCannotBeListedStay_data();
     void channelsThatCannotBeListedStay();
-    void failingChannelDoesNotKeepTheOthers();
+    void failingChannelDoesNotStopTheOthers();
 
     void messageIsDeletedAfterItsEnclosures();
     void messageWithoutEnclosures();
@@ -165,8 +165,8 @@ private Q_SLOTS:
 
     void emptyListIsRefused();
     void listIsOneUpdateInItsOrder();
-    void listIsDeletedWhoeverHoldsIt();
-    void whatIsNoMessageStays();
+    void listIsDeletedDespiteOtherOwners();
+    void otherResourcesStay();
     void linkNodesOfAListStay();
     void enclosureOfTwoMessagesOfTheListGoesWithTheFirst();
     void messagesWithoutLinkAreDeleted();
@@ -228,7 +228,7 @@ void TestDeleteChannels::unknownChannelIsNotFound()
     QCOMPARE(everythingIn(store()), before);
 }
 
-void TestDeleteChannels::channelIsDeletedWithAllItHas()
+void TestDeleteChannels::channelIsDeletedWithItsResources()
 {
     store().update(storedChannel("2", "mfo:image '/other.png'") + storedMessage("2", {"urn:c:2"})
                    + storedEnclosure("2", {"urn:m:2"}));
@@ -266,7 +266,7 @@ void TestDeleteChannels::channelWithoutImageBesideAnother()
     QCOMPARE(everythingIn(store()), before);
 }
 
-void TestDeleteChannels::notesOfReadersGoWithTheChannel()
+void TestDeleteChannels::propertiesOfFeedReadersAreDeletedWithTheChannel()
 {
     store().update(storedChannel("1", "tidel:entityTag 'x' ; tidel:droppedLink 'a', 'b'"));
     tracker()->deleteChannel(channelUri);
@@ -401,7 +401,7 @@ void TestDeleteChannels::channelsThatCannotBeListedStay()
     QCOMPARE(everythingIn(store()), before);
 }
 
-void TestDeleteChannels::failingChannelDoesNotKeepTheOthers()
+void TestDeleteChannels::failingChannelDoesNotStopTheOthers()
 {
     store().update(storedChannel("1") + storedChannel("2"));
     const QStringList uris = store().texts(S::allChannelUrls());
@@ -677,7 +677,7 @@ void TestDeleteChannels::listIsOneUpdateInItsOrder()
     QCOMPARE(everythingIn(store()), before);
 }
 
-void TestDeleteChannels::listIsDeletedWhoeverHoldsIt()
+void TestDeleteChannels::listIsDeletedDespiteOtherOwners()
 {
     store().update(storedChannel("1") + storedChannel("2"));
     const QStringList before = everythingIn(store());
@@ -689,7 +689,7 @@ void TestDeleteChannels::listIsDeletedWhoeverHoldsIt()
     QCOMPARE(everythingIn(store()), before);
 }
 
-void TestDeleteChannels::whatIsNoMessageStays()
+void TestDeleteChannels::otherResourcesStay()
 {
     store().update(storedChannel("1") + storedEnclosure("1", {"urn:m:1"}));
     const QStringList before = everythingIn(store());

@@ -69,7 +69,7 @@ private Q_SLOTS:
     void emptyListIsRefused();
     void unknownEnclosuresAreNotAnnounced();
     void listIsOneUpdateInItsOrder();
-    void listIsDeletedWhoeverHoldsIt();
+    void listIsDeletedDespiteOtherOwners();
     void resourceThatIsNoEnclosureStays();
     void incompleteEnclosureStays_data();
     void incompleteEnclosureStays();
@@ -82,7 +82,7 @@ private Q_SLOTS:
     void filesOfEnclosuresAreLeftToTheHost();
 
     void signalComesOnceBeforeTheReturn();
-    void signalledListIsTheReceiversToChange();
+    void receiverMayChangeTheList();
     void updateIsReleasedWhenTheSignalComes();
     void receiverMayUseTheStore();
 
@@ -92,18 +92,18 @@ private Q_SLOTS:
     void onlyTheFirstFileIsRemoved();
     void pathsAndUrls_data();
     void pathsAndUrls();
-    void whatIsNoFileStays();
+    void foldersAndTargetsOfLinksStay();
     void imageWithoutRemoteLinkStaysWithoutItsFile();
     void imageOfAnotherChannelStays();
     void imageOfTwoChannelsIsDeletedForBoth();
     void enclosuresOfMessagesAreNoImages();
-    void emptyChannelUriNamesTheImagesOfNobody();
+    void emptyChannelUriKeepsOtherImages();
     void imageFailure_data();
     void imageFailure();
 
     void imageInUseKeepsItsFile();
-    void imageThatNobodyUsesLosesItsFile_data();
-    void imageThatNobodyUsesLosesItsFile();
+    void unusedImageIsDeletedWithItsFile_data();
+    void unusedImageIsDeletedWithItsFile();
     void channelThatIsStoredUsesItsOwnImage();
     void imageIsComparedAsText();
     void imageIfNotInUseFailure_data();
@@ -275,7 +275,7 @@ void TestDeleteEnclosures::listIsOneUpdateInItsOrder()
     QCOMPARE(everythingIn(store()), before);
 }
 
-void TestDeleteEnclosures::listIsDeletedWhoeverHoldsIt()
+void TestDeleteEnclosures::listIsDeletedDespiteOtherOwners()
 {
     store().update(storedMessage("1", {}) + storedMessage("2", {}) + storedChannel("1"));
     const QStringList before = everythingIn(store());
@@ -428,7 +428,7 @@ void TestDeleteEnclosures::signalComesOnceBeforeTheReturn()
     QCOMPARE(calls, 1);
 }
 
-void TestDeleteEnclosures::signalledListIsTheReceiversToChange()
+void TestDeleteEnclosures::receiverMayChangeTheList()
 {
     store().update(storedEnclosure("1", {"urn:m:1"}) + storedEnclosure("2", {"urn:m:1"}));
     QList<int> sizes;
@@ -562,7 +562,7 @@ void TestDeleteEnclosures::pathsAndUrls()
     }
 }
 
-void TestDeleteEnclosures::whatIsNoFileStays()
+void TestDeleteEnclosures::foldersAndTargetsOfLinksStay()
 {
     const QString inside = file("inside");
     storeImage(m_folder->path());
@@ -624,7 +624,7 @@ void TestDeleteEnclosures::enclosuresOfMessagesAreNoImages()
     QCOMPARE(everythingIn(store()), before);
 }
 
-void TestDeleteEnclosures::emptyChannelUriNamesTheImagesOfNobody()
+void TestDeleteEnclosures::emptyChannelUriKeepsOtherImages()
 {
     const QString path = file("image.png");
     storeImage(path);
@@ -677,7 +677,7 @@ void TestDeleteEnclosures::imageInUseKeepsItsFile()
     QVERIFY(QFile::exists(path));
 }
 
-void TestDeleteEnclosures::imageThatNobodyUsesLosesItsFile_data()
+void TestDeleteEnclosures::unusedImageIsDeletedWithItsFile_data()
 {
     QTest::addColumn<QString>("other");
     QTest::newRow("no other channel") << "";
@@ -686,7 +686,7 @@ void TestDeleteEnclosures::imageThatNobodyUsesLosesItsFile_data()
     QTest::newRow("not a channel's image") << storedEnclosure("1", {"urn:m:1"}, "mfo:image '/image.png'");
 }
 
-void TestDeleteEnclosures::imageThatNobodyUsesLosesItsFile()
+void TestDeleteEnclosures::unusedImageIsDeletedWithItsFile()
 {
     QFETCH(QString, other);
     store().update(other);

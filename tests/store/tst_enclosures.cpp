@@ -86,14 +86,14 @@ private Q_SLOTS:
     void updateReplacesThreeProperties();
     void updateLeavesTheRestAlone();
     void updateWithEmptyValues();
-    void updateOfAnEnclosureThatLacksThem();
+    void updateAddsMissingProperties();
     void updateWithTheSameValuesSucceeds();
     void updateKeepsOtherEnclosures();
     void greatestLengthIsUpdated();
     void updateTextsAreStoredAsTheyAre_data();
     void updateTextsAreStoredAsTheyAre();
     void updateWithoutRemoteUrlIsRefused();
-    void updateOfAnUnknownUrlReturnsWhatTheStoreSays();
+    void updateOfAnUnknownUrlReturnsTheResultOfTheStore();
     void updateBindsTheUrlEncoded();
     void updateFailure_data();
     void updateFailure();
@@ -478,7 +478,7 @@ void TestEnclosures::updateWithEmptyValues()
                           "nie:contentSize 0", "nie:mimeType "}));
 }
 
-void TestEnclosures::updateOfAnEnclosureThatLacksThem()
+void TestEnclosures::updateAddsMissingProperties()
 {
     store().update("INSERT { <urn:e:1> a mfo:Enclosure ; mfo:remoteLink <http://example.org/1.ogg> }");
     QVERIFY(tracker()->updateEnclosure(enclosure()));
@@ -545,7 +545,7 @@ void TestEnclosures::updateWithoutRemoteUrlIsRefused()
     QVERIFY(!done);
 }
 
-void TestEnclosures::updateOfAnUnknownUrlReturnsWhatTheStoreSays()
+void TestEnclosures::updateOfAnUnknownUrlReturnsTheResultOfTheStore()
 {
     store().update(insertStored(2));
     const QStringList before = everythingIn(store());

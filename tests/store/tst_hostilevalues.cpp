@@ -105,14 +105,14 @@ private Q_SLOTS:
     void linkOfAStoredMessage();
     void linksOfTwoStoredMessages();
 
-    void spoiledIri_data();
-    void spoiledIri();
-    void spoiledLiteral_data();
-    void spoiledLiteral();
+    void brokenIri_data();
+    void brokenIri();
+    void brokenLiteral_data();
+    void brokenLiteral();
     void characterCodesDoNotEndAPlace_data();
     void characterCodesDoNotEndAPlace();
-    void textsForAHostAreRefusedToo_data();
-    void textsForAHostAreRefusedToo();
+    void textsReturnedToAHostAreRefusedToo_data();
+    void textsReturnedToAHostAreRefusedToo();
 
     void messagesOfAList_data();
     void messagesOfAList();
@@ -127,10 +127,10 @@ private Q_SLOTS:
     void imageOfADeletedChannelIsHarmless_data();
     void imageOfADeletedChannelIsHarmless();
     void linkOfANewMessageIsHarmless();
-    void innocentIris_data();
-    void innocentIris();
-    void innocentLiterals_data();
-    void innocentLiterals();
+    void harmlessIris_data();
+    void harmlessIris();
+    void harmlessLiterals_data();
+    void harmlessLiterals();
 
 private:
     QStringList channelUris() const;
@@ -345,7 +345,7 @@ void TestHostileValues::linksOfTwoStoredMessages()
     checkThatItWouldDelete(S::association(first, "urn:c:1") + S::association(second, "urn:c:1"));
 }
 
-void TestHostileValues::spoiledIri_data()
+void TestHostileValues::brokenIri_data()
 {
     QTest::addColumn<QString>("character");
     for (const char *character :
@@ -354,7 +354,7 @@ void TestHostileValues::spoiledIri_data()
     QTest::newRow("null") << QString(QChar(u'\0'));
 }
 
-void TestHostileValues::spoiledIri()
+void TestHostileValues::brokenIri()
 {
     QFETCH(QString, character);
     const QString iri = "urn:a" + character + 'b';
@@ -369,7 +369,7 @@ void TestHostileValues::spoiledIri()
     checkRefusedMessages({message(link)}, "urn:c:1");
 }
 
-void TestHostileValues::spoiledLiteral_data()
+void TestHostileValues::brokenLiteral_data()
 {
     QTest::addColumn<QString>("text");
     QTest::newRow("quote") << "audio/\"ogg\"";
@@ -383,7 +383,7 @@ void TestHostileValues::spoiledLiteral_data()
     QTest::newRow("null") << QString("audio") + QChar(u'\0') + "ogg";
 }
 
-void TestHostileValues::spoiledLiteral()
+void TestHostileValues::brokenLiteral()
 {
     QFETCH(QString, text);
     checkRefusedEnclosures({withLiterals(text, "/icon.png")}, owner);
@@ -418,7 +418,7 @@ void TestHostileValues::characterCodesDoNotEndAPlace()
     QVERIFY(tracker()->addMessageQuery(message("http://example.org/1"), iri).startsWith('"'));
 }
 
-void TestHostileValues::textsForAHostAreRefusedToo_data()
+void TestHostileValues::textsReturnedToAHostAreRefusedToo_data()
 {
     QTest::addColumn<QString>("statement");
     const FeedMessage innocent = message("http://example.org/1");
@@ -429,7 +429,7 @@ void TestHostileValues::textsForAHostAreRefusedToo_data()
         << createAssociation(message("urn:x> } #"), "urn:c:1") + '\n' + deletion;
 }
 
-void TestHostileValues::textsForAHostAreRefusedToo()
+void TestHostileValues::textsReturnedToAHostAreRefusedToo()
 {
     QFETCH(QString, statement);
     const QStringList before = everythingIn(store());
@@ -615,7 +615,7 @@ void TestHostileValues::linkOfANewMessageIsHarmless()
     QVERIFY(tracker()->messageLinksOfChannel("urn:c:1").contains(link));
 }
 
-void TestHostileValues::innocentIris_data()
+void TestHostileValues::harmlessIris_data()
 {
     QTest::addColumn<QString>("iri");
     QTest::newRow("escapes") << "http://example.org/%7Euser/%3E%22%5C?q=%7B%7D#%23";
@@ -627,7 +627,7 @@ void TestHostileValues::innocentIris_data()
     QTest::newRow("relative") << "/home/me/file";
 }
 
-void TestHostileValues::innocentIris()
+void TestHostileValues::harmlessIris()
 {
     QFETCH(QString, iri);
     QVERIFY(tracker()->addEnclosures({withRemoteUrl(iri)}, iri));
@@ -640,7 +640,7 @@ void TestHostileValues::innocentIris()
     QCOMPARE(channelUris().size(), 3);
 }
 
-void TestHostileValues::innocentLiterals_data()
+void TestHostileValues::harmlessLiterals_data()
 {
     QTest::addColumn<QString>("text");
     QTest::newRow("escapes") << "%7E %22 %5C";
@@ -657,7 +657,7 @@ void TestHostileValues::innocentLiterals_data()
     QTest::newRow("parameters") << "text/html; charset=utf-8; q=0.9";
 }
 
-void TestHostileValues::innocentLiterals()
+void TestHostileValues::harmlessLiterals()
 {
     QFETCH(QString, text);
     QVERIFY(tracker()->addEnclosures(

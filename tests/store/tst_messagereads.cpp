@@ -70,16 +70,16 @@ class TestMessageReads : public StoreTestCase
 private Q_SLOTS:
     void init();
 
-    void channelWithoutMessagesHasNoneSilently();
+    void channelWithoutMessagesWritesNoTrace();
     void messageIsListedWithItsFields();
-    void messagesComeByDownloadedTime();
+    void messagesAreSortedByDownloadedTime();
     void messagesOfOtherChannelsAreLeftOut();
     void messageOfTwoChannelsBelongsToBoth();
     void untaggedMessageIsListedOnce();
     void messageIsListedOncePerTag();
     void incompleteMessageIsNotListed_data();
     void incompleteMessageIsNotListed();
-    void messagesAreAskedForByText();
+    void messagesAreSelectedByText();
 
     void messageWithoutEnclosuresHasNone();
     void enclosuresOfAMessageCarryTheMimeTypeAsIcon();
@@ -100,12 +100,12 @@ private Q_SLOTS:
     void messageWithSeveralLinksIsListedOncePerLink();
 
     void newestPublishedDateIsTheLatest();
-    void newestInstantWinsWhateverItsZone();
+    void newestInstantIsTheLatestInAnyZone();
     void channelWithoutPublishedDatesHasNoLatest();
     void channelWithoutMessagesHasNoLatest();
     void undatedMessageDoesNotHideTheLatest();
 
-    void emptyArgumentIsAskedForAllTheSame();
+    void emptyArgumentIsQueried();
     void uriIsBoundAsAResource();
     void failure_data();
     void failure();
@@ -117,7 +117,7 @@ void TestMessageReads::init()
     store().update(insertChannel);
 }
 
-void TestMessageReads::channelWithoutMessagesHasNoneSilently()
+void TestMessageReads::channelWithoutMessagesWritesNoTrace()
 {
     QList<FeedMessage> messages = {FeedMessage()};
     QCOMPARE(journalOf([&] { messages = tracker()->messagesForChannel("urn:c"); }),
@@ -145,7 +145,7 @@ void TestMessageReads::messageIsListedWithItsFields()
     QVERIFY(message.isFavorite());
 }
 
-void TestMessageReads::messagesComeByDownloadedTime()
+void TestMessageReads::messagesAreSortedByDownloadedTime()
 {
     for (int number : {3, 1, 4, 2})
         store().update(insertMessage(number));
@@ -211,7 +211,7 @@ void TestMessageReads::incompleteMessageIsNotListed()
     QCOMPARE(tracker()->allMessageUrls("urn:c"), QStringList("urn:m:1"));
 }
 
-void TestMessageReads::messagesAreAskedForByText()
+void TestMessageReads::messagesAreSelectedByText()
 {
     // The URI is bound as a text, which is escaped, and not as a resource, which is encoded.
     const QString uri = "urn:\"c\\";
@@ -382,7 +382,7 @@ void TestMessageReads::newestPublishedDateIsTheLatest()
              store().select(Statements::latestPostPublishedTime("urn:c")).front().value(0).toDateTime());
 }
 
-void TestMessageReads::newestInstantWinsWhateverItsZone()
+void TestMessageReads::newestInstantIsTheLatestInAnyZone()
 {
     store().update(insertMessage(1, {"nie:contentCreated '2020-01-02T10:00:00Z'^^xsd:dateTime"}));
     store().update(insertMessage(2, {"nie:contentCreated '2020-01-02T09:00:00-03:00'^^xsd:dateTime"}));
@@ -415,7 +415,7 @@ void TestMessageReads::undatedMessageDoesNotHideTheLatest()
     QCOMPARE(tracker()->latestPostPublishedTime("urn:c"), utc(10));
 }
 
-void TestMessageReads::emptyArgumentIsAskedForAllTheSame()
+void TestMessageReads::emptyArgumentIsQueried()
 {
     QCOMPARE(journalOf([&] {
                  tracker()->messagesForChannel("");

@@ -44,14 +44,14 @@ class TestOrphans : public StoreTestCase
 private Q_SLOTS:
     void storeWithoutOrphans();
     void emptyStore();
-    void messageOfAnOrphanTakesItsEnclosureAlong();
+    void orphanMessageIsDeletedWithItsEnclosure();
 
     void messagesOfNoChannelAreDeleted();
     void linkNodesOfOrphansAreDeletedToo();
     void messageWithoutLinkStays();
     void enclosuresOutliveTheirOrphan();
 
-    void enclosuresOfNobodyAreDeleted();
+    void enclosuresWithoutOwnerAreDeleted();
     void linkNodesOfEnclosuresAreDeletedToo();
     void enclosuresComeInTheOrderOfTheRows();
     void oneOwnerKeepsAnEnclosure_data();
@@ -66,8 +66,8 @@ private Q_SLOTS:
     void failureOfMessages();
     void failureOfEnclosures_data();
     void failureOfEnclosures();
-    void failingMessagesDoNotKeepTheEnclosures_data();
-    void failingMessagesDoNotKeepTheEnclosures();
+    void failingMessagesDoNotStopTheEnclosures_data();
+    void failingMessagesDoNotStopTheEnclosures();
 };
 
 void TestOrphans::storeWithoutOrphans()
@@ -87,7 +87,7 @@ void TestOrphans::emptyStore()
     QCOMPARE(everythingIn(store()), QStringList());
 }
 
-void TestOrphans::messageOfAnOrphanTakesItsEnclosureAlong()
+void TestOrphans::orphanMessageIsDeletedWithItsEnclosure()
 {
     store().update(storedMessage("1", {}) + storedEnclosure("1", {"urn:m:1"}));
     QCOMPARE(journalOf([&] { tracker()->deleteOrphans(); }), messagesJournal() + enclosuresJournal({"1"}));
@@ -133,7 +133,7 @@ void TestOrphans::enclosuresOutliveTheirOrphan()
     QCOMPARE(everythingIn(store()), before);
 }
 
-void TestOrphans::enclosuresOfNobodyAreDeleted()
+void TestOrphans::enclosuresWithoutOwnerAreDeleted()
 {
     store().update(storedChannel("1") + storedMessage("1", {"urn:c:1"}) + storedEnclosure("1", {"urn:m:1"}));
     const QStringList before = everythingIn(store());
@@ -323,14 +323,14 @@ void TestOrphans::failureOfEnclosures()
     QCOMPARE(everythingIn(store()), before);
 }
 
-void TestOrphans::failingMessagesDoNotKeepTheEnclosures_data()
+void TestOrphans::failingMessagesDoNotStopTheEnclosures_data()
 {
     QTest::addColumn<int>("verdict");
     QTest::newRow("no result") << int(StatementGate::NoResult);
     QTest::newRow("refused") << int(StatementGate::Refuse);
 }
 
-void TestOrphans::failingMessagesDoNotKeepTheEnclosures()
+void TestOrphans::failingMessagesDoNotStopTheEnclosures()
 {
     QFETCH(int, verdict);
     store().update(storedMessage("1", {}) + storedEnclosure("1", {"urn:m:1"}));

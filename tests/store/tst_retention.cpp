@@ -52,7 +52,7 @@ private Q_SLOTS:
 
     void messagesAreCounted();
     void oldestMessagesComeFirst();
-    void instantsAreComparedWhateverTheirZone();
+    void timesInDifferentZonesAreCompared();
     void undatedMessagesComeFirst();
     void limits_data();
     void limits();
@@ -70,9 +70,9 @@ private Q_SLOTS:
     void messageOfTwoChannelsIsDeletableInBoth();
     void otherPartsOfTheChannelAreNoMessages();
     void unknownChannelHasNone();
-    void emptyUriIsAskedForAllTheSame();
+    void emptyUriIsQueried();
     void uriIsBoundAsAResource();
-    void countWithoutARowIsNoneSilently();
+    void countWithoutARowIsZeroWithoutATrace();
     void nothingIsChanged();
     void failure_data();
     void failure();
@@ -111,7 +111,7 @@ void TestRetention::oldestMessagesComeFirst()
     QCOMPARE(listed().mid(3), QStringList({"urn:m:new", "urn:m:newest"}));
 }
 
-void TestRetention::instantsAreComparedWhateverTheirZone()
+void TestRetention::timesInDifferentZonesAreCompared()
 {
     const auto at = [](const char *text) {
         return QStringList({QString("nie:contentCreated '%1'^^xsd:dateTime").arg(text), downloaded(1)});
@@ -263,7 +263,7 @@ void TestRetention::unknownChannelHasNone()
     QCOMPARE(uris, QStringList());
 }
 
-void TestRetention::emptyUriIsAskedForAllTheSame()
+void TestRetention::emptyUriIsQueried()
 {
     QCOMPARE(journalOf([&] {
                  tracker()->deletableMessageCount("");
@@ -286,7 +286,7 @@ void TestRetention::uriIsBoundAsAResource()
                      selectLine(S::deletableMessages(encoded, 10))}));
 }
 
-void TestRetention::countWithoutARowIsNoneSilently()
+void TestRetention::countWithoutARowIsZeroWithoutATrace()
 {
     store().update(insertMessage("1", {downloaded(1)}));
     int count = -1;

@@ -55,9 +55,9 @@ private Q_SLOTS:
     void imageFileOfTwoChannelsGoes();
     void fileOfASharedImageNodeIsNeverRemoved();
 
-    void remains_data();
-    void remains();
-    void nothingElseRemains();
+    void remainingResources_data();
+    void remainingResources();
+    void nothingRemainsOfTheWholeArchive();
 };
 
 void TestSharing::messageOfTwoChannelsSurvives_data()
@@ -243,7 +243,7 @@ void TestSharing::fileOfASharedImageNodeIsNeverRemoved()
     QVERIFY(file.exists());
 }
 
-void TestSharing::remains_data()
+void TestSharing::remainingResources_data()
 {
     QTest::addColumn<QString>("stored");
     QTest::addColumn<Operation>("operation");
@@ -326,7 +326,7 @@ void TestSharing::remains_data()
         {"urn:tag a nao:Tag"});
 }
 
-void TestSharing::remains()
+void TestSharing::remainingResources()
 {
     QFETCH(QString, stored);
     QFETCH(Operation, operation);
@@ -336,7 +336,7 @@ void TestSharing::remains()
     QCOMPARE(everythingIn(store()), left);
 }
 
-void TestSharing::nothingElseRemains()
+void TestSharing::nothingRemainsOfTheWholeArchive()
 {
     const QTemporaryDir folder;
     QFile image(folder.filePath("image.png"));

@@ -11,7 +11,7 @@
 #include <type_traits>
 
 static_assert(std::is_base_of_v<QObject, FeedTrackerSparql>);
-static_assert(!std::is_default_constructible_v<FeedTrackerSparql>, "instance() alone makes one");
+static_assert(!std::is_default_constructible_v<FeedTrackerSparql>, "only instance() creates an object");
 static_assert(!std::is_copy_constructible_v<FeedTrackerSparql>);
 static_assert(!std::is_copy_assignable_v<FeedTrackerSparql>);
 static_assert(sizeof(FeedTrackerSparql) == sizeof(QObject) + sizeof(void *),
@@ -116,8 +116,8 @@ private Q_SLOTS:
     void metaCallEmitsTheSignal();
     void metaCallLeavesOtherCallsAlone_data();
     void metaCallLeavesOtherCallsAlone();
-    void receiverByNameAltersTheCallersList();
-    void invokedByNameTheListIsTheCallersOwn();
+    void receiverByNameChangesTheCallersList();
+    void signalByNamePassesTheCallersList();
 
 private:
     std::unique_ptr<MessageLog> m_silence;
@@ -564,7 +564,7 @@ void TestStoreLifecycle::metaCallLeavesOtherCallsAlone()
     QCOMPARE(calls, 0);
 }
 
-void TestStoreLifecycle::receiverByNameAltersTheCallersList()
+void TestStoreLifecycle::receiverByNameChangesTheCallersList()
 {
     FeedTrackerSparql *tracker = FeedTrackerSparql::instance();
     Remover remover;
@@ -577,7 +577,7 @@ void TestStoreLifecycle::receiverByNameAltersTheCallersList()
     QCOMPARE(list.first().remoteUrl(), QString("b"));
 }
 
-void TestStoreLifecycle::invokedByNameTheListIsTheCallersOwn()
+void TestStoreLifecycle::signalByNamePassesTheCallersList()
 {
     FeedTrackerSparql *tracker = FeedTrackerSparql::instance();
     QList<FeedEnclosure> *received = nullptr;

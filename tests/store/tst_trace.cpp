@@ -79,7 +79,7 @@ private Q_SLOTS:
     void messageHasSixParts();
     void levels_data();
     void levels();
-    void categoryIsTheHosts();
+    void hostChoosesTheCategory();
     void lineIsTheLineOfTheTrace();
     void functionsAreNamed_data();
     void functionsAreNamed();
@@ -92,11 +92,11 @@ private Q_SLOTS:
     void textsOutsideAsciiAreKept();
     void lineBreaksBelongToTheMessage();
     void longTextsAreKept();
-    void noSpacingIsTheHostsChoice();
+    void hostMaySwitchSpacingOff();
 
     void messageIsWrittenWhenTheTraceEnds();
     void originCanBePassedOn();
-    void streamIsOneAndTheSame();
+    void streamIsAlwaysTheSame();
     void contextNamesThePlace();
     void loggingRulesDoNotSuppressTraces_data();
     void loggingRulesDoNotSuppressTraces();
@@ -140,7 +140,7 @@ void TestTrace::levels()
     QCOMPARE(message.parts().size(), 6);
 }
 
-void TestTrace::categoryIsTheHosts()
+void TestTrace::hostChoosesTheCategory()
 {
     QCOMPARE(messageOf([] { QST_CRITICAL("My Reader") << "text"; }).parts().first(), QString("My Reader"));
     QCOMPARE(messageOf([] { QST_CRITICAL("") << "text"; }).parts().first(), QString());
@@ -267,7 +267,7 @@ void TestTrace::longTextsAreKept()
     QCOMPARE(itemText(text.constData()).size(), 1000001);
 }
 
-void TestTrace::noSpacingIsTheHostsChoice()
+void TestTrace::hostMaySwitchSpacingOff()
 {
     const LoggedMessage message =
         messageOf([] { QST_DEBUG("Test").nospace().noquote() << QString("a") << "b" << 1; });
@@ -300,7 +300,7 @@ void TestTrace::originCanBePassedOn()
     QCOMPARE(message.type, QtCriticalMsg);
 }
 
-void TestTrace::streamIsOneAndTheSame()
+void TestTrace::streamIsAlwaysTheSame()
 {
     MessageLog log;
     {

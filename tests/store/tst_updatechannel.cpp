@@ -99,7 +99,7 @@ private Q_SLOTS:
     void init();
 
     void updateReplacesFourProperties();
-    void updateOfABareChannelAddsThem();
+    void updateAddsMissingProperties();
     void everyOldValueIsReplaced();
     void emptyValuesReplaceToo();
     void updatedTimeIsNow();
@@ -164,7 +164,7 @@ void TestUpdateChannel::updateReplacesFourProperties()
     QCOMPARE(patterned(everythingIn(store()).join('\n')).split('\n'), expected);
 }
 
-void TestUpdateChannel::updateOfABareChannelAddsThem()
+void TestUpdateChannel::updateAddsMissingProperties()
 {
     store().update("INSERT { <urn:bare> a mfo:FeedChannel }");
     FeedChannel value = channel();
