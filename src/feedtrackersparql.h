@@ -66,6 +66,7 @@ public:
     /// @{
     /// Returns all channels in the order of the store, without messages, icons and descriptions; an empty
     /// list on failure. A channel with several links is listed once for each of them.
+    // contract: the time of subscription stays empty, because it is a property of the link. Hosts know this.
     QList<FeedChannel> allChannels() const;
     /// Returns the URIs of all channels; an empty list on failure.
     QStringList allChannelUrls() const;

@@ -54,6 +54,8 @@ QString literal(const char *name, const QString &text)
 
 // contract: the channel's type is nie:characterSet and its last-modified text is nie:comment. Stores have
 // them there.
+// contract: reads nie:created of the channel, although insertChannel() writes it to the link, so the time of
+// subscription stays empty. Hosts know the columns.
 QSparqlQuery allChannels()
 {
     return select("select ?u ?t ?l ?n ?c ?v ?b where {?u a mfo:FeedChannel; . OPTIONAL{?u nie:title ?t.}. "
@@ -377,7 +379,6 @@ QSparqlQuery deleteMessage(const QString &messageUri, const QUrl &link)
 // contract: also selects messages of no channel. Hosts rely on this clean-up.
 QSparqlQuery messagesToDelete(const QString &channelUri)
 {
-    // Those that no other channel holds, and so those that no channel holds at all.
     return select("SELECT ?u WHERE {?u a mfo:FeedMessage. OPTIONAL {?u nie:isLogicalPartOf ?c . "
                   "?c a mfo:FeedChannel . FILTER (( ?c != ?:channelUri )) . }FILTER (!bound(?c)) . }",
                   {{"channelUri", QUrl(channelUri)}});
