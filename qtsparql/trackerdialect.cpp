@@ -4,6 +4,7 @@
 #include "sparqllexer_p.h"
 
 #include <QDateTime>
+#include <QRegularExpression>
 
 namespace {
 
@@ -55,6 +56,66 @@ QString replacement(const SparqlToken &token, const SparqlLexer &following)
     }
 }
 
+bool isWord(const SparqlToken &token, QLatin1String word)
+{
+    return token.text.compare(word, Qt::CaseInsensitive) == 0;
+}
+
+/// Follows the tokens of an update and finds the places in its templates where a subject stands.
+class TemplateReader
+{
+public:
+    /// Returns true if the next token is the subject of a triples block.
+    bool isAtSubject() const { return m_isTemplate && m_isAtSubject; }
+
+    void pass(const SparqlToken &token)
+    {
+        m_isAtSubject = token.text == u"{" || token.text == u"}" || token.text == u".";
+        if (token.text == u"{") {
+            ++m_depth;
+        } else if (token.text == u"}") {
+            --m_depth;
+            m_isTemplate = m_isTemplate && m_depth != 0;
+        } else if (m_depth == 0) {
+            // The braces of DELETE WHERE are a pattern: without its triples it would match more.
+            m_isTemplate = isWord(token, QLatin1String("INSERT")) || isWord(token, QLatin1String("DELETE"))
+                || (m_isTemplate && !isWord(token, QLatin1String("WHERE")));
+        }
+    }
+
+private:
+    int m_depth = 0;
+    bool m_isTemplate = false;
+    bool m_isAtSubject = false;
+};
+
+/// Returns where the number, the prefixed name or the language tag ends that starts at \a start; -1 if there
+/// is none. The lexer splits numbers and names at their points.
+int endOfWord(const QString &text, int start)
+{
+    static const QRegularExpression word(QStringLiteral("\\G(?:@[\\w-]+"
+                                                        "|\\d+\\.[eE][+-]?\\d+"
+                                                        "|\\d*\\.?\\d+(?:[eE][+-]?\\d+)?"
+                                                        "|(?:[\\w:%-]|\\\\.)+(?:\\.+(?:[\\w:%-]|\\\\.)+)*)"),
+                                         QRegularExpression::UseUnicodePropertiesOption);
+    return int(word.match(text, start).capturedEnd());
+}
+
+/// Returns the point or the brace behind the triples block that \a lexer is in.
+SparqlToken endOfTriples(const QString &update, SparqlLexer *lexer)
+{
+    int wordEnd = 0;
+    for (SparqlToken token = lexer->nextMeaningful();; token = lexer->nextMeaningful()) {
+        if (token.kind == SparqlToken::End)
+            return token;
+        if (token.kind != SparqlToken::Other || token.start < wordEnd)
+            continue;
+        wordEnd = qMax(wordEnd, endOfWord(update, token.start));
+        if (token.start >= wordEnd && (token.text == u"." || token.text == u"{" || token.text == u"}"))
+            return token;
+    }
+}
+
 } // namespace
 
 namespace TrackerDialect {
@@ -73,6 +134,26 @@ QString toTracker(const QString &statement)
         copied = token.end();
     }
     return copied == 0 ? statement : result.append(statement.constData() + copied, statement.size() - copied);
+}
+
+QString withoutEmptySubjects(const QString &update)
+{
+    if (!update.contains(QLatin1String("<>")))
+        return update;
+    QString result;
+    int copied = 0;
+    TemplateReader reader;
+    SparqlLexer lexer(update);
+    for (SparqlToken token = lexer.nextMeaningful(); token.kind != SparqlToken::End;
+         token = lexer.nextMeaningful()) {
+        if (token.text == u"<>" && reader.isAtSubject()) {
+            result.append(update.constData() + copied, token.start - copied);
+            token = endOfTriples(update, &lexer);
+            copied = token.text == u"." ? token.end() : token.start;
+        }
+        reader.pass(token);
+    }
+    return copied == 0 ? update : result.append(update.constData() + copied, update.size() - copied);
 }
 
 QString iriFromTracker(const QString &iri) { return iri == emptyIri ? QString() : iri; }

@@ -19,6 +19,10 @@ namespace TrackerDialect {
 /// \a statement as Tracker takes it.
 QString toTracker(const QString &statement);
 
+/// Returns \a update without the triples of its templates that have the empty IRI as their subject. The
+/// empty IRI names no resource, but Tracker stores or refuses such triples. A template can become empty.
+QString withoutEmptySubjects(const QString &update);
+
 /// The resource \a iri as the caller knows it.
 QString iriFromTracker(const QString &iri);
 

@@ -256,7 +256,8 @@ QSparqlError TrackerStore::update(const QString &statement)
         return refusal;
     if (const QSparqlError failure = becomeWritable(); failure.isValid())
         return failure;
-    const QByteArray text = TrackerDialect::toTracker(statement).toUtf8();
+    const QByteArray text =
+        TrackerDialect::toTracker(TrackerDialect::withoutEmptySubjects(statement)).toUtf8();
     const QDeadlineTimer deadline(patienceMs);
     QSparqlError error = updateOnce(text);
     while (isOutOfDate(error) && !deadline.hasExpired()) {

@@ -16,6 +16,8 @@ private Q_SLOTS:
     void zoneless_data();
     void zoneless();
     void emptyIriComesBack();
+    void emptySubject_data();
+    void emptySubject();
     void blankStatement_data();
     void blankStatement();
     void unchangedTextIsNotCopied();
@@ -142,6 +144,76 @@ void TestDialect::emptyIriComesBack()
     QCOMPARE(TrackerDialect::iriFromTracker(QStringLiteral("urn:a")), QStringLiteral("urn:a"));
 }
 
+void TestDialect::emptySubject_data()
+{
+    QTest::addColumn<QString>("given");
+    QTest::addColumn<QString>("left");
+
+    const auto row = [](const char *name, const char *given, const char *left) {
+        QTest::newRow(name) << QString::fromUtf8(given) << QString::fromUtf8(left);
+    };
+    const auto unchanged = [&row](const char *name, const char *text) { row(name, text, text); };
+
+    row("insertion", "INSERT { <> a <b> }", "INSERT { }");
+    row("deletion", "DELETE {<> nie:title ?t} WHERE {<> nie:title ?t}", "DELETE {} WHERE {<> nie:title ?t}");
+    row("data", "INSERT DATA { <> a <b> } ; DELETE DATA { <> a <b> }", "INSERT DATA { } ; DELETE DATA { }");
+    row("any case", "insert { <> a <b> } Delete data { <> a <b> }", "insert { } Delete data { }");
+    row("graph behind the keyword", "INSERT INTO <g> { <> a <b> }", "INSERT INTO <g> { }");
+    row("graph in the template", "INSERT { GRAPH <g> { <> a <b> . <c> a <b> } <> a <b> }",
+        "INSERT { GRAPH <g> {  <c> a <b> } }");
+    row("both templates of one operation",
+        "WITH <g> DELETE { <> a <b> } INSERT { <> a <c> } WHERE { <> a <b> }",
+        "WITH <g> DELETE { } INSERT { } WHERE { <> a <b> }");
+    row("several operations", "DELETE { <> a ?t } WHERE { <> a ?t } INSERT { <c> a <b> } INSERT { <> a <b> }",
+        "DELETE { } WHERE { <> a ?t } INSERT { <c> a <b> } INSERT { }");
+    row("comments and line breaks", "INSERT # <\n{ # {\n<> # .\n a <b> # }\n}", "INSERT # <\n{ # {\n}");
+    row("braces and points in literals", "INSERT { <> nie:title \"} . <c> a <b>\" , '''}.''' . <c> a <b> }",
+        "INSERT {  <c> a <b> }");
+    row("points in an IRI", "INSERT { <> a <http://example.org/a.b> . <c> a <b> }", "INSERT {  <c> a <b> }");
+
+    row("first block", "INSERT { <> a <b> ; a <d> , <e> . <c> a <b> }", "INSERT {  <c> a <b> }");
+    row("last block", "INSERT { <c> a <b> . <> a <b> . }", "INSERT { <c> a <b> .  }");
+    row("block between others", "INSERT { <c> a <b> . <> a <b> .<d> a <b> }",
+        "INSERT { <c> a <b> . <d> a <b> }");
+    row("no white space", "INSERT{<>a<b>.<c>a<b>.<>a<b>}", "INSERT{<c>a<b>.}");
+    row("decimals", "INSERT { <> nie:a 1.5 , .5 , -1.5e3, 1.e3 . <c> a <b> }", "INSERT {  <c> a <b> }");
+    row("point behind an integer", "INSERT { <> nie:a 1. <c> a <b> }", "INSERT {  <c> a <b> }");
+    row("variable behind an integer", "INSERT { <> nie:a 1.?c a <b> }", "INSERT { ?c a <b> }");
+    row("name behind an integer", "INSERT { <> nie:a 1.nie:c a <b> }", "INSERT { nie:c a <b> }");
+    row("points in a name", "INSERT { <> nie:a.b..\u00e4-c _:d.e . <c> a <b> }", "INSERT {  <c> a <b> }");
+    row("escapes in a name", "INSERT { <> nie:a\\..b%20.c nie:d.\\,e . <c> a <b> }", "INSERT {  <c> a <b> }");
+    row("point behind a name", "INSERT { <> a nie:b.<c> a <b> }", "INSERT { <c> a <b> }");
+    row("name behind a variable", "INSERT { <> a ?b.nie:c a <b> }", "INSERT { nie:c a <b> }");
+    row("name behind a literal", "INSERT { <> a 'b'.nie:c a <b> }", "INSERT { nie:c a <b> }");
+    row("name behind a language", "INSERT { <> a 'b'@en-GB.nie:c a <b> }", "INSERT { nie:c a <b> }");
+    row("name behind an IRI", "INSERT { <> a <b>.nie:c a <b> }", "INSERT { nie:c a <b> }");
+    row("blank nodes", "INSERT { <> nie:a [ nie:b <> ; nie:c 1.5 ] . <c> a <b> }", "INSERT {  <c> a <b> }");
+    row("literal that never ends", "INSERT { <> nie:title '}", "INSERT { ");
+    row("template that never ends", "INSERT { <> nie:title 'a' ; a", "INSERT { ");
+
+    unchanged("object", "INSERT { <c> nie:links <> } INSERT { <c> nie:links <d> , <> . }");
+    unchanged("object behind a decimal", "INSERT { <c> nie:a 1.5 , <> ; nie:b.c <> }");
+    unchanged("pattern", "DELETE { ?s a ?t } WHERE { <> a ?t . <> nie:links ?s }");
+    unchanged("pattern that is the template", "DELETE WHERE { <> a ?t }");
+    unchanged("pattern in a pattern", "INSERT { <c> a <b> } WHERE { { <> a ?t } UNION { <> a ?t } }");
+    unchanged("query", "SELECT ?t { <> a ?t } # INSERT");
+    unchanged("keyword in a pattern", "ASK { ?insert nie:delete 'INSERT' . <> a ?t }");
+    unchanged("keyword in another word", "INSERTED { <> a <b> }");
+    unchanged("keyword in a comment", "# INSERT\n{ <> a <b> }");
+    unchanged("graph", "WITH <> INSERT { <c> a <b> } WHERE { }");
+    unchanged("literal and comment", "INSERT { # <> a <b>\n <c> nie:title '. <> a <b> .' }");
+    unchanged("IRI that is not empty", "INSERT { <a> a <b> }");
+    unchanged("empty", "");
+}
+
+void TestDialect::emptySubject()
+{
+    QFETCH(QString, given);
+    QFETCH(QString, left);
+    QCOMPARE(TrackerDialect::withoutEmptySubjects(given), left);
+    QCOMPARE(TrackerDialect::withoutEmptySubjects(left), left);
+}
+
 void TestDialect::blankStatement_data()
 {
     QTest::addColumn<QString>("statement");
@@ -171,6 +243,7 @@ void TestDialect::unchangedTextIsNotCopied()
     const QString statement = QStringLiteral("SELECT ?a { ?a nie:title \"x\" }");
     const QString large = statement.repeated(3);
     QCOMPARE(TrackerDialect::toTracker(large).constData(), large.constData());
+    QCOMPARE(TrackerDialect::withoutEmptySubjects(large).constData(), large.constData());
 }
 
 QTEST_GUILESS_MAIN(TestDialect)

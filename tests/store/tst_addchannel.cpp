@@ -243,10 +243,18 @@ void TestAddChannel::existingLinkResourceWithAnotherTimeIsRefused()
 void TestAddChannel::emptyLink()
 {
     const FeedChannel value = channel("");
+    const QStringList before = everythingIn(store());
     QString uri;
     QCOMPARE(journalOf([&] { uri = tracker()->addChannel(value); }), untilInsert(value, "") + uriTrace());
     QVERIFY(!uri.isEmpty());
     QCOMPARE(tracker()->addChannel(value), QString());
+
+    QCOMPARE(tracker()->allChannels().size(), 1);
+    QCOMPARE(tracker()->allChannels().first().uri(), uri);
+    QCOMPARE(tracker()->allChannels().first().link(), QString());
+    tracker()->deleteChannel(uri);
+    QCOMPARE(everythingIn(store()), before);
+    QVERIFY(!tracker()->addChannel(value).isEmpty());
 }
 
 void TestAddChannel::linkIsEncodedWhereItIsBound()
