@@ -4,7 +4,7 @@
 
 #include <QtGlobal>
 
-/// Marks what the module exports.
+/// Marks the symbols that the library exports.
 #if defined(TIDELSPARQL_BUILD)
 #define Q_SPARQL_EXPORT Q_DECL_EXPORT
 #else
@@ -13,8 +13,11 @@
 
 namespace QSparql {
 
-/// Where a result stands when it stands on no row; see QSparqlResult::pos().
-enum Location { BeforeFirstRow = -1, AfterLastRow = -2 };
+/// The positions of a result that has no current row; see QSparqlResult::pos().
+enum Location {
+    BeforeFirstRow = -1, ///< before the first row
+    AfterLastRow = -2 ///< after the last row
+};
 
 } // namespace QSparql
 

@@ -1,11 +1,41 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "qsparqlbinding.h"
 
+#include "sharedrecord_p.h"
 #include "sparqllexer_p.h"
 
 #include <QDateTime>
 #include <QDebug>
 #include <QLocale>
+
+class QSparqlBindingPrivate : public QSharedData
+{
+public:
+    enum class Kind : quint8 { FromValue, Resource, BlankNode };
+
+    explicit QSparqlBindingPrivate(const QString &givenName = QString(),
+                                   const QVariant &givenValue = QVariant())
+        : name(givenName), value(givenValue)
+    {
+    }
+
+    /// Replaces the value and all that describes it.
+    void setTerm(const QVariant &newValue, Kind newKind)
+    {
+        value = newValue;
+        kind = newKind;
+        languageTag.clear();
+        dataTypeUri.clear();
+    }
+
+    QString name;
+    QVariant value;
+    QString languageTag;
+    QUrl dataTypeUri;
+    Kind kind = Kind::FromValue;
+};
+
+using Kind = QSparqlBindingPrivate::Kind;
 
 namespace {
 
@@ -38,7 +68,8 @@ QString iri(const QUrl &url)
     return QLatin1Char('<') + QString::fromLatin1(url.toEncoded()) + QLatin1Char('>');
 }
 
-/// A resource as the store names it: a QUrl would write some of them another way, and others not at all.
+/// Returns the resource \a text as the store names it. QUrl would change some of these texts and reject
+/// others.
 QString iri(const QString &text)
 {
     QString result;
@@ -53,7 +84,7 @@ QString iri(const QString &text)
 
 QString dateTimeText(const QDateTime &time)
 {
-    // Zones of the past were off by seconds, which the text has no place for.
+    // The offsets of historical time zones include seconds, which ISO 8601 cannot express.
     const int offset = time.offsetFromUtc();
     return time.toOffsetFromUtc(offset - offset % 60).toString(Qt::ISODate);
 }
@@ -61,7 +92,7 @@ QString dateTimeText(const QDateTime &time)
 QString doubleText(double value)
 {
     QString text = QString::number(value, 'g', QLocale::FloatingPointShortest);
-    // A whole number would be an integer, and Tracker refuses an exponent after one.
+    // Without a point, a whole number would be an integer, and Tracker refuses an exponent after it.
     if (!text.contains(QLatin1Char('.'))) {
         const int exponent = int(text.indexOf(QLatin1Char('e')));
         text.insert(exponent == -1 ? int(text.size()) : exponent, QLatin1String(".0"));
@@ -69,7 +100,8 @@ QString doubleText(double value)
     return text;
 }
 
-/// The local name of the XML Schema type that a value of this meta type has; null for others.
+/// Returns the local name of the XML Schema type for values of the type \a metaType, or null if there is
+/// none.
 const char *schemaType(int metaType)
 {
     switch (metaType) {
@@ -93,7 +125,7 @@ const char *schemaType(int metaType)
     }
 }
 
-/// A literal of a type that has a form of its own; an empty text for all that are written between quotes.
+/// Returns the literal \a value in the form of its type. The text is empty if the literal is a quoted text.
 QString bareLiteral(const QVariant &value)
 {
     switch (value.userType()) {
@@ -110,7 +142,7 @@ QString bareLiteral(const QVariant &value)
     case QMetaType::ULongLong: return QString::number(value.toULongLong());
     case QMetaType::Float:
     case QMetaType::Double:
-        // Not-a-number and the infinities have no bare form.
+        // NaN and the infinities have no form without quotes.
         return qIsFinite(value.toDouble()) ? doubleText(value.toDouble()) : QString();
     case QMetaType::QDateTime:
         return quoted(dateTimeText(value.toDateTime())) + QLatin1String("^^xsd:dateTime");
@@ -121,93 +153,100 @@ QString bareLiteral(const QVariant &value)
 
 } // namespace
 
-QSparqlBinding::QSparqlBinding(const QString &name, const QVariant &value) : m_name(name), m_value(value) { }
-
-QString QSparqlBinding::name() const { return m_name; }
-
-void QSparqlBinding::setName(const QString &name) { m_name = name; }
-
-QVariant QSparqlBinding::value() const { return m_value; }
-
-void QSparqlBinding::setValue(const QVariant &value)
+QSparqlBinding::QSparqlBinding(const QString &name, const QVariant &value)
+    : d(name.isNull() && !value.isValid() ? nullptr : new QSparqlBindingPrivate(name, value))
 {
-    clear();
-    m_value = value;
 }
+
+QSparqlBinding::QSparqlBinding(const QSparqlBinding &other) = default;
+
+QSparqlBinding::QSparqlBinding(QSparqlBinding &&other) noexcept = default;
+
+QSparqlBinding::~QSparqlBinding() = default;
+
+QSparqlBinding &QSparqlBinding::operator=(const QSparqlBinding &other) = default;
+
+QSparqlBinding &QSparqlBinding::operator=(QSparqlBinding &&other) noexcept = default;
+
+QString QSparqlBinding::name() const { return readable(d).name; }
+
+void QSparqlBinding::setName(const QString &name) { writable(d).name = name; }
+
+QVariant QSparqlBinding::value() const { return readable(d).value; }
+
+void QSparqlBinding::setValue(const QVariant &value) { writable(d).setTerm(value, Kind::FromValue); }
 
 void QSparqlBinding::setValue(const QString &value, const QUrl &dataTypeUri)
 {
     setValue(value);
-    m_dataTypeUri = dataTypeUri;
+    setDataTypeUri(dataTypeUri);
 }
 
 QUrl QSparqlBinding::dataTypeUri() const
 {
-    if (!m_dataTypeUri.isEmpty() || !isLiteral())
-        return m_dataTypeUri;
-    const char *type = schemaType(m_value.userType());
+    const QSparqlBindingPrivate &record = readable(d);
+    if (!record.dataTypeUri.isEmpty() || !isLiteral())
+        return record.dataTypeUri;
+    const char *type = schemaType(record.value.userType());
     return type ? QUrl(xsd + QLatin1String(type)) : QUrl();
 }
 
-void QSparqlBinding::setDataTypeUri(const QUrl &dataTypeUri) { m_dataTypeUri = dataTypeUri; }
+void QSparqlBinding::setDataTypeUri(const QUrl &dataTypeUri) { writable(d).dataTypeUri = dataTypeUri; }
 
-QString QSparqlBinding::languageTag() const { return m_languageTag; }
+QString QSparqlBinding::languageTag() const { return readable(d).languageTag; }
 
-void QSparqlBinding::setLanguageTag(const QString &languageTag) { m_languageTag = languageTag; }
+void QSparqlBinding::setLanguageTag(const QString &languageTag) { writable(d).languageTag = languageTag; }
 
-void QSparqlBinding::setResource(const QString &iri)
-{
-    setValue(iri);
-    m_kind = Kind::Resource;
-}
+void QSparqlBinding::setResource(const QString &iri) { writable(d).setTerm(iri, Kind::Resource); }
 
-void QSparqlBinding::setBlankNodeLabel(const QString &label)
-{
-    setValue(label);
-    m_kind = Kind::BlankNode;
-}
+void QSparqlBinding::setBlankNodeLabel(const QString &label) { writable(d).setTerm(label, Kind::BlankNode); }
 
 bool QSparqlBinding::isUri() const
 {
-    return m_kind == Kind::Resource || (m_kind == Kind::FromValue && m_value.userType() == QMetaType::QUrl);
+    const QSparqlBindingPrivate &record = readable(d);
+    return record.kind == Kind::Resource
+        || (record.kind == Kind::FromValue && record.value.userType() == QMetaType::QUrl);
 }
 
 bool QSparqlBinding::isLiteral() const { return isValid() && !isUri() && !isBlank(); }
 
-bool QSparqlBinding::isBlank() const { return m_kind == Kind::BlankNode; }
+bool QSparqlBinding::isBlank() const { return readable(d).kind == Kind::BlankNode; }
 
-bool QSparqlBinding::isValid() const { return m_value.isValid(); }
+bool QSparqlBinding::isValid() const { return readable(d).value.isValid(); }
 
 void QSparqlBinding::clear()
 {
-    m_value = QVariant();
-    m_languageTag.clear();
-    m_dataTypeUri.clear();
-    m_kind = Kind::FromValue;
+    if (d)
+        d->setTerm(QVariant(), Kind::FromValue);
 }
 
 QString QSparqlBinding::toString() const
 {
-    if (!isValid())
+    const QSparqlBindingPrivate &record = readable(d);
+    const QVariant &value = record.value;
+    if (!value.isValid())
         return QString();
     if (isBlank())
-        return QLatin1String("_:") + m_value.toString();
+        return QLatin1String("_:") + value.toString();
     if (isUri())
-        return m_kind == Kind::Resource ? iri(m_value.toString()) : iri(m_value.toUrl());
-    if (m_dataTypeUri.isEmpty() && m_languageTag.isEmpty()) {
-        const QString bare = bareLiteral(m_value);
-        return bare.isEmpty() ? quoted(m_value.toString()) : bare;
+        return record.kind == Kind::Resource ? iri(value.toString()) : iri(value.toUrl());
+    if (record.dataTypeUri.isEmpty() && record.languageTag.isEmpty()) {
+        const QString bare = bareLiteral(value);
+        return bare.isEmpty() ? quoted(value.toString()) : bare;
     }
-    const bool isDateTime = m_value.userType() == QMetaType::QDateTime;
-    const QString literal = quoted(isDateTime ? dateTimeText(m_value.toDateTime()) : m_value.toString());
-    return m_languageTag.isEmpty() ? literal + QLatin1String("^^") + iri(m_dataTypeUri)
-                                   : literal + QLatin1Char('@') + m_languageTag;
+    const bool isDateTime = value.userType() == QMetaType::QDateTime;
+    const QString literal = quoted(isDateTime ? dateTimeText(value.toDateTime()) : value.toString());
+    return record.languageTag.isEmpty() ? literal + QLatin1String("^^") + iri(record.dataTypeUri)
+                                        : literal + QLatin1Char('@') + record.languageTag;
 }
 
 bool QSparqlBinding::operator==(const QSparqlBinding &other) const
 {
-    return m_kind == other.m_kind && m_name == other.m_name && m_value == other.m_value
-        && m_languageTag == other.m_languageTag && dataTypeUri() == other.dataTypeUri();
+    const QSparqlBindingPrivate &record = readable(d);
+    const QSparqlBindingPrivate &otherRecord = readable(other.d);
+    return record.kind == otherRecord.kind && record.name == otherRecord.name
+        && record.value == otherRecord.value && record.languageTag == otherRecord.languageTag
+        && dataTypeUri() == other.dataTypeUri();
 }
 
 QDebug operator<<(QDebug debug, const QSparqlBinding &binding)

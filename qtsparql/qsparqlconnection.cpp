@@ -44,16 +44,25 @@ QUuid timeOrderedUuid()
 
 } // namespace
 
+class QSparqlConnectionPrivate
+{
+public:
+    const QString driverName;
+    const QSparqlConnectionOptions options;
+    QSparqlError error = QSparqlError();
+    std::shared_ptr<TrackerStore> store = nullptr;
+};
+
 QSparqlConnection::QSparqlConnection(const QString &driverName, const QSparqlConnectionOptions &options,
                                      QObject *parent)
-    : QObject(parent), m_driverName(driverName), m_options(options)
+    : QObject(parent), d(new QSparqlConnectionPrivate{driverName, options})
 {
-    if (m_driverName == trackerDriver()) {
-        m_store = sharedStore(storeFolder(m_options), &m_error);
+    if (d->driverName == trackerDriver()) {
+        d->store = sharedStore(storeFolder(d->options), &d->error);
     } else {
-        m_error = QSparqlError(QStringLiteral("There is no driver \"%1\"; drivers: %2")
-                                   .arg(m_driverName, drivers().join(QLatin1String(", "))),
-                               QSparqlError::ConnectionError);
+        d->error = QSparqlError(QStringLiteral("There is no driver \"%1\"; drivers: %2")
+                                    .arg(d->driverName, drivers().join(QLatin1String(", "))),
+                                QSparqlError::ConnectionError);
     }
 }
 
@@ -61,26 +70,26 @@ QSparqlConnection::~QSparqlConnection() = default;
 
 QStringList QSparqlConnection::drivers() { return {trackerDriver()}; }
 
-QString QSparqlConnection::driverName() const { return m_driverName; }
+QString QSparqlConnection::driverName() const { return d->driverName; }
 
-QSparqlConnectionOptions QSparqlConnection::options() const { return m_options; }
+QSparqlConnectionOptions QSparqlConnection::options() const { return d->options; }
 
-bool QSparqlConnection::isValid() const { return m_store != nullptr; }
+bool QSparqlConnection::isValid() const { return d->store != nullptr; }
 
-bool QSparqlConnection::hasError() const { return m_error.isValid(); }
+bool QSparqlConnection::hasError() const { return d->error.isValid(); }
 
-QSparqlError QSparqlConnection::lastError() const { return m_error; }
+QSparqlError QSparqlConnection::lastError() const { return d->error; }
 
 QSparqlResult *QSparqlConnection::exec(const QSparqlQuery &query)
 {
     const QString statement = query.preparedQueryText();
     const QSparqlQuery::StatementType type = query.type();
     if (!isValid())
-        return new SparqlTableResult(statement, type, m_error);
+        return new SparqlTableResult(statement, type, d->error);
 
     const bool isUpdate = type == QSparqlQuery::InsertStatement || type == QSparqlQuery::DeleteStatement;
     SparqlTable table;
-    const QSparqlError error = isUpdate ? m_store->update(statement) : m_store->select(statement, &table);
+    const QSparqlError error = isUpdate ? d->store->update(statement) : d->store->select(statement, &table);
     return error.isValid() ? new SparqlTableResult(statement, type, error)
                            : new SparqlTableResult(statement, type, std::move(table));
 }

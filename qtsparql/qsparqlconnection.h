@@ -14,15 +14,15 @@
 
 #include <memory>
 
-class TrackerStore;
+class QSparqlConnectionPrivate;
 
 /**
  * A connection to an RDF store.
  *
- * The one driver is "QTRACKER_DIRECT": a Tracker database inside this process, in the folder that
- * QSparqlConnectionOptions::databaseName() names. The database is opened, and created where there is none, by
- * the constructor. Several processes may use one database at once. A connection belongs to the thread that
- * made it.
+ * The only driver is "QTRACKER_DIRECT": a Tracker database inside this process, in the folder
+ * QSparqlConnectionOptions::databaseName(). The constructor opens the database and creates it if it does not
+ * exist. Several processes can use one database at the same time. A connection must only be used in the
+ * thread that created it.
  *
  * \code
  * QSparqlConnection connection("QTRACKER_DIRECT");
@@ -35,38 +35,39 @@ class Q_SPARQL_EXPORT QSparqlConnection : public QObject
     Q_OBJECT
 
 public:
+    /// Opens a connection through the driver \a driverName.
     explicit QSparqlConnection(const QString &driverName = QString(),
                                const QSparqlConnectionOptions &options = QSparqlConnectionOptions(),
                                QObject *parent = nullptr);
     ~QSparqlConnection() override;
 
-    /// The drivers that there are.
+    /// Returns the names of the drivers.
     static QStringList drivers();
+    /// Returns the name of this connection's driver.
     QString driverName() const;
+    /// Returns the options of this connection.
     QSparqlConnectionOptions options() const;
 
-    /// True when the driver is known and the store is open. Whether it can be written to shows at the first
-    /// update.
+    /// Returns true if the store is open; otherwise returns false. The first update opens it for writing and
+    /// can still fail.
     bool isValid() const;
+    /// Returns true if the store could not be opened; otherwise returns false.
     bool hasError() const;
-    /// Why the connection is not valid. The error of a statement is its result's.
+    /// Returns the reason why the store could not be opened. A failed statement is reported by its result.
     QSparqlError lastError() const;
 
     /**
-     * Runs \a query to its end and returns what came of it, for the caller to delete; never null. A failure
-     * is the result's error; on a connection that is not valid that is the connection's own. Blocks until the
-     * store has answered. An update of several operations takes effect as a whole or not at all.
+     * Runs \a query and returns its result, which the caller deletes. Never returns null. Blocks until the
+     * statement has finished. A failure is reported by the result; if the connection is not valid, that is
+     * lastError(). If one operation of an update fails, the whole update has no effect.
      */
     QSparqlResult *exec(const QSparqlQuery &query);
 
-    /// A new URN, `urn:uuid:...`, that no other resource has; later ones sort after earlier ones.
+    /// Returns a new, unique URN, `urn:uuid:...`. Later URNs are sorted after earlier ones.
     QUrl createUrn() const;
 
 private:
-    const QString m_driverName;
-    const QSparqlConnectionOptions m_options;
-    QSparqlError m_error;
-    std::shared_ptr<TrackerStore> m_store;
+    const std::unique_ptr<QSparqlConnectionPrivate> d;
 };
 
 #endif

@@ -1,6 +1,14 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "qsparqlconnectionoptions.h"
 
+#include "sharedrecord_p.h"
+
+class QSparqlConnectionOptionsPrivate : public QSharedData
+{
+public:
+    QMap<QString, QVariant> options;
+};
+
 namespace {
 
 QString databaseNameOption() { return QStringLiteral("databaseName"); }
@@ -9,15 +17,30 @@ QString databaseNameOption() { return QStringLiteral("databaseName"); }
 
 QSparqlConnectionOptions::QSparqlConnectionOptions() = default;
 
+QSparqlConnectionOptions::QSparqlConnectionOptions(const QSparqlConnectionOptions &other) = default;
+
+QSparqlConnectionOptions::QSparqlConnectionOptions(QSparqlConnectionOptions &&other) noexcept = default;
+
+QSparqlConnectionOptions::~QSparqlConnectionOptions() = default;
+
+QSparqlConnectionOptions &
+QSparqlConnectionOptions::operator=(const QSparqlConnectionOptions &other) = default;
+
+QSparqlConnectionOptions &
+QSparqlConnectionOptions::operator=(QSparqlConnectionOptions &&other) noexcept = default;
+
 void QSparqlConnectionOptions::setOption(const QString &name, const QVariant &value)
 {
     if (value.isValid())
-        m_options.insert(name, value);
+        writable(d).options.insert(name, value);
     else
-        m_options.remove(name);
+        writable(d).options.remove(name);
 }
 
-QVariant QSparqlConnectionOptions::option(const QString &name) const { return m_options.value(name); }
+QVariant QSparqlConnectionOptions::option(const QString &name) const
+{
+    return readable(d).options.value(name);
+}
 
 void QSparqlConnectionOptions::setDatabaseName(const QString &databaseName)
 {
@@ -28,5 +51,5 @@ QString QSparqlConnectionOptions::databaseName() const { return option(databaseN
 
 bool QSparqlConnectionOptions::operator==(const QSparqlConnectionOptions &other) const
 {
-    return m_options == other.m_options;
+    return readable(d).options == readable(other.d).options;
 }

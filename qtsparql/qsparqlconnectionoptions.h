@@ -5,31 +5,57 @@
 #include "qsparql.h"
 
 #include <QMap>
+#include <QSharedDataPointer>
 #include <QString>
 #include <QVariant>
 
-/// Named settings of a connection. An option that is not set is an invalid value and leaves the driver's
-/// default.
+class QSparqlConnectionOptionsPrivate;
+
+/**
+ * The named options of a connection. The driver uses its default for an option that is not set.
+ *
+ * The class is implicitly shared.
+ */
 class Q_SPARQL_EXPORT QSparqlConnectionOptions
 {
 public:
+    /// Constructs options of which none is set.
     QSparqlConnectionOptions();
+    /// Constructs a copy of \a other.
+    QSparqlConnectionOptions(const QSparqlConnectionOptions &other);
+    /// Moves \a other, which is empty afterwards.
+    QSparqlConnectionOptions(QSparqlConnectionOptions &&other) noexcept;
+    ~QSparqlConnectionOptions();
+    /// Assigns \a other.
+    QSparqlConnectionOptions &operator=(const QSparqlConnectionOptions &other);
+    /// Moves \a other.
+    QSparqlConnectionOptions &operator=(QSparqlConnectionOptions &&other) noexcept;
+    /// Exchanges these options with \a other.
+    void swap(QSparqlConnectionOptions &other) noexcept { d.swap(other.d); }
 
+    /// Sets the option \a name to \a value. An invalid value removes the option.
     void setOption(const QString &name, const QVariant &value);
+    /// Returns the value of the option \a name. It is invalid if the option is not set.
     QVariant option(const QString &name) const;
 
     /**
-     * The folder of the store. Empty, the default, means the user's own store: the folder `tidel/store` below
-     * QStandardPaths::GenericDataLocation, which all programs of that user share.
+     * Sets the folder of the store to \a databaseName. If the name is empty, which is the default, the
+     * connection opens the store of the user: the folder `tidel/store` in
+     * QStandardPaths::GenericDataLocation. All programs of the user share that store.
      */
     void setDatabaseName(const QString &databaseName);
+    /// Returns the folder of the store.
     QString databaseName() const;
 
+    /// Returns true if the same options have equal values; otherwise returns false.
     bool operator==(const QSparqlConnectionOptions &other) const;
+    /// Returns true if the options differ; otherwise returns false.
     bool operator!=(const QSparqlConnectionOptions &other) const { return !(*this == other); }
 
 private:
-    QMap<QString, QVariant> m_options;
+    QSharedDataPointer<QSparqlConnectionOptionsPrivate> d;
 };
+
+Q_DECLARE_SHARED(QSparqlConnectionOptions)
 
 #endif

@@ -1,26 +1,51 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "qsparqlerror.h"
 
+#include "sharedrecord_p.h"
+
 #include <QDebug>
 
-QSparqlError::QSparqlError(const QString &message, ErrorType type, int number)
-    : m_message(message), m_type(type), m_number(number)
+class QSparqlErrorPrivate : public QSharedData
 {
+public:
+    QString message;
+    QSparqlError::ErrorType type = QSparqlError::NoError;
+    int number = -1;
+};
+
+QSparqlError::QSparqlError(const QString &message, ErrorType type, int number)
+{
+    if (message.isNull() && type == NoError && number == -1)
+        return;
+    d = new QSparqlErrorPrivate;
+    d->message = message;
+    d->type = type;
+    d->number = number;
 }
 
-QString QSparqlError::message() const { return m_message; }
+QSparqlError::QSparqlError(const QSparqlError &other) = default;
 
-void QSparqlError::setMessage(const QString &message) { m_message = message; }
+QSparqlError::QSparqlError(QSparqlError &&other) noexcept = default;
 
-QSparqlError::ErrorType QSparqlError::type() const { return m_type; }
+QSparqlError::~QSparqlError() = default;
 
-void QSparqlError::setType(ErrorType type) { m_type = type; }
+QSparqlError &QSparqlError::operator=(const QSparqlError &other) = default;
 
-int QSparqlError::number() const { return m_number; }
+QSparqlError &QSparqlError::operator=(QSparqlError &&other) noexcept = default;
 
-void QSparqlError::setNumber(int number) { m_number = number; }
+QString QSparqlError::message() const { return readable(d).message; }
 
-bool QSparqlError::isValid() const { return m_type != NoError; }
+void QSparqlError::setMessage(const QString &message) { writable(d).message = message; }
+
+QSparqlError::ErrorType QSparqlError::type() const { return readable(d).type; }
+
+void QSparqlError::setType(ErrorType type) { writable(d).type = type; }
+
+int QSparqlError::number() const { return readable(d).number; }
+
+void QSparqlError::setNumber(int number) { writable(d).number = number; }
+
+bool QSparqlError::isValid() const { return type() != NoError; }
 
 QDebug operator<<(QDebug debug, const QSparqlError &error)
 {

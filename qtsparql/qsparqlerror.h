@@ -4,46 +4,69 @@
 
 #include "qsparql.h"
 
+#include <QSharedDataPointer>
 #include <QString>
 
 class QDebug;
+class QSparqlErrorPrivate;
 
 /**
- * What went wrong with a connection or a statement.
+ * The reason why a connection or a statement failed.
  *
- * A default-constructed error means that nothing did. The message is meant for people and ends with the
- * store's own words; type() is what a program should look at.
+ * A default-constructed error means that nothing failed. The message is for people and ends with the message
+ * of the store. Programs use type().
+ *
+ * The class is implicitly shared.
  */
 class Q_SPARQL_EXPORT QSparqlError
 {
 public:
+    /// The kinds of errors.
     enum ErrorType {
-        NoError, ///< nothing went wrong
+        NoError, ///< nothing failed
         ConnectionError, ///< the driver is unknown or the store cannot be opened
-        StatementError, ///< the statement is refused: its syntax, or a class or property that the store lacks
-        TransactionError, ///< an update contradicts the ontology and was undone
-        BackendError, ///< the store itself fails: disk full, damaged file, interrupted
-        UnknownError ///< none of these
+        StatementError, ///< the statement has a syntax error or names an unknown class or property
+        TransactionError, ///< the update contradicts the ontology and was undone
+        BackendError, ///< the store itself failed: the disk is full, a file is damaged, an access is
+                      ///< interrupted
+        UnknownError ///< another reason
     };
 
-    /// \a number is the store's own error code, -1 where it has none.
+    /// Constructs an error. \a number is the error code of the store, or -1 if it has none.
     explicit QSparqlError(const QString &message = QString(), ErrorType type = NoError, int number = -1);
+    /// Constructs a copy of \a other.
+    QSparqlError(const QSparqlError &other);
+    /// Moves \a other, which is no error afterwards.
+    QSparqlError(QSparqlError &&other) noexcept;
+    ~QSparqlError();
+    /// Assigns \a other.
+    QSparqlError &operator=(const QSparqlError &other);
+    /// Moves \a other.
+    QSparqlError &operator=(QSparqlError &&other) noexcept;
+    /// Exchanges this error with \a other.
+    void swap(QSparqlError &other) noexcept { d.swap(other.d); }
 
+    /// Returns the message.
     QString message() const;
+    /// Sets the message to \a message.
     void setMessage(const QString &message);
+    /// Returns the kind of error.
     ErrorType type() const;
+    /// Sets the kind of error to \a type.
     void setType(ErrorType type);
+    /// Returns the error code of the store, or -1 if there is none.
     int number() const;
+    /// Sets the error code of the store to \a number.
     void setNumber(int number);
 
-    /// True when there is an error, that is, when type() is not NoError.
+    /// Returns true if type() is not NoError; otherwise returns false.
     bool isValid() const;
 
 private:
-    QString m_message;
-    ErrorType m_type;
-    int m_number;
+    QSharedDataPointer<QSparqlErrorPrivate> d;
 };
+
+Q_DECLARE_SHARED(QSparqlError)
 
 /// Prints `QSparqlError(type, number, "message")`.
 Q_SPARQL_EXPORT QDebug operator<<(QDebug debug, const QSparqlError &error);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "qsparqlquery.h"
 
+#include "sharedrecord_p.h"
 #include "sparqllexer_p.h"
 
 #include <QDebug>
@@ -8,15 +9,40 @@
 
 Q_LOGGING_CATEGORY(lcQuery, "tidel.sparql.query")
 
-QSparqlQuery::QSparqlQuery(const QString &query, StatementType type) : m_query(query), m_type(type) { }
+class QSparqlQueryPrivate : public QSharedData
+{
+public:
+    QString query;
+    QMap<QString, QSparqlBinding> bindings;
+    QSparqlQuery::StatementType type = QSparqlQuery::SelectStatement;
+};
 
-QString QSparqlQuery::query() const { return m_query; }
+QSparqlQuery::QSparqlQuery(const QString &query, StatementType type)
+{
+    if (query.isNull() && type == SelectStatement)
+        return;
+    d = new QSparqlQueryPrivate;
+    d->query = query;
+    d->type = type;
+}
 
-void QSparqlQuery::setQuery(const QString &query) { m_query = query; }
+QSparqlQuery::QSparqlQuery(const QSparqlQuery &other) = default;
 
-QSparqlQuery::StatementType QSparqlQuery::type() const { return m_type; }
+QSparqlQuery::QSparqlQuery(QSparqlQuery &&other) noexcept = default;
 
-void QSparqlQuery::setType(StatementType type) { m_type = type; }
+QSparqlQuery::~QSparqlQuery() = default;
+
+QSparqlQuery &QSparqlQuery::operator=(const QSparqlQuery &other) = default;
+
+QSparqlQuery &QSparqlQuery::operator=(QSparqlQuery &&other) noexcept = default;
+
+QString QSparqlQuery::query() const { return readable(d).query; }
+
+void QSparqlQuery::setQuery(const QString &query) { writable(d).query = query; }
+
+QSparqlQuery::StatementType QSparqlQuery::type() const { return readable(d).type; }
+
+void QSparqlQuery::setType(StatementType type) { writable(d).type = type; }
 
 void QSparqlQuery::bindValue(const QString &placeholder, const QVariant &value)
 {
@@ -26,9 +52,9 @@ void QSparqlQuery::bindValue(const QString &placeholder, const QVariant &value)
 void QSparqlQuery::bindValue(const QSparqlBinding &binding)
 {
     if (binding.isValid())
-        m_bindings.insert(binding.name(), binding);
+        writable(d).bindings.insert(binding.name(), binding);
     else
-        m_bindings.remove(binding.name());
+        writable(d).bindings.remove(binding.name());
 }
 
 void QSparqlQuery::bindValues(const QSparqlResultRow &row)
@@ -39,38 +65,44 @@ void QSparqlQuery::bindValues(const QSparqlResultRow &row)
 
 QVariant QSparqlQuery::boundValue(const QString &placeholder) const
 {
-    return m_bindings.value(placeholder).value();
+    return readable(d).bindings.value(placeholder).value();
 }
 
 QMap<QString, QVariant> QSparqlQuery::boundValues() const
 {
     QMap<QString, QVariant> values;
-    for (const QSparqlBinding &binding : m_bindings)
+    for (const QSparqlBinding &binding : readable(d).bindings)
         values.insert(binding.name(), binding.value());
     return values;
 }
 
-void QSparqlQuery::unbindValues() { m_bindings.clear(); }
+void QSparqlQuery::unbindValues()
+{
+    if (d)
+        d->bindings.clear();
+}
 
 QString QSparqlQuery::preparedQueryText() const
 {
+    const QString &statement = readable(d).query;
+    const QMap<QString, QSparqlBinding> &bindings = readable(d).bindings;
     QString text;
     int copied = 0;
-    SparqlLexer lexer(m_query);
+    SparqlLexer lexer(statement);
     for (SparqlToken token = lexer.next(); token.kind != SparqlToken::End; token = lexer.next()) {
         if (token.kind != SparqlToken::Placeholder)
             continue;
         const QString name = token.text.mid(2).toString();
-        const auto binding = m_bindings.constFind(name);
-        if (binding == m_bindings.cend()) {
+        const auto binding = bindings.constFind(name);
+        if (binding == bindings.cend()) {
             qCWarning(lcQuery) << "No value is bound to the placeholder" << name;
             continue;
         }
-        text.append(m_query.constData() + copied, token.start - copied);
+        text.append(statement.constData() + copied, token.start - copied);
         text += binding->toString();
         copied = token.end();
     }
-    return copied == 0 ? m_query : text.append(m_query.constData() + copied, m_query.size() - copied);
+    return copied == 0 ? statement : text.append(statement.constData() + copied, statement.size() - copied);
 }
 
 QDebug operator<<(QDebug debug, const QSparqlQuery &query)

@@ -1,47 +1,57 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "qsparqlresult.h"
 
+class QSparqlResultPrivate
+{
+public:
+    const QString query;
+    const QSparqlQuery::StatementType type;
+    QSparqlError error = QSparqlError();
+    int pos = QSparql::BeforeFirstRow;
+    bool boolValue = false;
+};
+
 QSparqlResult::QSparqlResult(const QString &query, QSparqlQuery::StatementType type)
-    : m_query(query), m_type(type)
+    : d(new QSparqlResultPrivate{query, type})
 {
 }
 
 QSparqlResult::~QSparqlResult() = default;
 
-QString QSparqlResult::query() const { return m_query; }
+QString QSparqlResult::query() const { return d->query; }
 
-QSparqlQuery::StatementType QSparqlResult::statementType() const { return m_type; }
+QSparqlQuery::StatementType QSparqlResult::statementType() const { return d->type; }
 
-bool QSparqlResult::isTable() const { return m_type == QSparqlQuery::SelectStatement; }
+bool QSparqlResult::isTable() const { return d->type == QSparqlQuery::SelectStatement; }
 
-bool QSparqlResult::isBool() const { return m_type == QSparqlQuery::AskStatement; }
+bool QSparqlResult::isBool() const { return d->type == QSparqlQuery::AskStatement; }
 
 void QSparqlResult::waitForFinished() { }
 
 bool QSparqlResult::isFinished() const { return true; }
 
-bool QSparqlResult::hasError() const { return m_error.isValid(); }
+bool QSparqlResult::hasError() const { return d->error.isValid(); }
 
-QSparqlError QSparqlResult::lastError() const { return m_error; }
+QSparqlError QSparqlResult::lastError() const { return d->error; }
 
-void QSparqlResult::setLastError(const QSparqlError &error) { m_error = error; }
+void QSparqlResult::setLastError(const QSparqlError &error) { d->error = error; }
 
-int QSparqlResult::pos() const { return m_pos; }
+int QSparqlResult::pos() const { return d->pos; }
 
-bool QSparqlResult::isValid() const { return m_pos >= 0; }
+bool QSparqlResult::isValid() const { return d->pos >= 0; }
 
 bool QSparqlResult::setPos(int pos)
 {
     if (pos < 0)
-        m_pos = QSparql::BeforeFirstRow;
+        d->pos = QSparql::BeforeFirstRow;
     else
-        m_pos = pos < size() ? pos : QSparql::AfterLastRow;
+        d->pos = pos < size() ? pos : QSparql::AfterLastRow;
     return isValid();
 }
 
-bool QSparqlResult::next() { return m_pos != QSparql::AfterLastRow && setPos(m_pos + 1); }
+bool QSparqlResult::next() { return d->pos != QSparql::AfterLastRow && setPos(d->pos + 1); }
 
-bool QSparqlResult::previous() { return setPos((m_pos == QSparql::AfterLastRow ? size() : m_pos) - 1); }
+bool QSparqlResult::previous() { return setPos((d->pos == QSparql::AfterLastRow ? size() : d->pos) - 1); }
 
 bool QSparqlResult::first() { return setPos(0); }
 
@@ -49,6 +59,6 @@ bool QSparqlResult::last() { return setPos(size() - 1); }
 
 QString QSparqlResult::stringValue(int index) const { return value(index).toString(); }
 
-bool QSparqlResult::boolValue() const { return m_boolValue; }
+bool QSparqlResult::boolValue() const { return d->boolValue; }
 
-void QSparqlResult::setBoolValue(bool value) { m_boolValue = value; }
+void QSparqlResult::setBoolValue(bool value) { d->boolValue = value; }

@@ -10,18 +10,22 @@
 
 #include <QObject>
 
+#include <memory>
+
+class QSparqlResultPrivate;
+
 /**
- * What a statement yields: rows, a truth value, or an error.
+ * The result of a statement: rows, a truth value, or an error.
  *
- * A result starts before its first row:
+ * At first the position is before the first row:
  * \code
  * const QScopedPointer<QSparqlResult> result(connection.exec(query));
  * result->waitForFinished();
  * while (result->next())
  *     use(result->stringValue(0));
  * \endcode
- * After an error there are no rows. A result belongs to the caller of exec() and does not need the connection
- * any more.
+ * A result with an error has no rows. The caller of exec() owns the result. The result does not need the
+ * connection.
  */
 class Q_SPARQL_EXPORT QSparqlResult : public QObject
 {
@@ -30,53 +34,66 @@ class Q_SPARQL_EXPORT QSparqlResult : public QObject
 public:
     ~QSparqlResult() override;
 
-    /// The statement as it was run, with its values filled in.
+    /// Returns the statement that was run, with its values filled in.
     QString query() const;
+    /// Returns the kind of statement that was run.
     QSparqlQuery::StatementType statementType() const;
+    /// Returns true if the statement returns rows; otherwise returns false.
     bool isTable() const;
+    /// Returns true if the statement returns a truth value; otherwise returns false.
     bool isBool() const;
 
+    /// Blocks until the statement has finished.
     virtual void waitForFinished();
+    /// Returns true if the statement has finished; otherwise returns false.
     virtual bool isFinished() const;
 
+    /// Returns true if the statement failed; otherwise returns false.
     bool hasError() const;
+    /// Returns the reason why the statement failed.
     QSparqlError lastError() const;
 
-    /// The row that the result stands on, counted from 0, or one of QSparql::Location.
+    /// Returns the index of the current row, or one of QSparql::Location.
     int pos() const;
-    /// True when the result stands on a row.
+    /// Returns true if there is a current row; otherwise returns false.
     bool isValid() const;
-    /// Moves to the row \a pos; outside the rows it moves before the first or behind the last one and returns
-    /// false.
+    /// Makes the row \a pos the current one and returns true. If there is no such row, moves before the first
+    /// or after the last row and returns false.
     bool setPos(int pos);
+    /// Moves to the next row. Returns true if there is one; otherwise returns false.
     bool next();
+    /// Moves to the previous row. Returns true if there is one; otherwise returns false.
     bool previous();
+    /// Moves to the first row. Returns true if there is one; otherwise returns false.
     bool first();
+    /// Moves to the last row. Returns true if there is one; otherwise returns false.
     bool last();
 
-    /// The number of rows.
+    /// Returns the number of rows.
     virtual int size() const = 0;
-    /// The current row, its binding or its value at \a index; empty where there is none.
+    /// Returns the current row. It is empty if there is none.
     virtual QSparqlResultRow current() const = 0;
+    /// Returns the binding at \a index in the current row. It is empty if there is none.
     virtual QSparqlBinding binding(int index) const = 0;
+    /// Returns the value at \a index in the current row. It is invalid if there is none.
     virtual QVariant value(int index) const = 0;
+    /// Returns value() at \a index as text.
     QString stringValue(int index) const;
 
-    /// The answer to an ASK statement.
+    /// Returns the answer to an ASK statement.
     bool boolValue() const;
 
 protected:
+    /// Constructs the result of the statement \a query.
     QSparqlResult(const QString &query, QSparqlQuery::StatementType type);
 
+    /// Sets lastError() to \a error.
     void setLastError(const QSparqlError &error);
+    /// Sets boolValue() to \a value.
     void setBoolValue(bool value);
 
 private:
-    const QString m_query;
-    const QSparqlQuery::StatementType m_type;
-    QSparqlError m_error;
-    int m_pos = QSparql::BeforeFirstRow;
-    bool m_boolValue = false;
+    const std::unique_ptr<QSparqlResultPrivate> d;
 };
 
 #endif

@@ -1,21 +1,49 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "qsparqlresultrow.h"
 
+#include "sharedrecord_p.h"
+
 #include <QDebug>
 
 #include <algorithm>
 
+class QSparqlResultRowPrivate : public QSharedData
+{
+public:
+    explicit QSparqlResultRowPrivate(QVector<QSparqlBinding> givenBindings = {})
+        : bindings(std::move(givenBindings))
+    {
+    }
+
+    QVector<QSparqlBinding> bindings;
+};
+
 QSparqlResultRow::QSparqlResultRow() = default;
 
-void QSparqlResultRow::append(const QSparqlBinding &binding) { m_bindings.append(binding); }
+QSparqlResultRow::QSparqlResultRow(QVector<QSparqlBinding> bindings)
+    : d(new QSparqlResultRowPrivate(std::move(bindings)))
+{
+}
 
-void QSparqlResultRow::clear() { m_bindings.clear(); }
+QSparqlResultRow::QSparqlResultRow(const QSparqlResultRow &other) = default;
 
-bool QSparqlResultRow::isEmpty() const { return m_bindings.isEmpty(); }
+QSparqlResultRow::QSparqlResultRow(QSparqlResultRow &&other) noexcept = default;
 
-int QSparqlResultRow::count() const { return int(m_bindings.size()); }
+QSparqlResultRow::~QSparqlResultRow() = default;
 
-QSparqlBinding QSparqlResultRow::binding(int index) const { return m_bindings.value(index); }
+QSparqlResultRow &QSparqlResultRow::operator=(const QSparqlResultRow &other) = default;
+
+QSparqlResultRow &QSparqlResultRow::operator=(QSparqlResultRow &&other) noexcept = default;
+
+void QSparqlResultRow::append(const QSparqlBinding &binding) { writable(d).bindings.append(binding); }
+
+void QSparqlResultRow::clear() { *this = QSparqlResultRow(); }
+
+bool QSparqlResultRow::isEmpty() const { return readable(d).bindings.isEmpty(); }
+
+int QSparqlResultRow::count() const { return int(readable(d).bindings.size()); }
+
+QSparqlBinding QSparqlResultRow::binding(int index) const { return readable(d).bindings.value(index); }
 
 QSparqlBinding QSparqlResultRow::binding(const QString &name) const { return binding(indexOf(name)); }
 
@@ -27,17 +55,18 @@ QString QSparqlResultRow::variableName(int index) const { return binding(index).
 
 int QSparqlResultRow::indexOf(const QString &name) const
 {
+    const QVector<QSparqlBinding> &bindings = readable(d).bindings;
     const auto found =
-        std::find_if(m_bindings.cbegin(), m_bindings.cend(),
+        std::find_if(bindings.cbegin(), bindings.cend(),
                      [&name](const QSparqlBinding &binding) { return binding.name() == name; });
-    return found == m_bindings.cend() ? -1 : int(found - m_bindings.cbegin());
+    return found == bindings.cend() ? -1 : int(found - bindings.cbegin());
 }
 
 bool QSparqlResultRow::contains(const QString &name) const { return indexOf(name) != -1; }
 
 bool QSparqlResultRow::operator==(const QSparqlResultRow &other) const
 {
-    return m_bindings == other.m_bindings;
+    return readable(d).bindings == readable(other.d).bindings;
 }
 
 QDebug operator<<(QDebug debug, const QSparqlResultRow &row)

@@ -5,43 +5,76 @@
 #include "qsparql.h"
 #include "qsparqlbinding.h"
 
+#include <QSharedDataPointer>
 #include <QVector>
 
+class QSparqlResultRowPrivate;
+
 /**
- * One row of a result: its bindings in the order of the statement's variables.
+ * A row of a result: its bindings in the order of the statement's variables.
  *
- * An index or a name that the row lacks yields an empty binding or an invalid value, never a failure.
+ * For an unknown index or name the functions return an empty binding or an invalid value.
+ *
+ * The class is implicitly shared.
  */
 class Q_SPARQL_EXPORT QSparqlResultRow
 {
 public:
+    /// Constructs an empty row.
     QSparqlResultRow();
+    /// Constructs a copy of \a other.
+    QSparqlResultRow(const QSparqlResultRow &other);
+    /// Moves \a other, which is empty afterwards.
+    QSparqlResultRow(QSparqlResultRow &&other) noexcept;
+    ~QSparqlResultRow();
+    /// Assigns \a other.
+    QSparqlResultRow &operator=(const QSparqlResultRow &other);
+    /// Moves \a other.
+    QSparqlResultRow &operator=(QSparqlResultRow &&other) noexcept;
+    /// Exchanges this row with \a other.
+    void swap(QSparqlResultRow &other) noexcept { d.swap(other.d); }
 
+    /// Appends \a binding.
     void append(const QSparqlBinding &binding);
+    /// Removes all bindings.
     void clear();
 
+    /// Returns true if the row has no bindings; otherwise returns false.
     bool isEmpty() const;
+    /// Returns the number of bindings.
     int count() const;
 
+    /// Returns the binding at \a index.
     QSparqlBinding binding(int index) const;
+    /// Returns the first binding with the name \a name.
     QSparqlBinding binding(const QString &name) const;
+    /// Returns the value of the binding at \a index.
     QVariant value(int index) const;
+    /// Returns the value of the first binding with the name \a name.
     QVariant value(const QString &name) const;
-    /// The name of the variable at \a index, without its question mark.
+    /// Returns the name of the variable at \a index, without its question mark.
     QString variableName(int index) const;
 
-    /// The first position of \a name, or -1.
+    /// Returns the position of the first binding with the name \a name, or -1 if there is none.
     int indexOf(const QString &name) const;
+    /// Returns true if there is a binding with the name \a name; otherwise returns false.
     bool contains(const QString &name) const;
 
+    /// Returns true if the rows have equal bindings in the same order; otherwise returns false.
     bool operator==(const QSparqlResultRow &other) const;
+    /// Returns true if the rows differ; otherwise returns false.
     bool operator!=(const QSparqlResultRow &other) const { return !(*this == other); }
 
 private:
-    QVector<QSparqlBinding> m_bindings;
+    friend class SparqlTableResult;
+    explicit QSparqlResultRow(QVector<QSparqlBinding> bindings);
+
+    QSharedDataPointer<QSparqlResultRowPrivate> d;
 };
 
-/// Prints `QSparqlResultRow(count)` and its bindings, one a line.
+Q_DECLARE_SHARED(QSparqlResultRow)
+
+/// Prints `QSparqlResultRow(count)` and its bindings, one on each line.
 Q_SPARQL_EXPORT QDebug operator<<(QDebug debug, const QSparqlResultRow &row);
 
 #endif

@@ -20,10 +20,13 @@ int SparqlTableResult::size() const { return m_table.rowCount(); }
 
 QSparqlResultRow SparqlTableResult::current() const
 {
-    QSparqlResultRow row;
-    for (int i = 0; isValid() && i < m_table.columnCount(); ++i)
-        row.append(binding(i));
-    return row;
+    if (!isValid())
+        return QSparqlResultRow();
+    QVector<QSparqlBinding> bindings;
+    bindings.reserve(m_table.columnCount());
+    for (int i = 0; i < m_table.columnCount(); ++i)
+        bindings.append(binding(i));
+    return QSparqlResultRow(std::move(bindings));
 }
 
 QSparqlBinding SparqlTableResult::binding(int index) const
@@ -31,12 +34,14 @@ QSparqlBinding SparqlTableResult::binding(int index) const
     const SparqlTable::Cell *found = cell(index);
     if (!found)
         return QSparqlBinding();
-    QSparqlBinding binding(m_table.names.at(index));
-    switch (found->kind) {
-    case SparqlTable::CellKind::Literal: binding.setValue(found->value); break;
-    case SparqlTable::CellKind::Resource: binding.setResource(found->value.toString()); break;
-    case SparqlTable::CellKind::BlankNode: binding.setBlankNodeLabel(found->value.toString()); break;
-    }
+    const QString name = m_table.names.at(index);
+    if (found->kind == SparqlTable::CellKind::Literal)
+        return QSparqlBinding(name, found->value);
+    QSparqlBinding binding(name);
+    if (found->kind == SparqlTable::CellKind::Resource)
+        binding.setResource(found->value.toString());
+    else
+        binding.setBlankNodeLabel(found->value.toString());
     return binding;
 }
 
