@@ -36,7 +36,6 @@ template <typename T> void checkLayout()
     static_assert(std::is_nothrow_move_constructible_v<T>);
     static_assert(std::is_nothrow_move_assignable_v<T>);
     static_assert(std::is_nothrow_swappable_v<T>);
-    static_assert(QTypeInfoQuery<T>::isRelocatable);
 }
 
 /// Checks copies and moves of a value that \a change makes from an empty one. \a text shows a value.
