@@ -9,7 +9,7 @@ const char *const ontologyPath = "/tidel/ontology";
 
 namespace {
 
-/// Name and date, as a statement writes them, of the part of the ontology that \a file of it declares.
+/// Returns the name and the date of the ontology that \a file declares, in the form of a statement.
 QString declaration(const char *file)
 {
     static const QRegularExpression pattern(

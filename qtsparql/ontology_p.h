@@ -4,11 +4,11 @@
 
 #include <QByteArray>
 
-/// Where GLib finds the files of the ontology that is compiled in.
+/// The path of the compiled-in ontology files among GLib's resources.
 extern const char *const ontologyPath;
 
-/// A statement that asks whether a store has this ontology, by the dates of its parts. Where a part is
-/// unknown it is refused.
+/// Returns an ASK statement whether a store has this ontology. It compares the dates of all parts. A store
+/// that does not know a part refuses the statement.
 QByteArray ontologyQuestion();
 
 #endif

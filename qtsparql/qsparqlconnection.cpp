@@ -21,12 +21,12 @@ QString storeFolder(const QSparqlConnectionOptions &options)
     if (folder.isEmpty())
         folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
             + QLatin1String("/tidel/store");
-    // The store is opened once more when it is written to, whatever the current folder is by then.
+    // The first update opens the store again. The current folder can be another one then.
     return QDir(folder).absolutePath();
 }
 
-/// A UUID of version 7, which begins with the time. What is made together stands together in the store's
-/// index of names, so that writing it touches few pages of a large one.
+/// Returns a UUID of version 7, which begins with the time. Resources that are created together are then
+/// neighbours in the store's index of names, and an update changes few pages of a large index.
 QUuid timeOrderedUuid()
 {
     using namespace std::chrono;
@@ -60,7 +60,7 @@ QSparqlConnection::QSparqlConnection(const QString &driverName, const QSparqlCon
     if (d->driverName == trackerDriver()) {
         d->store = sharedStore(storeFolder(d->options), &d->error);
     } else {
-        d->error = QSparqlError(QStringLiteral("There is no driver \"%1\"; drivers: %2")
+        d->error = QSparqlError(QStringLiteral("There is no driver \"%1\"; use one of these: %2")
                                     .arg(d->driverName, drivers().join(QLatin1String(", "))),
                                 QSparqlError::ConnectionError);
     }

@@ -10,7 +10,8 @@
 
 namespace {
 
-/// Tells a database from one that was made in its place: its number is not given away while it is open.
+/// Distinguishes a database from another one that replaced it. The file system does not reuse the number of
+/// an open file.
 struct FileIdentity
 {
     dev_t device = 0;

@@ -10,8 +10,9 @@ class QSparqlError;
 class TrackerStore;
 
 /**
- * The open store of a folder, shared by all connections of the calling thread: Tracker looks through a whole
- * database when it opens it. Null with \a error set when it cannot be opened.
+ * Returns the open store in \a folder. If it cannot be opened, sets \a error and returns null.
+ *
+ * All connections of a thread share the store, because Tracker reads the whole database when it opens it.
  */
 std::shared_ptr<TrackerStore> sharedStore(const QString &folder, QSparqlError *error);
 

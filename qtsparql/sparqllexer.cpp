@@ -42,7 +42,7 @@ SparqlLexer::Extent SparqlLexer::extentOfNext() const
     case u'?':
     case u'$': return variableExtent();
     case u'\\':
-        // An escaped character of a prefixed name, which may be a quote or a number sign.
+        // An escaped character in a prefixed name. It can be a quote or a number sign.
         return {SparqlToken::Other, m_position + 1 < m_text.size() ? 2 : 1};
     case u'<':
         if (const int length = iriLength())
@@ -96,11 +96,11 @@ int SparqlLexer::stringLength() const
     return int(m_text.size()) - m_position;
 }
 
-/// 0 where the angle bracket is a comparison.
+/// Returns 0 if the angle bracket is a comparison.
 int SparqlLexer::iriLength() const
 {
     int end = m_position + 1;
-    // `?a<?:limit&&?b>?c`: would be an IRI by its characters alone.
+    // `?a<?:limit&&?b>?c` has only characters that an IRI can contain.
     if (standsAt(end, u"?:") || standsAt(end, u"$:"))
         return 0;
     while (end < m_text.size() && !isForbiddenInIri(m_text[end]))

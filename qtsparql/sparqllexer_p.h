@@ -4,42 +4,46 @@
 
 #include <QString>
 
-/// True for what may not stand between the angle brackets of an IRI.
+/// Returns true if an IRI must not contain \a character; otherwise returns false.
 bool isForbiddenInIri(QChar character);
 
-/// A piece of a SPARQL statement.
+/// A part of a SPARQL statement.
 struct SparqlToken
 {
+    /// The kinds of tokens.
     enum Kind {
-        End,
-        Space,
-        Comment,
-        String, ///< a quoted literal, short or long, without its language tag or datatype
+        End, ///< the end of the statement
+        Space, ///< white space
+        Comment, ///< a comment without its line break
+        String, ///< a quoted literal, short or long, without language tag and datatype
         Iri, ///< an IRI reference with its angle brackets
         Variable, ///< `?name` or `$name`
         Placeholder, ///< `?:name` or `$:name`
-        Other ///< a single character of anything else, or a word
+        Other ///< a word, or any other single character
     };
 
     Kind kind = End;
     int start = 0;
     QStringView text;
 
+    /// Returns the position after the token.
     int end() const { return start + int(text.size()); }
 };
 
 /**
- * Cuts a statement into tokens, just far enough to know what is a literal, an IRI, a variable or a comment.
- * The tokens cover the whole text; nothing is refused here, since the store has its own parser for that.
+ * Divides a statement into tokens. It distinguishes literals, IRIs, variables and comments from the rest.
+ *
+ * The tokens cover the whole text. The lexer reports no errors; the parser of the store does that.
  */
 class SparqlLexer
 {
 public:
-    /// \a text must outlive the lexer.
+    /// Constructs a lexer for \a text, which must exist as long as the lexer.
     explicit SparqlLexer(QStringView text);
 
+    /// Returns the next token.
     SparqlToken next();
-    /// The next token that is neither white space nor a comment.
+    /// Returns the next token that is neither white space nor a comment.
     SparqlToken nextMeaningful();
 
 private:

@@ -7,22 +7,29 @@
 
 #include <vector>
 
-/// The answer to a query, its cells row by row. A cell keeps no name, so that a million rows stay affordable.
+/// The rows of a query's result. Cells have no names, so that a million rows need little memory.
 struct SparqlTable
 {
+    /// The kinds of values.
     enum class CellKind : quint8 { Literal, Resource, BlankNode };
 
+    /// A value in a row.
     struct Cell
     {
         QVariant value;
         CellKind kind = CellKind::Literal;
     };
 
+    /// The names of the columns.
     QStringList names;
+    /// The cells of the first row, then those of the second row, and so on.
     std::vector<Cell> cells;
 
+    /// Returns the number of columns.
     int columnCount() const { return int(names.size()); }
+    /// Returns the number of rows.
     int rowCount() const { return names.isEmpty() ? 0 : int(cells.size() / size_t(names.size())); }
+    /// Returns the cell in \a row and \a column.
     const Cell &cell(int row, int column) const
     {
         return cells[size_t(row) * size_t(names.size()) + size_t(column)];

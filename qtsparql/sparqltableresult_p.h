@@ -5,13 +5,15 @@
 #include "qsparqlresult.h"
 #include "sparqltable_p.h"
 
-/// A result that holds all of its rows, and so nothing of the store.
+/// A result that holds all its rows and no resources of the store.
 class SparqlTableResult : public QSparqlResult
 {
     Q_OBJECT
 
 public:
+    /// Constructs the result of a statement that returned \a table.
     SparqlTableResult(const QString &query, QSparqlQuery::StatementType type, SparqlTable table);
+    /// Constructs the result of a statement that failed with \a error.
     SparqlTableResult(const QString &query, QSparqlQuery::StatementType type, const QSparqlError &error);
 
     int size() const override;

@@ -1,23 +1,16 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "storefolder_p.h"
 
-#include <QDeadlineTimer>
+#include "boundedwait_p.h"
 
 namespace {
 
-constexpr int lockTimeoutMs = 30000;
-
+/// Locks \a lock. QLockFile's own waiting gets slower and slower; one of eight programs would wait six
+/// seconds.
 bool waitFor(QLockFile *lock)
 {
-    // Left to itself QLockFile looks ever more rarely: the last of eight programs would start after six
-    // seconds.
-    constexpr int intervalMs = 10;
-    const QDeadlineTimer deadline(lockTimeoutMs);
-    while (!lock->tryLock(intervalMs)) {
-        if (lock->error() != QLockFile::LockFailedError || deadline.hasExpired())
-            return false;
-    }
-    return true;
+    return waitUntil([lock] { return lock->tryLock(0) || lock->error() != QLockFile::LockFailedError; })
+        && lock->isLocked();
 }
 
 QSparqlError connectionError(const QString &message)
@@ -35,10 +28,22 @@ StoreFolder::StoreFolder(const QString &path)
 QSparqlError StoreFolder::enter()
 {
     if (!m_dir.mkpath(QStringLiteral(".")))
-        return connectionError(QStringLiteral("Cannot create the folder of the store, %1").arg(m_dir.path()));
+        return connectionError(
+            QStringLiteral("Cannot create the folder of the store, %1; check the permissions above it")
+                .arg(m_dir.path()));
     if (!waitFor(&m_lock))
-        return connectionError(QStringLiteral("Cannot lock the store in %1").arg(m_dir.path()));
+        return connectionError(lockFailure().arg(m_dir.path()));
     return QSparqlError();
+}
+
+/// Returns the message with a place for the path of the folder.
+QString StoreFolder::lockFailure() const
+{
+    return m_lock.error() == QLockFile::LockFailedError
+        ? QStringLiteral("Cannot lock the store in %1: another program keeps it locked; end that program or "
+                         "try again later")
+        : QStringLiteral("Cannot lock the store in %1: a file cannot be written there; check the permissions "
+                         "and the free space");
 }
 
 bool StoreFolder::hasDatabase() const { return m_dir.exists(QStringLiteral("meta.db")) && !m_mark.exists(); }

@@ -9,30 +9,40 @@
 #include <QLockFile>
 
 /**
- * The folder of a store, for as long as a database is opened in it. Two processes that create one database at
- * once spoil it for each other, so that they enter one after the other.
+ * The folder of a store while a program opens the database in it.
+ *
+ * Only one object of all processes can be in a folder. Two processes that create the same database at the
+ * same time would damage it.
  */
 class StoreFolder
 {
 public:
+    /// Constructs an object for the folder \a path, which need not exist.
     explicit StoreFolder(const QString &path);
 
+    /// Returns the path of the folder.
     QString path() const { return m_dir.path(); }
 
-    /// Makes the folder where there is none, and waits until nobody else is in it.
+    /// Creates the folder if it does not exist and waits until no other object is in it. The object leaves
+    /// the folder when it is destroyed.
     QSparqlError enter();
 
-    /// Whether there is a database whose making was not cut short.
+    /// Returns true if there is a complete database; otherwise returns false.
     bool hasDatabase() const;
 
-    /// Marks that a database is being made, unless there is one. Tracker never again opens one whose making
-    /// was cut short. Such a one holds nothing yet, since the folder is not left until it is whole, so that
-    /// whoever finds the mark begins anew. False when the folder cannot be written to.
+    /// Marks the folder while a database is created in it, unless there is a complete database. Returns false
+    /// if the folder is not writable; otherwise returns true.
+    ///
+    /// Tracker cannot open a database whose creation was interrupted. Such a database contains no data, and
+    /// it is removed if the mark is found.
     bool beginMaking();
-    /// False when the mark is still there, or was taken over by somebody else.
+    /// Removes the mark. Returns false if it could not be removed or another object removed it; otherwise
+    /// returns true.
     bool endMaking();
 
 private:
+    QString lockFailure() const;
+
     QDir m_dir;
     QLockFile m_lock;
     QFile m_mark;

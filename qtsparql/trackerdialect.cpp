@@ -10,7 +10,7 @@ namespace {
 
 const QLatin1String emptyIri("urn:tidel:empty");
 
-/// True when what follows a literal types it as a date-time.
+/// Returns true if \a following begins with the datatype of a date-time; otherwise returns false.
 bool isDateTimeType(SparqlLexer following)
 {
     if (following.nextMeaningful().text != u"^" || following.nextMeaningful().text != u"^")
@@ -21,12 +21,12 @@ bool isDateTimeType(SparqlLexer following)
     return type.text == u"xsd" && following.next().text == u":" && following.next().text == u"dateTime";
 }
 
-/// The literal \a quoted with its instant in UTC; a null text where it stands as it is.
+/// Returns the literal \a quoted as the same instant in UTC. Returns a null text if it needs no change.
 QString inUtc(QStringView quoted)
 {
     const int mark = quoted.size() >= 6 && quoted[1] == quoted[0] ? 3 : 1;
     QString value = quoted.mid(mark, quoted.size() - 2 * mark).toString();
-    // Kept as it is written: QDateTime ends at milliseconds.
+    // QDateTime knows no fractions below milliseconds, so that the text is kept.
     QString fraction;
     const int point = int(value.indexOf(u'.'));
     for (int i = point; i != -1 && i < value.size() && (i == point || value[i].isDigit()); ++i)
@@ -37,13 +37,13 @@ QString inUtc(QStringView quoted)
     if (value.endsWith(u'Z') || !time.isValid())
         return QString();
     QString utc = time.toUTC().toString(Qt::ISODate);
-    // The first and the last hours that can be written have no text in UTC.
+    // The UTC time can be outside the years that the text can express.
     if (utc.isEmpty())
         return QString();
     return QLatin1Char('"') + utc.insert(utc.size() - 1, fraction) + QLatin1Char('"');
 }
 
-/// What stands for \a token in a statement for Tracker; a null text where it stands as it is.
+/// Returns what Tracker gets for \a token. Returns a null text if the token needs no change.
 QString replacement(const SparqlToken &token, const SparqlLexer &following)
 {
     switch (token.kind) {
@@ -61,7 +61,7 @@ bool isWord(const SparqlToken &token, QLatin1String word)
     return token.text.compare(word, Qt::CaseInsensitive) == 0;
 }
 
-/// Follows the tokens of an update and finds the places in its templates where a subject stands.
+/// Follows the tokens of an update and finds the subjects in its templates.
 class TemplateReader
 {
 public:
@@ -77,7 +77,7 @@ public:
             --m_depth;
             m_isTemplate = m_isTemplate && m_depth != 0;
         } else if (m_depth == 0) {
-            // The braces of DELETE WHERE are a pattern: without its triples it would match more.
+            // The braces of DELETE WHERE are a pattern. It would match more without some of its triples.
             m_isTemplate = isWord(token, QLatin1String("INSERT")) || isWord(token, QLatin1String("DELETE"))
                 || (m_isTemplate && !isWord(token, QLatin1String("WHERE")));
         }
@@ -89,8 +89,8 @@ private:
     bool m_isAtSubject = false;
 };
 
-/// Returns where the number, the prefixed name or the language tag ends that starts at \a start; -1 if there
-/// is none. The lexer splits numbers and names at their points.
+/// Returns the end of the number, the prefixed name or the language tag at \a start, or -1 if there is none.
+/// The lexer divides numbers and names at their points.
 int endOfWord(const QString &text, int start)
 {
     static const QRegularExpression word(QStringLiteral("\\G(?:@[\\w-]+"
@@ -101,7 +101,7 @@ int endOfWord(const QString &text, int start)
     return int(word.match(text, start).capturedEnd());
 }
 
-/// Returns the point or the brace behind the triples block that \a lexer is in.
+/// Returns the point or the brace after the triples block that \a lexer is in.
 SparqlToken endOfTriples(const QString &update, SparqlLexer *lexer)
 {
     int wordEnd = 0;

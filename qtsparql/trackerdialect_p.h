@@ -5,29 +5,28 @@
 #include <QString>
 
 /**
- * The differences between SPARQL 1.1 and what Tracker 3 takes, bridged on the level of tokens: nothing inside
- * a literal, an IRI or a comment is touched.
+ * Translates SPARQL 1.1 into what Tracker 3 accepts. Text in literals, IRIs and comments stays as it is.
  *
- * - A variable whose name begins with an underscore is sent as `$_name`: after a property Tracker takes the
- * question mark for a path operator.
- * - The empty IRI, `<>`, is sent as one fixed IRI: Tracker makes a new blank node of each.
- * - A typed date-time with an offset, or without a zone, is sent as the same instant in UTC: Tracker orders
+ * - A variable whose name begins with an underscore becomes `$_name`. After a property, Tracker reads the
+ *   question mark as a path operator.
+ * - The empty IRI, `<>`, becomes a fixed IRI. Tracker would make a new blank node of each empty IRI.
+ * - A typed date-time with an offset or without a time zone becomes the same instant in UTC. Tracker sorts
  *   date-times by their text.
  */
 namespace TrackerDialect {
 
-/// \a statement as Tracker takes it.
+/// Returns \a statement in the form that Tracker accepts.
 QString toTracker(const QString &statement);
 
 /// Returns \a update without the triples of its templates that have the empty IRI as their subject. The
 /// empty IRI names no resource, but Tracker stores or refuses such triples. A template can become empty.
 QString withoutEmptySubjects(const QString &update);
 
-/// The resource \a iri as the caller knows it.
+/// Returns the IRI that the caller knows for the IRI \a iri in the store.
 QString iriFromTracker(const QString &iri);
 
-/// True for a statement of white space and comments alone, which SPARQL allows as an update and Tracker does
-/// not.
+/// Returns true if \a statement has only white space and comments; otherwise returns false. In SPARQL this is
+/// an update without effect, but Tracker refuses it.
 bool isBlank(const QString &statement);
 
 } // namespace TrackerDialect

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "trackerstore_p.h"
 
+#include "boundedwait_p.h"
 #include "ontology_p.h"
 #include "storefolder_p.h"
 #include "trackerdialect_p.h"
 
-// The library carries its new name from 3.8 on.
+// The library has a new name since version 3.8.
 #if __has_include(<tinysparql.h>)
 #include <tinysparql.h>
 #else
@@ -13,12 +14,10 @@
 #endif
 
 #include <QDateTime>
-#include <QDeadlineTimer>
 #include <QFile>
 #include <QLoggingCategory>
-#include <QThread>
 
-// Tracker's own messages are for whoever looks into the store; they must not reach a user's terminal unasked.
+// Tracker's own messages are for developers. They appear in a terminal only if this category is enabled.
 Q_LOGGING_CATEGORY(lcTracker, "tidel.sparql.tracker", QtFatalMsg)
 
 namespace {
@@ -31,7 +30,7 @@ template <typename T> using GObjectPtr = std::unique_ptr<T, GObjectDeleter>;
 
 QSparqlError::ErrorType kindOf(const GError *error)
 {
-    // The statement's fault as well, but of a domain that Tracker has no public name for.
+    // This is an error of the statement too. Tracker has no public name for the domain.
     if (error->domain == g_quark_try_string("tracker_date_error-quark"))
         return QSparqlError::StatementError;
     if (error->domain != TRACKER_SPARQL_ERROR)
@@ -48,7 +47,7 @@ QSparqlError::ErrorType kindOf(const GError *error)
     }
 }
 
-/// The one place where a store's error becomes ours. Takes \a error.
+/// Converts \a error and frees it. \a what says which step failed.
 QSparqlError fromGError(const QString &what, GError *error)
 {
     const QString text = what + QLatin1String(": ") + QString::fromUtf8(error->message);
@@ -57,7 +56,7 @@ QSparqlError fromGError(const QString &what, GError *error)
     return result;
 }
 
-/// What went wrong within Tracker on this thread, whether or not it made a call fail.
+/// The last critical message of Tracker on this thread. The call that caused it can still report success.
 thread_local QString lastCriticalMessage;
 
 void logFromGLib(const gchar *, GLogLevelFlags level, const gchar *message, gpointer)
@@ -101,20 +100,19 @@ SparqlTable::Cell readCell(TrackerSparqlCursor *cursor, int column)
 
 QSparqlError refuseNull(const QString &statement)
 {
-    // Tracker takes zero-terminated text, so that the rest of such a statement would silently be left out.
+    // Tracker reads a statement up to the first null character only.
     if (!statement.contains(QChar(u'\0')))
         return QSparqlError();
-    return QSparqlError(QStringLiteral("The statement contains a null character"),
-                        QSparqlError::StatementError);
+    return QSparqlError(
+        QStringLiteral(
+            "The statement contains a null character, which the store cannot read; remove the character"),
+        QSparqlError::StatementError);
 }
-
-constexpr int patienceMs = 30000;
-constexpr int retryIntervalMs = 10;
 
 const QString updateRefused = QStringLiteral("The update is refused");
 
-/// Whether another process wrote after this update had read. SQLite refuses it then, with no code of
-/// Tracker's.
+/// Returns true if SQLite refused the update because another process wrote after the update had read;
+/// otherwise returns false. Tracker has no error code for that.
 bool isOutOfDate(const QSparqlError &error)
 {
     return error.message().startsWith(updateRefused + QLatin1String(": database is locked"));
@@ -169,7 +167,8 @@ std::unique_ptr<TrackerStore> TrackerStore::open(const QString &folder, QSparqlE
                   : nullptr;
 }
 
-/// Opens the database in \a folder, for writing with our ontology; null with \a error set when that fails.
+/// Opens the database in \a folder. For writing, the compiled-in ontology is used. On failure, sets \a error
+/// and returns null.
 std::unique_ptr<TrackerStore::Handle> TrackerStore::connect(const QString &folder, Access access,
                                                             QSparqlError *error)
 {
@@ -185,13 +184,16 @@ std::unique_ptr<TrackerStore::Handle> TrackerStore::connect(const QString &folde
     if (!cause)
         return handle;
     const QString what =
-        QStringLiteral("Cannot open the store in %1, damaged or of another version").arg(folder);
+        QStringLiteral(
+            "Cannot open the store in %1, which may be damaged or of another version; to start with an "
+            "empty store, move the folder away")
+            .arg(folder);
     *error = fromGError(what, cause);
     error->setType(QSparqlError::ConnectionError);
     return nullptr;
 }
 
-/// Makes the database where there is none.
+/// Opens the database for writing and creates it if it does not exist.
 std::unique_ptr<TrackerStore::Handle> TrackerStore::openForWriting(StoreFolder *place, QSparqlError *error)
 {
     *error = QSparqlError();
@@ -200,13 +202,16 @@ std::unique_ptr<TrackerStore::Handle> TrackerStore::openForWriting(StoreFolder *
     if (handle && place->endMaking())
         return handle;
     if (!error->isValid())
-        *error =
-            QSparqlError(QStringLiteral("Cannot write in the folder of the store, %1").arg(place->path()),
-                         QSparqlError::ConnectionError);
+        *error = QSparqlError(
+            QStringLiteral(
+                "Cannot write in the folder of the store, %1; check the permissions and the free space")
+                .arg(place->path()),
+            QSparqlError::ConnectionError);
     return nullptr;
 }
 
-/// Reads through the new connection from now on as well, so that what was written is seen at once.
+/// Opens the store for writing. The new connection also replaces the one for reading, so that queries see
+/// every update at once.
 QSparqlError TrackerStore::becomeWritable()
 {
     if (m_access == Access::Writing)
@@ -240,7 +245,7 @@ QSparqlError TrackerStore::select(const QString &statement, SparqlTable *table)
         for (int i = 0; i < columns; ++i)
             rows.cells.push_back(readCell(cursor.get(), i));
     }
-    // An open cursor would hold the read transaction until the result goes.
+    // An open cursor would keep the read transaction open until the result is deleted.
     tracker_sparql_cursor_close(cursor.get());
     if (error)
         return fromGError(QStringLiteral("The query failed"), error);
@@ -258,12 +263,14 @@ QSparqlError TrackerStore::update(const QString &statement)
         return failure;
     const QByteArray text =
         TrackerDialect::toTracker(TrackerDialect::withoutEmptySubjects(statement)).toUtf8();
-    const QDeadlineTimer deadline(patienceMs);
-    QSparqlError error = updateOnce(text);
-    while (isOutOfDate(error) && !deadline.hasExpired()) {
-        QThread::msleep(retryIntervalMs);
+    QSparqlError error;
+    const bool hasRun = waitUntil([&] {
         error = updateOnce(text);
-    }
+        return !isOutOfDate(error);
+    });
+    if (!hasRun)
+        error.setMessage(error.message()
+                         + QLatin1String("; other programs write to it all the time, try again later"));
     return error;
 }
 
@@ -274,7 +281,7 @@ QSparqlError TrackerStore::updateOnce(const QByteArray &text)
     tracker_sparql_connection_update(m_handle->connection.get(), text.constData(), nullptr, &error);
     if (error)
         return fromGError(updateRefused, error);
-    // Tracker only logs that it could not commit, as on a full disk, and reports success.
+    // If a commit fails, for example because the disk is full, Tracker logs that and reports success.
     return lastCriticalMessage.isEmpty()
         ? QSparqlError()
         : QSparqlError(QStringLiteral("The update failed: ") + lastCriticalMessage,

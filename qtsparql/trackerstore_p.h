@@ -10,24 +10,25 @@
 class StoreFolder;
 
 /**
- * An open Tracker database. The only unit that knows Tracker.
+ * An open Tracker database. Only this class uses Tracker's library.
  *
- * It is open for reading alone until the first update: opening for writing compares ontologies, and closing
- * then tidies up, both of which take the longer the more there is.
+ * The database is open only for reading until the first update. Opening it for writing compares ontologies,
+ * and closing it afterwards cleans it up. Both take longer for a larger database.
  *
- * Every call blocks until the store has answered. An error leaves what the arguments point to as it was.
+ * Every function blocks until the store has answered. If a function fails, it does not change its arguments.
  */
 class TrackerStore
 {
 public:
-    /// Opens the database in \a folder and creates it where there is none; null with \a error set when that
-    /// fails.
+    /// Opens the database in \a folder and creates it if it does not exist. If that fails, sets \a error and
+    /// returns null.
     static std::unique_ptr<TrackerStore> open(const QString &folder, QSparqlError *error);
     ~TrackerStore();
 
+    /// Runs a query and stores its rows in \a table.
     QSparqlError select(const QString &statement, SparqlTable *table);
-    /// Runs an update of any number of operations; all of them or none take effect. Begins anew for half a
-    /// minute at most where other processes keep writing what it has read.
+    /// Runs an update, which can contain several operations. If one of them fails, none has an effect. If
+    /// other processes write at the same time, the update is repeated for at most half a minute.
     QSparqlError update(const QString &statement);
 
 private:
