@@ -10,7 +10,7 @@
 
 #include <memory>
 
-/// An empty store of the real kind in a folder of its own, with a connection that stays open.
+/// A real, empty store in a folder of its own with an open connection.
 class ScratchStore
 {
 public:
@@ -19,20 +19,29 @@ public:
 
     ScratchStore();
 
+    /// Returns the folder of the store.
     QString folder() const;
-    /// One more connection to the same store.
+    /// Opens another connection to the same store.
     Connection connect() const;
 
+    /// Returns the open connection.
     QSparqlConnection &connection() const { return *m_connection; }
+    /// Runs a SELECT statement.
     Result select(const QString &statement) const;
+    /// Runs an ASK statement.
     Result ask(const QString &statement) const;
+    /// Runs an update.
     Result update(const QString &statement) const;
-    /// The rows of \a statement as text, columns separated by a blank; fails the running test when refused.
+    /// Returns the rows of \a statement as text with a blank between the columns. The running test fails if
+    /// the statement fails.
     QStringList rows(const QString &statement) const;
 
+    /// Opens a connection to the store in \a folder.
     static Connection connect(const QString &folder);
+    /// Runs \a statement on \a connection.
     static Result run(QSparqlConnection &connection, const QString &statement,
                       QSparqlQuery::StatementType type);
+    /// Returns the rows of \a statement like the other rows().
     static QStringList rows(QSparqlConnection &connection, const QString &statement);
 
 private:
@@ -40,14 +49,14 @@ private:
     Connection m_connection;
 };
 
-/// Fails with what the store says.
+/// Fails with the message of the store if \a result has an error.
 #define VERIFY_DONE(result)                                                                                  \
     do {                                                                                                     \
         const auto &checked = (result);                                                                      \
         QVERIFY2(!checked->hasError(), qPrintable(checked->lastError().message()));                          \
     } while (false)
 
-/// There is an error of that type, and nothing else.
+/// Fails unless \a result has an error of the type \a errorType and no rows.
 #define VERIFY_REFUSED(result, errorType)                                                                    \
     do {                                                                                                     \
         const auto &checked = (result);                                                                      \

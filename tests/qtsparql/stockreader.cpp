@@ -9,9 +9,9 @@
 #include <cstring>
 
 /**
- * A program that knows nothing of this project: it brings the Tracker library with the ontology that comes
- * with it, opens the store, read-only or not, runs its last arguments, updates if they begin with INSERT, and
- * prints what the queries yield.
+ * A program that uses the Tracker library and its stock ontology, but nothing of this project. It opens the
+ * store, read-only or not, and runs its last arguments: those that begin with INSERT as updates, the others
+ * as queries. It prints the results of the queries.
  */
 namespace {
 

@@ -8,9 +8,9 @@
 #include <cstdio>
 
 /**
- * What the tests do in processes of their own. It says "ready", does its work when it is told to by a line on
- * its standard input, and says how that went on its standard output; standard error is left to the layer
- * below.
+ * The part of the tests that runs in processes of its own. The program writes "ready", waits for a line on
+ * its standard input, does its work, and writes the outcome to its standard output. Only the library writes
+ * to its standard error.
  */
 namespace {
 
@@ -46,7 +46,7 @@ bool write(QSparqlConnection &connection, const QString &prefix, int count)
     return true;
 }
 
-/// Raises a number in updates that read before they write.
+/// Increments a number by updates that read it before they write it.
 bool raise(QSparqlConnection &connection, int count)
 {
     for (int i = 0; i < count; ++i) {
@@ -59,7 +59,7 @@ bool raise(QSparqlConnection &connection, int count)
     return true;
 }
 
-/// Statements that the store has something to say about.
+/// Runs statements about which the store logs messages.
 bool provoke(QSparqlConnection &connection)
 {
     const auto insert =

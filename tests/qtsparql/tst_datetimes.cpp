@@ -6,7 +6,7 @@
 
 #include <time.h>
 
-/// Points in time on their way into the store, in it, and back.
+/// Tests date-times that are written to the store, compared in it, and read from it.
 class TestDateTimes : public QObject
 {
     Q_OBJECT
@@ -43,7 +43,7 @@ ScratchStore::Result insert(const ScratchStore &store, const QString &name, cons
                             .arg(name, date));
 }
 
-/// Written in any order and in any zone; the titles are in the order of the instants.
+/// Times in different zones and in no order. The titles have the order of the instants.
 void fill(const ScratchStore &store)
 {
     const QPair<const char *, const char *> dates[] = {
@@ -147,7 +147,7 @@ void TestDateTimes::sameInstantIsTheSameValue()
     const QString insertCreated = QStringLiteral("INSERT { <urn:l> a nie:DataObject ; nie:created %1 }");
     VERIFY_DONE(
         store.update(insertCreated.arg(QStringLiteral("\"2026-11-21T10:00:00+02:00\"^^xsd:dateTime"))));
-    // Another spelling is no second value, another instant is.
+    // The same instant in another form is the same value. Another instant is a second value.
     VERIFY_DONE(store.update(insertCreated.arg(QStringLiteral("\"2026-11-21T08:00:00Z\"^^xsd:dateTime"))));
     VERIFY_DONE(store.update(insertCreated.arg(QStringLiteral("\"2026-11-21T03:00:00\"^^xsd:dateTime"))));
     const auto other =

@@ -15,7 +15,7 @@ int stepsTaken = 0;
 
 } // namespace
 
-/// Stands in front of the function that Tracker calls, and counts what SQLite's machine does to find the
+/// Replaces the function that Tracker calls, and counts the steps in which SQLite's virtual machine finds the
 /// rows.
 extern "C" Q_DECL_EXPORT int sqlite3_step(sqlite3_stmt *statement)
 {
@@ -103,7 +103,7 @@ int collectText(void *lines, int columns, char **values, char **)
     return 0;
 }
 
-/// What SQLite itself answers for the store.
+/// Returns SQLite's own answer to a statement about the store.
 QStringList sqliteRows(const QString &folder, const QString &statement)
 {
     sqlite3 *database = nullptr;
@@ -118,7 +118,7 @@ QStringList sqliteRows(const QString &folder, const QString &statement)
     return lines;
 }
 
-/// A channel of \a count messages with an enclosure each, in the order \a from, \a from + 1 and so on.
+/// Adds \a count messages with one enclosure each, numbered from \a from. A channel has ten of them.
 void addMessages(const ScratchStore &store, int from, int count)
 {
     QString statement = QStringLiteral("INSERT {");
@@ -137,7 +137,7 @@ void addMessages(const ScratchStore &store, int from, int count)
 
 int stepsFor(const ScratchStore &store, const QString &query)
 {
-    // Not counted: what Tracker does once for each new statement.
+    // The first run is not counted. Tracker prepares each new statement once.
     store.select(query);
     stepsTaken = 0;
     const auto result = store.select(query);
@@ -234,7 +234,7 @@ void TestOntology::stockProgramReads()
     }
     for (int i = 0; i < 2; ++i) {
         VERIFY_STOCK(stock(mode, dir.path(), readFeed), feed);
-        // The store is still ours.
+        // The program has not changed the ontology of the store.
         const auto connection = ScratchStore::connect(dir.path());
         QVERIFY2(connection->isValid(), qPrintable(connection->lastError().message()));
         QCOMPARE(ScratchStore::rows(*connection, readFeed.value(1)).size(), 1);
@@ -347,7 +347,7 @@ void TestOntology::readersProperties()
         VERIFY_DONE(ScratchStore::run(*connection, QStringLiteral("DELETE { <urn:c> a rdfs:Resource }"),
                                       QSparqlQuery::DeleteStatement));
     }
-    // They go with the channel, and programs of both kinds go on opening the store.
+    // The properties are deleted with the channel. Programs with either ontology can still open the store.
     QCOMPARE(ScratchStore::rows(*ScratchStore::connect(dir.path()), dropped), QStringList());
     for (const char *mode : {"readonly", "readwrite"})
         QCOMPARE(stock(QString::fromLatin1(mode), dir.path(), readFeed).exitCode, 0);

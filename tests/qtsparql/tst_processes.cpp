@@ -30,7 +30,7 @@ namespace {
 
 constexpr int timeout = 60000;
 
-/// A helper process that waits to be told; killed when it goes.
+/// A helper process that waits for a command. The destructor kills it.
 class Helper
 {
 public:
@@ -59,7 +59,7 @@ public:
         m_process.waitForFinished(milliseconds);
         return m_process.state() == QProcess::Running;
     }
-    /// Empty when it did what it was told; else what it said.
+    /// Returns an empty text if the command succeeded; otherwise returns the output.
     QString outcome()
     {
         if (m_process.state() == QProcess::Running && !m_process.waitForFinished(timeout))
@@ -128,7 +128,7 @@ void TestProcesses::readerBesideWriters()
     two.go();
     int seen = 0;
     while (one.isRunningAfter(1) || two.isRunningAfter(1)) {
-        // Each message comes with its comment: half an update is never seen.
+        // Each message has its comment. A part of an update is never visible.
         const auto result = store.select(QStringLiteral("SELECT ?t ?c { ?s a mfo:FeedMessage OPTIONAL { ?s "
                                                         "nie:title ?t } OPTIONAL { ?s nie:comment ?c } }"));
         VERIFY_DONE(result);
@@ -144,7 +144,7 @@ void TestProcesses::readerBesideWriters()
              QStringList(number(120)));
 }
 
-// What such an update has read is out of date as soon as somebody else writes: it has to begin anew.
+// Such an update has read old data when another process writes, and must be repeated.
 void TestProcesses::updatesThatReadFirst()
 {
     constexpr int processes = 4;

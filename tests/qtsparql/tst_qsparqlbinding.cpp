@@ -75,7 +75,7 @@ void TestBinding::termOfAValue_data()
 {
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<QString>("term");
-    // The local name in XML Schema; empty for a resource.
+    // The local name in XML Schema. It is empty for a resource.
     QTest::addColumn<QString>("type");
 
     const auto url = [](const char *name, const QUrl &value, const QString &term) {
@@ -210,7 +210,7 @@ void TestBinding::localTime()
 void TestBinding::offsetWithSeconds()
 {
 
-    // It has no text: another offset, the same instant.
+    // The text cannot express the seconds. It has another offset and the same instant.
     const QDateTime old = at(QTime(12, 0, 32), 19 * 60 + 32);
     QCOMPARE(QSparqlBinding(QStringLiteral("t"), old).toString(),
              QStringLiteral("\"2026-11-21T12:00:00+00:19\"^^xsd:dateTime"));
@@ -269,7 +269,7 @@ void TestBinding::resource_data()
     QTest::addColumn<QString>("iri");
     QTest::addColumn<QString>("term");
 
-    // A QUrl would change most of these, or refuse them.
+    // QUrl would change most of these or reject them.
     const char *const unchanged[] = {
         "http://example.org/a%20b", "HTTP://Example.ORG/%7euser", "urn:uuid:1", "/tmp/a.mp3", "",
         "http://[broken",           "http://example.org:port/%zz"};

@@ -61,7 +61,7 @@ const QString driver = QStringLiteral("QTRACKER_DIRECT");
 const QString insertOne = QStringLiteral("INSERT { <urn:one> a mfo:FeedMessage ; nie:title \"one\" }");
 const QString selectTitles = QStringLiteral("SELECT ?t { ?s a mfo:FeedMessage ; nie:title ?t } ORDER BY ?t");
 
-/// Sets a variable for as long as it lives.
+/// Sets an environment variable during its lifetime.
 class EnvironmentVariable
 {
 public:
@@ -78,7 +78,7 @@ private:
     const QByteArray m_before;
 };
 
-/// Every kind of statement on a connection that is not open.
+/// Checks every kind of statement on a connection that is not open.
 void verifyRefusesAll(QSparqlConnection &connection)
 {
     QVERIFY(!connection.isValid());
@@ -110,7 +110,7 @@ QByteArray rubbish(int size)
     return bytes;
 }
 
-/// A store that holds insertOne, closed.
+/// Creates a store with the data of insertOne and closes it.
 QString filledStore(const QTemporaryDir &dir)
 {
     const QString folder = dir.filePath(QStringLiteral("store"));
@@ -127,7 +127,7 @@ void TestConnection::drivers() { QCOMPARE(QSparqlConnection::drivers(), QStringL
 
 void TestConnection::execIsAnExportedSymbol()
 {
-    // A test program stands in front of it under this name.
+    // A test program replaces the function by this name.
     QVERIFY(dlsym(RTLD_DEFAULT, "_ZN17QSparqlConnection4execERK12QSparqlQuery"));
 }
 
@@ -224,7 +224,7 @@ void TestConnection::relativeFolder()
     QFETCH(bool, isTheUsersOwn);
     const QTemporaryDir dir;
     const QTemporaryDir elsewhere;
-    // For a Qt that ignores a relative XDG_DATA_HOME.
+    // Some versions of Qt ignore a relative XDG_DATA_HOME.
     const EnvironmentVariable home("HOME", QFile::encodeName(dir.path()));
     const EnvironmentVariable dataHome("XDG_DATA_HOME", "here");
     const auto goBack = qScopeGuard([before = QDir::currentPath()] { QDir::setCurrent(before); });
@@ -235,7 +235,7 @@ void TestConnection::relativeFolder()
 
     QVERIFY(QDir::setCurrent(dir.path()));
     VERIFY_DONE(ScratchStore::run(*connect(), insertOne, QSparqlQuery::InsertStatement));
-    // The store is where it was opened, however late it is written to.
+    // The first update does not use the new current folder.
     const auto connection = connect();
     QVERIFY2(connection->isValid(), qPrintable(connection->lastError().message()));
     QVERIFY(QDir::setCurrent(elsewhere.path()));
@@ -289,7 +289,7 @@ void TestConnection::damagedDatabase()
     const QString folder = filledStore(dir);
     const QString database = folder + QStringLiteral("/meta.db");
     overwrite(database, content);
-    // Whatever is in there is not ours to throw away.
+    // Unknown data must not be deleted.
     for (int i = 0; i < 2; ++i) {
         const auto connection = ScratchStore::connect(folder);
         verifyRefusesAll(*connection);
@@ -420,7 +420,7 @@ void TestConnection::readerSeesWhatOthersWrite()
     const QString folder = filledStore(dir);
     const QString link = dir.filePath(QStringLiteral("link"));
     QVERIFY(QFile::link(folder, link));
-    // Under another name, so that the two have no open store in common.
+    // With another path, the connections do not share an open store.
     const auto reader = ScratchStore::connect(link);
     QCOMPARE(ScratchStore::rows(*reader, selectTitles).size(), 1);
     const auto writer = ScratchStore::connect(folder);
@@ -450,7 +450,7 @@ void TestConnection::databaseMadeInItsPlace()
     const QString folder = filledStore(dir);
     const auto old = ScratchStore::connect(folder);
     QVERIFY(QDir(folder).removeRecursively());
-    // Whoever connects now must not be given what is no longer there.
+    // A new connection must not share the deleted database.
     const auto connection = ScratchStore::connect(folder);
     QVERIFY2(connection->isValid(), qPrintable(connection->lastError().message()));
     QCOMPARE(ScratchStore::rows(*connection, selectTitles), QStringList());

@@ -221,7 +221,7 @@ void TestQuery::invalidValueUnbinds()
     QSparqlQuery bound = query(QStringLiteral("?:a"));
     bound.bindValue(QStringLiteral("a"), QVariant());
     QVERIFY(!bound.boundValues().contains(QStringLiteral("a")));
-    // A null string is an empty literal, not a value that is missing.
+    // A null string is an empty literal. It is not an invalid value.
     bound.bindValue(QStringLiteral("a"), QString());
     QCOMPARE(bound.preparedQueryText(), QStringLiteral("\"\""));
 }

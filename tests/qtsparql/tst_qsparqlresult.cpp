@@ -37,7 +37,7 @@ private Q_SLOTS:
 
 namespace {
 
-/// Three messages, "a", "b" and "c".
+/// An update that adds three messages: "a", "b" and "c".
 class ThreeTitles : public ScratchStore
 {
 public:
@@ -269,10 +269,10 @@ void TestResult::typedValues()
     QVERIFY(!binding.isBlank());
     QCOMPARE(binding.dataTypeUri(), type.isEmpty() ? QUrl() : QUrl(xsd + type));
 
-    // What was read finds itself.
+    // A query for the value that was read finds it.
     QSparqlQuery again(QStringLiteral("SELECT ?s { ?s %1 ?v FILTER(?v = ?:v) }").arg(property));
     again.bindValue(binding);
-    // Tracker cuts a number in a query to 32 bits.
+    // Tracker reduces a number in a query to 32 bits.
     const bool isCut = read.toLongLong() != int(read.toLongLong());
     if (!isCut) {
         const ScratchStore::Result found(store.connection().exec(again));

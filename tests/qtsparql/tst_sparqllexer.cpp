@@ -19,7 +19,7 @@ private Q_SLOTS:
 
 namespace {
 
-/// One letter a token: Space, Comment (#), String, Iri, Variable, Placeholder, Other.
+/// Returns a letter for each token: Space, Comment (#), String, Iri, Variable, Placeholder, Other.
 QString kinds(const QString &text)
 {
     static const char letters[] = {'.', ' ', '#', 'S', 'I', 'V', 'P', 'O'};

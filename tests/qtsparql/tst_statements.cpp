@@ -7,12 +7,14 @@
 #include <QTest>
 
 /**
- * Runs what is in the folder `statements`, a folder per topic, each statement in a store of its own:
- * - `setup.ru` fills the store before each statement of its topic;
- * - `name.ru` is an update, `name.rq` a query; where there are both, the query looks at what the update did;
- * - `name.rows` is what the query yields, a row per line, its terms separated by tabs, `-` for an unbound
- * one; for an ASK query the line `true` or `false`;
- * - `name.error` names the type of error with which the update, or else the query, is refused.
+ * Runs the statements in the folder `statements`, which has a folder for each topic. Each statement has a
+ * store of its own.
+ * - `setup.ru` fills the store before each statement of its topic.
+ * - `name.ru` is an update and `name.rq` is a query. If both exist, the query checks the effect of the
+ * update.
+ * - `name.rows` has the expected rows, one on each line. Tabs separate the terms, and `-` is an unbound one.
+ * For an ASK query the line is `true` or `false`.
+ * - `name.error` has the expected type of error of the update, or of the query if there is no update.
  */
 class TestStatements : public QObject
 {
@@ -28,7 +30,7 @@ namespace {
 
 QDir topics() { return QDir(QStringLiteral(TIDEL_STATEMENTS)); }
 
-/// Null where there is no such file.
+/// Returns a null text if there is no such file.
 QString content(const QString &fileName)
 {
     QFile file(fileName);

@@ -11,7 +11,7 @@
 #include <array>
 #include <random>
 
-/// Statements that nobody would write, put together at random, the same ones in every run.
+/// Tests random sequences of tokens. Every run has the same ones.
 class TestTokenSoup : public QObject
 {
     Q_OBJECT
@@ -90,7 +90,7 @@ QString soup(std::mt19937 &random)
     return text;
 }
 
-/// The strings, IRIs and comments of \a text that the bridge must not touch, joined.
+/// Returns the strings, IRIs and comments of \a text that the translation must not change, joined.
 QString protectedText(const QString &text)
 {
     QString result;
@@ -143,7 +143,7 @@ void TestTokenSoup::bridgeIsIdempotent()
         QVERIFY2(TrackerDialect::isBlank(sent) == TrackerDialect::isBlank(text), qPrintable(shown(text)));
         changed += sent != text ? 1 : 0;
     });
-    // Soup that never meets the bridge would prove nothing.
+    // The test would prove nothing if no text needed a translation.
     QVERIFY(changed > soups / 20);
 }
 

@@ -43,7 +43,7 @@ const QString countMessages = QStringLiteral("SELECT COUNT(?s) { ?s a mfo:FeedMe
 const QString insertVictim =
     QStringLiteral("INSERT { <urn:victim> a mfo:FeedMessage, nie:DataObject ; nie:title \"victim\" ; "
                    "nie:created \"2026-11-21T10:00:00Z\" }");
-// A date of creation there is only one of.
+// A resource has at most one time of creation.
 const QString secondValue = QStringLiteral("INSERT { <urn:victim> nie:created \"2026-01-01T10:00:00Z\" }");
 
 int count(const ScratchStore &store)
@@ -95,7 +95,7 @@ void TestUpdates::refused()
     else
         VERIFY_REFUSED(result, TransactionError);
     QCOMPARE(count(store), 1);
-    // The error of a statement is not the connection's.
+    // The error of a statement is not an error of the connection.
     QVERIFY(store.connection().isValid());
     QVERIFY(!store.connection().hasError());
 }
@@ -219,7 +219,7 @@ void TestUpdates::forbiddenInAnIri()
         VERIFY_REFUSED(result, StatementError);
         QCOMPARE(count(store), 0);
     }
-    // The same statement without the character is a good one.
+    // The statement without the character succeeds.
     VERIFY_DONE(store.update(QString(insert).replace(iri, QStringLiteral("<http://example.org/ab>"))));
     QCOMPARE(count(store), 1);
 }
@@ -252,7 +252,7 @@ void TestUpdates::codePointEscapes_data()
     const auto row = [](const char *name, const char *text) {
         QTest::newRow(name) << QString::fromLatin1(text);
     };
-    // Tracker resolves these before it reads the statement: one of them could end a literal early.
+    // Tracker replaces these before it parses the statement. One of them could end a literal early.
     row("letter", "INSERT { <urn:a> a mfo:FeedMessage ; nie:title \"\\u0041\" }");
     row("quote", "INSERT { <urn:a> a mfo:FeedMessage ; nie:title \"\\u0022 } # \" }");
     row("long form", "INSERT { <urn:a> a mfo:FeedMessage ; nie:title \"\\U00000041\" }");
@@ -307,7 +307,7 @@ void TestUpdates::nullCharacter_data()
 {
     QTest::addColumn<QString>("before");
     QTest::addColumn<QString>("after");
-    // Whoever takes the statement as zero-terminated text would run its first half.
+    // Only the first half would run if the statement were read as zero-terminated text.
     QTest::newRow("between") << QStringLiteral("INSERT { <urn:a> a mfo:FeedMessage } ")
                              << QStringLiteral("rest");
     QTest::newRow("at the end") << QStringLiteral("INSERT { <urn:a> a mfo:FeedMessage } ") << QString();
@@ -346,7 +346,7 @@ void TestUpdates::tenThousandOperations()
     VERIFY_DONE(store.update(inserts(QStringLiteral("a"), 10000)));
     QCOMPARE(count(store), 10000);
 
-    // The last of them refused: nothing of all the others stays.
+    // If the last operation is refused, the others have no effect.
     const QString refused = QStringLiteral("INSERT { <urn:a:0> mfo:optional true }");
     QVERIFY(store.update(inserts(QStringLiteral("b"), 1000) + refused)->hasError());
     QCOMPARE(count(store), 10000);
@@ -386,7 +386,7 @@ void TestUpdates::aMillionRows()
     for (; result->next(); ++rows)
         sum += result->value(0).toLongLong() * 1000 + result->value(1).toLongLong();
     QCOMPARE(rows, 1000000);
-    // Each pair once: the numbers from 0 to 999,999.
+    // Every number from 0 to 999,999 occurs once.
     QCOMPARE(sum, 499999500000LL);
     QVERIFY(result->setPos(999999));
     QVERIFY(!result->setPos(1000000));
@@ -409,11 +409,11 @@ void TestUpdates::finishedResultHoldsNoTransaction()
     }
     VERIFY_DONE(store.update(insertVictim));
 
-    // The write-ahead log can be emptied only while nobody reads an older state of the store.
+    // SQLite cannot empty the write-ahead log while a program reads an older state of the store.
     sqlite3 *database = nullptr;
     const QByteArray file = QFile::encodeName(store.folder() + QStringLiteral("/meta.db"));
     QCOMPARE(sqlite3_open_v2(file.constData(), &database, SQLITE_OPEN_READWRITE, nullptr), SQLITE_OK);
-    // A connection knows of the log once it has read.
+    // A connection opens the log when it reads for the first time.
     QCOMPARE(sqlite3_exec(database, "SELECT COUNT(*) FROM sqlite_master", nullptr, nullptr, nullptr),
              SQLITE_OK);
     int framesInLog = -1;

@@ -1,3 +1,3 @@
 # SPDX-License-Identifier: LGPL-2.1-or-later
 
-# Nothing at all.
+# This update has no operations.
