@@ -34,7 +34,7 @@ QSparqlBinding SparqlTableResult::binding(int index) const
     const SparqlTable::Cell *found = cell(index);
     if (!found)
         return QSparqlBinding();
-    const QString name = m_table.names.at(index);
+    const QString &name = m_table.names.at(index);
     if (found->kind == SparqlTable::CellKind::Literal)
         return QSparqlBinding(name, found->value);
     QSparqlBinding binding(name);

@@ -56,6 +56,16 @@ QString replacement(const SparqlToken &token, const SparqlLexer &following)
     }
 }
 
+/// Returns true if \a text contains `<>` anywhere; otherwise returns false. Most updates do not, and this
+/// search is much faster than the lexer.
+bool mayHaveEmptyIri(const QString &text)
+{
+    auto bracket = text.indexOf(u'<');
+    while (bracket != -1 && (bracket + 1 == text.size() || text[bracket + 1] != u'>'))
+        bracket = text.indexOf(u'<', bracket + 1);
+    return bracket != -1;
+}
+
 bool isWord(const SparqlToken &token, QLatin1String word)
 {
     return token.text.compare(word, Qt::CaseInsensitive) == 0;
@@ -138,7 +148,7 @@ QString toTracker(const QString &statement)
 
 QString withoutEmptySubjects(const QString &update)
 {
-    if (!update.contains(QLatin1String("<>")))
+    if (!mayHaveEmptyIri(update))
         return update;
     QString result;
     int copied = 0;

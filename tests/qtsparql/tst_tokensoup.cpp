@@ -20,6 +20,7 @@ private Q_SLOTS:
     void tokensCoverTheText();
     void bridgeIsIdempotent();
     void protectedTextStays();
+    void emptySubjectsGoAtOnce();
     void nothingBoundChangesNothing();
 };
 
@@ -153,6 +154,18 @@ void TestTokenSoup::protectedTextStays()
         QVERIFY2(protectedText(TrackerDialect::toTracker(text)) == protectedText(text),
                  qPrintable(shown(text)));
     });
+}
+
+void TestTokenSoup::emptySubjectsGoAtOnce()
+{
+    int changed = 0;
+    forEachSoup([&changed](const QString &text) {
+        const QString update = QLatin1String("INSERT {") + text;
+        const QString left = TrackerDialect::withoutEmptySubjects(update);
+        QVERIFY2(TrackerDialect::withoutEmptySubjects(left) == left, qPrintable(shown(text)));
+        changed += left != update ? 1 : 0;
+    });
+    QVERIFY(changed > soups / 100);
 }
 
 void TestTokenSoup::nothingBoundChangesNothing()

@@ -203,6 +203,7 @@ void TestDialect::emptySubject_data()
     unchanged("graph", "WITH <> INSERT { <c> a <b> } WHERE { }");
     unchanged("literal and comment", "INSERT { # <> a <b>\n <c> nie:title '. <> a <b> .' }");
     unchanged("IRI that is not empty", "INSERT { <a> a <b> }");
+    unchanged("bracket at the end", "INSERT { <a> a <b> } <");
     unchanged("empty", "");
 }
 
