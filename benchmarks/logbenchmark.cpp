@@ -27,7 +27,7 @@ void writeTrace(benchmark::State &state, QtMessageHandler handler, const char *c
 {
     qInstallMessageHandler(handler);
     const QString uri = QStringLiteral("urn:uuid:f81d4fae-7dec-11d0-a765-00a0c91e6bf6");
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         QST_DEBUG(category) << "Channel Uri: " << uri;
 }
 

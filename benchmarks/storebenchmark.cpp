@@ -74,7 +74,7 @@ Archives &archivesOf(int messageCount)
 {
     static std::unique_ptr<Archives> archives;
     static int count = 0;
-    if (count != messageCount) {
+    if (!archives || count != messageCount) {
         archives.reset();
         archives = std::make_unique<Archives>(messageCount);
         count = messageCount;
@@ -89,7 +89,7 @@ void compare(benchmark::State &state, const std::function<void()> &ours,
     double cpu = 0;
     double sqliteCpu = 0;
     double peak = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const Cost cost = measure([&] {
             ours();
             collectGarbage();
