@@ -28,9 +28,11 @@ check)
     ;;
 update) listed >"$3" ;;
 plugin)
-    if exported | cut -d ' ' -f 2 | grep -v '^qt_plugin_' | c++filt; then
-        echo "$(basename "$library") exports these symbols, which can clash with those of another plug-in."
-        echo "Hide them: a plug-in exports nothing but qt_plugin_*."
+    leaked=$(exported | cut -d ' ' -f 2 | grep -v '^qt_plugin_' | c++filt || true)
+    if [ -n "$leaked" ]; then
+        head -n 10 <<<"$leaked"
+        echo "$(basename "$library") exports $(wc -l <<<"$leaked") symbols that can clash with those of another plug-in."
+        echo "The first are above. Hide them: a plug-in exports nothing but qt_plugin_*."
         exit 1
     fi
     ;;
