@@ -1,23 +1,15 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "writeturn.h"
 
-#include <QDeadlineTimer>
+#include "../qtsparql/boundedwait_p.h"
+
 #include <QStandardPaths>
-#include <QThread>
 
 #include <cerrno>
 
 #include <sys/file.h>
 
 namespace Tidel {
-
-namespace {
-
-// A process that takes longer hangs.
-constexpr int patienceMs = 30000;
-constexpr int intervalMs = 10;
-
-} // namespace
 
 // QLockFile is not used here: it polls ever more rarely, and removes a lock that was held for long.
 WriteTurn::WriteTurn()
@@ -26,10 +18,11 @@ WriteTurn::WriteTurn()
 {
     if (!m_file.open(QIODevice::WriteOnly))
         return;
-    const QDeadlineTimer deadline(patienceMs);
-    while (flock(m_file.handle(), LOCK_EX | LOCK_NB) != 0 && (errno == EWOULDBLOCK || errno == EINTR)
-           && !deadline.hasExpired())
-        QThread::msleep(intervalMs);
+    waitUntil([this] {
+        const bool isLocked = flock(m_file.handle(), LOCK_EX | LOCK_NB) == 0;
+        const bool isTaken = !isLocked && (errno == EWOULDBLOCK || errno == EINTR);
+        return !isTaken;
+    });
 }
 
 WriteTurn::~WriteTurn() = default;
