@@ -23,7 +23,7 @@ struct SparqlToken
     };
 
     Kind kind = End;
-    int start = 0;
+    int start = 0; ///< the position in the statement
     QStringView text;
 
     /// Returns the position after the token.

@@ -11,7 +11,11 @@
 struct SparqlTable
 {
     /// The kinds of values.
-    enum class CellKind : quint8 { Literal, Resource, BlankNode };
+    enum class CellKind : quint8 {
+        Literal, ///< a literal, or nothing if the value is invalid
+        Resource, ///< an IRI as text
+        BlankNode ///< the label of a blank node
+    };
 
     /// A value in a row.
     struct Cell

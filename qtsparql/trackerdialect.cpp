@@ -78,6 +78,7 @@ public:
     /// Returns true if the next token is the subject of a triples block.
     bool isAtSubject() const { return m_isTemplate && m_isAtSubject; }
 
+    /// Continues with \a token, which is neither white space nor a comment.
     void pass(const SparqlToken &token)
     {
         m_isAtSubject = token.text == u"{" || token.text == u"}" || token.text == u".";

@@ -125,6 +125,7 @@ struct TrackerStore::Handle
     GObjectPtr<TrackerSparqlConnection> connection;
 
     ~Handle();
+    /// Returns true if the store has the compiled-in ontology; otherwise returns false.
     bool hasOurOntology() const;
 };
 

@@ -23,6 +23,7 @@ public:
     /// Opens the database in \a folder and creates it if it does not exist. If that fails, sets \a error and
     /// returns null.
     static std::unique_ptr<TrackerStore> open(const QString &folder, QSparqlError *error);
+    /// Closes the database.
     ~TrackerStore();
 
     /// Runs a query and stores its rows in \a table.
