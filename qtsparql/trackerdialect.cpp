@@ -24,7 +24,7 @@ bool isDateTimeType(SparqlLexer following)
 /// Returns the literal \a quoted as the same instant in UTC. Returns a null text if it needs no change.
 QString inUtc(QStringView quoted)
 {
-    const int mark = quoted.size() >= 6 && quoted[1] == quoted[0] ? 3 : 1;
+    const qsizetype mark = quoted.size() >= 6 && quoted[1] == quoted[0] ? 3 : 1;
     QString value = quoted.mid(mark, quoted.size() - 2 * mark).toString();
     // QDateTime knows no fractions below milliseconds, so that the text is kept.
     QString fraction;

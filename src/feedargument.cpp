@@ -31,6 +31,9 @@ FeedArgument::FeedArgument(int type, const void *source)
 
 FeedArgument::FeedArgument(const FeedArgument &other) : typeName(other.typeName), data(other.data) { }
 
+// The value is not copied, and QByteArray handles self-assignment.
+// cppcheck-suppress operatorEqVarError
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment)
 FeedArgument &FeedArgument::operator=(const FeedArgument &other)
 {
     typeName = other.typeName;

@@ -5,6 +5,8 @@
 
 #include <QDebug>
 
+#include <utility>
+
 FeedChannel::FeedChannel() : d(new FeedChannelPrivate) { }
 
 FeedChannel::FeedChannel(const QString &uri, const QString &link, const QString &title,
@@ -22,7 +24,7 @@ FeedChannel::FeedChannel(const QString &uri, const QString &link, const QString 
     d->subscribedTime = subscribedTime;
     d->updatedTime = updatedTime;
     d->lastModifiedTime = lastModifiedTime;
-    d->messages = messages;
+    d->messages = std::move(messages);
 }
 
 FeedChannel::FeedChannel(const FeedChannel &other) = default;

@@ -6,6 +6,7 @@
 #include <QDebug>
 
 #include <algorithm>
+#include <utility>
 
 FeedMessage::FeedMessage() : d(new FeedMessagePrivate) { }
 
@@ -131,7 +132,7 @@ void FeedMessage::addEnclosure(const QList<FeedEnclosure> &enclosures)
 void FeedMessage::setEnclosures(QList<FeedEnclosure> enclosures)
 {
     detach();
-    d->enclosures = enclosures;
+    d->enclosures = std::move(enclosures);
 }
 
 void FeedMessage::detach() { d.detach(); }

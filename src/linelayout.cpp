@@ -13,7 +13,7 @@ QString padded(const QString &text, const QstLogger::Field &field)
 
 void fill(QString &line, QLatin1String placeholder, const QString &text)
 {
-    constexpr qint64 longest = 16 * 1024 * 1024;
+    constexpr qint64 longest = 16LL * 1024 * 1024;
     const qint64 count = line.count(placeholder);
     if (count <= 1 || line.size() + count * text.size() <= longest)
         line.replace(placeholder, text);

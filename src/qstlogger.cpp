@@ -165,7 +165,7 @@ QstLogger::CategorySettings QstLogger::settingsForName(const QString &name) cons
     return d->settings()->categories.value(name, CategorySettings{QString(), false, false, false, false});
 }
 
-bool QstLogger::log(QstLogger::LogInfo info)
+bool QstLogger::log(QstLogger::LogInfo info) // NOLINT(performance-unnecessary-value-param): the interface
 {
     const std::shared_ptr<const LogSettings> settings = d->settings();
     const auto category = settings->categories.constFind(info.category);
