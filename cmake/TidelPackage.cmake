@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: LGPL-2.1-or-later
-# Installs what other programs find the libraries by: find_package() and pkg-config.
+# Installs the files of find_package() and pkg-config, so that other programs find the libraries.
 include(CMakePackageConfigHelpers)
 
 # The .pc files find the prefix from their own place, so that "cmake --install --prefix" needs no configuring.
@@ -12,7 +12,7 @@ else()
     set(TIDEL_PC_SPARQL_LIBS "-lTidelSparql")
 endif()
 
-# tidel_package(NAME VERSION COMPATIBILITY): the package NAME of the exported targets NAMETargets.
+# tidel_package(NAME VERSION COMPATIBILITY) installs the package NAME with the exported targets NAMETargets.
 function(tidel_package name version compatibility)
     set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/${name})
     configure_package_config_file(cmake/${name}Config.cmake.in ${name}Config.cmake

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: LGPL-2.1-or-later
-# Chooses the Qt to build with: the one whose KDE Syndication is installed, else the one that is installed.
+# Chooses the version of Qt: the one for which KDE Syndication is installed, otherwise the one that is installed.
 find_package(KF5Syndication QUIET)
 find_package(KF6Syndication QUIET)
 if(NOT TIDEL_QT_MAJOR)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: LGPL-2.1-or-later
-# An installed QtSparql in the place of qtsparql/.
+# Uses an installed QtSparql instead of qtsparql/.
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(QTSPARQL REQUIRED IMPORTED_TARGET QtSparql)
 add_library(TidelSparql INTERFACE)

@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: LGPL-2.1-or-later
-# What every target of this project is compiled with. Nothing here reaches a consumer.
+# The options that every target of this project is compiled with. They do not affect consumers.
 function(tidel_target_defaults target)
     target_compile_options(${target} PRIVATE
-        # The C that is generated here is nobody's to mend.
+        # The generated C code is compiled without warnings.
         $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wshadow>
         # Trace messages carry source paths, which must not depend on where the tree was built.
         -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
@@ -22,7 +22,7 @@ function(tidel_library_defaults target)
     target_link_options(${target} PRIVATE -Wl,--no-undefined)
 endfunction()
 
-# What is installed finds its libraries from where it lies, below whatever prefix.
+# An installed file finds its libraries relative to its own place, so that the prefix may be any.
 function(tidel_installed_in target folder)
     file(RELATIVE_PATH libraries /${folder} /${CMAKE_INSTALL_LIBDIR})
     set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")

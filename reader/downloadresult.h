@@ -50,7 +50,7 @@ public:
     QString mimeType() const;
 
 private:
-    explicit DownloadResult(DownloadResultPrivate *d);
+    Q_DECL_HIDDEN explicit DownloadResult(DownloadResultPrivate *d);
 
     QSharedDataPointer<DownloadResultPrivate> d;
 };

@@ -34,7 +34,7 @@ public:
 
 private:
     friend class Feeds;
-    explicit FeedState(FeedStatePrivate *d);
+    Q_DECL_HIDDEN explicit FeedState(FeedStatePrivate *d);
 
     QSharedDataPointer<FeedStatePrivate> d;
 };

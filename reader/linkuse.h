@@ -33,7 +33,7 @@ public:
     bool isInChannel(const Link &link) const;
 
 private:
-    explicit LinkUse(LinkUsePrivate *d);
+    Q_DECL_HIDDEN explicit LinkUse(LinkUsePrivate *d);
 
     QSharedDataPointer<LinkUsePrivate> d;
 };

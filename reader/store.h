@@ -38,7 +38,7 @@ public:
 
 private:
     friend class StorePrivate;
-    explicit Store(StorePrivate *d);
+    Q_DECL_HIDDEN explicit Store(StorePrivate *d);
 
     QExplicitlySharedDataPointer<StorePrivate> d;
 };
