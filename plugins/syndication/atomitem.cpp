@@ -28,7 +28,7 @@ Reference AtomItem::link() const
     return {};
 }
 
-// Identifiers of Atom are not promised to lead anywhere, but those that look like a web address do.
+// Atom does not require that an identifier is an address, but identifiers that look like web addresses are.
 QString AtomItem::permalink() const { return ownId(); }
 
 QString AtomItem::date() const

@@ -4,7 +4,7 @@
 
 #include "feeditem.h"
 
-// Entry holds a list of persons and does not say what they are.
+// entry.h holds a list of persons but does not include their class.
 #include <syndication/atom/person.h>
 
 #include <syndication/atom/entry.h>
@@ -15,6 +15,7 @@ namespace Tidel {
 class AtomItem : public FeedItem
 {
 public:
+    /// Creates the item of \a entry, which \a item wraps.
     AtomItem(const Syndication::ItemPtr &item, const Syndication::Atom::Entry &entry);
 
     Reference link() const override;
@@ -27,6 +28,7 @@ protected:
     QString wording() const override;
 
 private:
+    /// The text of the child element \a name; empty if there is none.
     QString child(const char *name) const;
 
     Syndication::Atom::Entry m_entry;

@@ -16,45 +16,50 @@ QT_FORWARD_DECLARE_CLASS(QNetworkAccessManager)
 
 namespace Tidel {
 
-/// What a download works with.
+/// What a download needs.
 struct DownloadTools
 {
-    Store store;
-    std::function<QNetworkAccessManager &()> network; ///< makes the manager when it is first needed
-    TransferLimits limits;
+    Store store; ///< Where the results are stored.
+    std::function<QNetworkAccessManager &()> network; ///< Creates the manager on the first call.
+    TransferLimits limits; ///< When the download fails.
 };
 
-/// The download of one feed or file, from its address into the store.
+/// Downloads one feed or file and stores the result.
 class Download : public QObject
 {
     Q_OBJECT
 
 public:
+    /// Creates a download that uses \a tools.
     explicit Download(const DownloadTools &tools);
+    /// Destroys the download. A running transfer ends.
     ~Download() override;
 
     /// Starts the download. finished() may be emitted before it returns.
     virtual void start() = 0;
-    /// Cancels the download. What is not stored yet will not be stored.
+    /// Cancels the download. Nothing more is stored.
     void cancel();
 
     /// How the download ended.
     const Outcome &outcome() const { return m_outcome; }
 
 Q_SIGNALS:
-    /// The download has ended. Emitted once.
+    /// Emitted once, when the download has ended.
     void finished();
 
 protected:
+    /// Where the results are stored.
     const Store &store() const { return m_tools.store; }
+    /// The maximum size of the document or file, in bytes.
     qint64 maximumSize() const { return m_tools.limits.bytes; }
 
-    /// Starts to write the answer to \a request to \a target. Calls transferred() or finish() at its end.
+    /// Starts a transfer of the answer to \a request into \a target. Calls transferred() if it succeeds;
+    /// otherwise ends the download.
     Transfer *transfer(const QNetworkRequest &request, QIODevice &target);
     /// Called when the transfer has succeeded.
     virtual void transferred(const Transfer &transfer) = 0;
 
-    /// Ends the download.
+    /// Ends the download with \a outcome. Does nothing if it has already ended.
     void finish(const Outcome &outcome = {});
 
 private:

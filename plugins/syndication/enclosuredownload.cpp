@@ -27,7 +27,7 @@ QString presentFile(const FeedEnclosure &enclosure)
     return QFileInfo(path).isFile() ? path : QString();
 }
 
-/// The permissions of a usual new file. A temporary file is for its owner alone.
+/// The permissions of a new file. A temporary file can only be accessed by its owner.
 QFileDevice::Permissions usualPermissions()
 {
     const mode_t mask = umask(0);
@@ -57,7 +57,7 @@ void EnclosureDownload::start()
         return;
     }
     QNetworkRequest request = politeRequest(QUrl(m_enclosure.remoteUrl()));
-    // The bytes that arrive must be those of the file.
+    // A compressed file must not be decompressed.
     request.setRawHeader("Accept-Encoding", "identity");
     connect(transfer(request, m_file), &Transfer::progressed, this, &EnclosureDownload::progressed);
 }
@@ -72,16 +72,15 @@ Outcome EnclosureDownload::prepare()
         return {};
     const QUrl address(m_enclosure.remoteUrl());
     if (!canTransfer(address))
-        return {FeedDownloadBadAddress, QStringLiteral("is neither a file nor an http or https address")};
+        return badAddress();
     if (address.isLocalFile() && !QFileInfo(address.toLocalFile()).isFile())
         return {FeedDownloadNotFound, QStringLiteral("no such file")};
     m_file.setFileTemplate(m_folder + QStringLiteral("/.tidel-XXXXXX.part"));
     if (!QDir().mkpath(m_folder) || !m_file.open())
-        return {FeedDownloadNotWritten, QStringLiteral("the folder %1 takes no files").arg(m_folder)};
+        return {FeedDownloadNotWritten, QStringLiteral("the folder %1 cannot be written to").arg(m_folder)};
     return {};
 }
 
-/// Reads what the store has of the enclosure.
 Outcome EnclosureDownload::readEnclosure()
 {
     const Result<FeedEnclosure> stored = Enclosures(store()).get(m_uri);
@@ -96,7 +95,7 @@ Outcome EnclosureDownload::readEnclosure()
 void EnclosureDownload::transferred(const Transfer &transfer)
 {
     const WriteTurn turn;
-    // Another process may have downloaded or deleted it in the meantime.
+    // Another process may have downloaded or deleted the enclosure in the meantime.
     Outcome outcome = readEnclosure();
     m_path = presentFile(m_enclosure);
     const bool isMissing = outcome.isFine() && m_path.isEmpty();
@@ -107,7 +106,6 @@ void EnclosureDownload::transferred(const Transfer &transfer)
     finish(outcome);
 }
 
-/// Gives the complete file a name that no other has.
 Outcome EnclosureDownload::keepFile(const QUrl &address)
 {
     const bool isWritten = m_file.flush() && m_file.setPermissions(usualPermissions());
@@ -124,7 +122,7 @@ Outcome EnclosureDownload::keepFile(const QUrl &address)
         if (!QFileInfo::exists(path))
             break;
     }
-    return {FeedDownloadNotWritten, QStringLiteral("cannot be written: ") + m_file.errorString()};
+    return notWritten(m_file.errorString());
 }
 
 Outcome EnclosureDownload::noteFile(const QString &mimeType)
@@ -140,7 +138,7 @@ Outcome EnclosureDownload::noteFile(const QString &mimeType)
     if (noted)
         return {};
     return {FeedDownloadStoreFailed,
-            QStringLiteral("%1; the file is at %2").arg(noted.error().text(), m_path)};
+            QStringLiteral("%1; the downloaded file is %2").arg(noted.error().text(), m_path)};
 }
 
 QVariantMap EnclosureDownload::results() const

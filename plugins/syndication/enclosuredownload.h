@@ -11,12 +11,13 @@
 
 namespace Tidel {
 
-/// Downloads the file of an enclosure to a folder, and stores where it is.
+/// Downloads the file of an enclosure to a folder and stores its location.
 class EnclosureDownload : public Download
 {
     Q_OBJECT
 
 public:
+    /// Creates the download of the enclosure \a enclosureUri to \a folder, which is created if necessary.
     EnclosureDownload(const DownloadTools &tools, const QString &enclosureUri, const QString &folder);
 
     void start() override;
@@ -25,22 +26,27 @@ public:
     QVariantMap results() const;
 
 Q_SIGNALS:
+    /// Emitted when bytes have arrived. \a bytesTotal is -1 if the size is unknown.
     void progressed(qint64 bytesReceived, qint64 bytesTotal);
 
 protected:
     void transferred(const Transfer &transfer) override;
 
 private:
+    /// Reads the enclosure and opens a temporary file, unless the enclosure was downloaded before.
     Outcome prepare();
+    /// Reads the enclosure from the store.
     Outcome readEnclosure();
+    /// Renames the complete file after \a address. The new name is not used in the folder yet.
     Outcome keepFile(const QUrl &address);
+    /// Stores the location, size and type of the file.
     Outcome noteFile(const QString &mimeType);
 
     const QString m_uri;
     const QString m_folder;
     FeedEnclosure m_enclosure;
     QTemporaryFile m_file;
-    QString m_path; // of the complete file
+    QString m_path; // The path of the complete file.
 };
 
 } // namespace Tidel

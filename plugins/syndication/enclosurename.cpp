@@ -5,10 +5,11 @@ namespace Tidel {
 
 namespace {
 
-// File systems take 255 bytes; a number may be added.
+// File systems allow 255 bytes. A number may be added to the stem.
 constexpr int maximumStemBytes = 200;
 constexpr int maximumSuffixLength = 20;
 
+/// Returns true if \a c must not be part of a file name; otherwise returns false.
 bool isUnfit(uint c)
 {
     switch (QChar::category(c)) {
@@ -37,7 +38,7 @@ QString withoutUnfit(const QString &text)
     return clean.simplified();
 }
 
-/// As much of the beginning of \a text as has at most \a bytes in UTF-8.
+/// The longest beginning of \a text that has at most \a bytes in UTF-8.
 QString shortened(QString text, int bytes)
 {
     while (text.toUtf8().size() > bytes) {
@@ -54,7 +55,7 @@ EnclosureName::EnclosureName(const QUrl &address)
     const QString path = address.path(QUrl::FullyEncoded);
     const QString encoded = path.section(QLatin1Char('/'), -1);
     QString name = withoutUnfit(QUrl::fromPercentEncoding(encoded.toLatin1()));
-    // Hidden, or an option to whoever writes "rm *".
+    // A dot would hide the file. "rm *" would read a dash as the start of an option.
     while (QStringLiteral(".- ").contains(name.left(1)) && !name.isEmpty())
         name.remove(0, 1);
     const int dot = name.lastIndexOf(QLatin1Char('.'));

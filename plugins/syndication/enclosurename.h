@@ -7,19 +7,20 @@
 
 namespace Tidel {
 
-/// What the file of an enclosure is to be called, after its address: a name for one file of a folder, which
-/// is not hidden, short enough for every file system, and without characters that turn or end a line.
+/// The file name of an enclosure, made from its address. The file is not hidden and stays in its folder. The
+/// name is short enough for every file system and has no control or formatting characters.
 class EnclosureName
 {
 public:
+    /// Creates the name of the file at \a address.
     explicit EnclosureName(const QUrl &address);
 
-    /// "episode.mp3" for the \a number 1, "episode-2.mp3" for 2.
+    /// "episode.mp3" if \a number is 1, "episode-2.mp3" if it is 2.
     QString attempt(int number) const;
 
 private:
     QString m_stem;
-    QString m_suffix; // with its dot, or empty
+    QString m_suffix; // Includes the dot; may be empty.
 };
 
 } // namespace Tidel

@@ -12,7 +12,7 @@ namespace Tidel {
 
 namespace {
 
-/// What was read of a date so far; -1 where nothing was.
+/// The parts of a date that have been read. A part that has not been read is -1.
 struct DateParts
 {
     int year = -1;
@@ -21,7 +21,7 @@ struct DateParts
     int hour = -1;
     int minute = 0;
     int second = 0;
-    int offset = 0; // seconds east of UTC
+    int offset = 0; // In seconds east of UTC.
 
     QDateTime toUtc() const;
 };
@@ -29,7 +29,7 @@ struct DateParts
 QDateTime DateParts::toUtc() const
 {
     const QDate date(year, month, day);
-    // "24:00" is the end of the day, and a leap second the end of its minute.
+    // "24:00" is the end of the day. A leap second becomes the last second of its minute.
     const bool endOfDay = hour == 24 && minute == 0 && second == 0;
     const QTime time(endOfDay ? 0 : qMax(hour, 0), minute, qMin(second, 59));
     if (year < 1 || !date.isValid() || !time.isValid() || second > 60 || qAbs(offset) > 24 * 3600)
@@ -59,7 +59,7 @@ bool isDayName(const QString &word)
     return names.contains(word.left(3).toLower());
 }
 
-/// Seconds east of UTC of "+hh:mm", "-hhmm" or "+hh".
+/// The seconds east of UTC of "+hh:mm", "-hhmm" or "+hh".
 std::optional<int> numericOffset(const QString &text)
 {
     static const QRegularExpression pattern(QStringLiteral("^([+-])(\\d\\d)(?::?(\\d\\d))?$"));
@@ -70,8 +70,8 @@ std::optional<int> numericOffset(const QString &text)
     return match.captured(1) == QLatin1String("-") ? -seconds : seconds;
 }
 
-/// Seconds east of UTC of a zone, by name or number ("EST", "+0200", "GMT+02:00"). Unknown names are UTC, as
-/// the mail form has it.
+/// The seconds east of UTC of a zone such as "EST", "+0200" or "GMT+02:00". Unknown names are UTC, as in
+/// mail.
 int zoneOffset(const QString &zone)
 {
     static const QHash<QString, int> hours{
@@ -112,7 +112,7 @@ QDateTime parseIso(const QString &text)
     return parts.toUtc();
 }
 
-/// "10:00", "10:00:30.5" and "1000", each with or without a zone at its end.
+/// Reads "10:00", "10:00:30.5" or "1000", each with an optional zone at the end.
 bool takeTime(const QString &word, DateParts &parts)
 {
     static const QRegularExpression pattern(
@@ -138,7 +138,8 @@ int fullYear(const QString &digits)
     return year + (year < 50 ? 2000 : 1900);
 }
 
-/// The first number is the day unless it is too long for one, the next the year, any later one the time.
+/// Reads a number. The first one is the day if it has at most two digits, the next one is the year, and all
+/// others are times.
 bool takeNumber(const QString &digits, DateParts &parts)
 {
     if (parts.day < 0 && digits.size() <= 2)
@@ -177,7 +178,7 @@ bool takeWord(const QString &word, DateParts &parts)
     return true;
 }
 
-/// Without what stands in parentheses, and with "03-Nov-2026" in three words; "GMT-0500" stays one.
+/// Returns \a text without comments in parentheses. "03-Nov-2026" becomes three words, "GMT-0500" stays one.
 QString unfolded(QString text)
 {
     static const QRegularExpression comment(QStringLiteral("\\([^)]*\\)"));

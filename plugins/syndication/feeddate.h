@@ -6,11 +6,11 @@
 
 namespace Tidel {
 
-/// The time that \a text names, in UTC; invalid when it names none or one outside the years 1 to 9999.
+/// Returns the time in \a text, in UTC; invalid if there is none or if it is outside the years 1 to 9999.
 ///
-/// Read are ISO 8601 ("2026-11-03T10:00:00Z") and the mail form ("Tue, 03 Nov 2026 10:00:00 GMT") with what
-/// feeds make of them: parts left out or in another order, two-digit years, named zones. A time without zone
-/// is taken for UTC.
+/// Reads ISO 8601 ("2026-11-03T10:00:00Z") and the date format of mail ("Tue, 03 Nov 2026 10:00:00 GMT").
+/// Parts may be missing or in another order, years may have two digits, and zones may have names. A time
+/// without a zone is in UTC.
 QDateTime parseFeedDate(const QString &text);
 
 } // namespace Tidel

@@ -35,8 +35,7 @@ Outcome channelNotRead(const Error &error, const QString &reasonIfMissing)
                                            : storeFailed(error, "try again");
 }
 
-/// Messages without a date are as old as they are in the store: the first one stored is the first to be
-/// dropped.
+/// Puts messages without a date first. They are deleted in the order in which they were stored.
 void sortOldestFirst(QList<StorableMessage> &messages)
 {
     std::stable_sort(messages.begin(), messages.end(),
@@ -87,7 +86,6 @@ void FeedDownload::start()
     }
 }
 
-/// Finds out which document to read, and what is known of it.
 Outcome FeedDownload::prepare()
 {
     if (m_isSubscription) {
@@ -95,7 +93,7 @@ Outcome FeedDownload::prepare()
         if (!known)
             return storeFailed(known.error(), "try again");
         if (!known->isEmpty())
-            return {FeedDownloadAlreadyStored, QStringLiteral("is subscribed already")};
+            return {FeedDownloadAlreadyStored, QStringLiteral("the feed is already subscribed")};
     } else {
         const Result<FeedState> state = Feeds(store()).state(m_channelUri);
         if (!state)
@@ -105,7 +103,7 @@ Outcome FeedDownload::prepare()
         m_known = {state->entityTag(), state->lastModified()};
     }
     if (!canTransfer(m_address))
-        return {FeedDownloadBadAddress, QStringLiteral("is neither a file nor an http or https address")};
+        return badAddress();
     return {};
 }
 
@@ -131,7 +129,7 @@ void FeedDownload::transferred(const Transfer &transfer)
 Outcome FeedDownload::read(const QByteArray &document, const QUrl &source, const Validators &validators)
 {
     if (document.isEmpty())
-        return {FeedDownloadNotAFeed, QStringLiteral("is empty")};
+        return {FeedDownloadNotAFeed, QStringLiteral("the file is empty")};
     QString error;
     auto feed = ParsedFeed::parse(document, m_address, &error, source);
     if (!feed)
@@ -152,14 +150,14 @@ Outcome FeedDownload::addChannel(const ParsedFeed &feed, const Validators &valid
     m_channelUri = *added;
     const Result<void> written =
         claim(feed, {}).and_then([&](const Claims &claims) { return write(feed, claims, {}, validators); });
-    return written ? Outcome() : storeFailed(written.error(), "the channel is subscribed: refresh it");
+    return written ? Outcome() : storeFailed(written.error(), "the channel is subscribed, refresh it");
 }
 
 Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &validators)
 {
     const Result<FeedState> state = Feeds(store()).state(m_channelUri);
     if (!state)
-        return channelNotRead(state.error(), QStringLiteral("the channel has been deleted in the meantime"));
+        return channelNotRead(state.error(), QStringLiteral("the channel was deleted during the download"));
     const Result<QSet<QString>> dropped = Feeds(store()).droppedLinks(m_channelUri);
     if (!dropped)
         return storeFailed(dropped.error(), "refresh again");
@@ -171,7 +169,6 @@ Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &vali
     return written ? Outcome() : storeFailed(written.error(), "refresh again");
 }
 
-/// Gives the items their links. An item whose link belongs to a channel gets another one.
 Result<FeedDownload::Claims> FeedDownload::claim(const ParsedFeed &feed, const QSet<QString> &dropped) const
 {
     QSet<QString> reserved;
@@ -194,7 +191,6 @@ Result<FeedDownload::Claims> FeedDownload::claim(const ParsedFeed &feed, const Q
     }
 }
 
-/// Stores the messages that the channel neither has nor has dropped, and what is known of the document now.
 Result<void> FeedDownload::write(const ParsedFeed &feed, const Claims &claims, const QSet<QString> &dropped,
                                  const Validators &validators)
 {
@@ -211,7 +207,6 @@ Result<void> FeedDownload::write(const ParsedFeed &feed, const Claims &claims, c
     });
 }
 
-/// Forgets the dropped links that the feed does not show any more.
 Result<void> FeedDownload::forgetDropped(const Claims &claims, QSet<QString> dropped)
 {
     for (const ClaimedItem &claimed : claims.items)

@@ -23,7 +23,9 @@ class FeedDownload : public Download
     Q_OBJECT
 
 public:
+    /// Creates the download of the feed at \a address, which is stored as a new channel.
     static std::unique_ptr<FeedDownload> ofNewChannel(const DownloadTools &tools, const QUrl &address);
+    /// Creates the download of the feed of the stored channel \a channelUri.
     static std::unique_ptr<FeedDownload> ofChannel(const DownloadTools &tools, const QString &channelUri);
 
     void start() override;
@@ -35,25 +37,33 @@ protected:
     void transferred(const Transfer &transfer) override;
 
 private:
-    /// The items of a feed with their links, and what the store uses these links for.
+    /// The items of a feed with their links, and how the store uses these links.
     struct Claims;
 
     FeedDownload(const DownloadTools &tools, bool isSubscription);
 
+    /// Finds out the address of the document and reads its stored validators.
     Outcome prepare();
+    /// Reads a local document and ends the download.
     void readFile();
+    /// Parses \a document, which came from \a source, and stores it.
     Outcome read(const QByteArray &document, const QUrl &source, const Validators &validators);
+    /// Stores \a feed as a new channel.
     Outcome addChannel(const ParsedFeed &feed, const Validators &validators);
+    /// Stores the new messages of \a feed.
     Outcome addMessages(const ParsedFeed &feed, const Validators &validators);
+    /// Gives each item a link. An item whose link belongs to a channel gets another one.
     Result<Claims> claim(const ParsedFeed &feed, const QSet<QString> &dropped) const;
+    /// Stores the messages that the channel neither has nor has dropped, and then \a validators.
     Result<void> write(const ParsedFeed &feed, const Claims &claims, const QSet<QString> &dropped,
                        const Validators &validators);
+    /// Forgets the dropped links that the feed no longer contains.
     Result<void> forgetDropped(const Claims &claims, QSet<QString> dropped);
 
     const bool m_isSubscription;
     QString m_channelUri;
     QUrl m_address;
-    QString m_itemBase; // empty for a new channel, whose items are named after its address
+    QString m_itemBase; // Empty for a new channel, whose items are named after its address.
     Validators m_known;
     QBuffer m_document;
     QStringList m_newMessages;

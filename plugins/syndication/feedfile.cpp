@@ -13,27 +13,27 @@ namespace {
 
 Outcome unreadable(const QFile &file)
 {
-    return {FeedDownloadNotFound, QStringLiteral("cannot be read: ") + file.errorString()};
+    return {FeedDownloadNotFound, QStringLiteral("could not read the file: ") + file.errorString()};
 }
 
-/// Why \a path cannot be a document.
+/// The reason why \a path cannot be read; fine if there is none.
 Outcome obstacle(const QString &path, qint64 maximumSize)
 {
     const QFileInfo info(path);
     if (!info.exists())
         return {FeedDownloadNotFound,
-                info.isSymLink() ? QStringLiteral("leads to a file that does not exist")
+                info.isSymLink() ? QStringLiteral("the file is a link to a file that does not exist")
                                  : QStringLiteral("no such file")};
     if (info.isDir())
-        return {FeedDownloadNotAFeed, QStringLiteral("is a directory, not a feed file")};
+        return {FeedDownloadNotAFeed, QStringLiteral("a directory is not a feed")};
     if (!info.isFile())
-        return {FeedDownloadNotAFeed, QStringLiteral("is not a regular file")};
+        return {FeedDownloadNotAFeed, QStringLiteral("the file is not a regular file")};
     if (info.size() > maximumSize)
         return {FeedDownloadTooLarge, tooLarge(maximumSize)};
     return {};
 }
 
-/// The steps, in milliseconds, in which the file system of a file that was changed at \a time counts.
+/// The resolution of file times in milliseconds, for a file system that stores \a time.
 int timeStep(const QDateTime &time)
 {
     const bool countsSeconds = time.time().msec() == 0;
@@ -59,7 +59,7 @@ std::optional<QByteArray> readDocument(const QString &path, qint64 maximumSize, 
     else if (document.size() > maximumSize)
         *outcome = {FeedDownloadTooLarge, tooLarge(maximumSize)};
     else if (document.isEmpty())
-        *outcome = {FeedDownloadNotAFeed, QStringLiteral("is empty")};
+        *outcome = {FeedDownloadNotAFeed, QStringLiteral("the file is empty")};
     return outcome->isFine() ? std::make_optional(document) : std::nullopt;
 }
 

@@ -11,11 +11,12 @@
 
 namespace Tidel {
 
-/// The bytes of the document \a path, at most \a maximumSize; on failure nothing, and \a outcome says why.
+/// Returns the content of the file \a path, at most \a maximumSize bytes. Returns nothing on failure, and
+/// sets \a outcome to the reason.
 std::optional<QByteArray> readDocument(const QString &path, qint64 maximumSize, Outcome *outcome);
 
-/// What tells whether the document \a path has changed since. Its entity tag is empty when nothing does: the
-/// file is missing, or so new that it may change once more without a trace.
+/// Returns the validators of the file \a path. They are empty if the file is missing, or if it is so new that
+/// it may change again without a new time.
 Validators fileValidators(const QString &path);
 
 } // namespace Tidel

@@ -15,57 +15,61 @@
 
 namespace Tidel {
 
-/// An address as a document writes it, and the element whose base it is relative to.
+/// An address as a document writes it.
 struct Reference
 {
-    QString address;
-    Syndication::ElementWrapper where;
+    QString address; ///< May be relative.
+    Syndication::ElementWrapper where; ///< The element whose base address it is relative to.
 };
 
-/// A file that an item names, as its document writes it.
+/// A file of an item, as the document writes it.
 struct FileReference
 {
-    Reference url;
-    QString mimeType;
-    QString length;
+    Reference url; ///< The address of the file.
+    QString mimeType; ///< The media type; may be empty or invalid.
+    QString length; ///< The size in bytes; may be empty or invalid.
 };
 
-/// One item of a feed as its document writes it: what Syndication reads alike in all formats, and what each
-/// format has of its own. Nothing is read before it is asked for.
+/// One item of a feed as its document writes it. Subclasses read what differs between the formats. Each
+/// function reads the document when it is called.
 class FeedItem
 {
 public:
+    /// Creates an item from \a item.
     explicit FeedItem(const Syndication::ItemPtr &item);
     virtual ~FeedItem();
 
-    /// HTML.
+    /// The title, as HTML.
     QString title() const;
-    /// HTML: the whole text, or what there is of it.
+    /// The longest text of the item, as HTML.
     QString text() const;
-    /// HTML: the short text beside a whole one, else empty.
+    /// The summary, as HTML; empty if text() is the only text.
     QString summary() const;
-    /// What tells the item from the others of its feed: its identifier, else a hash of what it says.
+    /// Identifies the item in its feed: the identifier in the document, or a hash of the item without one.
     QString id() const;
-    /// What items that were given one identifier by mistake differ in.
+    /// Distinguishes different items that have the same identifier by mistake.
     QString variant() const;
 
+    /// The link of the item.
     virtual Reference link() const = 0;
-    /// The identifier where it is meant to be an address, else empty.
+    /// The identifier if it may be an address; otherwise empty.
     virtual QString permalink() const = 0;
-    /// When it was published, else when it was updated; empty when it does not say.
+    /// The date of publication, or of the last update if there is none; may be empty.
     virtual QString date() const = 0;
+    /// The files of the item.
     virtual QList<FileReference> files() const = 0;
 
 protected:
+    /// The identifier in the document; empty if there is none.
     virtual QString ownId() const = 0;
-    /// Everything that the item says about itself.
+    /// The complete text of the item, from which id() makes a hash.
     virtual QString wording() const = 0;
 
 private:
     Syndication::ItemPtr m_item;
 };
 
-/// The items of \a tree in the order of the document.
+/// Returns the items of \a tree in the order of the document.
 std::vector<std::unique_ptr<FeedItem>> feedItems(const FeedTree &tree);
 
 } // namespace Tidel

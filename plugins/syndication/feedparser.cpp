@@ -14,7 +14,7 @@ namespace Tidel {
 
 namespace {
 
-/// "rss", "atom" or "rdf": the name of the outermost element.
+/// The type of the feed by its root element: "rss", "atom" or "rdf".
 QString channelType(const FeedTree &tree)
 {
     const QString root = tree.elements.documentElement().localName().toLower();
@@ -65,8 +65,8 @@ FeedChannel ParsedFeed::channel() const
 
 std::vector<ClaimedItem> ParsedFeed::claimedItems(const QSet<QString> &reserved) const
 {
-    // Feeds about one page name it in every item. All of them get a fragment: otherwise the link of the page
-    // would belong to the item that is the oldest at the time.
+    // Some feeds have the link of the website in every item. All these items get a fragment. Otherwise the
+    // oldest item would get the plain link, and the oldest item changes with time.
     LinkClaims claims(reserved + QSet<QString>{m_link, m_website.toString()});
     std::vector<ClaimedItem> claimed;
     claimed.reserve(m_items.size());

@@ -16,31 +16,31 @@
 
 namespace Tidel {
 
-/// An item with the link that its message has.
+/// An item with a link that no other item has.
 struct ClaimedItem
 {
-    const FeedItem *item;
-    Link link;
+    const FeedItem *item; ///< Belongs to the feed.
+    Link link; ///< The link of the message.
 };
 
-/// A parsed feed whose values are fit for the store: links are absolute, encoded and distinct, titles are
-/// plain text, times are in UTC.
+/// A parsed feed. Its values can be stored: links are absolute, encoded and different, titles are plain text,
+/// times are in UTC.
 class ParsedFeed
 {
 public:
-    /// Parses \a document, the feed of \a link, which was read from \a source if that is another address. On
-    /// failure returns nothing, and \a error says why.
+    /// Parses \a document, the feed with the link \a link. \a source is the address that the document was
+    /// read from, if it is different. Returns nothing on failure, and sets \a error to the reason.
     static std::optional<ParsedFeed> parse(const QByteArray &document, const QUrl &link, QString *error,
                                            const QUrl &source = QUrl());
 
-    /// Names the items without a link after \a feedLink instead of the present link of the feed.
+    /// Names items without a link after \a feedLink instead of the link of the feed.
     void nameItemsAfter(const QString &feedLink) { m_itemBase = feedLink; }
 
     /// The feed without its messages.
     FeedChannel channel() const;
 
-    /// Each item once, the oldest first, with a link of its own that is none of \a reserved. The items belong
-    /// to this object.
+    /// Returns each item once, the oldest first. Each has a different link, which is not in \a reserved. The
+    /// items belong to this object.
     std::vector<ClaimedItem> claimedItems(const QSet<QString> &reserved = {}) const;
 
     /// The message of \a claimed.
@@ -49,9 +49,13 @@ public:
 private:
     ParsedFeed(const FeedTree &tree, const QUrl &link, const QUrl &source);
 
+    /// Makes \a reference absolute and passes it to \a clean.
     Link resolve(const Reference &reference, Link (*clean)(const QString &, const QUrl &)) const;
+    /// The base address of \a element.
     QUrl baseOf(const Syndication::ElementWrapper &element) const;
+    /// The link of \a item, which other items may have too.
     Link wantedLink(const FeedItem &item) const;
+    /// The address of \a file; null if the feed must not use it.
     Link fileLink(const FileReference &file) const;
 
     FeedTree m_tree;

@@ -12,7 +12,7 @@ namespace Tidel {
 
 namespace {
 
-// The time to parse RDF grows with the square of the number of its elements.
+// The time to parse RDF grows with the square of the number of elements.
 constexpr qint64 maximumRdfNodes = 150000;
 
 bool isRdf(const QDomDocument &elements)
@@ -24,12 +24,13 @@ bool isRdf(const QDomDocument &elements)
 QString parseError(const QByteArray &document)
 {
     const QString error = xmlError(document);
-    return error.isEmpty() ? QStringLiteral("is not well-formed XML") : error;
+    return error.isEmpty() ? QStringLiteral("the document is not well-formed XML") : error;
 }
 
-const QString webPage = QStringLiteral("is a web page, not a feed; look on it for the address of its feed");
+const QString webPage =
+    QStringLiteral("the document is a web page, not a feed; look for the address of the feed on the page");
 
-/// Whether it is what people see in a browser, and copy the address of. Few such pages are well-formed XML.
+/// Returns true if \a document is HTML, which is rarely well-formed XML; otherwise returns false.
 bool isWebPage(const QByteArray &document)
 {
     const QByteArray start = document.left(1024).trimmed().toLower();
@@ -41,7 +42,7 @@ QString notAFeed(const QDomDocument &elements)
     const QString root = elements.documentElement().tagName();
     return root == QLatin1String("html")
         ? webPage
-        : QStringLiteral("is XML but not a feed: its outermost element is <%1>").arg(root);
+        : QStringLiteral("the document is XML but not a feed: its root element is <%1>").arg(root);
 }
 
 } // namespace
@@ -68,8 +69,10 @@ std::optional<FeedTree> parseFeedTree(const QByteArray &document, QString *error
         return std::nullopt;
     }
     if (isRdf(tree.elements) && extent.nodes > maximumRdfNodes) {
-        *error = QStringLiteral("is not read: RDF with more than %1 elements, attributes and texts")
-                     .arg(maximumRdfNodes);
+        *error =
+            QStringLiteral(
+                "the document is too complex: it is RDF with more than %1 elements, attributes and texts")
+                .arg(maximumRdfNodes);
         return std::nullopt;
     }
     tree.feed = Syndication::parserCollection()->parse(source);

@@ -11,14 +11,14 @@
 
 namespace Tidel {
 
-/// A feed document as it was parsed: the feed, and the elements that it was made of.
+/// A parsed feed document.
 struct FeedTree
 {
-    Syndication::FeedPtr feed;
-    QDomDocument elements;
+    Syndication::FeedPtr feed; ///< The feed.
+    QDomDocument elements; ///< The elements that the feed was made from.
 };
 
-/// Parses \a document; on failure nothing, and \a error says why.
+/// Parses \a document. Returns nothing on failure, and sets \a error to the reason.
 std::optional<FeedTree> parseFeedTree(const QByteArray &document, QString *error);
 
 } // namespace Tidel

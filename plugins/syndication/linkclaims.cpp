@@ -7,9 +7,10 @@ namespace Tidel {
 
 namespace {
 
+/// Returns true if \a a and \a b are the same item; otherwise returns false.
 bool areTwins(const FeedItem &a, const FeedItem &b) { return a.id() == b.id() && a.variant() == b.variant(); }
 
-/// The link that \a item claims in its \a attempt to get one that no other item has.
+/// The link that \a item tries to get in \a attempt.
 Link candidate(const FeedItem &item, const Link &wanted, int attempt)
 {
     switch (attempt) {

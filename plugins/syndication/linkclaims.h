@@ -12,18 +12,18 @@ namespace Tidel {
 
 class FeedItem;
 
-/// Gives each item of one feed a link of its own, since the store identifies messages by their links.
+/// Gives each item of a feed a different link, because the store identifies messages by their links.
 ///
-/// The items come oldest first. The oldest keeps a link that several items share, so that links stay the same
-/// when new items arrive.
+/// The caller passes the oldest item first. Of several items with the same link, the oldest keeps it. So
+/// links stay the same when new items arrive.
 class LinkClaims
 {
 public:
-    /// No item gets one of \a reserved, the links of channels.
+    /// Creates an object that gives no item a link in \a reserved, the links of channels.
     explicit LinkClaims(const QSet<QString> &reserved);
 
-    /// The link of \a item, whose own link is \a wanted. Null if the same item was there before. The item
-    /// must outlive this object.
+    /// Returns the link of \a item, whose link in the document is \a wanted; null if the same item already
+    /// has a link. The item must outlive this object.
     Link claim(const FeedItem &item, const Link &wanted);
 
 private:

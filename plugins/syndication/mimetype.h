@@ -6,7 +6,7 @@
 
 namespace Tidel {
 
-/// \a text as "type/subtype", without parameters; empty when it is none.
+/// Returns \a text as "type/subtype", without parameters; empty if it is not a media type.
 QString cleanMimeType(const QString &text);
 
 } // namespace Tidel

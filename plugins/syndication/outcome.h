@@ -10,22 +10,36 @@
 
 namespace Tidel {
 
-/// How a download ended: a FeedDownloadError or an HTTP status, and the reason for the user.
+/// How a download ended.
 struct Outcome
 {
-    int error = FeedDownloadNoError;
-    QString reason;
+    int error = FeedDownloadNoError; ///< A FeedDownloadError or an HTTP status.
+    QString reason; ///< The reason of the failure, for the user.
 
+    /// Returns true if the download succeeded; otherwise returns false.
     bool isFine() const { return error == FeedDownloadNoError; }
 };
 
-/// The outcome of a download that the store has failed with \a error. \a advice says what to do.
+/// The outcome after the error \a error of the store. \a advice says what the user can do.
 inline Outcome storeFailed(const Error &error, const char *advice)
 {
     return {FeedDownloadStoreFailed, error.text() + QLatin1String("; ") + QLatin1String(advice)};
 }
 
+/// The outcome of a canceled download.
 inline Outcome canceledOutcome() { return {FeedDownloadCanceled, QStringLiteral("canceled")}; }
+
+/// The outcome if canTransfer() is false.
+inline Outcome badAddress()
+{
+    return {FeedDownloadBadAddress, QStringLiteral("only files and http and https addresses are supported")};
+}
+
+/// The outcome if a file could not be written because of \a reason.
+inline Outcome notWritten(const QString &reason)
+{
+    return {FeedDownloadNotWritten, QLatin1String("could not write the file: ") + reason};
+}
 
 } // namespace Tidel
 

@@ -12,12 +12,13 @@ namespace {
 const QString rdfNamespace = QStringLiteral("http://www.w3.org/1999/02/22-rdf-syntax-ns#");
 const QString enclosureNamespace = QStringLiteral("http://purl.oclc.org/net/rss_2.0/enc#");
 
-/// The attribute \a name in \a ns, or in none, as many feeds have it.
+/// The attribute \a name in the namespace \a ns. Many feeds write it without a namespace.
 QString attribute(const QDomElement &element, const QString &ns, const QString &name)
 {
     return element.attributeNS(ns, name, element.attribute(name));
 }
 
+/// The resource that \a rdf describes; empty if it has no name.
 QString aboutOf(const Syndication::RDF::Item &rdf)
 {
     const Syndication::RDF::ResourcePtr resource = rdf.resource();

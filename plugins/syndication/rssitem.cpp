@@ -17,7 +17,7 @@ QString RssItem::child(const char *name) const
     return m_rss.extractElementTextNS(QString(), QLatin1String(name));
 }
 
-// Syndication's own link() joins relative links to the website's address by their text.
+// The link() of Syndication appends relative links to the address of the website as text.
 Reference RssItem::link() const { return {child("link"), m_rss}; }
 
 QString RssItem::permalink() const { return m_rss.guidIsPermaLink() ? m_rss.guid() : QString(); }
@@ -35,7 +35,7 @@ QList<FileReference> RssItem::files() const
     QList<FileReference> files;
     const auto enclosures = m_rss.enclosures();
     for (const Syndication::RSS2::Enclosure &enclosure : enclosures) {
-        // Its length() is an int, too small for long recordings.
+        // Enclosure::length() is an int, which is too small for long recordings.
         files.append({{enclosure.attribute(QStringLiteral("url")), enclosure},
                       enclosure.attribute(QStringLiteral("type")),
                       enclosure.attribute(QStringLiteral("length"))});

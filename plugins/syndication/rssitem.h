@@ -12,6 +12,7 @@ namespace Tidel {
 class RssItem : public FeedItem
 {
 public:
+    /// Creates the item of \a rss, which \a item wraps.
     RssItem(const Syndication::ItemPtr &item, const Syndication::RSS2::Item &rss);
 
     Reference link() const override;
@@ -24,6 +25,7 @@ protected:
     QString wording() const override;
 
 private:
+    /// The text of the child element \a name; empty if there is none.
     QString child(const char *name) const;
 
     Syndication::RSS2::Item m_rss;

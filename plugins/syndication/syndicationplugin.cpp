@@ -4,7 +4,6 @@
 #include "enclosuredownload.h"
 #include "feeddownload.h"
 
-#include <QDir>
 #include <QNetworkAccessManager>
 #include <QUrl>
 
@@ -15,25 +14,25 @@ namespace Tidel {
 
 namespace {
 
-// How often the time that a server may stay silent a download may take in all.
+// The maximum duration of a download, as a multiple of the timeout.
 constexpr int feedPatience = 10;
 constexpr int enclosurePatience = 1000;
 
 } // namespace
 
-/// What the downloaders of one plug-in share.
+/// Shared by the downloaders of one plug-in.
 struct SyndicationPlugin::Network
 {
     std::unique_ptr<QNetworkAccessManager> manager;
 };
 
-/// An operation under way.
+/// A running operation.
 struct SyndicationPlugin::Task
 {
     bool isEnclosure;
     std::deque<std::function<std::unique_ptr<Download>()>> waiting;
     std::unique_ptr<Download> current;
-    Outcome outcome; ///< the first that was not fine
+    Outcome outcome; ///< The first failure.
     QVariantMap results;
     QStringList newMessages;
 };
@@ -101,7 +100,7 @@ void SyndicationPlugin::begin(bool isEnclosure, const Makers &makers)
         QMetaObject::invokeMethod(
             this,
             [this, isEnclosure] {
-                report(isEnclosure, {FeedDownloadBusy, QStringLiteral("another download is under way")});
+                report(isEnclosure, {FeedDownloadBusy, QStringLiteral("another download is running")});
             },
             Qt::QueuedConnection);
         return;
@@ -158,7 +157,6 @@ void SyndicationPlugin::end()
     report(task->isEnclosure, task->outcome, task->results);
 }
 
-/// Tells the host; it may do anything in answer.
 void SyndicationPlugin::report(bool isEnclosure, const Outcome &outcome, const QVariantMap &results)
 {
     m_errorString = outcome.reason;

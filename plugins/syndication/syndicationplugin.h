@@ -17,22 +17,24 @@ class Download;
 struct DownloadTools;
 struct Outcome;
 
-/// Downloads RSS, Atom and RDF feeds, and enclosures, over http and https and from files.
+/// Downloads RSS, Atom and RDF feeds and enclosures over http and https and from files.
 class SyndicationPlugin : public FeedPluginInterface
 {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID FeedPluginInterface_iid FILE "syndicationplugin.json")
 
-    /// How long a server may stay silent, in milliseconds. A feed may take ten times as long in all, an
-    /// enclosure a thousand times.
+    /// The time in milliseconds after which a silent server is given up. A feed may take ten times as long in
+    /// total, an enclosure a thousand times.
     Q_PROPERTY(int timeout MEMBER m_timeout)
-    /// In bytes, after decompression.
+    /// The maximum size of a feed in bytes, after decompression.
     Q_PROPERTY(qint64 maximumFeedSize MEMBER m_maximumFeedSize)
-    /// In bytes.
+    /// The maximum size of an enclosure in bytes.
     Q_PROPERTY(qint64 maximumEnclosureSize MEMBER m_maximumEnclosureSize)
+    /// The links of the messages that the last operation added.
     Q_PROPERTY(QStringList newMessages READ newMessages)
 
 public:
+    /// Creates a downloader with its own network connections.
     explicit SyndicationPlugin(QObject *parent = nullptr);
     ~SyndicationPlugin() override;
 
@@ -42,6 +44,7 @@ public:
     Q_INVOKABLE void downloadEnclosure(const QString &enclosureUri, const QString &folder) override;
     Q_INVOKABLE void cancel() override;
     Q_INVOKABLE QString errorString() const override;
+    /// The links of the messages that the last operation added.
     QStringList newMessages() const { return m_newMessages; }
 
 private:
@@ -49,17 +52,24 @@ private:
     struct Task;
     using Makers = std::vector<std::function<std::unique_ptr<Download>()>>;
 
+    /// Begins an operation that runs the downloads of \a makers one after the other.
     void begin(bool isEnclosure, const Makers &makers);
+    /// Starts the next download, or ends the operation.
     void startNext();
+    /// Opens the store. Ends the operation on failure.
     void openStore();
+    /// Takes the results of the current download.
     void endDownload();
+    /// Ends the operation.
     void end();
+    /// Emits the signal for \a outcome. The receiver may start another operation or delete this object.
     void report(bool isEnclosure, const Outcome &outcome, const QVariantMap &results = {});
+    /// The tools of a download that may take \a patience times the timeout.
     DownloadTools tools(qint64 maximumSize, int patience);
 
     int m_timeout = 30 * 1000;
     qint64 m_maximumFeedSize = Q_INT64_C(32) * 1024 * 1024;
-    qint64 m_maximumEnclosureSize = Q_INT64_C(4) * 1024 * 1024 * 1024 - 1; // what FeedEnclosure can tell
+    qint64 m_maximumEnclosureSize = Q_INT64_C(4) * 1024 * 1024 * 1024 - 1; // The limit of FeedEnclosure.
 
     std::shared_ptr<Network> m_network;
     std::optional<Store> m_store;

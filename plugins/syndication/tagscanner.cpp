@@ -15,7 +15,7 @@ bool TagScanner::scan()
     for (skipTo('<'); m_at < m_end; skipTo('<')) {
         if (++m_at == m_end)
             break;
-        m_extent.nodes += 2; // the tag and the text after it
+        m_extent.nodes += 2; // The tag and the text after it.
         if (*m_at == '/')
             scanEndTag();
         else if (*m_at == '?')
@@ -58,7 +58,7 @@ void TagScanner::scanStartTag()
                 return;
         }
     }
-    m_extent.nodes += 2 * qint64(attributes); // each has a text
+    m_extent.nodes += 2 * qint64(attributes); // Each has a text.
     m_extent.attributes = qMax(m_extent.attributes, m_openAttributes + attributes);
     m_extent.attributeSteps += attributes > 0 ? m_openAttributes + attributes : 0;
     m_extent.depth = qMax(m_extent.depth, int(m_openElements.size()) + 1);

@@ -8,17 +8,21 @@
 
 namespace Tidel {
 
-/// Follows the tags of a document without reading what is between them, many times faster than a parser.
+/// Counts the tags of a document without reading what is between them. This is many times faster than
+/// parsing.
 ///
-/// It never counts less than a tree would hold. It counts more in documents that are not well-formed, such as
-/// web pages with tags that are never closed.
+/// The counts are never smaller than those of a tree. They are larger for documents that are not well-formed,
+/// such as web pages with tags that are never closed.
 class TagScanner
 {
 public:
+    /// Creates a scanner of \a document, which must outlive it.
     explicit TagScanner(const QByteArray &document);
 
-    /// False when the document declares entities, which may hold tags that cannot be counted here.
+    /// Scans the document. Returns false if it declares entities, whose tags cannot be counted; otherwise
+    /// returns true.
     bool scan();
+    /// The counts after scan().
     XmlExtent extent() const { return m_extent; }
 
 private:
@@ -31,7 +35,7 @@ private:
 
     const char *m_at;
     const char *const m_end;
-    std::vector<int> m_openElements; // the attributes of each
+    std::vector<int> m_openElements; // The number of attributes of each.
     int m_openAttributes = 0;
     XmlExtent m_extent;
 };

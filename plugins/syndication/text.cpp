@@ -11,7 +11,7 @@ namespace Tidel {
 
 namespace {
 
-// Longer ones are no titles, and Syndication takes time for them that grows with the square of their length.
+// The time that Syndication takes for a text grows with the square of its length.
 constexpr int maximumTitleLength = 4000;
 
 bool isUnwanted(QChar c)
@@ -27,8 +27,7 @@ bool needsCleaning(const QString &text)
     return std::any_of(text.begin(), text.end(), [](QChar c) { return isUnwanted(c) || c.isSurrogate(); });
 }
 
-/// \a html with each < that begins no tag as HTML writes it: Syndication drops all that follows up to the
-/// next >.
+/// Escapes each < in \a html that does not begin a tag. Syndication would remove the text up to the next >.
 QString withoutLooseMarks(QString html)
 {
     static const QRegularExpression looseMark(QStringLiteral("<(?![A-Za-z/!?])"));

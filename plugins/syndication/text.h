@@ -6,12 +6,11 @@
 
 namespace Tidel {
 
-/// \a text without what no text should carry: control characters other than tab and line break, lone
-/// surrogates and non-characters.
+/// Returns \a text without lone surrogates, noncharacters and control characters except tabs and line breaks.
 QString cleanText(const QString &text);
 
-/// \a html, such as a title, as one line of plain text: entities resolved, tags removed, white space
-/// simplified. Of a text of many thousand characters only the beginning.
+/// Returns \a html, such as a title, as one line of plain text: entities are resolved, tags are removed,
+/// white space is simplified. Only the first 4000 characters of \a html are used.
 QString plainText(const QString &html);
 
 } // namespace Tidel

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int maximumRedirects = 10;
 constexpr qint64 chunkSize = 64 * 1024;
-// Longer ones are nobody's validators, and would be sent with every request.
+// Longer validators are ignored, because they would be sent with every request.
 constexpr int maximumValidatorSize = 1024;
 
 int statusOf(const QNetworkReply &reply)
@@ -28,7 +28,8 @@ QString validator(const QNetworkReply &reply, const char *header)
     return value.size() > maximumValidatorSize ? QString() : QString::fromLatin1(value);
 }
 
-/// Writes what is left of bytes that a full disk took in part, so that \a target knows why it takes no more.
+/// Writes all \a bytes. A write to a full disk may be incomplete; only the next one sets the error of \a
+/// target.
 bool writeAll(QIODevice &target, const QByteArray &bytes)
 {
     qint64 written = 0;
@@ -41,32 +42,48 @@ bool writeAll(QIODevice &target, const QByteArray &bytes)
     return true;
 }
 
+/// The outcome of a status that is not a success.
 Outcome refusal(const QNetworkReply &reply)
 {
     const int status = statusOf(reply);
     const QString phrase = reply.attribute(QNetworkRequest::HttpReasonPhraseAttribute).toString();
-    const QString hint = status == 410 ? QStringLiteral(": it is gone for good") : QString();
-    return {status, QStringLiteral("%1 %2").arg(QString::number(status), phrase).trimmed() + hint};
+    const QString hint = status == 410 ? QStringLiteral(": the file was removed permanently") : QString();
+    return {status,
+            QStringLiteral("the server answered %1 %2").arg(QString::number(status), phrase).trimmed()
+                + hint};
 }
 
+Outcome brokenOff()
+{
+    return {FeedDownloadConnectionFailed,
+            QStringLiteral("the server closed the connection too early; try again later")};
+}
+
+Outcome noAnswer()
+{
+    return {FeedDownloadTimedOut, QStringLiteral("the server does not answer; try again later")};
+}
+
+/// The outcome of a network error.
 Outcome failure(const QNetworkReply &reply)
 {
     switch (reply.error()) {
     case QNetworkReply::NoError: return {};
     case QNetworkReply::HostNotFoundError:
-        return {FeedDownloadNotFound, QStringLiteral("there is no host %1").arg(reply.url().host())};
+        return {FeedDownloadNotFound,
+                QStringLiteral("the host %1 was not found; check the address and the network connection")
+                    .arg(reply.url().host())};
     case QNetworkReply::ContentNotFoundError: return {FeedDownloadNotFound, QStringLiteral("no such file")};
     case QNetworkReply::ConnectionRefusedError:
         return {FeedDownloadConnectionFailed, QStringLiteral("the server refused the connection")};
-    case QNetworkReply::RemoteHostClosedError:
-        return {FeedDownloadConnectionFailed, QStringLiteral("the server broke off the transfer")};
+    case QNetworkReply::RemoteHostClosedError: return brokenOff();
     case QNetworkReply::InsecureRedirectError:
     case QNetworkReply::ProtocolUnknownError:
-        return {FeedDownloadUnsafeRedirect, QStringLiteral("redirects to where it is not safe")};
+        return {FeedDownloadUnsafeRedirect, QStringLiteral("the server redirects to an unsafe address")};
     case QNetworkReply::TooManyRedirectsError:
-        return {FeedDownloadUnsafeRedirect, QStringLiteral("redirects too often")};
-    case QNetworkReply::TimeoutError:
-        return {FeedDownloadTimedOut, QStringLiteral("the server does not answer")};
+        return {FeedDownloadUnsafeRedirect,
+                QStringLiteral("the server redirects more than %1 times").arg(maximumRedirects)};
+    case QNetworkReply::TimeoutError: return noAnswer();
     default: return {FeedDownloadConnectionFailed, reply.errorString()};
     }
 }
@@ -94,15 +111,16 @@ QNetworkRequest politeRequest(const QUrl &url)
 QString tooLarge(qint64 limit)
 {
     constexpr qint64 mebibyte = 1024 * 1024;
-    return limit % mebibyte == 0 ? QStringLiteral("is too large: more than %1 MiB").arg(limit / mebibyte)
-                                 : QStringLiteral("is too large: more than %1 bytes").arg(limit);
+    return limit % mebibyte == 0
+        ? QStringLiteral("the file is larger than the limit of %1 MiB").arg(limit / mebibyte)
+        : QStringLiteral("the file is larger than the limit of %1 bytes").arg(limit);
 }
 
 Transfer::Transfer(QNetworkAccessManager &network, const QNetworkRequest &request,
                    const TransferLimits &limits, QIODevice &target)
     : m_target(target), m_limits(limits), m_reply(network.get(request))
 {
-    // Compressed data may grow a thousandfold before the first byte is counted.
+    // Without a limit, Qt might decompress a thousand times the size of the data before bytes are counted.
     m_reply->setReadBufferSize(chunkSize);
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &Transfer::readHeaders);
     connect(m_reply, &QNetworkReply::readyRead, this, &Transfer::readBytes);
@@ -114,9 +132,8 @@ Transfer::Transfer(QNetworkAccessManager &network, const QNetworkRequest &reques
     for (QTimer *timer : {&m_silence, &m_duration}) {
         timer->setSingleShot(true);
         connect(timer, &QTimer::timeout, this, [this] {
-            end({FeedDownloadTimedOut,
-                 m_size > 0 ? QStringLiteral("the server takes too long")
-                            : QStringLiteral("the server does not answer")});
+            const QString tooSlow = QStringLiteral("the download takes too long; try again later");
+            end(m_size > 0 ? Outcome{FeedDownloadTimedOut, tooSlow} : noAnswer());
         });
     }
     m_silence.start(limits.silence);
@@ -144,7 +161,7 @@ void Transfer::readHeaders()
 {
     m_silence.start();
     const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
-    // Of decompressed content the size that was announced is another.
+    // The announced size of compressed content is not the size after decompression.
     const bool isEncoded = m_reply->hasRawHeader("Content-Encoding");
     m_announcedSize = length.isValid() && !isEncoded ? length.toLongLong() : -1;
     if (statusOf(*m_reply) < 300 && m_announcedSize > m_limits.bytes)
@@ -165,7 +182,7 @@ void Transfer::readBytes()
         if (m_size > m_limits.bytes)
             end({FeedDownloadTooLarge, tooLarge(m_limits.bytes)});
         else if (!writeAll(m_target, bytes))
-            end({FeedDownloadNotWritten, QStringLiteral("cannot be written: ") + m_target.errorString()});
+            end(notWritten(m_target.errorString()));
     }
     if (!m_isOver && m_size > sizeBefore)
         Q_EMIT progressed(m_size, m_announcedSize);
@@ -185,7 +202,7 @@ Outcome Transfer::replyOutcome() const
         return refusal(*m_reply);
     if (!m_certificateProblem.isEmpty())
         return {FeedDownloadConnectionFailed,
-                QStringLiteral("the server is not to be trusted: ") + m_certificateProblem};
+                QStringLiteral("the certificate of the server is not trusted: ") + m_certificateProblem};
     const Outcome failed = failure(*m_reply);
     if (!failed.isFine())
         return failed;
@@ -193,7 +210,7 @@ Outcome Transfer::replyOutcome() const
     if (!isFile && status != 200 && !isUnchanged())
         return refusal(*m_reply);
     if (status == 200 && m_announcedSize >= 0 && m_size < m_announcedSize)
-        return {FeedDownloadConnectionFailed, QStringLiteral("the server broke off the transfer")};
+        return brokenOff();
     return {};
 }
 

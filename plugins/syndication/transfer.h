@@ -16,54 +16,58 @@ QT_FORWARD_DECLARE_CLASS(QNetworkReply)
 
 namespace Tidel {
 
-/// What a transfer may cost.
+/// The limits of a transfer. It fails when one of them is exceeded.
 struct TransferLimits
 {
-    qint64 bytes; ///< after decompression
-    int silence; ///< milliseconds without a byte
-    int duration; ///< milliseconds in all
+    qint64 bytes; ///< The size after decompression.
+    int silence; ///< The time without data, in milliseconds.
+    int duration; ///< The total time, in milliseconds.
 };
 
-/// The request for \a url that this program makes: redirects are followed, but not to where they are less
-/// safe, and no cookies are kept.
+/// Returns a request for \a url that follows redirects, except unsafe ones, and stores no cookies.
 QNetworkRequest politeRequest(const QUrl &url);
 
-/// Whether \a url can be transferred: http or https with a host, or file.
+/// Returns true if \a url is a local file or an http or https address with a host; otherwise returns false.
 bool canTransfer(const QUrl &url);
 
-/// "is too large: more than 32 MiB".
+/// The reason of a failure because of the limit of \a limit bytes.
 QString tooLarge(qint64 limit);
 
-/// One document or file on its way from a server, or from a file, into a device.
+/// Transfers one document or file from a server or a local file into a device.
 class Transfer : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Starts to write what is sent for \a request to \a target, which must stay while this object lives.
+    /// Starts to write the answer to \a request to \a target, which must outlive this object.
     Transfer(QNetworkAccessManager &network, const QNetworkRequest &request, const TransferLimits &limits,
              QIODevice &target);
+    /// Destroys the transfer. If it is running, it ends without a signal.
     ~Transfer() override;
 
-    /// Breaks it off; finished() is emitted.
+    /// Ends the transfer; finished() is emitted.
     void cancel();
 
-    /// \name Known when it has finished
+    /// \name Valid after finished()
     /// @{
+
+    /// How the transfer ended.
     const Outcome &outcome() const { return m_outcome; }
-    /// Whether the server said that what the request's validators are about is still the same.
+    /// Returns true if the document has not changed since the validators of the request; otherwise returns
+    /// false.
     bool isUnchanged() const;
-    /// Where it came from in the end.
+    /// The address after all redirects.
     QUrl address() const { return m_address; }
+    /// The validators of the document.
     Validators validators() const { return m_validators; }
-    /// "type/subtype", or empty.
+    /// The media type as "type/subtype"; may be empty.
     QString mimeType() const { return m_mimeType; }
-    qint64 size() const { return m_size; }
     /// @}
 
 Q_SIGNALS:
+    /// Emitted when bytes have arrived. \a bytesTotal is -1 if the size is unknown.
     void progressed(qint64 bytesReceived, qint64 bytesTotal);
-    /// Once, and not before the constructor has returned.
+    /// Emitted once, after the constructor has returned.
     void finished();
 
 private:

@@ -6,11 +6,11 @@
 
 namespace Tidel {
 
-/// What tells whether a document has changed since it was read: what its server said of it, as it said it.
+/// The values by which a server recognises whether a document has changed, as the server wrote them.
 struct Validators
 {
-    QString entityTag;
-    QString lastModified;
+    QString entityTag; ///< The ETag header.
+    QString lastModified; ///< The Last-Modified header.
 };
 
 } // namespace Tidel

@@ -12,7 +12,7 @@ namespace Tidel {
 
 namespace {
 
-// A few bytes can name an entity of some thousand characters.
+// A reference of a few bytes can stand for an entity of some thousand characters.
 constexpr int maximumSizeWithEntities = 256 * 1024;
 constexpr int maximumEntityReferences = 16 * 1024;
 
@@ -31,11 +31,11 @@ bool isTooLarge(const XmlExtent &extent)
 QString sizeObstacle(const XmlExtent &extent)
 {
     if (extent.depth > maximumXmlExtent.depth)
-        return QStringLiteral("is not read: its elements are nested more than %1 deep")
+        return QStringLiteral("the document is too complex: its elements are nested more than %1 deep")
             .arg(maximumXmlExtent.depth);
     if (hasTooManyAttributes(extent))
-        return QStringLiteral("is not read: it has too many attributes");
-    return QStringLiteral("is not read: it has more than %1 elements, attributes and texts")
+        return QStringLiteral("the document is too complex: it has too many attributes");
+    return QStringLiteral("the document is too complex: it has more than %1 elements, attributes and texts")
         .arg(maximumXmlExtent.nodes);
 }
 
@@ -44,7 +44,7 @@ QString errorText(const QXmlStreamReader &reader)
     return notWellFormed(reader.lineNumber(), reader.columnNumber(), reader.errorString());
 }
 
-/// Counts what a reader comes by.
+/// Counts the tokens of a reader.
 class ExtentCounter
 {
 public:
@@ -80,7 +80,7 @@ bool declaresTooMuch(const QXmlStreamReader &reader, const QByteArray &document)
         && (document.size() > maximumSizeWithEntities || document.count('&') > maximumEntityReferences);
 }
 
-/// As xmlObstacle(), but by reading the document.
+/// Does the same as xmlObstacle(), but reads the complete document.
 QString exactObstacle(const QByteArray &document, XmlExtent *extent)
 {
     ExtentCounter counter;
@@ -89,7 +89,7 @@ QString exactObstacle(const QByteArray &document, XmlExtent *extent)
         reader.readNext();
         counter.count(reader);
         if (declaresTooMuch(reader, document))
-            return QStringLiteral("is not read: it declares entities of its own and is large");
+            return QStringLiteral("the document is too complex: it is large and declares entities");
         if (isTooLarge(counter.extent()))
             return sizeObstacle(counter.extent());
     }
@@ -104,7 +104,7 @@ QString xmlObstacle(const QByteArray &document, XmlExtent *extent)
     TagScanner scanner(document);
     const bool isCertain = scanner.scan();
     *extent = scanner.extent();
-    // A reader would take as long with these as a parser.
+    // Many attributes take QXmlStreamReader as long as the parser.
     if (hasTooManyAttributes(*extent))
         return sizeObstacle(*extent);
     return isCertain && !isTooLarge(*extent) ? QString() : exactObstacle(document, extent);

@@ -7,25 +7,25 @@
 
 namespace Tidel {
 
-/// What a tree of a document would hold at most.
+/// The maximum size of the tree of a document.
 struct XmlExtent
 {
-    int depth = 0; ///< of nested elements
-    qint64 nodes = 0; ///< elements, attributes and texts
-    int attributes = 0; ///< of an element and those around it
-    qint64 attributeSteps = 0; ///< the sum of these for all elements that have attributes
+    int depth = 0; ///< The depth of nested elements.
+    qint64 nodes = 0; ///< The number of elements, attributes and texts.
+    int attributes = 0; ///< The largest number of attributes of an element and its ancestors.
+    qint64 attributeSteps = 0; ///< The sum of these numbers over all elements that have attributes.
 };
 
-/// Building a tree takes stack for its depth and memory for its nodes. Attributes take time: each is compared
-/// with the others of its element, and each namespace is noted beside those that hold around it.
+/// The limits for building a tree. Depth takes stack and nodes take memory. Attributes take time: each one is
+/// compared with the others of its element, and each namespace is added to those of the ancestors.
 constexpr XmlExtent maximumXmlExtent{500, 1000000, 300, 8000000};
 
-/// Why no tree should be built of \a document, which is to come from readableXml(): it would be too large, or
-/// an error shows before it can be known. Empty when one may be built, which does not say that the document
-/// is well-formed; \a extent then tells its size.
+/// Returns the reason why no tree should be built from \a document, the result of readableXml(): the tree
+/// would be too large, or the document has an error and its size is unknown. Returns an empty text if a tree
+/// may be built, and sets \a extent to its size. The document may still not be well-formed.
 QString xmlObstacle(const QByteArray &document, XmlExtent *extent);
 
-/// The first error that keeps \a document from being well-formed, with its place; empty when there is none.
+/// Returns the first error in \a document and its position; empty if the document is well-formed.
 QString xmlError(const QByteArray &document);
 
 } // namespace Tidel

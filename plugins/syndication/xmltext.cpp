@@ -19,7 +19,7 @@ int declarationLength(const QByteArray &document)
     return document.startsWith("<?xml") ? document.indexOf('>') + 1 : 0;
 }
 
-/// The encoding that the document declares, in lower case; empty when it declares none.
+/// The encoding that the document declares, in lower case; empty if it declares none.
 QByteArray declaredEncoding(const QByteArray &document)
 {
     const QByteArray declaration = document.left(declarationLength(document));
@@ -33,7 +33,7 @@ QByteArray declaredEncoding(const QByteArray &document)
     return declaration.mid(open + 1, close - open - 1).trimmed().toLower();
 }
 
-/// The encoding that the first bytes give away; empty when they may be ASCII.
+/// The UTF-16 or UTF-32 encoding that the first bytes show; empty if they may be ASCII.
 QByteArray wideEncoding(const QByteArray &document)
 {
     const QByteArray start = document.left(4);
@@ -85,7 +85,7 @@ std::optional<QByteArray> transcoded(const QByteArray &document, const QByteArra
 {
     const std::optional<QString> text = decoded(document, encoding);
     if (!text) {
-        *error = QStringLiteral("is in the encoding \"%1\", which cannot be read")
+        *error = QStringLiteral("the document has the encoding \"%1\", which is not supported")
                      .arg(QString::fromLatin1(encoding));
         return std::nullopt;
     }
@@ -106,7 +106,7 @@ int continuationBytes(uchar lead)
     return lead >= 0xf0 && lead <= 0xf4 ? 3 : -1;
 }
 
-/// Where the first character of \a text is that is not UTF-8; -1 when all are.
+/// The position of the first invalid UTF-8 sequence in \a text; -1 if there is none.
 int findNotUtf8(const QByteArray &text)
 {
     const auto *const start = reinterpret_cast<const uchar *>(text.constData());
@@ -133,10 +133,10 @@ QString encodingError(const QByteArray &document, int place)
 {
     const QByteArray before = document.left(place);
     return notWellFormed(before.count('\n') + 1, place - before.lastIndexOf('\n'),
-                         QStringLiteral("this is not a character of UTF-8"));
+                         QStringLiteral("invalid UTF-8"));
 }
 
-/// Moves blank space ahead of the declaration behind it, so that lines keep their numbers.
+/// Moves white space before the declaration behind it, so that line numbers stay the same.
 QByteArray declarationFirst(const QByteArray &document)
 {
     const int bodyStart = document.startsWith("\xef\xbb\xbf") ? 3 : 0;
@@ -164,7 +164,7 @@ std::optional<QByteArray> checkedUtf8(const QByteArray &document, QString *error
 
 QString notWellFormed(qint64 line, qint64 column, const QString &reason)
 {
-    return QStringLiteral("is not well-formed XML (line %1, column %2: %3)")
+    return QStringLiteral("the document is not well-formed XML (line %1, column %2: %3)")
         .arg(QString::number(line), QString::number(column), reason.simplified());
 }
 

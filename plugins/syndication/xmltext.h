@@ -9,14 +9,14 @@
 
 namespace Tidel {
 
-/// What is wrong with a document, and where.
+/// Returns the text of an error at a position of a document.
 QString notWellFormed(qint64 line, qint64 column, const QString &reason);
 
-/// \a document in an encoding in which every byte that looks like ASCII is: UTF-8, ISO 8859 or a Windows code
-/// page. On failure nothing, and \a error says why.
+/// Returns \a document in an encoding that extends ASCII: UTF-8, ISO 8859 or a Windows code page. Returns
+/// nothing on failure, and sets \a error to the reason.
 ///
-/// What many feeds get wrong is put right: blank space ahead of the declaration, a declaration of UTF-16 in a
-/// document of single bytes, and Latin-1 without a word of it.
+/// Repairs frequent errors of feeds: white space before the declaration, UTF-16 declared in a document of
+/// single bytes, and Latin-1 that is not declared.
 std::optional<QByteArray> readableXml(const QByteArray &document, QString *error);
 
 } // namespace Tidel
