@@ -25,7 +25,7 @@ Outcome obstacle(const QString &path, qint64 maximumSize)
                 info.isSymLink() ? QStringLiteral("the file is a link to a file that does not exist")
                                  : QStringLiteral("no such file")};
     if (info.isDir())
-        return {FeedDownloadNotAFeed, QStringLiteral("a directory is not a feed")};
+        return {FeedDownloadNotAFeed, QStringLiteral("the path is a directory, not a feed")};
     if (!info.isFile())
         return {FeedDownloadNotAFeed, QStringLiteral("the file is not a regular file")};
     if (info.size() > maximumSize)

@@ -6,21 +6,24 @@
 #include <QString>
 #include <QStringList>
 
-/// feedserver.py on a port of its own, for as long as it lives.
+/// Runs feedserver.py on a free port during the lifetime of the object.
 class FeedServer
 {
 public:
-    /// Serves \a folder; with TLS where \a certificate, a file with key and certificate, is given.
+    /// Serves \a folder. Uses TLS if \a certificate names a file with a key and a certificate.
     explicit FeedServer(const QString &folder, const QString &certificate = QString());
+    /// Stops the server.
     ~FeedServer();
 
+    /// Returns true if the server has started; otherwise returns false.
     bool isRunning() const { return m_port > 0; }
     /// The address of \a path, which begins with a slash.
     QString url(const QString &path) const;
-    /// The requests since forgetRequests(), as "GET /path 200".
+    /// The requests since forgetRequests(), such as "GET /path 200".
     QStringList requests();
+    /// Clears the list of requests.
     void forgetRequests();
-    /// The requests, which are then forgotten.
+    /// Returns the requests and clears the list.
     QStringList takeRequests();
 
 private:

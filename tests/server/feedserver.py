@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: LGPL-2.1-or-later
-"""A web server on 127.0.0.1 whose paths behave as their names say. It prints its port, and then a line
-for each request: method, path, status. It ends when its standard input does.
+"""A web server on 127.0.0.1 for tests. The first part of a path selects the behaviour.
 
 usage: feedserver.py FOLDER [CERTIFICATE]
 
-FOLDER is served below /files/ with ETag and Last-Modified; with CERTIFICATE, a file with a key and a
-certificate, the server speaks TLS.
+The server prints its port, and then a line for each request: method, path and status. It ends when its
+standard input is closed. /files/ serves FOLDER with ETag and Last-Modified. The server uses TLS if CERTIFICATE
+is given, a file with a key and a certificate.
 """
 import email.utils
 import gzip
@@ -38,7 +38,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
             pass
 
     def log_request(self, code="-", size="-"):
-        # At once: others write at the same time.
+        # One write for each line, because other threads write at the same time.
         sys.stdout.write("%s %s %d\n" % (self.command, self.path, int(code)))
         sys.stdout.flush()
 
@@ -56,7 +56,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.wfile.write(body)
 
     def begin(self, headers=()):
-        """The head of an answer that ends with the connection."""
+        """Sends the headers of an answer that ends when the connection is closed."""
         self.send_response(200)
         self.send_header("Content-Type", "application/rss+xml")
         self.send_header("Connection", "close")
@@ -69,7 +69,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.answer(b"<html>Not here</html>", 404, "text/html")
 
     def serve_files(self, rest, query):
-        """A file; 304 when the request's ETag or date says that it is known."""
+        """A file, or 304 if the ETag or date of the request is up to date."""
         path = os.path.join(self.server.folder, urllib.parse.unquote(rest))
         if not os.path.isfile(path):
             return self.serve_nothing(rest, query)
@@ -94,13 +94,13 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.answer(body, content_type=content_type, headers=headers)
 
     def serve_later(self, rest, query):
-        """As /files/, but only after a while."""
+        """The same as /files/, after a second."""
         self.log_request(0)
         self.server.ending.wait(1)
         self.serve_files(rest, query)
 
     def serve_tagged(self, rest, query):
-        """A feed with an ETag of so many characters."""
+        """/tagged/500: a feed with an ETag of 500 characters."""
         self.answer(FEED % b"Tagged", headers=[("ETag", '"%s"' % ("x" * (int(rest) - 2)))])
 
     def serve_feed(self, rest, query):
@@ -111,11 +111,11 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.answer(b"" if status in (204, 304) else b"no", status, "text/plain")
 
     def serve_type(self, rest, query):
-        """A feed that is said to be of another type."""
+        """/type?text/html: a feed with this content type."""
         self.answer(FEED % b"Typed", content_type=urllib.parse.unquote(query) or None)
 
     def serve_redirect(self, rest, query):
-        """/redirect/301?target"""
+        """/redirect/301?target: a redirect with this status to this target."""
         self.answer(b"", int(rest), None, [("Location", urllib.parse.unquote(query))])
 
     def serve_loop(self, rest, query):
@@ -130,12 +130,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.close_connection = True
 
     def serve_drip(self, rest, query):
-        """A byte now and then, each before a time-out can strike."""
+        """Sends bytes so slowly that the download takes too long, but never pauses for the timeout."""
         self.begin([("Content-Length", "1000000")])
         self.send_slowly(b" ", 0.05)
 
     def serve_stalled(self, rest, query):
-        """The beginning of a body, and then no more."""
+        """Sends the beginning of a body and then nothing."""
         self.begin([("Content-Length", "1000000")])
         self.wfile.write(b"<rss>" * 1000)
         self.server.ending.wait(PATIENCE)
@@ -154,7 +154,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.wfile.write(body)
 
     def serve_huge(self, rest, query):
-        """Announces more than it will ever send."""
+        """Announces a much larger size than it sends."""
         self.begin([("Content-Length", str(10 ** 12))])
         self.wfile.write(b"<rss>")
 
@@ -164,7 +164,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.answer(gzip.compress(FEED % b"Compressed"), headers=[("Content-Encoding", "gzip")])
 
     def serve_bomb(self, rest, query):
-        """Four GiB of blanks in four MiB."""
+        """Sends 4 GiB of blanks, compressed to 4 MiB."""
         self.begin([("Content-Encoding", "gzip")])
         compressor = zlib.compressobj(9, zlib.DEFLATED, 31)
         blanks = b" " * (1 << 20)
@@ -173,17 +173,17 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.wfile.write(compressor.flush())
 
     def serve_bytes(self, rest, query):
-        """/bytes/1000/any/name: so many bytes, of the type that the query names."""
+        """/bytes/1000/any/name?audio/ogg: 1000 bytes with this content type."""
         size = int(rest.partition("/")[0])
         self.answer(b"x" * size, content_type=urllib.parse.unquote(query) or "audio/mpeg")
 
     def serve_unsized(self, rest, query):
-        """So many bytes, of which there is no word ahead."""
+        """/unsized/1000: 1000 bytes without Content-Length."""
         self.begin()
         self.wfile.write(b"x" * int(rest))
 
     def serve_agent(self, rest, query):
-        """A feed with the request's headers for a title."""
+        """A feed whose title has the headers of the request."""
         names = ("User-Agent", "Cookie", "Referer")
         title = " ".join("%s=%s" % (name, self.headers.get(name)) for name in names)
         self.answer(FEED % title.encode(), headers=[("Set-Cookie", "who=you")])

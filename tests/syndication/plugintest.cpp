@@ -42,7 +42,7 @@ Ending PluginTest::ending(FeedPluginInterface &downloader) const
     Ending ending;
     QEventLoop loop;
     const auto note = [&](const char *name, int error, const QVariantMap &map) {
-        // A second one would be heard of by those who count them.
+        // A second signal is appended, so that the comparison with the expected name fails.
         ending = {ending.signal + name, error, downloader.errorString(), map};
         loop.quit();
     };

@@ -16,42 +16,48 @@
 /// How an operation of a downloader ended.
 struct Ending
 {
-    QString signal; ///< the name of the signal that told of it; empty when none did in time
-    int error = 0;
-    QString text; ///< errorString() after it
-    QVariantMap map; ///< of downloadEnclosureFinished()
+    QString signal; ///< The name of the emitted signal; empty after a timeout.
+    int error = 0; ///< The argument of the signal.
+    QString text; ///< The errorString() after the signal.
+    QVariantMap map; ///< The argument of downloadEnclosureFinished().
 };
 
-/// A test of the real plug-in, loaded as a host loads it, against a real server and a store of its own.
+/// The base of tests of the plug-in. It is loaded in the same way as in a host, and uses a real server and a
+/// temporary store.
 class PluginTest : public QObject
 {
     Q_OBJECT
 
 protected:
-    /// Loads the plug-in and starts the server on a folder of its own.
+    /// Loads the plug-in and starts the server on a temporary folder. Returns false on failure.
     bool prepare();
-    /// Makes a new store and a downloader with short time-outs; false when that fails.
+    /// Creates a new store and a downloader. Returns false on failure.
     bool begin();
+    /// Deletes the downloader and the store.
     void end();
 
+    /// The downloader under test.
     FeedPluginInterface &downloader() const { return *m_downloader; }
-    /// Another one with the same settings.
+    /// Creates another downloader with the default settings.
     std::unique_ptr<FeedPluginInterface> another() const;
-    /// What \a downloader says next of an operation that has begun.
+    /// Waits until the running operation of \a downloader has ended.
     Ending ending(FeedPluginInterface &downloader) const;
 
+    /// Subscribes to the feed at \a address.
     Ending subscribe(const QString &address);
+    /// Refreshes the channels \a channelUris.
     Ending refresh(const QStringList &channelUris);
     /// Refreshes the only channel.
     Ending refresh();
 
-    /// The only one of the store, or that of the link \a link.
+    /// The URI of the channel with the link \a link, or of the only channel if \a link is empty.
     QString channelUri(const QString &link = QString()) const;
+    /// The links of all messages, sorted.
     QStringList messageLinks() const;
 
-    /// Writes a file of the server and makes it old enough to be trusted; returns its path.
+    /// Writes a file of the server that is an hour old; returns its path.
     QString write(const QString &name, const QByteArray &content) const;
-    /// A feed with such items.
+    /// A feed with \a items.
     static QByteArray feed(const QByteArray &items, const QByteArray &title = "Feed");
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -66,9 +72,9 @@ private:
 
 #define VERIFY_ENDING(ending, name)                                                                          \
     do {                                                                                                     \
-        const Ending heard = (ending);                                                                       \
-        QVERIFY2(heard.signal == QLatin1String(name),                                                        \
-                 qPrintable(QString("%1 %2 %3").arg(heard.signal).arg(heard.error).arg(heard.text)));        \
+        const Ending actual = (ending);                                                                      \
+        QVERIFY2(actual.signal == QLatin1String(name),                                                       \
+                 qPrintable(QString("%1 %2 %3").arg(actual.signal).arg(actual.error).arg(actual.text)));     \
     } while (false)
 
 #endif

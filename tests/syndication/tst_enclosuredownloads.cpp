@@ -22,15 +22,15 @@ private slots:
     void cleanup() { end(); }
 
     void download();
-    void recordIsKept();
-    void typeThatNobodySays();
+    void otherValuesAreKept();
+    void invalidContentType();
     void fromFile();
     void names_data();
     void names();
     void sameName();
-    void sameNameAtOnce();
-    void downloadedAlready();
-    void fileThatIsGoneAgain();
+    void sameNameInParallel();
+    void alreadyDownloaded();
+    void removedFileIsDownloadedAgain();
     void failures_data();
     void failures();
     void unknownEnclosure();
@@ -39,13 +39,13 @@ private slots:
     void sizeLimit();
     void progress();
     void cancel();
-    void deletedMidway();
+    void deletedDuringDownload();
     void redirected();
 
 private:
     QString addEnclosure(const QString &address, const QString &mimeType = "audio/ogg") const;
     Ending download(const QString &uri) const;
-    /// The names of all files in the folder, hidden ones too.
+    /// The names of all files in the folder, including hidden files.
     QStringList files() const;
     QString folder() const { return m_target->filePath("new folder"); }
 
@@ -108,7 +108,7 @@ void TestEnclosureDownloads::download()
     QCOMPARE(status.st_mode & 0777, 0666 & ~mask);
 }
 
-void TestEnclosureDownloads::recordIsKept()
+void TestEnclosureDownloads::otherValuesAreKept()
 {
     const QString address = m_server->url("/bytes/1000/episode.mp3");
     const QString uri = addEnclosure(address);
@@ -128,7 +128,7 @@ void TestEnclosureDownloads::recordIsKept()
     QCOMPARE(m_store->texts(others), before);
 }
 
-void TestEnclosureDownloads::typeThatNobodySays()
+void TestEnclosureDownloads::invalidContentType()
 {
     const QString uri = addEnclosure(m_server->url("/bytes/10/a?nonsense"));
     QCOMPARE(download(uri).map.value("mimeType"), QVariant("audio/ogg"));
@@ -231,7 +231,7 @@ void TestEnclosureDownloads::sameName()
     QVERIFY(!QFileInfo::exists("/nowhere"));
 }
 
-void TestEnclosureDownloads::sameNameAtOnce()
+void TestEnclosureDownloads::sameNameInParallel()
 {
     constexpr int count = 12;
     std::vector<std::unique_ptr<FeedPluginInterface>> downloaders;
@@ -252,7 +252,7 @@ void TestEnclosureDownloads::sameNameAtOnce()
     QCOMPARE(m_store->texts("SELECT DISTINCT ?l { ?e a mfo:Enclosure ; mfo:localLink ?l }").size(), count);
 }
 
-void TestEnclosureDownloads::downloadedAlready()
+void TestEnclosureDownloads::alreadyDownloaded()
 {
     const QString uri = addEnclosure(m_server->url("/bytes/10/a.mp3"));
     const Ending first = download(uri);
@@ -265,7 +265,7 @@ void TestEnclosureDownloads::downloadedAlready()
     QCOMPARE(files(), QStringList("a.mp3"));
 }
 
-void TestEnclosureDownloads::fileThatIsGoneAgain()
+void TestEnclosureDownloads::removedFileIsDownloadedAgain()
 {
     const QString uri = addEnclosure(m_server->url("/bytes/10/a.mp3"));
     VERIFY_ENDING(download(uri), "downloadEnclosureFinished");
@@ -281,19 +281,25 @@ void TestEnclosureDownloads::failures_data()
     QTest::addColumn<int>("error");
     QTest::addColumn<QString>("text");
 
-    QTest::newRow("404") << "/nothing" << 404 << "404 Not Found";
-    QTest::newRow("410") << "/status/410" << 410 << "410 Gone: it is gone for good";
-    QTest::newRow("silent") << "/silent" << int(FeedDownloadTimedOut) << "the server does not answer";
-    QTest::newRow("stalled") << "/stalled" << int(FeedDownloadTimedOut) << "the server takes too long";
+    QTest::newRow("404") << "/nothing" << 404 << "the server answered 404 Not Found";
+    QTest::newRow("410") << "/status/410" << 410
+                         << "the server answered 410 Gone: the file was removed permanently";
+    QTest::newRow("silent") << "/silent" << int(FeedDownloadTimedOut)
+                            << "the server does not answer; try again later";
+    QTest::newRow("stalled") << "/stalled" << int(FeedDownloadTimedOut)
+                             << "the download takes too long; try again later";
     QTest::newRow("truncated") << "/truncated" << int(FeedDownloadConnectionFailed)
-                               << "the server broke off the transfer";
-    QTest::newRow("endless") << "/endless" << int(FeedDownloadTooLarge) << "is too large: more than 1 MiB";
-    QTest::newRow("huge") << "/huge" << int(FeedDownloadTooLarge) << "is too large: more than 1 MiB";
-    QTest::newRow("bomb") << "/bomb" << int(FeedDownloadTooLarge) << "is too large: more than 1 MiB";
+                               << "the server closed the connection too early; try again later";
+    QTest::newRow("endless") << "/endless" << int(FeedDownloadTooLarge)
+                             << "the file is larger than the limit of 1 MiB";
+    QTest::newRow("huge") << "/huge" << int(FeedDownloadTooLarge)
+                          << "the file is larger than the limit of 1 MiB";
+    QTest::newRow("bomb") << "/bomb" << int(FeedDownloadTooLarge)
+                          << "the file is larger than the limit of 1 MiB";
     QTest::newRow("to a file") << "/redirect/302?file:///etc/hostname" << int(FeedDownloadUnsafeRedirect)
-                               << "redirects to where it is not safe";
+                               << "the server redirects to an unsafe address";
     QTest::newRow("magnet") << "magnet:?xt=urn:sha1:YNCKHTQC" << int(FeedDownloadBadAddress)
-                            << "is neither a file nor an http or https address";
+                            << "only files and http and https addresses are supported";
 }
 
 void TestEnclosureDownloads::failures()
@@ -334,7 +340,7 @@ void TestEnclosureDownloads::folders()
         const Ending failed = ending(downloader());
         VERIFY_ENDING(failed, "downloadEnclosureFailed");
         QCOMPARE(failed.error, int(FeedDownloadNotWritten));
-        QCOMPARE(failed.text, "the folder " + bad + " takes no files");
+        QCOMPARE(failed.text, "the folder " + bad + " cannot be written to");
     }
     const QString deep = m_target->filePath("one/two/three");
     downloader().downloadEnclosure(uri, deep);
@@ -356,7 +362,7 @@ void TestEnclosureDownloads::fullDisk()
     std::signal(SIGXFSZ, handler);
     VERIFY_ENDING(failed, "downloadEnclosureFailed");
     QCOMPARE(failed.error, int(FeedDownloadNotWritten));
-    QCOMPARE(failed.text, QString("cannot be written: ") + strerror(EFBIG));
+    QCOMPARE(failed.text, QString("could not write the file: ") + strerror(EFBIG));
     QCOMPARE(files(), QStringList());
 }
 
@@ -399,7 +405,7 @@ void TestEnclosureDownloads::cancel()
     QCOMPARE(files(), QStringList());
 }
 
-void TestEnclosureDownloads::deletedMidway()
+void TestEnclosureDownloads::deletedDuringDownload()
 {
     auto other = another();
     QSignalSpy progress(other.get(), &FeedPluginInterface::enclosureDownloadProgress);
@@ -413,7 +419,7 @@ void TestEnclosureDownloads::redirected()
 {
     const QString uri = addEnclosure(m_server->url("/redirect/302?/bytes/10/there.mp3"));
     VERIFY_ENDING(download(uri), "downloadEnclosureFinished");
-    // The name is that of the address that the feed gave, not of where it leads today.
+    // The name comes from the address in the feed, not from the target of the redirect.
     QCOMPARE(files(), QStringList("302"));
 }
 

@@ -5,7 +5,8 @@
 
 using Tidel::EnclosureName;
 
-/// What no address that a server answers to can bring about; the rest is tested with downloads.
+/// Tests the names for addresses that cannot be downloaded in a test. tst_enclosuredownloads tests the
+/// others.
 class TestEnclosureName : public QObject
 {
     Q_OBJECT

@@ -22,43 +22,43 @@ private slots:
     void subscribeToFile();
     void failures_data();
     void failures();
-    void nobodyListens();
+    void connectionRefused();
     void types_data();
     void types();
     void redirects_data();
     void redirects();
     void unsafeRedirects_data();
     void unsafeRedirects();
-    void relativeLinksAreOfTheDocument();
+    void relativeLinksUseRedirectTarget();
     void compressed();
     void sizeLimit();
-    void politeness();
+    void requestHeaders();
     void selfSignedCertificate();
-    void secureStaysSecure();
+    void noRedirectFromHttpsToHttp();
     void subscribeTwice();
     void validators_data();
     void validators();
-    void validatorsOfLargeSize();
+    void largeValidators();
     void newMessages();
-    void newMessagesAreTold();
+    void newMessagesProperty();
     void linksOfChannels();
-    void linkThatBecomesAChannels();
-    void titleAndImageStay();
+    void messageLinkBecomesChannelLink();
+    void refreshKeepsTitleAndImage();
     void unchangedFile();
-    void newFileIsReadAgain();
+    void newFileIsNotTrusted();
     void droppedLinks();
-    void channelIsDeletedMeanwhile();
+    void channelDeletedDuringDownload();
     void unknownChannel();
     void someChannelsFail();
     void noChannels();
-    void storeRefuses();
-    void cancelBeforeItBegins();
-    void cancelMidway();
-    void cancelTheRest();
-    void cancelNothing();
+    void storeCannotBeOpened();
+    void cancelBeforeStart();
+    void cancelDuringDownload();
+    void cancelSeveralDownloads();
+    void cancelWithoutDownload();
     void busy();
-    void deletedMidway();
-    void many();
+    void deletedDuringDownload();
+    void manyDownloaders();
 
 private:
     QString makeCertificate() const;
@@ -85,7 +85,7 @@ void TestFeedDownloads::subscribeOverHttp()
 {
     const QString link = m_server->url("/feed/Morning");
     downloader().subscribe(QUrl(link));
-    // Nothing is told before the operation has returned, so this must not come too late.
+    // No signal is emitted before subscribe() has returned, so ending() receives all of them.
     const Ending subscribed = ending(downloader());
     VERIFY_ENDING(subscribed, "downloadFeedsFinished");
     QCOMPARE(subscribed.text, QString());
@@ -111,36 +111,40 @@ void TestFeedDownloads::failures_data()
     QTest::addColumn<int>("error");
     QTest::addColumn<QString>("text");
 
-    QTest::newRow("404") << "/nothing" << 404 << "404 Not Found";
-    QTest::newRow("410") << "/status/410" << 410 << "410 Gone: it is gone for good";
-    QTest::newRow("500") << "/status/500" << 500 << "500 Internal Server Error";
-    QTest::newRow("401") << "/status/401" << 401 << "401 Unauthorized";
-    QTest::newRow("503") << "/status/503" << 503 << "503 Service Unavailable";
-    QTest::newRow("204") << "/status/204" << 204 << "204 No Content";
-    QTest::newRow("304 unasked") << "/status/304" << 304 << "304 Not Modified";
-    QTest::newRow("empty") << "/empty" << int(FeedDownloadNotAFeed) << "is empty";
-    QTest::newRow("silent") << "/silent" << int(FeedDownloadTimedOut) << "the server does not answer";
-    QTest::newRow("stalled") << "/stalled" << int(FeedDownloadTimedOut) << "the server takes too long";
-    QTest::newRow("drip") << "/drip" << int(FeedDownloadTimedOut) << "the server takes too long";
+    const QString answered = "the server answered ";
+    const QString tooSlow = "the download takes too long; try again later";
+    const QString tooLarge = "the file is larger than the limit of 1 MiB";
+    const QString badAddress = "only files and http and https addresses are supported";
+    QTest::newRow("404") << "/nothing" << 404 << answered + "404 Not Found";
+    QTest::newRow("410") << "/status/410" << 410 << answered + "410 Gone: the file was removed permanently";
+    QTest::newRow("500") << "/status/500" << 500 << answered + "500 Internal Server Error";
+    QTest::newRow("401") << "/status/401" << 401 << answered + "401 Unauthorized";
+    QTest::newRow("503") << "/status/503" << 503 << answered + "503 Service Unavailable";
+    QTest::newRow("204") << "/status/204" << 204 << answered + "204 No Content";
+    QTest::newRow("unexpected 304") << "/status/304" << 304 << answered + "304 Not Modified";
+    QTest::newRow("empty") << "/empty" << int(FeedDownloadNotAFeed) << "the file is empty";
+    QTest::newRow("silent") << "/silent" << int(FeedDownloadTimedOut)
+                            << "the server does not answer; try again later";
+    QTest::newRow("stalled") << "/stalled" << int(FeedDownloadTimedOut) << tooSlow;
+    QTest::newRow("drip") << "/drip" << int(FeedDownloadTimedOut) << tooSlow;
     QTest::newRow("truncated") << "/truncated" << int(FeedDownloadConnectionFailed)
-                               << "the server broke off the transfer";
-    QTest::newRow("endless") << "/endless" << int(FeedDownloadTooLarge) << "is too large: more than 1 MiB";
-    QTest::newRow("huge") << "/huge" << int(FeedDownloadTooLarge) << "is too large: more than 1 MiB";
-    QTest::newRow("bomb") << "/bomb" << int(FeedDownloadTooLarge) << "is too large: more than 1 MiB";
+                               << "the server closed the connection too early; try again later";
+    QTest::newRow("endless") << "/endless" << int(FeedDownloadTooLarge) << tooLarge;
+    QTest::newRow("huge") << "/huge" << int(FeedDownloadTooLarge) << tooLarge;
+    QTest::newRow("bomb") << "/bomb" << int(FeedDownloadTooLarge) << tooLarge;
     QTest::newRow("web page") << "/files/page.html" << int(FeedDownloadNotAFeed)
-                              << "is a web page, not a feed; look on it for the address of its feed";
+                              << "the document is a web page, not a feed; look for the address of the feed "
+                                 "on the page";
     QTest::newRow("no such host") << "http://no-such-host.invalid/" << int(FeedDownloadNotFound)
-                                  << "there is no host no-such-host.invalid";
-    QTest::newRow("no host") << "http:///feed" << int(FeedDownloadBadAddress)
-                             << "is neither a file nor an http or https address";
-    QTest::newRow("ftp") << "ftp://127.0.0.1/feed" << int(FeedDownloadBadAddress)
-                         << "is neither a file nor an http or https address";
-    QTest::newRow("relative") << "feed.xml" << int(FeedDownloadBadAddress)
-                              << "is neither a file nor an http or https address";
-    QTest::newRow("no address") << "" << int(FeedDownloadBadAddress)
-                                << "is neither a file nor an http or https address";
+                                  << "the host no-such-host.invalid was not found; check the address and the "
+                                     "network connection";
+    QTest::newRow("no host") << "http:///feed" << int(FeedDownloadBadAddress) << badAddress;
+    QTest::newRow("ftp") << "ftp://127.0.0.1/feed" << int(FeedDownloadBadAddress) << badAddress;
+    QTest::newRow("relative") << "feed.xml" << int(FeedDownloadBadAddress) << badAddress;
+    QTest::newRow("no address") << "" << int(FeedDownloadBadAddress) << badAddress;
     QTest::newRow("no file") << "file:///no/such/file" << int(FeedDownloadNotFound) << "no such file";
-    QTest::newRow("folder") << "file:///" << int(FeedDownloadNotAFeed) << "is a directory, not a feed file";
+    QTest::newRow("folder") << "file:///" << int(FeedDownloadNotAFeed)
+                            << "the path is a directory, not a feed";
 }
 
 void TestFeedDownloads::failures()
@@ -160,14 +164,14 @@ void TestFeedDownloads::failures()
     QCOMPARE(m_store->count("?c a mfo:FeedChannel"), 0);
     QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 0);
 
-    // The next one starts afresh.
+    // The next download succeeds.
     downloader().setProperty("timeout", usualTimeout);
     const Ending next = subscribe(m_server->url("/feed/Next"));
     VERIFY_ENDING(next, "downloadFeedsFinished");
     QCOMPARE(next.text, QString());
 }
 
-void TestFeedDownloads::nobodyListens()
+void TestFeedDownloads::connectionRefused()
 {
     QString address;
     {
@@ -186,7 +190,7 @@ void TestFeedDownloads::types_data()
         QTest::newRow(*type ? type : "none") << QString(type);
 }
 
-// Servers say what they like of feeds: the document decides.
+// Many servers send a wrong content type. Only the document counts.
 void TestFeedDownloads::types()
 {
     QFETCH(QString, type);
@@ -208,7 +212,7 @@ void TestFeedDownloads::redirects()
     VERIFY_ENDING(subscribe(link), "downloadFeedsFinished");
     QCOMPARE(channelUri(link), channelUri());
     VERIFY_ENDING(refresh(), "downloadFeedsFinished");
-    // Qt 5 now and then asks again for what it is redirected from, even when all is over.
+    // Qt 5 sometimes repeats the first request, even after the download has ended.
     const QString first = QString("GET /redirect/%1?/feed/There %1").arg(status);
     QStringList requests = m_server->takeRequests();
     QCOMPARE(requests.value(0), first);
@@ -235,11 +239,11 @@ void TestFeedDownloads::unsafeRedirects()
     VERIFY_ENDING(failed, "downloadFeedsFailed");
     QCOMPARE(failed.error, int(FeedDownloadUnsafeRedirect));
     QCOMPARE(failed.text,
-             target == "/loop" ? QString("redirects too often")
-                               : QString("redirects to where it is not safe"));
+             target == "/loop" ? QString("the server redirects more than 10 times")
+                               : QString("the server redirects to an unsafe address"));
 }
 
-void TestFeedDownloads::relativeLinksAreOfTheDocument()
+void TestFeedDownloads::relativeLinksUseRedirectTarget()
 {
     write("relative.xml", feed("<item><link>one.html</link></item>"));
     VERIFY_ENDING(subscribe(m_server->url("/redirect/301?/files/relative.xml")), "downloadFeedsFinished");
@@ -260,25 +264,25 @@ void TestFeedDownloads::sizeLimit()
         downloader().setProperty("maximumFeedSize", document.size() - 1);
         const Ending failed = subscribe(address);
         QCOMPARE(failed.error, int(FeedDownloadTooLarge));
-        QCOMPARE(failed.text, QString("is too large: more than %1 bytes").arg(document.size() - 1));
+        QCOMPARE(failed.text,
+                 QString("the file is larger than the limit of %1 bytes").arg(document.size() - 1));
         downloader().setProperty("maximumFeedSize", document.size());
         VERIFY_ENDING(subscribe(address), "downloadFeedsFinished");
     }
 }
 
-void TestFeedDownloads::politeness()
+void TestFeedDownloads::requestHeaders()
 {
     for (int i = 0; i < 2; ++i)
         VERIFY_ENDING(subscribe(m_server->url(QString("/agent/%1").arg(i))), "downloadFeedsFinished");
-    // Two channels of one title: the second request brought no cookie.
+    // Both channels have the same title, so the second request sent no cookie.
     const QStringList titles = m_store->texts("SELECT DISTINCT ?t { ?c a mfo:FeedChannel ; nie:title ?t }");
     QCOMPARE(titles.size(), 1);
     const QRegularExpression expected("^User-Agent=Tidel/\\d+\\.\\d+\\.\\d+ Cookie=None Referer=None$");
     QVERIFY2(expected.match(titles.first()).hasMatch(), qPrintable(titles.first()));
 }
 
-/// A file with a new key and its certificate for 127.0.0.1, signed by nobody else; empty when it cannot be
-/// made.
+/// Creates a file with a new key and its self-signed certificate for 127.0.0.1; empty on failure.
 QString TestFeedDownloads::makeCertificate() const
 {
     const QString key = m_folder->filePath("key.pem");
@@ -307,11 +311,12 @@ void TestFeedDownloads::selfSignedCertificate()
     const Ending failed = subscribe(secure.url("/feed/Secret"));
     VERIFY_ENDING(failed, "downloadFeedsFailed");
     QCOMPARE(failed.error, int(FeedDownloadConnectionFailed));
-    QVERIFY2(failed.text.startsWith("the server is not to be trusted: "), qPrintable(failed.text));
+    QVERIFY2(failed.text.startsWith("the certificate of the server is not trusted: "),
+             qPrintable(failed.text));
     QCOMPARE(m_store->count("?c a mfo:FeedChannel"), 0);
 }
 
-void TestFeedDownloads::secureStaysSecure()
+void TestFeedDownloads::noRedirectFromHttpsToHttp()
 {
     const QString certificate = makeCertificate();
     const FeedServer secure(m_folder->path(), certificate);
@@ -327,7 +332,7 @@ void TestFeedDownloads::secureStaysSecure()
     const Ending failed = subscribe(secure.url("/redirect/302?" + m_server->url("/feed/Open")));
     VERIFY_ENDING(failed, "downloadFeedsFailed");
     QCOMPARE(failed.error, int(FeedDownloadUnsafeRedirect));
-    QCOMPARE(failed.text, QString("redirects to where it is not safe"));
+    QCOMPARE(failed.text, QString("the server redirects to an unsafe address"));
     QCOMPARE(m_server->takeRequests(), QStringList());
 }
 
@@ -341,7 +346,7 @@ void TestFeedDownloads::subscribeTwice()
     QCOMPARE(again.error, int(FeedDownloadAlreadyStored));
     QCOMPARE(m_server->takeRequests(), QStringList());
 
-    // Both ask before either has stored it.
+    // Two downloaders subscribe to the same feed at the same time.
     const auto rival = another();
     const QString other = m_server->url("/feed/Twice");
     downloader().subscribe(QUrl(other));
@@ -401,8 +406,8 @@ void TestFeedDownloads::validators()
     QCOMPARE(m_store->count("?c tidel:entityTag ?e"), int(hasTag));
 }
 
-// What no server would want to be sent back is not kept.
-void TestFeedDownloads::validatorsOfLargeSize()
+// Validators of more than 1024 bytes are not stored.
+void TestFeedDownloads::largeValidators()
 {
     VERIFY_ENDING(subscribe(m_server->url("/tagged/5000")), "downloadFeedsFinished");
     QCOMPARE(m_store->count("?c tidel:entityTag ?e"), 0);
@@ -420,13 +425,13 @@ void TestFeedDownloads::newMessages()
                "<item><link>https://example.org/1</link></item>"));
     VERIFY_ENDING(refresh(m_store->texts("SELECT ?c { ?c a mfo:FeedChannel }")), "downloadFeedsFinished");
     QCOMPARE(messageLinks(), QStringList({"https://example.org/1", "https://example.org/2"}));
-    // Each is one message of both channels.
+    // Each message belongs to both channels.
     QCOMPARE(m_store->count("?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c"), 4);
 }
 
-void TestFeedDownloads::newMessagesAreTold()
+void TestFeedDownloads::newMessagesProperty()
 {
-    const auto told = [this] {
+    const auto lastNewMessages = [this] {
         QStringList links = downloader().property("newMessages").toStringList();
         links.sort();
         return links;
@@ -437,25 +442,25 @@ void TestFeedDownloads::newMessagesAreTold()
     write("b.xml", feed(second));
     const QString a = m_server->url("/files/a.xml");
     const QString b = m_server->url("/files/b.xml");
-    QCOMPARE(told(), QStringList());
+    QCOMPARE(lastNewMessages(), QStringList());
     VERIFY_ENDING(subscribe(a), "downloadFeedsFinished");
-    QCOMPARE(told(), QStringList("https://example.org/1"));
+    QCOMPARE(lastNewMessages(), QStringList("https://example.org/1"));
     VERIFY_ENDING(subscribe(b), "downloadFeedsFinished");
-    QCOMPARE(told(), QStringList("https://example.org/2"));
+    QCOMPARE(lastNewMessages(), QStringList("https://example.org/2"));
     VERIFY_ENDING(refresh({channelUri(a), channelUri(b)}), "downloadFeedsFinished");
-    QCOMPARE(told(), QStringList());
+    QCOMPARE(lastNewMessages(), QStringList());
 
-    // What is known of another channel is new to this one.
+    // A stored message of another channel is new to this channel.
     write("a.xml", feed(second + first));
     write("b.xml", feed(first + second + "<item><link>https://example.org/3</link></item>"));
     VERIFY_ENDING(refresh({channelUri(a), channelUri(b)}), "downloadFeedsFinished");
-    QCOMPARE(told(),
+    QCOMPARE(lastNewMessages(),
              QStringList({"https://example.org/1", "https://example.org/2", "https://example.org/3"}));
     VERIFY_ENDING(subscribe(m_server->url("/missing")), "downloadFeedsFailed");
-    QCOMPARE(told(), QStringList());
+    QCOMPARE(lastNewMessages(), QStringList());
 }
 
-// A message of that link would be taken for the channel.
+// Two things in the store must not have the same link.
 void TestFeedDownloads::linksOfChannels()
 {
     const QString other = m_server->url("/feed/Other");
@@ -473,7 +478,7 @@ void TestFeedDownloads::linksOfChannels()
     QCOMPARE(first.size(), 1);
     QVERIFY2(first.first().startsWith(other + "#tidel-"), qPrintable(first.first()));
 
-    // The name that it would get next is a channel's too.
+    // Now a channel has the alternative link too.
     m_store->update("DELETE { ?m a rdfs:Resource } WHERE { ?m nie:links <" + first.first() + "> }");
     m_store->update("INSERT { <urn:odd> a mfo:FeedChannel ; nie:links <" + first.first() + "> }");
     write("about.xml", feed(item + "<item><link>https://example.org/</link></item>"));
@@ -484,8 +489,8 @@ void TestFeedDownloads::linksOfChannels()
     QCOMPARE(m_store->count("?c a mfo:FeedChannel"), 3);
 }
 
-// What is stored stays known by its link, whoever else uses it later.
-void TestFeedDownloads::linkThatBecomesAChannels()
+// A stored message keeps its link, even if a channel gets the same link later.
+void TestFeedDownloads::messageLinkBecomesChannelLink()
 {
     const QString other = m_server->url("/feed/Other");
     const QByteArray item = "<item><link>" + other.toUtf8() + "</link></item>";
@@ -500,7 +505,7 @@ void TestFeedDownloads::linkThatBecomesAChannels()
     QCOMPARE(m_store->count("?c a mfo:FeedChannel"), 2);
 }
 
-void TestFeedDownloads::titleAndImageStay()
+void TestFeedDownloads::refreshKeepsTitleAndImage()
 {
     const QString path = write("title.xml", feed("", "As the feed has it"));
     VERIFY_ENDING(subscribe("file://" + path), "downloadFeedsFinished");
@@ -530,7 +535,7 @@ void TestFeedDownloads::unchangedFile()
     };
     VERIFY_ENDING(subscribe("file://" + path), "downloadFeedsFinished");
 
-    // Of the same size and time, it is taken to be the same.
+    // A file with the same size and time is not read.
     write("same.xml", second);
     QVERIFY(setTime(time));
     VERIFY_ENDING(refresh(), "downloadFeedsFinished");
@@ -551,8 +556,8 @@ void TestFeedDownloads::unchangedFile()
     QCOMPARE(gone.text, QString("no such file"));
 }
 
-// A file that was only just written may be written again within the same tick of the clock.
-void TestFeedDownloads::newFileIsReadAgain()
+// A file that was just written may change again without a new time.
+void TestFeedDownloads::newFileIsNotTrusted()
 {
     const QString path = write("new.xml", feed("<item><link>https://example.org/1</link></item>"));
     const auto setTime = [&](const QDateTime &changed) {
@@ -588,14 +593,14 @@ void TestFeedDownloads::droppedLinks()
     QCOMPARE(messageLinks(), QStringList("https://example.org/3"));
     QCOMPARE(m_store->count("?c tidel:droppedLink ?l"), 2);
 
-    // What the feed no longer shows need not be remembered.
+    // The channel forgets links that the feed no longer contains.
     write("dropping.xml", feed(item(4) + item(3) + item(2)));
     VERIFY_ENDING(refresh(), "downloadFeedsFinished");
     QCOMPARE(messageLinks(), QStringList({"https://example.org/3", "https://example.org/4"}));
     QCOMPARE(m_store->texts("SELECT ?l { ?c tidel:droppedLink ?l }"), QStringList("https://example.org/2"));
 }
 
-void TestFeedDownloads::channelIsDeletedMeanwhile()
+void TestFeedDownloads::channelDeletedDuringDownload()
 {
     write("late.xml", feed("<item><link>https://example.org/1</link></item>"));
     VERIFY_ENDING(subscribe(m_server->url("/later/late.xml")), "downloadFeedsFinished");
@@ -607,7 +612,7 @@ void TestFeedDownloads::channelIsDeletedMeanwhile()
     const Ending failed = ending(downloader());
     VERIFY_ENDING(failed, "downloadFeedsFailed");
     QCOMPARE(failed.error, int(FeedDownloadNotFound));
-    QCOMPARE(failed.text, QString("the channel has been deleted in the meantime"));
+    QCOMPARE(failed.text, QString("the channel was deleted during the download"));
     QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 0);
 }
 
@@ -635,13 +640,13 @@ void TestFeedDownloads::someChannelsFail()
         refresh({channelUri("file://" + bad), channelUri("file://" + worse), channelUri("file://" + good)});
     VERIFY_ENDING(failed, "downloadFeedsFailed");
     QCOMPARE(failed.error, int(FeedDownloadNotAFeed));
-    QVERIFY2(failed.text.startsWith("is not well-formed XML"), qPrintable(failed.text));
+    QVERIFY2(failed.text.startsWith("the document is not well-formed XML"), qPrintable(failed.text));
     QCOMPARE(messageLinks().size(), 2);
 }
 
 void TestFeedDownloads::noChannels() { VERIFY_ENDING(refresh(QStringList()), "downloadFeedsFinished"); }
 
-void TestFeedDownloads::storeRefuses()
+void TestFeedDownloads::storeCannotBeOpened()
 {
     const QString store = m_store->dataFolder() + "/tidel";
     QVERIFY(!QFile::exists(store));
@@ -655,7 +660,7 @@ void TestFeedDownloads::storeRefuses()
     VERIFY_ENDING(subscribe(m_server->url("/feed")), "downloadFeedsFinished");
 }
 
-void TestFeedDownloads::cancelBeforeItBegins()
+void TestFeedDownloads::cancelBeforeStart()
 {
     downloader().subscribe(QUrl(m_server->url("/feed")));
     downloader().cancel();
@@ -666,7 +671,7 @@ void TestFeedDownloads::cancelBeforeItBegins()
     QCOMPARE(m_server->takeRequests(), QStringList());
 }
 
-void TestFeedDownloads::cancelMidway()
+void TestFeedDownloads::cancelDuringDownload()
 {
     downloader().subscribe(QUrl(m_server->url("/silent")));
     QTRY_COMPARE(m_server->requests(), QStringList("GET /silent 0"));
@@ -678,7 +683,7 @@ void TestFeedDownloads::cancelMidway()
     VERIFY_ENDING(subscribe(m_server->url("/feed")), "downloadFeedsFinished");
 }
 
-void TestFeedDownloads::cancelTheRest()
+void TestFeedDownloads::cancelSeveralDownloads()
 {
     const QString first = write("first.xml", feed(""));
     VERIFY_ENDING(subscribe("file://" + first), "downloadFeedsFinished");
@@ -694,7 +699,7 @@ void TestFeedDownloads::cancelTheRest()
     QCOMPARE(messageLinks(), QStringList("https://example.org/1"));
 }
 
-void TestFeedDownloads::cancelNothing()
+void TestFeedDownloads::cancelWithoutDownload()
 {
     QSignalSpy failed(&downloader(), &FeedPluginInterface::downloadFeedsFailed);
     downloader().cancel();
@@ -720,20 +725,20 @@ void TestFeedDownloads::busy()
     QCOMPARE(downloader().errorString(), QString());
 }
 
-void TestFeedDownloads::deletedMidway()
+void TestFeedDownloads::deletedDuringDownload()
 {
     auto other = another();
     other->subscribe(QUrl(m_server->url("/silent")));
     QTRY_COMPARE(m_server->requests(), QStringList("GET /silent 0"));
     other.reset();
-    auto unbegun = another();
-    unbegun->subscribe(QUrl(m_server->url("/feed")));
-    unbegun.reset();
+    auto unstarted = another();
+    unstarted->subscribe(QUrl(m_server->url("/feed")));
+    unstarted.reset();
     VERIFY_ENDING(subscribe(m_server->url("/feed/After")), "downloadFeedsFinished");
     QCOMPARE(m_store->count("?c a mfo:FeedChannel"), 1);
 }
 
-void TestFeedDownloads::many()
+void TestFeedDownloads::manyDownloaders()
 {
     constexpr int count = 24;
     std::vector<std::unique_ptr<FeedPluginInterface>> downloaders;
@@ -746,7 +751,7 @@ void TestFeedDownloads::many()
     }
     QTRY_COMPARE(finished, count);
     QCOMPARE(m_store->count("?c a mfo:FeedChannel"), count);
-    // All show one message.
+    // All feeds contain the same message.
     QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 1);
     QCOMPARE(m_store->count("?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c"), count);
 }

@@ -60,7 +60,7 @@ void TestFeedFile::strangeNames_data()
     QTest::newRow("non-ASCII") << QStringLiteral("\u4e80\u00e9.xml");
 }
 
-// The channel's link must find the file again, and the store must find the channel by it.
+// The link of a channel is the path of the file and the key in the store.
 void TestFeedFile::strangeNames()
 {
     QFETCH(QString, name);
@@ -76,28 +76,29 @@ void TestFeedFile::strangeNames()
 void TestFeedFile::failures()
 {
     QCOMPARE(failure("missing.xml"), QString("no such file"));
-    QCOMPARE(failure("."), QString("is a directory, not a feed file"));
-    QCOMPARE(failure("/dev/zero"), QString("is not a regular file"));
+    QCOMPARE(failure("."), QString("the path is a directory, not a feed"));
+    QCOMPARE(failure("/dev/zero"), QString("the file is not a regular file"));
     write("empty.xml", "");
-    QCOMPARE(failure("empty.xml"), QString("is empty"));
+    QCOMPARE(failure("empty.xml"), QString("the file is empty"));
     QVERIFY(QFile::link("gone.xml", m_dir.filePath("dangling.xml")));
-    QCOMPARE(failure("dangling.xml"), QString("leads to a file that does not exist"));
+    QCOMPARE(failure("dangling.xml"), QString("the file is a link to a file that does not exist"));
 }
 
 void TestFeedFile::unreadable()
 {
-    // It can be opened, but not be read from its beginning.
-    QVERIFY2(failure("/proc/self/mem").startsWith("cannot be read: "), qPrintable(failure("/proc/self/mem")));
+    // This file can be opened, but its first byte cannot be read.
+    const QString memory = failure("/proc/self/mem");
+    QVERIFY2(memory.startsWith("could not read the file: "), qPrintable(memory));
 
     const QString path = write("locked.xml", "<a/>");
     QVERIFY(QFile::setPermissions(path, {}));
     QVERIFY(QFile::setPermissions(m_dir.path(), QFile::Permissions(0x7755)));
-    // Nothing is locked to the superuser.
+    // The superuser can read every file.
     const uid_t user = geteuid();
     QCOMPARE(seteuid(user == 0 ? 65534 : user), 0);
     const QString text = failure(path);
     QCOMPARE(seteuid(user), 0);
-    QVERIFY2(text.startsWith("cannot be read: "), qPrintable(text));
+    QVERIFY2(text.startsWith("could not read the file: "), qPrintable(text));
 }
 
 void TestFeedFile::tooLarge()
@@ -105,7 +106,7 @@ void TestFeedFile::tooLarge()
     QFile file(m_dir.filePath("large.xml"));
     QVERIFY(file.open(QIODevice::WriteOnly));
     QVERIFY(file.resize(300 * 1024 * 1024));
-    QCOMPARE(failure("large.xml"), QString("is too large: more than 32 MiB"));
+    QCOMPARE(failure("large.xml"), QString("the file is larger than the limit of 32 MiB"));
 }
 
 QTEST_GUILESS_MAIN(TestFeedFile)

@@ -25,7 +25,7 @@ std::optional<ParsedFeed> parse(const QByteArray &document, QString *error, cons
     return ParsedFeed::parse(document, urlOf(name), error);
 }
 
-/// The messages of \a feed, the newest first, without those whose links are \a known.
+/// The messages of \a feed, the newest first, without those with the links \a known.
 QList<FeedMessage> messagesOf(const ParsedFeed &feed, const QSet<QString> &reserved = {},
                               const QSet<QString> &known = {})
 {
@@ -120,8 +120,8 @@ QString dump(const ParsedFeed &feed)
     return text;
 }
 
-/// Compares with the expectation for the sample \a name. What was found is kept beside the test where it
-/// differs, since Qt Test cuts long texts off.
+/// Returns true if \a found is the expected text of the sample \a name. Otherwise writes \a found to a file,
+/// because Qt Test shortens long texts, and returns false.
 bool isAsExpected(const QString &name, const QString &found)
 {
     const QString expected = QString::fromUtf8(contentOf(expectations + '/' + name + ".txt"));
@@ -135,7 +135,7 @@ bool isAsExpected(const QString &name, const QString &found)
     return false;
 }
 
-bool isFit(const QString &link)
+bool isClean(const QString &link)
 {
     static const QRegularExpression forbidden("[\\x00-\\x20<>\"{}|^`\\\\\\x7f-\\x{ffff}]");
     return QString::fromLatin1(QUrl::fromUserInput(link).toEncoded()) == link
@@ -165,19 +165,19 @@ private slots:
     void samples();
     void broken_data();
     void broken();
-    void everyExpectationHasASample();
-    void valuesAreFitForTheStore_data();
-    void valuesAreFitForTheStore();
+    void expectationsHaveSamples();
+    void valuesAreClean_data();
+    void valuesAreClean();
     void knownLinksAreLeftOut();
     void channelLinksAreAvoided();
-    void sharedLinksStayWithTheOldest();
-    void itemsWithoutLinkKeepTheirs();
+    void oldestItemKeepsSharedLink();
+    void itemsWithoutLinkKeepTheirNames();
     void repeatedItemIsOneMessage();
     void titles_data();
     void titles();
-    void onlyFilesNameFiles_data();
-    void onlyFilesNameFiles();
-    void tooMuchRdf();
+    void localFilesInLocalFeedsOnly_data();
+    void localFilesInLocalFeedsOnly();
+    void largeRdf();
     void hostileSizes_data();
     void hostileSizes();
     void generatedFeeds();
@@ -186,7 +186,7 @@ private slots:
 
 void TestFeedParser::initTestCase()
 {
-    // Syndication warns of documents that are not well-formed.
+    // Hide the warnings of Syndication about documents that are not well-formed.
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {
         if (type == QtCriticalMsg)
             fprintf(stderr, "%s\n", qPrintable(text));
@@ -206,7 +206,7 @@ void TestFeedParser::samples()
 
 void TestFeedParser::broken_data() { addSamples({"broken"}); }
 
-// The reason that Qt gives may be worded otherwise in its next version, so only the beginning is compared.
+// Only the beginning is compared, because the text of Qt may differ between versions.
 void TestFeedParser::broken()
 {
     QFETCH(QString, name);
@@ -217,7 +217,7 @@ void TestFeedParser::broken()
     QVERIFY2(error.startsWith(expected), qPrintable(error));
 }
 
-void TestFeedParser::everyExpectationHasASample()
+void TestFeedParser::expectationsHaveSamples()
 {
     QDirIterator files(expectations, QDir::Files, QDirIterator::Subdirectories);
     int count = 0;
@@ -228,31 +228,31 @@ void TestFeedParser::everyExpectationHasASample()
     QVERIFY(count > 0);
 }
 
-void TestFeedParser::valuesAreFitForTheStore_data() { addSamples({"feeds", "feeds-later"}); }
+void TestFeedParser::valuesAreClean_data() { addSamples({"feeds", "feeds-later"}); }
 
-void TestFeedParser::valuesAreFitForTheStore()
+void TestFeedParser::valuesAreClean()
 {
     QFETCH(QString, name);
     QString error;
     const auto feed = parse(contentOf(::samples + '/' + name), &error, name);
     QVERIFY2(feed, qPrintable(error));
     const FeedChannel channel = feed->channel();
-    QVERIFY(isFit(channel.link()));
+    QVERIFY(isClean(channel.link()));
     QVERIFY(!channel.title().isEmpty());
-    QVERIFY(channel.icon().remoteUrl().isEmpty() || isFit(channel.icon().remoteUrl()));
+    QVERIFY(channel.icon().remoteUrl().isEmpty() || isClean(channel.icon().remoteUrl()));
 
     static const QRegularExpression mimeType("^([a-z0-9!#$&^_.+-]+/[a-z0-9!#$&^_.+-]+)?$");
     QSet<QString> links{channel.link()};
     const auto messages = messagesOf(*feed, {channel.link()});
     for (const FeedMessage &message : messages) {
-        QVERIFY2(isFit(message.link()), qPrintable(message.link()));
+        QVERIFY2(isClean(message.link()), qPrintable(message.link()));
         QVERIFY2(!links.contains(message.link()), qPrintable(message.link()));
         links.insert(message.link());
         QCOMPARE(message.title(), message.title().simplified());
         QVERIFY(!message.description().contains(QChar(0)));
         const auto enclosures = message.enclosures();
         for (const FeedEnclosure &enclosure : enclosures) {
-            QVERIFY2(isFit(enclosure.remoteUrl()), qPrintable(enclosure.remoteUrl()));
+            QVERIFY2(isClean(enclosure.remoteUrl()), qPrintable(enclosure.remoteUrl()));
             QVERIFY2(mimeType.match(enclosure.mimeType()).hasMatch(), qPrintable(enclosure.mimeType()));
         }
     }
@@ -281,8 +281,8 @@ void TestFeedParser::channelLinksAreAvoided()
     QVERIFY2(links.at(2).startsWith("https://example.org/#tidel-"), qPrintable(links.at(2)));
 }
 
-// What was stored must be recognised while new items arrive at the top and old ones fall out at the bottom.
-void TestFeedParser::sharedLinksStayWithTheOldest()
+// Stored items must be recognised when new items are added at the top and old ones are removed at the bottom.
+void TestFeedParser::oldestItemKeepsSharedLink()
 {
     const QStringList first = linksOf(messagesOf(rss(statusItem(2) + statusItem(1))));
     QCOMPARE(first.size(), 2);
@@ -297,14 +297,13 @@ void TestFeedParser::sharedLinksStayWithTheOldest()
     QCOMPARE(messagesOf(rss(statusItem(4) + statusItem(3)), all).size(), 1);
 }
 
-void TestFeedParser::itemsWithoutLinkKeepTheirs()
+void TestFeedParser::itemsWithoutLinkKeepTheirNames()
 {
     const QByteArray old = "<item><title>Old</title><description>x</description></item>";
     const QStringList first = linksOf(messagesOf(rss(old)));
     QCOMPARE(first.size(), 1);
     QVERIFY(first.first().startsWith("urn:tidel:item:"));
-    // Syndication reads titles otherwise when one of them has markup, which must not change what items are
-    // called.
+    // Syndication reads all titles differently if one has markup. This must not change the names of items.
     const QByteArray marked = "<item><title>&lt;b&gt;New&lt;/b&gt;</title></item>";
     QVERIFY(linksOf(messagesOf(rss(marked + old))).contains(first.first()));
 }
@@ -342,7 +341,7 @@ void TestFeedParser::repeatedItemIsOneMessage()
     QCOMPARE(messagesOf(rss("<item><title>a</title></item><item><title>b</title></item>")).size(), 2);
 }
 
-void TestFeedParser::onlyFilesNameFiles_data()
+void TestFeedParser::localFilesInLocalFeedsOnly_data()
 {
     QTest::addColumn<QUrl>("feed");
     QTest::addColumn<QStringList>("links");
@@ -351,7 +350,7 @@ void TestFeedParser::onlyFilesNameFiles_data()
     QTest::newRow("web") << QUrl("https://example.org/feed.xml") << QStringList{elsewhere};
 }
 
-void TestFeedParser::onlyFilesNameFiles()
+void TestFeedParser::localFilesInLocalFeedsOnly()
 {
     QFETCH(QUrl, feed);
     QFETCH(QStringList, links);
@@ -369,7 +368,7 @@ void TestFeedParser::onlyFilesNameFiles()
     QCOMPARE(found, links);
 }
 
-void TestFeedParser::tooMuchRdf()
+void TestFeedParser::largeRdf()
 {
     QString error;
     const auto document = [](int items) {
@@ -380,7 +379,7 @@ void TestFeedParser::tooMuchRdf()
     };
     QVERIFY2(parse(document(1000), &error), qPrintable(error));
     QVERIFY(!parse(document(100000), &error));
-    QVERIFY2(error.startsWith("is not read: RDF with more than"), qPrintable(error));
+    QVERIFY2(error.startsWith("the document is too complex: it is RDF with more than"), qPrintable(error));
 }
 
 void TestFeedParser::hostileSizes_data()
@@ -395,26 +394,26 @@ void TestFeedParser::hostileSizes_data()
     QTest::addColumn<QString>("expected");
 
     QTest::newRow("deep") << rss(QByteArray("<a>").repeated(200000))
-                          << "is not read: its elements are nested";
+                          << "the document is too complex: its elements are nested";
     QTest::newRow("deep in UTF-16") << QByteArray("\xff\xfe")
             + QByteArray(reinterpret_cast<const char *>(QString("<a>").utf16()), 6).repeated(200000)
-                                    << "is not read: its elements are nested";
+                                    << "the document is too complex: its elements are nested";
     QTest::newRow("deep behind UTF-7")
         << QByteArray("<?xml version='1.0' encoding='utf-7'?>") + QByteArray("+ADw-a+AD4-").repeated(200000)
-        << "is ";
+        << "the document ";
     QTest::newRow("many elements") << rss(QByteArray("<item/>").repeated(1000000))
-                                   << "is not read: it has more than";
+                                   << "the document is too complex: it has more than";
     QTest::newRow("many attributes") << rss("<a " + QByteArray("b='' ").repeated(100000) + "/>")
-                                     << "is not read: it has too many attributes";
+                                     << "the document is too complex: it has too many attributes";
     QTest::newRow("many namespaces") << rss("<a " + declarations(250) + '>'
                                             + QByteArray("<b xmlns:q='w'/>").repeated(100000) + "</a>")
-                                     << "is not read: it has too many attributes";
+                                     << "the document is too complex: it has too many attributes";
     QTest::newRow("entities of entities")
         << QByteArray("<!DOCTYPE rss [<!ENTITY a 'aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa'>"
                       "<!ENTITY b '&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;'>"
                       "<!ENTITY c '&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;'>]>")
             + rss("<item><title>&c;</title></item>")
-        << "is not well-formed XML";
+        << "the document is not well-formed XML";
 }
 
 void TestFeedParser::hostileSizes()

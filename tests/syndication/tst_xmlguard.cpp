@@ -37,12 +37,12 @@ private slots:
     void depth();
     void attributes_data();
     void attributes();
-    void cutShort();
+    void truncatedDocuments();
     void goodDocumentsPass_data();
     void goodDocumentsPass();
     void obstacles_data();
     void obstacles();
-    void errorsHaveAPlace();
+    void errorsHavePosition();
 };
 
 void TestXmlGuard::depth_data()
@@ -90,13 +90,14 @@ void TestXmlGuard::attributes()
     QCOMPARE(scanned(document).attributes, expected);
 }
 
-void TestXmlGuard::cutShort()
+void TestXmlGuard::truncatedDocuments()
 {
     const QByteArray document("<?xml version='1.0'?><!DOCTYPE a><a b='c'><!-- d --><![CDATA[e]]></a>");
     for (int length = 0; length <= document.size(); ++length) {
         QVERIFY(scanned(document.left(length)).depth <= 1);
         const QString found = obstacle(document.left(length));
-        QVERIFY2(found.isEmpty() || found.startsWith("is not well-formed XML"), qPrintable(found));
+        QVERIFY2(found.isEmpty() || found.startsWith("the document is not well-formed XML"),
+                 qPrintable(found));
     }
 }
 
@@ -146,7 +147,8 @@ void TestXmlGuard::obstacles_data()
     QTest::newRow("tags that are never closed")
         << QByteArray("<html><body>") + QByteArray("<br>").repeated(600) + "</body></html>" << deep;
     QTest::newRow("error in a document with entities")
-        << QByteArray("<!DOCTYPE a [<!ENTITY e 'e'>]>\n<a></b>") << "is not well-formed XML (line 2, ";
+        << QByteArray("<!DOCTYPE a [<!ENTITY e 'e'>]>\n<a></b>")
+        << "the document is not well-formed XML (line 2, ";
 }
 
 void TestXmlGuard::obstacles()
@@ -157,11 +159,11 @@ void TestXmlGuard::obstacles()
     QVERIFY2(found.contains(expected), qPrintable(found));
 }
 
-void TestXmlGuard::errorsHaveAPlace()
+void TestXmlGuard::errorsHavePosition()
 {
     QCOMPARE(xmlError("<a>\n<b/></a>"), QString());
     const QString error = xmlError("<a>\n  <b></c></a>");
-    QVERIFY2(error.startsWith("is not well-formed XML (line 2, column "), qPrintable(error));
+    QVERIFY2(error.startsWith("the document is not well-formed XML (line 2, column "), qPrintable(error));
     QVERIFY(!xmlError("").isEmpty());
     QVERIFY(!xmlError("text").isEmpty());
 }

@@ -12,8 +12,8 @@ class TestXmlText : public QObject
 private slots:
     void unchanged_data();
     void unchanged();
-    void mended_data();
-    void mended();
+    void repaired_data();
+    void repaired();
     void refused_data();
     void refused();
 };
@@ -42,7 +42,7 @@ void TestXmlText::unchanged()
     QCOMPARE(*readable, document);
 }
 
-void TestXmlText::mended_data()
+void TestXmlText::repaired_data()
 {
     QTest::addColumn<QByteArray>("document");
     QTest::addColumn<QByteArray>("expected");
@@ -65,7 +65,7 @@ void TestXmlText::mended_data()
         << QByteArray("\0<\0a\0/\0>", 8) << QByteArray("<a/>");
 }
 
-void TestXmlText::mended()
+void TestXmlText::repaired()
 {
     QFETCH(QByteArray, document);
     QFETCH(QByteArray, expected);
@@ -82,7 +82,8 @@ void TestXmlText::refused_data()
 
     const QByteArray declaration("<?xml version='1.0' encoding='utf-8'?>\n");
     const auto notUtf8 = [&](const char *name, const char *text) {
-        QTest::newRow(name) << declaration + text << "is not well-formed XML (line 2, column 4: ";
+        QTest::newRow(name) << declaration + text
+                            << "the document is not well-formed XML (line 2, column 4: ";
     };
     notUtf8("Latin-1 declared as UTF-8", "<a>\xe9</a>");
     notUtf8("continuation alone", "<a>\x80</a>");
@@ -90,7 +91,7 @@ void TestXmlText::refused_data()
     notUtf8("too high", "<a>\xf5\x80\x80\x80</a>");
     notUtf8("cut short", "<a>\xe4\xba");
     QTest::newRow("unknown encoding") << QByteArray("<?xml version='1.0' encoding='klingon'?><a/>")
-                                      << "is in the encoding \"klingon\", which cannot be read";
+                                      << "the document has the encoding \"klingon\", which is not supported";
     QTest::newRow("declaration without end") << QByteArray("<?xml version='1.0' encoding='\xe9") << "";
 }
 
@@ -100,7 +101,7 @@ void TestXmlText::refused()
     QFETCH(QString, expected);
     QString error;
     const auto readable = readableXml(document, &error);
-    if (expected.isEmpty()) // only that it ends is asked
+    if (expected.isEmpty()) // Any result is valid.
         return;
     QVERIFY(!readable);
     QVERIFY2(error.startsWith(expected), qPrintable(error));
