@@ -8,13 +8,15 @@
 
 namespace Tidel {
 
-/// What a command was given: names, and the options that are set, with their values, by their long names.
+/// The arguments of a command.
 struct Arguments
 {
-    QStringList names;
-    QHash<QString, QString> options = {};
+    QStringList names; ///< The arguments that are not options.
+    QHash<QString, QString> options = {}; ///< The options that are set and their values, by long name.
 
+    /// Returns true if \a option is set; otherwise returns false.
     bool isSet(const char *option) const { return options.contains(QLatin1String(option)); }
+    /// The value of \a option; empty if it is not set.
     QString value(const char *option) const { return options.value(QLatin1String(option)); }
 };
 

@@ -14,8 +14,8 @@ namespace {
 QString advice(Error::Kind kind)
 {
     switch (kind) {
-    case Error::NotFound: return QStringLiteral("; \"tidel channels\" lists them");
-    case Error::Ambiguous: return QStringLiteral("; use the link of one, as \"tidel channels\" shows it");
+    case Error::NotFound: return QStringLiteral("; \"tidel channels\" lists the channels");
+    case Error::Ambiguous: return QStringLiteral("; use a link that \"tidel channels\" shows");
     default: return QString();
     }
 }
@@ -48,7 +48,7 @@ QList<FeedChannel> chooseChannels(const Store &store, const QStringList &names, 
         return {};
     }
     if (names.isEmpty() && channels->isEmpty())
-        output.note(QStringLiteral("No channels yet; \"tidel subscribe FILE|URL\" adds one."));
+        output.note(QStringLiteral("There are no channels; \"tidel subscribe FILE|URL\" adds one."));
     if (names.isEmpty())
         return *channels;
     QList<FeedChannel> chosen;

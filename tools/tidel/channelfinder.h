@@ -14,12 +14,12 @@ namespace Tidel {
 class Output;
 class Store;
 
-/// The channel of \a store that the user calls \a name; nothing if there is none, which is reported to
-/// \a output.
+/// Returns the channel of \a store that \a name means. If there is none, reports it to \a output and returns
+/// nothing.
 std::optional<FeedChannel> chooseChannel(const Store &store, const QString &name, Output &output);
 
-/// The channels that the user calls \a names, all of them if there is no name. Reports to \a output each name
-/// that is not a channel's, that there are no channels, and failures of the store.
+/// Returns the channels of \a store that \a names mean, or all channels if \a names is empty. Reports unknown
+/// names, an empty store and errors of the store to \a output.
 QList<FeedChannel> chooseChannels(const Store &store, const QStringList &names, Output &output);
 
 } // namespace Tidel

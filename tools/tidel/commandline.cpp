@@ -24,69 +24,71 @@ constexpr int anyNumber = -1;
 struct Option
 {
     const char *name;
-    const char *value; ///< what is to be given; null for an option without a value
+    const char *value; ///< The name of the value in the help; null for an option without a value.
     const char *description;
 };
 
 struct Command
 {
     const char *name;
-    const char *syntax;
+    const char *syntax; ///< The arguments in the help.
     const char *summary;
-    const char *details;
+    const char *details; ///< Describes the arguments.
     int minimumArguments;
     int maximumArguments;
     void (*run)(const Store &, const Arguments &, Output &);
     std::vector<Option> options = {};
-    QString (*misuse)(const Arguments &) = nullptr;
+    QString (*misuse)(const Arguments &) =
+        nullptr; ///< Returns an error of the options; empty if there is none.
 };
 
-const char *const aChannel = "A channel by title, link, file or URI.";
-const char *const someChannels = "Channels by title, link, file or URI; all of them when none is named.";
-const char *const aMessage = "A message by link or URI.";
+const char *const aChannel = "The title, link, file or URI of a channel.";
+const char *const someChannels = "The titles, links, files or URIs of channels; all channels by default.";
+const char *const aMessage = "The link or URI of a message.";
 
 const Command commands[] = {
-    {"subscribe", "FILE|URL...", "Subscribe to feeds: RSS, Atom or RDF, on the network or in files.",
-     "Feeds, as http, https or file URLs or as paths.", 1, anyNumber, subscribe},
+    {"subscribe", "FILE|URL...", "Subscribe to RSS, Atom or RDF feeds.",
+     "The http, https or file URLs of feeds, or paths of files.", 1, anyNumber, subscribe},
     {"unsubscribe", "CHANNEL", "Delete a channel with its messages and their downloaded files.", aChannel, 1,
      1, unsubscribe},
-    {"refresh", "[CHANNEL...]", "Read the feeds again and store what is new.", someChannels, 0, anyNumber,
+    {"refresh", "[CHANNEL...]", "Download the feeds and store new messages.", someChannels, 0, anyNumber,
      refresh},
     {"download",
      "MESSAGE|ENCLOSURE...",
      "Download the files of messages.",
-     "Messages by link or URI, enclosures by address or URI.",
+     "The links or URIs of messages, or the addresses or URIs of enclosures.",
      1,
      anyNumber,
      download,
-     {{"into", "DIRECTORY", "Where the files go, in place of the folder \"tidel\" in your downloads."}},
+     {{"into", "DIRECTORY", "The folder for the files; by default \"tidel\" in your download folder."}},
      misuseOfDownload},
     {"edit",
      "CHANNEL [--title TITLE] [--link FILE|URL]",
-     "Change a channel's title or link.",
+     "Change the title or link of a channel.",
      aChannel,
      1,
      1,
      edit,
-     {{"title", "TITLE", "The new title."}, {"link", "FILE|URL", "Where the feed is from now on."}},
+     {{"title", "TITLE", "The new title."}, {"link", "FILE|URL", "The new address of the feed."}},
      misuseOfEdit},
-    {"channels", "", "List the channels: title, messages, link, URI.", "", 0, 0, listChannels},
-    {"messages", "CHANNEL", "List a channel's messages, newest first; * marks favorites.", aChannel, 1, 1,
-     listMessages},
-    {"enclosures", "MESSAGE", "List a message's files: size, type, address.", aMessage, 1, 1, listEnclosures},
+    {"channels", "", "List the channels: title, number of messages, link, URI.", "", 0, 0, listChannels},
+    {"messages", "CHANNEL", "List the messages of a channel, newest first; * marks favorites.", aChannel, 1,
+     1, listMessages},
+    {"enclosures", "MESSAGE", "List the files of a message: size, type, address.", aMessage, 1, 1,
+     listEnclosures},
     {"favorite", "MESSAGE", "Mark a message as a favorite, which is never pruned.", aMessage, 1, 1, favorite},
-    {"unfavorite", "MESSAGE", "Take the mark away.", aMessage, 1, 1, unfavorite},
+    {"unfavorite", "MESSAGE", "Remove the favorite mark from a message.", aMessage, 1, 1, unfavorite},
     {"prune",
      "[CHANNEL...] --keep N [--dry-run]",
-     "Delete a channel's oldest messages; favorites stay.",
+     "Delete the oldest messages of each channel, except favorites.",
      someChannels,
      0,
      anyNumber,
      prune,
-     {{"keep", "N", "How many messages stay, besides the favorites."},
-      {"dry-run", nullptr, "Say what would be deleted, and delete nothing."}},
+     {{"keep", "N", "The number of messages to keep in addition to favorites."},
+      {"dry-run", nullptr, "Shows what would be deleted, and deletes nothing."}},
      misuseOfPrune},
-    {"clean", "", "Delete messages of no channel and enclosures of no message.", "", 0, 0, clean},
+    {"clean", "", "Delete messages without a channel and enclosures without a message.", "", 0, 0, clean},
 };
 
 const Command *findCommand(const QString &name)
@@ -97,7 +99,7 @@ const Command *findCommand(const QString &name)
     return found == std::end(commands) ? nullptr : found;
 }
 
-int outcome(Output &output)
+int exitCode(Output &output)
 {
     const bool isFine = output.finish();
     if (output.signal() != 0)
@@ -110,12 +112,12 @@ int show(Output &output, const QString &text)
     const QStringList lines = text.trimmed().split(QLatin1Char('\n'));
     for (const QString &line : lines)
         output.line(line);
-    return outcome(output);
+    return exitCode(output);
 }
 
 int usageError(Output &output, const QString &problem, const QString &help)
 {
-    // Qt ends its sentences.
+    // The texts of Qt end with a full stop.
     const QString text = problem.endsWith(QLatin1Char('.')) ? problem.chopped(1) : problem;
     output.error(QStringLiteral("%1; see %2").arg(text, help));
     return UsageError;
@@ -124,7 +126,7 @@ int usageError(Output &output, const QString &problem, const QString &help)
 QCommandLineOption helpOption()
 {
     return QCommandLineOption({QStringLiteral("h"), QStringLiteral("help")},
-                              QStringLiteral("Shows this help."));
+                              QStringLiteral("Displays this help."));
 }
 
 QCommandLineOption parserOption(const Option &option)
@@ -146,7 +148,7 @@ Arguments givenArguments(const Command &command, const QCommandLineParser &parse
     return given;
 }
 
-/// What is wrong with \a arguments; empty when nothing is.
+/// Returns what is wrong with \a arguments; empty if they are valid.
 QString misuse(const Command &command, const Arguments &arguments)
 {
     if (arguments.names.size() < command.minimumArguments)
@@ -158,7 +160,7 @@ QString misuse(const Command &command, const Arguments &arguments)
     return command.misuse ? command.misuse(arguments) : QString();
 }
 
-/// Qt's help begins with the program as it was called, path and all; \a call takes its place.
+/// Returns the help of \a parser. Replaces the path of the program by \a call.
 QString helpText(const QCommandLineParser &parser, const QString &call)
 {
     const QString program = QCoreApplication::arguments().constFirst();
@@ -167,7 +169,7 @@ QString helpText(const QCommandLineParser &parser, const QString &call)
     return place < 0 ? text : text.replace(place, program.size(), call);
 }
 
-/// "[CHANNEL...] --keep N" begins with the argument CHANNEL.
+/// Returns the first argument of \a syntax, such as "CHANNEL" of "[CHANNEL...] --keep N".
 QString argumentName(const QString &syntax)
 {
     return syntax.section(QLatin1Char(' '), 0, 0).remove(QRegularExpression(QStringLiteral("[][.]")));
@@ -184,7 +186,7 @@ QString commandList()
     }
     return text
         + QStringLiteral(
-               "\n\"tidel COMMAND --help\" tells more. What begins with - but is no option comes after --.");
+               "\n\"tidel COMMAND --help\" describes a command. Put arguments that begin with - after --.");
 }
 
 int runWithStore(const Command &command, const Arguments &arguments, Output &output)
@@ -194,7 +196,7 @@ int runWithStore(const Command &command, const Arguments &arguments, Output &out
         command.run(*store, arguments, output);
     else
         output.failure(store.error());
-    return outcome(output);
+    return exitCode(output);
 }
 
 int runCommand(const Command &command, const QStringList &arguments, Output &output)
@@ -233,10 +235,10 @@ int runCommandLine(const QStringList &arguments)
     parser.addOption(helpOption());
     const QCommandLineOption version = parser.addVersionOption();
     const QCommandLineOption logSettings(QStringLiteral("log-settings"),
-                                         QStringLiteral("Logs the messages of this run as FILE says."),
+                                         QStringLiteral("Writes log messages as configured in FILE."),
                                          QStringLiteral("FILE"));
     parser.addOption(logSettings);
-    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("What to do."),
+    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("The command to run."),
                                  QStringLiteral("COMMAND [ARGUMENT...]"));
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
 

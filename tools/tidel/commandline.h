@@ -6,15 +6,15 @@
 
 namespace Tidel {
 
-/// What a program returns to the one that called it.
+/// The exit codes of the program.
 enum ExitCode {
-    AllFine = 0,
-    SomethingFailed = 1, ///< and the rest was done
-    UsageError = 2, ///< and nothing was done
-    Interrupted = 128 ///< plus the number of the signal
+    AllFine = 0, ///< Everything was done.
+    SomethingFailed = 1, ///< Something failed, and the rest was done.
+    UsageError = 2, ///< The arguments are wrong, and nothing was done.
+    Interrupted = 128 ///< A signal ended the program. The number of the signal is added.
 };
 
-/// Does what \a arguments say, the first being the program's name; returns an ExitCode.
+/// Runs the program with \a arguments, which begin with the name of the program. Returns an ExitCode.
 int runCommandLine(const QStringList &arguments);
 
 } // namespace Tidel

@@ -9,25 +9,38 @@ namespace Tidel {
 class Output;
 class Store;
 
-// The commands of the same names. They report failures to the output. After a failure the rest is still done.
+// The commands of the program. They report failures to the output. A failure does not stop the rest.
 
+/// Subscribes to the feeds with these addresses.
 void subscribe(const Store &store, const Arguments &arguments, Output &output);
+/// Deletes the channel with this name.
 void unsubscribe(const Store &store, const Arguments &arguments, Output &output);
+/// Downloads the feeds of the channels with these names, or of all channels.
 void refresh(const Store &store, const Arguments &arguments, Output &output);
+/// Downloads the enclosures with these names, or those of the messages with these names.
 void download(const Store &store, const Arguments &arguments, Output &output);
+/// Changes the title or link of the channel with this name.
 void edit(const Store &store, const Arguments &arguments, Output &output);
+/// Marks the message with this name as a favorite.
 void favorite(const Store &store, const Arguments &arguments, Output &output);
+/// Removes the favorite mark of the message with this name.
 void unfavorite(const Store &store, const Arguments &arguments, Output &output);
+/// Deletes the oldest messages of the channels with these names, or of all channels.
 void prune(const Store &store, const Arguments &arguments, Output &output);
+/// Deletes messages without a channel and enclosures without a message.
 void clean(const Store &store, const Arguments &arguments, Output &output);
+/// Lists all channels.
 void listChannels(const Store &store, const Arguments &arguments, Output &output);
+/// Lists the messages of the channel with this name.
 void listMessages(const Store &store, const Arguments &arguments, Output &output);
+/// Lists the enclosures of the message with this name.
 void listEnclosures(const Store &store, const Arguments &arguments, Output &output);
 
-// What is wrong with the options of a command; empty if they are valid.
-
+/// Returns what is wrong with the options of download; empty if they are valid.
 QString misuseOfDownload(const Arguments &arguments);
+/// Returns what is wrong with the options of edit; empty if they are valid.
 QString misuseOfEdit(const Arguments &arguments);
+/// Returns what is wrong with the options of prune; empty if they are valid.
 QString misuseOfPrune(const Arguments &arguments);
 
 } // namespace Tidel

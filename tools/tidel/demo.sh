@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: LGPL-2.1-or-later
 # usage: demo.sh TIDEL TESTS
-# Serves the sample feeds on 127.0.0.1 and subscribes, lists, refreshes and downloads them in a store that is thrown
-# away.
+# Serves the sample feeds on 127.0.0.1 and runs the commands of tidel on a temporary store.
 set -euo pipefail
 tidel=$(realpath "$1")
 tests=$(realpath "$2")
@@ -16,19 +15,19 @@ show() {
     "$tidel" "$@"
 }
 
-# How the server answered since this was last asked.
+# Shows the answers of the server since the last call.
 show_answers() {
     printf '\nThe server answered:\n'
     tail -n "+$((seen + 1))" "$work/requests" | awk '{ print $3 }' | sort | uniq -c
     seen=$(wc -l <"$work/requests")
 }
 
-# It ends when its input does, and so with this script.
+# The server ends when this script closes its input.
 exec {server}> >(exec python3 "$tests/server/feedserver.py" "$work/feeds" >"$work/requests")
 until [ -s "$work/requests" ]; do sleep 0.05; done
 seen=1
 address=http://127.0.0.1:$(head -n 1 "$work/requests")
-# The one sample whose files are there to be downloaded.
+# The server has files for this sample only.
 sed -i "s|https://media.example.org/hillside/|$address/bytes/40960/|" "$work"/feeds/hillside-radio.xml
 
 mapfile -t feeds < <(cd "$work/feeds" && printf "$address/files/%s\n" *)
@@ -39,26 +38,26 @@ show enclosures https://radio.example.org/episodes/5
 show download https://radio.example.org/episodes/5 --into "$work/downloads"
 show_answers
 
-printf '\nSome days later, one of the feeds has a new edition.\n'
+printf '\nSome days later, one feed has new messages.\n'
 cp "$tests/data/feeds-later/hillside-radio.xml" "$work/feeds"
 show refresh
 show_answers
-printf '\nNobody has anything new now, and the server need not send it.\n'
+printf '\nNo feed has changed, so the server does not send the documents again.\n'
 show refresh
 show_answers
 
-printf '\nTwo messages are enough of each channel, and the favorite.\n'
+printf '\nDelete all messages except the favorite and the newest two of each channel.\n'
 show favorite https://radio.example.org/episodes/1
 show prune --keep 2 --dry-run "The Hillside Radio Hour"
 show prune --keep 2
 show refresh
 show clean
 
-printf '\nThe end of every channel.\n'
+printf '\nUnsubscribe from all channels.\n'
 for feed in "${feeds[@]}"; do
     show unsubscribe "$feed"
 done
 show clean
 show channels
 
-printf '\nThis store was a throwaway one. Your own is made by your first "tidel subscribe".\n'
+printf '\nThis store was temporary. Your first "tidel subscribe" creates your own store.\n'

@@ -17,15 +17,14 @@ namespace Tidel {
 
 namespace {
 
-/// The URIs of the enclosures that the user calls \a name. Reports to \a output if there are none.
+/// Returns the URIs of the enclosures that \a name means. Reports to \a output if there are none.
 QStringList findEnclosures(const Store &store, const QString &name, Output &output)
 {
     const Result<QStringList> uris = Enclosures(store).uris(name);
     if (!uris) {
         const bool isUnknown = uris.error().kind() == Error::NotFound;
         output.failure(name, uris.error(),
-                       isUnknown ? QStringLiteral("; \"tidel messages CHANNEL\" and \"tidel enclosures "
-                                                  "MESSAGE\" list them")
+                       isUnknown ? QStringLiteral("; \"tidel messages\" and \"tidel enclosures\" list them")
                                  : QString());
         return {};
     }
@@ -34,7 +33,7 @@ QStringList findEnclosures(const Store &store, const QString &name, Output &outp
     return *uris;
 }
 
-void tell(const FeedEnclosure &enclosure, const DownloadResult &result, Output &output)
+void report(const FeedEnclosure &enclosure, const DownloadResult &result, Output &output)
 {
     if (result.error() == FeedDownloadCanceled)
         return;
@@ -42,9 +41,9 @@ void tell(const FeedEnclosure &enclosure, const DownloadResult &result, Output &
         output.error(shownAddress(enclosure.remoteUrl()) + QLatin1String(": ") + result.reason());
         return;
     }
-    const bool wasThere = result.localUrl() == enclosure.localUrl() && !result.localUrl().isEmpty();
+    const bool wasDownloaded = result.localUrl() == enclosure.localUrl() && !result.localUrl().isEmpty();
     output.line(QStringLiteral("%1: %2 (%3 bytes)")
-                    .arg(wasThere ? QStringLiteral("Already downloaded") : QStringLiteral("Downloaded"),
+                    .arg(wasDownloaded ? QStringLiteral("Already downloaded") : QStringLiteral("Downloaded"),
                          result.path(), QString::number(result.length())));
 }
 
@@ -57,11 +56,11 @@ void add(DownloadQueue &queue, const Store &store, const QString &uri, const QSt
         return;
     }
     queue.downloadEnclosure(uri, folder, [&output, enclosure = *enclosure](const DownloadResult &result) {
-        tell(enclosure, result, output);
+        report(enclosure, result, output);
     });
 }
 
-/// Shows how many files have ended, and how many bytes have come.
+/// Shows the numbers of finished downloads and received bytes in \a output.
 void showFileProgress(DownloadQueue &queue, Output &output)
 {
     struct Progress

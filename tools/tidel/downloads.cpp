@@ -20,7 +20,8 @@ FeedPluginInterface *downloadPlugin(Output &output)
         output.note(QLatin1String("tidel: ") + problem);
     if (plugin)
         return *plugin;
-    output.error(plugin.error().text() + QLatin1String("; building tidel with KDE Syndication makes one"));
+    output.error(plugin.error().text()
+                 + QLatin1String("; build and install tidel with KDE Syndication to get one"));
     return nullptr;
 }
 

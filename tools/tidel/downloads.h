@@ -9,13 +9,13 @@ namespace Tidel {
 class DownloadQueue;
 class Output;
 
-/// The download plug-in of this program; null if there is none, which is reported to \a output.
+/// Returns the download plug-in. If there is none, reports it to \a output and returns null.
 FeedPluginInterface *downloadPlugin(Output &output);
 
-/// Runs \a queue to its end. SIGINT and SIGTERM cancel what is under way and leave out the rest.
+/// Runs \a queue until it has finished. SIGINT and SIGTERM cancel it, and are noted in \a output.
 void run(DownloadQueue &queue, Output &output);
 
-/// Shows in \a output how many of the downloads of \a queue, called \a nouns, have ended.
+/// Shows the number of finished downloads of \a queue in \a output. \a nouns names the downloads.
 void showProgress(DownloadQueue &queue, const char *nouns, Output &output);
 
 } // namespace Tidel

@@ -20,7 +20,7 @@ void setFavorite(const Store &store, const QString &name, bool isFavorite, Outpu
     }
     const Result<void> changed = messages.setFavorite(*uri, isFavorite);
     if (changed)
-        output.line((isFavorite ? QLatin1String("Favorite: ") : QLatin1String("No favorite: ")) + name);
+        output.line((isFavorite ? QLatin1String("Favorite: ") : QLatin1String("Not a favorite: ")) + name);
     else
         output.failure(name, changed.error());
 }

@@ -10,13 +10,13 @@ namespace Tidel {
 
 namespace {
 
-// What a signal handler may use.
+// A signal handler can only use objects of this type.
 volatile sig_atomic_t pipeEnd = -1;
 
 void handleSignal(int signal)
 {
     const char byte = char(signal);
-    // A pipe that is full has been heard already.
+    // If the pipe is full, an earlier signal is still to be read.
     if (write(pipeEnd, &byte, 1) != 1)
         return;
 }
@@ -51,7 +51,7 @@ void Interrupt::catchSignal(int signal)
 {
     struct sigaction before = {};
     sigaction(signal, nullptr, &before);
-    // As it is for a program that is to outlive its terminal.
+    // The signal stays ignored, for example under nohup.
     if (before.sa_handler == SIG_IGN)
         return;
     struct sigaction action = {};

@@ -14,21 +14,26 @@ QT_FORWARD_DECLARE_CLASS(QSocketNotifier)
 
 namespace Tidel {
 
-/// Turns the first SIGINT or SIGTERM that comes while it lives into a Qt signal; the second one ends the
-/// process. One that is ignored stays so. One object at a time.
+/// Turns the first SIGINT or SIGTERM during its lifetime into a Qt signal. A second one ends the process.
+/// Signals that are ignored stay ignored. There must be only one object at a time.
 class Interrupt : public QObject
 {
     Q_OBJECT
 
 public:
+    /// Installs the signal handlers.
     Interrupt();
+    /// Restores the previous signal handlers.
     ~Interrupt() override;
 
 Q_SIGNALS:
+    /// Emitted when \a signal has arrived.
     void received(int signal);
 
 private:
+    /// Installs the handler of \a signal, unless the signal is ignored.
     void catchSignal(int signal);
+    /// Reads a signal from the pipe and emits received().
     void read();
 
     int m_pipe[2];

@@ -54,7 +54,7 @@ void listMessages(const Store &store, const Arguments &arguments, Output &output
         return;
     }
     if (messages->isEmpty())
-        output.note(QStringLiteral("%1 has no messages").arg(channel->title()));
+        output.note(QStringLiteral("%1: the channel has no messages").arg(channel->title()));
     Table table;
     for (const FeedMessage &message : *messages)
         table.addRow({shownTime(message.publishedDate()),
@@ -77,7 +77,7 @@ void listEnclosures(const Store &store, const Arguments &arguments, Output &outp
         return;
     }
     if (enclosures->isEmpty())
-        output.note(QStringLiteral("the message has no enclosures"));
+        output.note(QStringLiteral("%1: the message has no enclosures").arg(name));
     Table table({0});
     for (const FeedEnclosure &enclosure : *enclosures)
         table.addRow({shownSize(enclosure.length()), shownType(enclosure.mimeType()), enclosure.remoteUrl()});

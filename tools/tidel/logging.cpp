@@ -27,7 +27,7 @@ QString structured(const QMessageLogContext &context, const QString &text)
         .join(QLatin1Char('\n'));
 }
 
-// The logger would write an empty line among the results for each message without fields.
+// The logger prints an empty line to standard output for each message that is not structured.
 void logEveryMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     logMessage(type, context, isStructured(text) ? text : structured(context, text));
@@ -38,12 +38,13 @@ void logEveryMessage(QtMsgType type, const QMessageLogContext &context, const QS
 std::unique_ptr<QstLogger> startLogging(const QString &settingsPath, QString *error)
 {
     if (!QFileInfo::exists(settingsPath)) {
-        *error = settingsPath + QLatin1String(": no such file");
+        *error = settingsPath + QLatin1String(": could not read the log settings: no such file");
         return nullptr;
     }
     auto logger = std::make_unique<QstLogger>(settingsPath);
     if (!QstLogger::instance()) {
-        *error = settingsPath + QLatin1String(": its log file cannot be opened");
+        *error =
+            settingsPath + QLatin1String(": could not open the log file; check its dir-path and file-name");
         return nullptr;
     }
     logMessage = qInstallMessageHandler(logEveryMessage);

@@ -11,10 +11,10 @@
 namespace Tidel {
 
 /**
- * A logger with the settings file \a settingsPath; null when it cannot log, and why in \a error.
+ * Creates a logger with the settings file \a settingsPath. Returns null on failure, and sets \a error to the
+ * reason.
  *
- * Messages without the fields of a structured one are filed under their Qt logging category, which is
- * "default" for most.
+ * Messages that are not structured get the name of their Qt logging category, which is usually "default".
  */
 std::unique_ptr<QstLogger> startLogging(const QString &settingsPath, QString *error);
 

@@ -11,10 +11,10 @@
 
 namespace {
 
-// Traces are for those who ask a logger for them; a reader's terminal is for feeds.
+// Traces are written only if the user asks for a log.
 void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) { }
 
-/// File names and output are UTF-8 even where the environment names no character set, as in a cron job.
+/// Uses UTF-8 for file names and output, even if the environment has no character set, as in a cron job.
 void useUtf8()
 {
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
@@ -24,8 +24,8 @@ void useUtf8()
         setlocale(LC_CTYPE, "C.UTF-8");
 }
 
-/// Names the machine's time zone where nobody else does: without a name the C library and GLib look for its
-/// file again with every date they read.
+/// Sets the time zone if the environment does not. Otherwise the C library and GLib would look up the file of
+/// the local time zone for each date.
 void nameTimeZone()
 {
     if (!qEnvironmentVariableIsSet("TZ"))

@@ -21,7 +21,7 @@ void writeLine(FILE *stream, const QString &text)
     fwrite(utf8.constData(), 1, size_t(utf8.size()), stream);
 }
 
-/// The number of characters in a line of \a terminal, if it is known.
+/// The number of characters in a line of \a terminal; the largest number if it is unknown.
 int lineLength(FILE *terminal)
 {
     winsize size = {};
@@ -62,7 +62,7 @@ void Output::progress(const QString &text)
         return;
     eraseProgress();
     fflush(m_results);
-    // A second line could not be erased.
+    // A text of two lines could not be erased.
     const QByteArray utf8 = terminalText(text).left(lineLength(m_errors) - 1).toUtf8();
     fwrite(utf8.constData(), 1, size_t(utf8.size()), m_errors);
     fflush(m_errors);
@@ -93,7 +93,7 @@ bool Output::finish()
 {
     eraseProgress();
     if (fflush(m_results) != 0 || ferror(m_results))
-        error(QStringLiteral("the results cannot be written"));
+        error(QStringLiteral("could not write the results to the standard output"));
     return !m_hasFailed;
 }
 

@@ -11,34 +11,36 @@ namespace Tidel {
 class Error;
 class Table;
 
-/// Where a command writes: results to one stream, notes and errors to the other. All text is UTF-8 and is
-/// made safe for a terminal, since most of it comes from feeds of strangers.
+/// Writes the results of a command to one stream, and notes and errors to another one. All text is UTF-8.
+/// Control characters are removed, because most of the text comes from feeds.
 class Output
 {
 public:
+    /// Creates an output that writes to \a results and \a errors.
     Output(FILE *results, FILE *errors);
 
-    /// One line of results.
+    /// Writes one line of results.
     void line(const QString &text);
+    /// Writes the lines of \a table as results.
     void table(const Table &table);
-    /// One line for the user that is neither a result nor a failure.
+    /// Writes one line for the user that is neither a result nor an error.
     void note(const QString &text);
-    /// One line that says what failed. The command then has failed.
+    /// Writes one line of an error. The command then has failed.
     void error(const QString &text);
-    /// The same for \a error. \a advice is appended to its text.
+    /// Writes the text of \a error and \a advice as an error.
     void failure(const Error &error, const QString &advice = QString());
-    /// The same for an error that concerns \a subject, such as the title of a channel.
+    /// Writes the text of an error that concerns \a subject, such as the title of a channel.
     void failure(const QString &subject, const Error &error, const QString &advice = QString());
 
     /// Shows the progress of the command, on a terminal only. The next line or progress replaces it.
     void progress(const QString &text);
 
-    /// Notes that the signal with this number ended the command early.
+    /// Notes that \a signal has interrupted the command.
     void interrupted(int signal) { m_signal = signal; }
-    /// The number of that signal; 0 if there was none.
+    /// The signal that has interrupted the command; 0 if there was none.
     int signal() const { return m_signal; }
 
-    /// Writes what is buffered. Returns true if nothing failed; otherwise returns false.
+    /// Writes buffered results. Returns true if nothing has failed; otherwise returns false.
     bool finish();
 
 private:

@@ -36,7 +36,7 @@ QString shownTime(const QDateTime &time)
 QString messageAdvice(const Error &error)
 {
     return error.kind() == Error::NotFound
-        ? QStringLiteral("; \"tidel messages CHANNEL\" lists them with their links")
+        ? QStringLiteral("; \"tidel messages CHANNEL\" shows the links of messages")
         : QString();
 }
 

@@ -9,28 +9,30 @@ namespace Tidel {
 
 class Error;
 
-/// "1 message", "2 messages".
+/// Returns "1 message", "2 messages" and so on.
 QString countedMessages(int count);
+/// Returns "1 new message", "2 new messages" and so on.
 QString countedNewMessages(int count);
+/// Returns "1 enclosure", "2 enclosures" and so on.
 QString countedEnclosures(int count);
+/// Returns "1 file", "2 files" and so on.
 QString countedFiles(int count);
-
-/// "3 channels".
+/// Returns "1 channel", "2 channels" and so on.
 QString countedChannels(int count);
 
-/// \a time in local time, "2026-11-03 10:00"; "(no date)" if it is invalid.
+/// Returns \a time in local time, such as "2026-11-03 10:00"; "(no date)" if it is invalid.
 QString shownTime(const QDateTime &time);
 
-/// What to do if a message was not found, to be appended to the text of \a error; otherwise empty.
+/// Returns the advice for \a error if a message was not found; otherwise returns an empty text.
 QString messageAdvice(const Error &error);
 
-/// \a address without its password.
+/// Returns \a address without its password.
 QString shownAddress(const QString &address);
 
-/// "[######..............] 60/200 feeds".
+/// Returns a progress bar such as "[######..............] 60/200 feeds".
 QString shownProgress(int done, int all, const char *nouns);
 
-/// \a title; "(no title)" if it is empty.
+/// Returns \a title; "(no title)" if it is empty.
 QString shownTitle(const QString &title);
 
 } // namespace Tidel

@@ -36,7 +36,7 @@ void drop(Retention &retention, const FeedChannel &channel, const QStringList &u
                 .arg(channel.title(), countedMessages(report.messages()), countedFiles(report.files())));
     if (!dropped)
         output.failure(channel.title(), dropped.error(),
-                       QStringLiteral("; prune again, then use \"tidel clean\""));
+                       QStringLiteral("; prune again, then run \"tidel clean\""));
 }
 
 } // namespace
@@ -46,7 +46,7 @@ QString misuseOfPrune(const Arguments &arguments)
     bool isNumber = false;
     const int keep = arguments.value("keep").toInt(&isNumber);
     return isNumber && keep >= 0 ? QString()
-                                 : QStringLiteral("say how many messages stay: --keep N, 0 or more");
+                                 : QStringLiteral("give the number of messages to keep: --keep N, 0 or more");
 }
 
 void prune(const Store &store, const Arguments &arguments, Output &output)

@@ -15,20 +15,23 @@ namespace Tidel {
 
 namespace {
 
-// The HTTP status of a document that was removed for good.
-constexpr int goneForGood = 410;
+// The HTTP status of a document that was removed permanently.
+constexpr int gone = 410;
 
-/// Tells what is new in each refreshed channel.
+/// Reports the new messages of refreshed channels.
 class RefreshReport
 {
 public:
     RefreshReport(const Store &store, Output &output) : m_store(store), m_output(output) { }
 
-    void tell(const FeedChannel &channel, const DownloadResult &result);
+    /// Reports the result of the download of \a channel.
+    void add(const FeedChannel &channel, const DownloadResult &result);
+    /// Reports the totals if there were several channels.
     void summarize() const;
 
 private:
-    void tellNews(const FeedChannel &channel, const QStringList &links);
+    /// Reports the new messages \a links of \a channel.
+    void addMessages(const FeedChannel &channel, const QStringList &links);
 
     const Store &m_store;
     Output &m_output;
@@ -37,22 +40,23 @@ private:
     int m_failures = 0;
 };
 
-void RefreshReport::tell(const FeedChannel &channel, const DownloadResult &result)
+void RefreshReport::add(const FeedChannel &channel, const DownloadResult &result)
 {
     if (result.error() == FeedDownloadCanceled)
         return;
     ++m_channels;
     if (result.isOk()) {
-        tellNews(channel, result.newMessages());
+        addMessages(channel, result.newMessages());
         return;
     }
     ++m_failures;
-    const QString advice = result.error() == goneForGood ? QStringLiteral("; unsubscribe") : QString();
+    const QString advice =
+        result.error() == gone ? QStringLiteral("; \"tidel unsubscribe\" deletes the channel") : QString();
     m_output.error(QStringLiteral("%1 (%2): %3")
                        .arg(channel.title(), shownAddress(channel.link()), result.reason() + advice));
 }
 
-void RefreshReport::tellNews(const FeedChannel &channel, const QStringList &links)
+void RefreshReport::addMessages(const FeedChannel &channel, const QStringList &links)
 {
     m_messages += int(links.size());
     if (links.isEmpty()) {
@@ -90,9 +94,8 @@ void refresh(const Store &store, const Arguments &arguments, Output &output)
     RefreshReport report(store, output);
     DownloadQueue queue(*plugin);
     for (const FeedChannel &channel : chosen)
-        queue.downloadFeed(channel.uri(), [&report, channel](const DownloadResult &result) {
-            report.tell(channel, result);
-        });
+        queue.downloadFeed(channel.uri(),
+                           [&report, channel](const DownloadResult &result) { report.add(channel, result); });
     showProgress(queue, "feeds", output);
     run(queue, output);
     report.summarize();

@@ -15,7 +15,7 @@ RemovalStep RemovalReport::step()
         QStringList failed;
         m_files += DownloadFolder::removeFiles(enclosures, &failed);
         for (const QString &path : qAsConst(failed))
-            m_output.error(QStringLiteral("%1: the file cannot be removed; remove it yourself").arg(path));
+            m_output.error(QStringLiteral("%1: could not remove the file; remove it yourself").arg(path));
     };
 }
 

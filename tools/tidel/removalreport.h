@@ -8,17 +8,21 @@ namespace Tidel {
 
 class Output;
 
-/// Counts what a command removes from the store, and removes the downloaded files of its enclosures.
+/// Counts what a command removes from the store, and removes the downloaded files.
 class RemovalReport
 {
 public:
+    /// Creates a report that writes errors to \a output.
     explicit RemovalReport(Output &output) : m_output(output) { }
 
-    /// Hears of each step. Must not outlive this object.
+    /// Returns the function to call after each step of the removal. It must not outlive this object.
     RemovalStep step();
 
+    /// The number of removed messages.
     int messages() const { return m_messages; }
+    /// The number of removed enclosures.
     int enclosures() const { return m_enclosures; }
+    /// The number of removed files.
     int files() const { return m_files; }
 
 private:

@@ -18,7 +18,7 @@ namespace Tidel {
 
 namespace {
 
-/// What to add to \a reason. A web address without its scheme is taken for the path of a file.
+/// Returns advice if \a argument may be a web address without a scheme, which is read as the path of a file.
 QString schemeAdvice(const QString &argument)
 {
     const bool mayLackScheme = documentUrl(argument).isLocalFile() && !QFileInfo::exists(argument)
@@ -27,27 +27,28 @@ QString schemeAdvice(const QString &argument)
     return mayLackScheme ? QStringLiteral("; web addresses begin with https:// or http://") : QString();
 }
 
-/// Says \a done of the channel with the link \a address.
-void tellChannel(const Store &store, const QUrl &address, const QString &done, Output &output)
+/// Writes \a text with the title of the channel with the link \a address.
+void reportChannel(const Store &store, const QUrl &address, const QString &text, Output &output)
 {
     const Result<QString> title = Channels(store).title(Link::encoded(address));
     if (title)
-        output.line(done.arg(shownTitle(*title)));
+        output.line(text.arg(shownTitle(*title)));
     else
         output.failure(shownAddress(Link::encoded(address)), title.error());
 }
 
-void tell(const Store &store, const QString &argument, const DownloadResult &result, Output &output)
+void report(const Store &store, const QString &argument, const DownloadResult &result, Output &output)
 {
     const QUrl address = documentUrl(argument);
     if (result.isOk())
-        tellChannel(store, address,
-                    QStringLiteral("Subscribed: %1 (") + countedMessages(int(result.newMessages().size()))
-                        + QLatin1Char(')'),
-                    output);
+        reportChannel(store, address,
+                      QStringLiteral("Subscribed: %1 (") + countedMessages(int(result.newMessages().size()))
+                          + QLatin1Char(')'),
+                      output);
     else if (result.error() == FeedDownloadAlreadyStored)
-        tellChannel(store, address,
-                    QStringLiteral("Already subscribed: %1 (\"tidel refresh\" reads what is new)"), output);
+        reportChannel(store, address,
+                      QStringLiteral("Already subscribed: %1 (\"tidel refresh\" downloads new messages)"),
+                      output);
     else if (result.error() != FeedDownloadCanceled)
         output.error(shownAddress(argument) + QLatin1String(": ") + result.reason() + schemeAdvice(argument));
 }
@@ -62,7 +63,7 @@ void subscribe(const Store &store, const Arguments &arguments, Output &output)
     DownloadQueue queue(*plugin);
     for (const QString &argument : arguments.names)
         queue.subscribe(documentUrl(argument), [&store, &output, argument](const DownloadResult &result) {
-            tell(store, argument, result, output);
+            report(store, argument, result, output);
         });
     showProgress(queue, "feeds", output);
     run(queue, output);

@@ -7,7 +7,7 @@ namespace Tidel {
 
 namespace {
 
-// One cell longer than this sticks out, instead of all others being moved to the right.
+// A longer cell moves the rest of its row to the right, but not the other rows.
 constexpr int maximumColumnWidth = 60;
 
 } // namespace

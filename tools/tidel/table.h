@@ -8,17 +8,17 @@
 
 namespace Tidel {
 
-/// Rows of text in aligned columns, fit for a terminal.
+/// Rows of text in aligned columns for a terminal.
 class Table
 {
 public:
-    /// The columns of \a rightAligned are numbers.
+    /// Creates an empty table. The columns with the numbers \a rightAligned are aligned to the right.
     explicit Table(const QSet<int> &rightAligned = {});
 
+    /// Appends a row.
     void addRow(const QStringList &cells);
 
-    bool isEmpty() const { return m_rows.isEmpty(); }
-    /// One text a row, without blanks at its end.
+    /// The rows as texts without trailing blanks.
     QStringList lines() const;
 
 private:

@@ -13,8 +13,9 @@ bool isBlank(char32_t c) { return (c >= '\t' && c <= '\r') || c == 0x85 || c == 
 
 bool isControl(char32_t c) { return c < 0x20 || (c >= 0x7f && c <= 0x9f); }
 
-/// Embeddings, overrides and isolates, the deprecated formatting characters, and interlinear annotation.
-/// The plain direction marks stay: they turn nothing and texts in mixed scripts need them.
+/// Returns true for bidirectional embeddings, overrides and isolates, deprecated formatting characters and
+/// interlinear annotations; otherwise returns false. Texts in mixed scripts need direction marks, which
+/// change the direction of no other text.
 bool isUnsafeFormatting(char32_t c)
 {
     return (c >= 0x202a && c <= 0x202e) || (c >= 0x2066 && c <= 0x206f) || (c >= 0xfff9 && c <= 0xfffb)

@@ -6,11 +6,11 @@
 
 namespace Tidel {
 
-/// \a text as one line that a terminal shows and does not obey: line breaks and tabs become blanks, control
-/// characters and those that turn the direction of what follows go.
+/// Returns \a text as one line that cannot control a terminal: line breaks and tabs become blanks, control
+/// characters and characters that change the direction of text are removed.
 QString terminalText(const QString &text);
 
-/// The number of columns that a terminal gives to \a text, after the rules of the process's locale.
+/// Returns the number of columns of \a text on a terminal, in the locale of the process.
 int displayWidth(const QString &text);
 
 } // namespace Tidel

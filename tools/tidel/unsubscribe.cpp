@@ -21,8 +21,9 @@ void unsubscribe(const Store &store, const Arguments &arguments, Output &output)
     if (removed)
         output.line(QStringLiteral("Unsubscribed: %1").arg(channel->title()));
     else
-        output.failure(channel->title(), removed.error(),
-                       QStringLiteral("; unsubscribe again, or use \"tidel clean\" if it is gone"));
+        output.failure(
+            channel->title(), removed.error(),
+            QStringLiteral("; unsubscribe again, or run \"tidel clean\" if the channel is deleted"));
 }
 
 } // namespace Tidel
