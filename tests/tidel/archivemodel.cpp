@@ -127,32 +127,30 @@ QStringList ArchiveModel::facts() const
         const QSet<QString> owners = at->messages + at->channels;
         for (const QString &owner : owners)
             facts.append("enclosure " + at.key() + " of " + owner);
-        for (int i = 0; i < at->goneOwners; ++i)
-            facts.append("enclosure " + at.key() + " of nobody");
+        for (int i = 0; i < at->deletedOwners; ++i)
+            facts.append("enclosure " + at.key() + " of a deleted owner");
     }
     facts.sort();
     return facts;
 }
 
-/// Deletes messages. Their enclosures still name them.
 void ArchiveModel::remove(const QSet<QString> &messages)
 {
     for (const QString &message : messages) {
         m_messages.remove(message);
         for (Enclosure &enclosure : m_enclosures) {
             if (enclosure.messages.remove(message))
-                ++enclosure.goneOwners;
+                ++enclosure.deletedOwners;
         }
     }
 }
 
-/// Deletes messages, and the enclosures that nothing else has.
 void ArchiveModel::removeWithEnclosures(const QSet<QString> &messages)
 {
-    const QSet<QString> theirs = keysOf(
+    const QSet<QString> enclosures = keysOf(
         m_enclosures, [&](const Enclosure &enclosure) { return enclosure.messages.intersects(messages); });
     remove(messages);
-    for (const QString &enclosure : theirs)
+    for (const QString &enclosure : enclosures)
         removeIfReleased(enclosure);
 }
 

@@ -9,7 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// What a command writes.
+/// Captures the output of a command.
 class Capture
 {
 public:
@@ -25,8 +25,11 @@ public:
     }
     Q_DISABLE_COPY(Capture)
 
+    /// An output that is captured.
     Tidel::Output output() { return Tidel::Output(m_out, m_err); }
+    /// The captured results.
     QString out() { return text(m_out, m_outText); }
+    /// The captured notes and errors.
     QString err() { return text(m_err, m_errText); }
 
 private:

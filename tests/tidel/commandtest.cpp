@@ -54,7 +54,7 @@ QString CommandTestCase::addChannel(const QString &title, const QList<FeedMessag
     const QString uri = tracker()->addChannel(channel);
     const bool isStored = !uri.isEmpty() && (messages.isEmpty() || tracker()->addMessages(messages, uri));
     if (!isStored)
-        qFatal("%s cannot be stored", qPrintable(title));
+        qFatal("could not store the channel %s", qPrintable(title));
     return uri;
 }
 
@@ -88,7 +88,7 @@ void CommandTestCase::setLocalUrl(const QString &enclosure, const QString &local
     store().update(QString("INSERT { ?e mfo:localLink <%1> } WHERE { %2 }").arg(localUrl, node));
 }
 
-QStringList CommandTestCase::costlyQuestions()
+QStringList CommandTestCase::costlyQueries()
 {
     QStringList costly;
     const QStringList statements = StatementGate::statements();

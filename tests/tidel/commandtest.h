@@ -18,24 +18,25 @@ class Store;
 using Command = void (*)(const Tidel::Store &, const Tidel::Arguments &, Tidel::Output &);
 using Options = QHash<QString, QString>;
 
-/// What a command wrote, and whether it succeeded.
+/// The result of a command.
 struct CommandResult
 {
-    QString out;
-    QString err;
-    bool isFine = false;
+    QString out; ///< The results.
+    QString err; ///< The notes and errors.
+    bool isFine = false; ///< True if the command succeeded.
 };
 
-/// Runs \a command on the store that the environment names.
+/// Runs \a command on the store of the environment.
 CommandResult runCommand(Command command, const QStringList &names, const Options &options = {});
 
-/// A message called \a name, with the link `https://example.org/NAME` and enclosures of such links.
+/// Returns a message with the title \a name. Its link and those of its enclosures are linkOf() their names.
 FeedMessage message(const QString &name, const QDateTime &published = {}, const QStringList &enclosures = {});
+/// Returns the link `https://example.org/NAME`.
 QString linkOf(const QString &name);
-/// Noon UTC of that day of November 2026.
+/// Returns noon UTC of \a day in November 2026.
 QDateTime day(int day);
 
-/// The base of tests of commands in their own process: a store and a home of their own for each function.
+/// The base of tests that call the functions of commands. Each test function has a new store and home folder.
 class CommandTestCase : public StoreTestCase
 {
     Q_OBJECT
@@ -45,21 +46,24 @@ protected:
     QString addChannel(const QString &title, const QList<FeedMessage> &messages = {}) const;
     /// The titles of the channel's messages, sorted.
     QStringList titles(const QString &channelUri) const;
-    /// The links that the channel remembers as dropped, sorted.
+    /// The dropped links of the channel, sorted.
     QStringList dropped(const QString &channelUri) const;
+    /// Marks the message \a name as a favorite.
     void addFavorite(const QString &name) const;
 
-    /// An enclosure stands for the file \a localUrl from now on.
+    /// Stores \a localUrl as the file of an enclosure.
     void setLocalUrl(const QString &enclosure, const QString &localUrl) const;
+    /// The home folder.
     QString home() const { return m_home->path(); }
 
-    /// The queries since StatementGate::reset() that name nie:isLogicalPartOf twice: Tracker then reads all
-    /// its values.
-    static QStringList costlyQuestions();
+    /// The queries since StatementGate::reset() that contain nie:isLogicalPartOf twice. Tracker reads all its
+    /// values for them.
+    static QStringList costlyQueries();
 
     /**
-     * Lets each statement of \a command fail, once by a refusal and once without an answer, each time in a
-     * new store that \a fill fills. The command must report it. Then \a check is called.
+     * Lets each statement of \a command fail, once because the store refuses it and once because the store
+     * does not answer. Each time \a fill fills a new store, the command must report the failure, and \a check
+     * is called.
      */
     void failEverywhere(Command command, const QStringList &names, const Options &options,
                         const std::function<void()> &fill, const std::function<void()> &check);

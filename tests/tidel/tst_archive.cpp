@@ -18,7 +18,7 @@ namespace {
 constexpr int stepsOfASeed = 200;
 constexpr int itemsOfAll = 24;
 
-/// What a feed shows at present; its name is its channel's title.
+/// The present content of a feed. The name is the title of the channel.
 struct Feed
 {
     QString name;
@@ -26,8 +26,8 @@ struct Feed
     QList<FeedItem> items;
 };
 
-/// The item \a number as the feed \a feed shows it. Some are shown by several, have no date or the same as
-/// another, share their enclosures or have one that only this feed knows of.
+/// The item \a number in the feed \a feed. Several feeds may contain an item. Some items have no date or the
+/// same date, share an enclosure, or have an enclosure in one feed only.
 FeedItem item(int number, const QString &feed)
 {
     FeedItem item{QString("i%1").arg(number), {}, {}};
@@ -46,7 +46,7 @@ QString nameOf(const QString &link) { return link.mid(linkOf(QString()).size());
 
 } // namespace
 
-/// Random work on a store beside the same work on a model of it.
+/// Compares the store with a model after random operations on both.
 class TestArchive : public CommandTestCase
 {
     Q_OBJECT
@@ -136,7 +136,7 @@ void TestArchive::refresh()
     readFeed(feed);
 }
 
-// Does what the download of a feed does.
+// Does the same as the download of a feed.
 void TestArchive::readFeed(const Feed &feed)
 {
     const Result<Store> store = Store::open();
@@ -246,7 +246,7 @@ CommandResult TestArchive::runLogged(const QString &name, Command command, const
     return runCommand(command, arguments, options);
 }
 
-/// What the store holds, as the model tells it.
+/// The content of the store in the format of ArchiveModel::facts().
 QStringList TestArchive::facts() const
 {
     QStringList facts;
@@ -264,11 +264,11 @@ QStringList TestArchive::facts() const
     add("message ", "?m a mfo:FeedMessage ; nie:title ?a");
     add("favorite ", "?m a mfo:FeedMessage ; nie:title ?a ; nao:hasTag nao:predefined-tag-favorite");
     add("message ",
-        "?m a mfo:FeedMessage ; nie:title ?a ; nie:isLogicalPartOf ?c . OPTIONAL { ?c nie:title ?t } BIND(COALESCE(?t, 'nobody') AS ?b)",
+        "?m a mfo:FeedMessage ; nie:title ?a ; nie:isLogicalPartOf ?c . OPTIONAL { ?c nie:title ?t } BIND(COALESCE(?t, 'a deleted owner') AS ?b)",
         " of ");
     add("enclosure ", "?e a mfo:Enclosure ; mfo:remoteLink ?a");
     add("enclosure ",
-        "?e a mfo:Enclosure ; mfo:remoteLink ?a ; nie:isLogicalPartOf ?o . OPTIONAL { ?o nie:title ?t } BIND(COALESCE(?t, 'nobody') AS ?b)",
+        "?e a mfo:Enclosure ; mfo:remoteLink ?a ; nie:isLogicalPartOf ?o . OPTIONAL { ?o nie:title ?t } BIND(COALESCE(?t, 'a deleted owner') AS ?b)",
         " of ");
     facts.sort();
     return facts;
@@ -305,7 +305,7 @@ void TestArchive::randomWork()
     m_feeds = {{"A", "image.png", {}}, {"B", "image.png", {}}, {"C", "c.png", {}}, {"D", QString(), {}}};
     m_model = {};
     m_steps.clear();
-    // The frequent ones several times.
+    // Frequent operations are listed several times.
     const std::vector<Work> works{
         &TestArchive::publish,        &TestArchive::publish,         &TestArchive::publish,
         &TestArchive::subscribe,      &TestArchive::subscribe,       &TestArchive::refresh,
@@ -314,7 +314,7 @@ void TestArchive::randomWork()
         &TestArchive::prune,          &TestArchive::unsubscribe,     &TestArchive::clean,
         &TestArchive::abandonMessage, &TestArchive::abandonEnclosure};
     for (int i = 0; i < stepsOfASeed; ++i) {
-        // Some work needs a channel or a message, and does nothing where there is none.
+        // Operations that need a channel or a message do nothing if there is none.
         for (const auto before = m_steps.size(); m_steps.size() == before;)
             (this->*works.at(size_t(random(int(works.size())))))();
         QVERIFY2(!QTest::currentTestFailed() && facts() == m_model.facts(), qPrintable(report()));

@@ -16,7 +16,7 @@ class TestClean : public CommandTestCase
 private Q_SLOTS:
     void nothingToClean();
     void orphans();
-    void countsAreOfEach();
+    void countsOfEachKind();
     void messageWithoutLinkStays();
     void downloadedFiles();
     void failures();
@@ -51,9 +51,9 @@ void TestClean::orphans()
     const QStringList titles = store().texts("SELECT ?t { ?m nie:title ?t }");
     addOrphan("b", {"b.ogg", "same.ogg"});
     addOrphan("c");
-    FeedEnclosure lost;
-    lost.setRemoteUrl(linkOf("lost.ogg"));
-    QVERIFY(tracker()->addEnclosures({lost}, "urn:no:message"));
+    FeedEnclosure orphan;
+    orphan.setRemoteUrl(linkOf("orphan.ogg"));
+    QVERIFY(tracker()->addEnclosures({orphan}, "urn:no:message"));
     QCOMPARE(runCommand(clean, {}).out, QString("Deleted: 2 messages, 2 enclosures, 0 files\n"));
     QCOMPARE(store().texts("SELECT ?t { ?m nie:title ?t }"), titles);
     QStringList left = store().texts("SELECT ?l { ?e a mfo:Enclosure ; mfo:remoteLink ?l }");
@@ -62,13 +62,13 @@ void TestClean::orphans()
     QCOMPARE(runCommand(clean, {}).out, QString("Nothing to clean\n"));
 }
 
-void TestClean::countsAreOfEach()
+void TestClean::countsOfEachKind()
 {
     addOrphan("a");
     QCOMPARE(runCommand(clean, {}).out, QString("Deleted: 1 message, 0 enclosures, 0 files\n"));
-    FeedEnclosure lost;
-    lost.setRemoteUrl(linkOf("lost.ogg"));
-    QVERIFY(tracker()->addEnclosures({lost}, "urn:no:message"));
+    FeedEnclosure orphan;
+    orphan.setRemoteUrl(linkOf("orphan.ogg"));
+    QVERIFY(tracker()->addEnclosures({orphan}, "urn:no:message"));
     QCOMPARE(runCommand(clean, {}).out, QString("Deleted: 0 messages, 1 enclosure, 0 files\n"));
     QCOMPARE(everythingIn(store()), QStringList());
 }

@@ -32,21 +32,21 @@ StatementGate::Verdict refuseChannels(const QString &statement)
 
 } // namespace
 
-/// What the commands ask of the store, and what they say when it fails.
+/// Tests the statements of commands, and their messages when the store fails.
 class TestCommands : public CommandTestCase
 {
     Q_OBJECT
 
 private slots:
-    void channelIsRefused();
-    void messagesAreRefused();
-    void newMessagesAreRefused();
-    void noAnswer();
-    void refreshAsksLittle();
-    void refreshReadsNoArchive();
+    void storeRefusesChannel();
+    void storeRefusesMessages();
+    void storeRefusesNewMessages();
+    void storeDoesNotAnswer();
+    void refreshRunsFewStatements();
+    void refreshReadsLinksOfFeedOnly();
     void imageBelongsToItsChannel();
-    void favourites();
-    void titlesAreNoTemplates();
+    void favoritesInListing();
+    void markersInTitles();
 
 private:
     QString write(const QString &name, const QByteArray &title, const QByteArray &items) const;
@@ -61,7 +61,7 @@ QString TestCommands::write(const QString &name, const QByteArray &title, const 
     return file.open(QIODevice::WriteOnly) && file.write(document) > 0 ? file.fileName() : QString();
 }
 
-void TestCommands::channelIsRefused()
+void TestCommands::storeRefusesChannel()
 {
     StatementGate::setJudge(refuseChannels);
     const CommandResult refused = runCommand(subscribe, {sample("town-news.xml")});
@@ -75,14 +75,14 @@ void TestCommands::channelIsRefused()
     QCOMPARE(store().count("?m a mfo:FeedMessage"), 0);
 }
 
-void TestCommands::messagesAreRefused()
+void TestCommands::storeRefusesMessages()
 {
     StatementGate::setJudge(refuseMessages);
     const CommandResult refused = runCommand(subscribe, {sample("town-news.xml")});
     QVERIFY(!refused.isFine);
     QCOMPARE(refused.out, QString());
     QVERIFY2(refused.err.contains(": could not add messages to the store: "), qPrintable(refused.err));
-    QVERIFY2(refused.err.endsWith("; the channel is subscribed: refresh it\n"), qPrintable(refused.err));
+    QVERIFY2(refused.err.endsWith("; the channel is subscribed, refresh it\n"), qPrintable(refused.err));
     QCOMPARE(store().count("?c a mfo:FeedChannel"), 1);
 
     StatementGate::reset();
@@ -92,7 +92,7 @@ void TestCommands::messagesAreRefused()
     QCOMPARE(store().count("?m a mfo:FeedMessage"), 2);
 }
 
-void TestCommands::newMessagesAreRefused()
+void TestCommands::storeRefusesNewMessages()
 {
     const QString feed = write("feed.xml", "Feed", "<item><title>One</title></item>");
     const QString other = write("other.xml", "Other", "<item><title>One</title></item>");
@@ -112,7 +112,7 @@ void TestCommands::newMessagesAreRefused()
                      "2 channels: 1 new message\n"));
 }
 
-void TestCommands::noAnswer()
+void TestCommands::storeDoesNotAnswer()
 {
     StatementGate::setJudge([](const QString &) { return StatementGate::NoResult; });
     QVERIFY(!runCommand(subscribe, {sample("town-news.xml")}).isFine);
@@ -122,18 +122,18 @@ void TestCommands::noAnswer()
     QCOMPARE(runCommand(refresh, {}).out, QString());
 }
 
-void TestCommands::refreshAsksLittle()
+void TestCommands::refreshRunsFewStatements()
 {
     QVERIFY(runCommand(subscribe, {sample("town-news.xml"), sample("hillside-radio.xml")}).isFine);
     StatementGate::reset();
     QVERIFY(runCommand(refresh, {}).isFine);
     QCOMPARE(updates(), 0);
-    // The list of channels, and the state of each feed.
+    // One query for the channels, and one for the state of each feed.
     QCOMPARE(StatementGate::statements().size(), 3);
 }
 
-// A channel may have far more messages than its feed shows.
-void TestCommands::refreshReadsNoArchive()
+// A channel may have many more messages than its feed.
+void TestCommands::refreshReadsLinksOfFeedOnly()
 {
     const QByteArray first = "<item><link>https://example.org/1</link></item>";
     const QByteArray second = "<item><link>https://example.org/2</link></item>";
@@ -141,10 +141,10 @@ void TestCommands::refreshReadsNoArchive()
     write("feed.xml", "Feed", second + first);
     StatementGate::reset();
     QVERIFY(runCommand(refresh, {}).out.startsWith("Feed: 1 new\n"));
-    const QStringList questions =
+    const QStringList queries =
         StatementGate::statements().filter(QRegularExpression("^SELECT.*FeedMessage"));
-    QVERIFY(!questions.isEmpty());
-    QCOMPARE(questions.filter("VALUES ?link {"), questions);
+    QVERIFY(!queries.isEmpty());
+    QCOMPARE(queries.filter("VALUES ?link {"), queries);
 }
 
 void TestCommands::imageBelongsToItsChannel()
@@ -157,7 +157,7 @@ void TestCommands::imageBelongsToItsChannel()
     QCOMPARE(store().count("?e a mfo:Enclosure ; nie:isLogicalPartOf ?o . ?o a mfo:FeedMessage"), 6);
 }
 
-void TestCommands::favourites()
+void TestCommands::favoritesInListing()
 {
     QVERIFY(runCommand(subscribe, {sample("town-news.xml")}).isFine);
     store().update("INSERT DATA { <urn:tag:1> a nao:Tag . <urn:tag:2> a nao:Tag }");
@@ -169,7 +169,7 @@ void TestCommands::favourites()
     QVERIFY2(lines.at(1).contains("  *  The pool is closed  "), qPrintable(lines.at(1)));
 }
 
-void TestCommands::titlesAreNoTemplates()
+void TestCommands::markersInTitles()
 {
     const QString feed = write("%2.xml", "100%1 %2 %3", "");
     QCOMPARE(runCommand(subscribe, {feed}).out, QString("Subscribed: 100%1 %2 %3 (0 messages)\n"));

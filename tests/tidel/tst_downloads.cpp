@@ -10,7 +10,7 @@
 
 using namespace Tidel;
 
-/// Which files go with their enclosures: files in the download folder, and no others.
+/// Tests that the file of a deleted enclosure is removed if it is in the download folder, and kept otherwise.
 class TestDownloads : public CommandTestCase
 {
     Q_OBJECT
@@ -19,21 +19,21 @@ private Q_SLOTS:
     void init();
 
     void folder();
-    void folderOfTheUsersChoice();
+    void configuredFolder();
     void removed_data();
     void removed();
     void kept_data();
     void kept();
-    void linkIntoAnotherFolder();
-    void linkToAFileOutside();
+    void linkToAnotherFolder();
+    void linkToFileOutside();
     void brokenLink();
-    void folderBehindALink();
+    void linkAsFolder();
     void noFolder();
     void fileThatCannotBeRemoved();
 
 private:
     QString write(const QString &path) const;
-    CommandResult letGo(const QString &localUrl) const;
+    CommandResult deleteEnclosure(const QString &localUrl) const;
 
     QString m_folder;
 };
@@ -46,15 +46,15 @@ void TestDownloads::init()
     QVERIFY(QDir().mkpath(home() + "/Downloads/tidel-too"));
 }
 
-/// An empty file at \a path below the home.
+/// Creates an empty file at \a path in the home folder; returns its absolute path.
 QString TestDownloads::write(const QString &path) const
 {
     QFile file(home() + '/' + path);
     return file.open(QIODevice::WriteOnly) ? file.fileName() : QString();
 }
 
-/// Deletes the only enclosure of a message, whose file is \a localUrl.
-CommandResult TestDownloads::letGo(const QString &localUrl) const
+/// Deletes a message whose only enclosure has the file \a localUrl.
+CommandResult TestDownloads::deleteEnclosure(const QString &localUrl) const
 {
     addChannel("News", {message("a", day(1), {"a.ogg"})});
     setLocalUrl("a.ogg", localUrl);
@@ -64,7 +64,7 @@ CommandResult TestDownloads::letGo(const QString &localUrl) const
 
 void TestDownloads::folder() { QCOMPARE(DownloadFolder::path(), m_folder); }
 
-void TestDownloads::folderOfTheUsersChoice()
+void TestDownloads::configuredFolder()
 {
     QVERIFY(QDir().mkpath(home() + "/.config"));
     QVERIFY(QDir().mkpath(home() + "/Elsewhere/tidel"));
@@ -74,7 +74,7 @@ void TestDownloads::folderOfTheUsersChoice()
     settings.close();
     QCOMPARE(DownloadFolder::path(), home() + "/Elsewhere/tidel");
     const QString file = write("Elsewhere/tidel/a.ogg");
-    QCOMPARE(letGo("file://" + file).out, QString("News: deleted 1 message, 1 file\n"));
+    QCOMPARE(deleteEnclosure("file://" + file).out, QString("News: deleted 1 message, 1 file\n"));
     QVERIFY(!QFile::exists(file));
 }
 
@@ -102,7 +102,8 @@ void TestDownloads::removed()
     QFETCH(QString, name);
     const QString file = write("Downloads/tidel/" + name);
     const QString other = write("Downloads/tidel/other");
-    QCOMPARE(letGo("file://" + m_folder + '/' + path).out, QString("News: deleted 1 message, 1 file\n"));
+    QCOMPARE(deleteEnclosure("file://" + m_folder + '/' + path).out,
+             QString("News: deleted 1 message, 1 file\n"));
     QVERIFY(!QFile::exists(file));
     QVERIFY(QFile::exists(other));
 }
@@ -144,29 +145,31 @@ void TestDownloads::kept()
     QFETCH(QString, localUrl);
     QFETCH(QString, name);
     const QString file = write(name);
-    // A relative path would mean the file, were it not for its being relative.
+    // Relative to this folder, a relative URL would name the file.
     const QString before = QDir::currentPath();
     QVERIFY(QDir::setCurrent(m_folder));
-    const CommandResult result = letGo(localUrl.replace("%1", home()));
+    const CommandResult result = deleteEnclosure(localUrl.replace("%1", home()));
     QVERIFY(QDir::setCurrent(before));
     QCOMPARE(result.err, QString());
     QCOMPARE(result.out, QString("News: deleted 1 message, 0 files\n"));
     QVERIFY(QFile::exists(file));
 }
 
-void TestDownloads::linkIntoAnotherFolder()
+void TestDownloads::linkToAnotherFolder()
 {
     const QString file = write("Downloads/tidel-too/a.ogg");
     QVERIFY(QFile::link(home() + "/Downloads/tidel-too", m_folder + "/link"));
-    QCOMPARE(letGo("file://" + m_folder + "/link/a.ogg").out, QString("News: deleted 1 message, 0 files\n"));
+    QCOMPARE(deleteEnclosure("file://" + m_folder + "/link/a.ogg").out,
+             QString("News: deleted 1 message, 0 files\n"));
     QVERIFY(QFile::exists(file));
 }
 
-void TestDownloads::linkToAFileOutside()
+void TestDownloads::linkToFileOutside()
 {
     const QString file = write("a.ogg");
     QVERIFY(QFile::link(file, m_folder + "/a.ogg"));
-    QCOMPARE(letGo("file://" + m_folder + "/a.ogg").out, QString("News: deleted 1 message, 1 file\n"));
+    QCOMPARE(deleteEnclosure("file://" + m_folder + "/a.ogg").out,
+             QString("News: deleted 1 message, 1 file\n"));
     QVERIFY(QFile::exists(file));
     QVERIFY(!QFileInfo(m_folder + "/a.ogg").isSymLink());
 }
@@ -174,17 +177,19 @@ void TestDownloads::linkToAFileOutside()
 void TestDownloads::brokenLink()
 {
     QVERIFY(QFile::link("/nowhere", m_folder + "/a.ogg"));
-    QCOMPARE(letGo("file://" + m_folder + "/a.ogg").out, QString("News: deleted 1 message, 1 file\n"));
+    QCOMPARE(deleteEnclosure("file://" + m_folder + "/a.ogg").out,
+             QString("News: deleted 1 message, 1 file\n"));
     QVERIFY(!QFileInfo(m_folder + "/a.ogg").isSymLink());
 }
 
-void TestDownloads::folderBehindALink()
+void TestDownloads::linkAsFolder()
 {
     QVERIFY(QDir(m_folder).removeRecursively());
     QVERIFY(QDir().mkpath(home() + "/disk"));
     QVERIFY(QFile::link(home() + "/disk", m_folder));
     const QString file = write("disk/a.ogg");
-    QCOMPARE(letGo("file://" + m_folder + "/a.ogg").out, QString("News: deleted 1 message, 1 file\n"));
+    QCOMPARE(deleteEnclosure("file://" + m_folder + "/a.ogg").out,
+             QString("News: deleted 1 message, 1 file\n"));
     QVERIFY(!QFile::exists(file));
 }
 
@@ -192,18 +197,18 @@ void TestDownloads::noFolder()
 {
     QVERIFY(QDir(m_folder).removeRecursively());
     const QString file = write("a.ogg");
-    QCOMPARE(letGo("file://" + file).out, QString("News: deleted 1 message, 0 files\n"));
+    QCOMPARE(deleteEnclosure("file://" + file).out, QString("News: deleted 1 message, 0 files\n"));
     QVERIFY(QFile::exists(file));
 }
 
 void TestDownloads::fileThatCannotBeRemoved()
 {
     QVERIFY(QDir(m_folder).removeRecursively());
-    // There are files here that even root cannot remove.
+    // Not even root can remove files in this folder.
     QVERIFY(QFile::link("/proc/self", m_folder));
-    const CommandResult result = letGo("file://" + m_folder + "/status");
+    const CommandResult result = deleteEnclosure("file://" + m_folder + "/status");
     QVERIFY(!result.isFine);
-    QCOMPARE(result.err, "tidel: " + m_folder + "/status: the file cannot be removed; remove it yourself\n");
+    QCOMPARE(result.err, "tidel: " + m_folder + "/status: could not remove the file; remove it yourself\n");
     QCOMPARE(result.out, QString("News: deleted 1 message, 0 files\n"));
 }
 

@@ -26,10 +26,10 @@ private Q_SLOTS:
     void link();
     void both();
     void pathAsLink();
-    void nothingNew();
-    void newLinkDropsTheValidators();
+    void unchangedValues();
+    void newLinkRemovesValidators();
     void firstLinkIsKept();
-    void newTitleKeepsTheValidators();
+    void newTitleKeepsValidators();
     void linkOfAnotherChannel();
     void linkOfAMessage();
     void unknownChannel();
@@ -45,7 +45,7 @@ private:
         return rows.size() == 1 ? rows.front().value(0).toDateTime() : QDateTime();
     }
     QString titleOf(const QString &uri) const { return tracker()->channelForUri(uri).title(); }
-    QString linkIn(const QString &uri) const { return tracker()->channelForUri(uri).link(); }
+    QString linkOfChannel(const QString &uri) const { return tracker()->channelForUri(uri).link(); }
 };
 
 void TestEdit::misuse_data()
@@ -80,7 +80,7 @@ void TestEdit::title()
     QVERIFY(result.isFine);
     QCOMPARE(result.out, QString("Changed: Old %1 \"News\" (https://example.org/News)\n"));
     QCOMPARE(titleOf(uri), QString("Old %1 \"News\""));
-    QCOMPARE(linkIn(uri), linkOf("News"));
+    QCOMPARE(linkOfChannel(uri), linkOf("News"));
     QCOMPARE(titleOf(other), QString("Radio"));
     QCOMPARE(titles(uri), QStringList("a"));
 }
@@ -92,7 +92,7 @@ void TestEdit::link()
     const CommandResult result = runCommand(edit, {"News"}, {{"link", " https://example.org/moved "}});
     QVERIFY(result.isFine);
     QCOMPARE(result.out, QString("Changed: News (https://example.org/moved)\n"));
-    QCOMPARE(linkIn(uri), linkOf("moved"));
+    QCOMPARE(linkOfChannel(uri), linkOf("moved"));
     QCOMPARE(titleOf(uri), QString("News"));
     QCOMPARE(titles(uri), QStringList("a"));
     QVERIFY(subscribed.isValid());
@@ -106,20 +106,20 @@ void TestEdit::both()
     QCOMPARE(runCommand(edit, {linkOf("News")}, {{"title", "Moved"}, {"link", linkOf("moved")}}).out,
              QString("Changed: Moved (https://example.org/moved)\n"));
     QCOMPARE(titleOf(uri), QString("Moved"));
-    QCOMPARE(linkIn(uri), linkOf("moved"));
+    QCOMPARE(linkOfChannel(uri), linkOf("moved"));
 }
 
 void TestEdit::pathAsLink()
 {
     const QString uri = addChannel("News");
     QVERIFY(runCommand(edit, {"News"}, {{"link", "/some where/../feed.xml"}}).isFine);
-    QCOMPARE(linkIn(uri), QString("file:///feed.xml"));
+    QCOMPARE(linkOfChannel(uri), QString("file:///feed.xml"));
     QVERIFY(runCommand(edit, {"News"}, {{"link", "feed.xml"}}).isFine);
-    QCOMPARE(linkIn(uri),
+    QCOMPARE(linkOfChannel(uri),
              QUrl::fromLocalFile(QDir::current().filePath("feed.xml")).toString(QUrl::FullyEncoded));
 }
 
-void TestEdit::nothingNew()
+void TestEdit::unchangedValues()
 {
     const QString uri = addChannel("News");
     store().update("INSERT DATA { <" + uri + "> " + validators + " }");
@@ -130,7 +130,7 @@ void TestEdit::nothingNew()
     QCOMPARE(everythingIn(store()), before);
 }
 
-void TestEdit::newLinkDropsTheValidators()
+void TestEdit::newLinkRemovesValidators()
 {
     const QString uri = addChannel("News");
     const QString other = addChannel("Radio");
@@ -156,7 +156,7 @@ void TestEdit::firstLinkIsKept()
     }
 }
 
-void TestEdit::newTitleKeepsTheValidators()
+void TestEdit::newTitleKeepsValidators()
 {
     const QString uri = addChannel("News");
     store().update("INSERT DATA { <" + uri + "> " + validators + " }");
@@ -198,7 +198,7 @@ void TestEdit::unknownChannel()
     const QStringList before = everythingIn(store());
     const CommandResult result = runCommand(edit, {"Nowhere"}, {{"title", "a"}});
     QVERIFY(!result.isFine);
-    QCOMPARE(result.err, QString("tidel: Nowhere: no such channel; \"tidel channels\" lists them\n"));
+    QCOMPARE(result.err, QString("tidel: Nowhere: no such channel; \"tidel channels\" lists the channels\n"));
     QCOMPARE(everythingIn(store()), before);
 }
 
@@ -232,7 +232,7 @@ void TestEdit::failures()
         QVERIFY(QStringList({"News", "Old"}).contains(titleOf(uri)));
         QVERIFY(runCommand(edit, {uri}, options).isFine);
         QCOMPARE(titleOf(uri), options.value("title", "News"));
-        QCOMPARE(linkIn(uri), options.value("link", linkOf("News")));
+        QCOMPARE(linkOfChannel(uri), options.value("link", linkOf("News")));
     };
     failEverywhere(edit, {"News"}, options, fill, check);
 }

@@ -15,7 +15,7 @@ private Q_SLOTS:
     void init();
 
     void mark();
-    void takeAway();
+    void unmark();
     void twice();
     void byUri();
     void otherTagsStay();
@@ -53,13 +53,13 @@ void TestFavorites::mark()
         QCOMPARE(message.isFavorite(), message.title() == "a");
 }
 
-void TestFavorites::takeAway()
+void TestFavorites::unmark()
 {
     addFavorite("a");
     addFavorite("b");
     const CommandResult result = runCommand(unfavorite, {linkOf("a")});
     QVERIFY(result.isFine);
-    QCOMPARE(result.out, QString("No favorite: https://example.org/a\n"));
+    QCOMPARE(result.out, QString("Not a favorite: https://example.org/a\n"));
     QCOMPARE(favorites(), QStringList("b"));
 }
 
@@ -121,7 +121,7 @@ void TestFavorites::unknownMessage()
         QCOMPARE(result.out, QString());
         QCOMPARE(result.err,
                  "tidel: " + name
-                     + ": no such message; \"tidel messages CHANNEL\" lists them with their links\n");
+                     + ": no such message; \"tidel messages CHANNEL\" shows the links of messages\n");
     }
     QCOMPARE(everythingIn(store()), before);
 }

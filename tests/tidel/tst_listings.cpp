@@ -9,7 +9,7 @@ using namespace Tidel;
 
 Q_DECLARE_METATYPE(Command)
 
-/// What is listed where the store fails; the rest is tested with the program.
+/// Tests listings when the store fails. tst_tidel tests the rest.
 class TestListings : public CommandTestCase
 {
     Q_OBJECT
@@ -51,7 +51,7 @@ void TestListings::unreadableChannels_data()
     QTest::newRow("unsubscribe") << Command(unsubscribe) << QStringList("News");
 }
 
-// The commands must not say that there is no channel, or no channel of that name.
+// The commands must not report that there is no channel, or no channel with this name.
 void TestListings::unreadableChannels()
 {
     QFETCH(Command, command);

@@ -14,7 +14,7 @@ namespace {
 
 const QString samples(TIDEL_TEST_DATA);
 
-/// What a run of the program left.
+/// The result of a run of the program.
 struct Run
 {
     int exitCode = -1;
@@ -32,7 +32,7 @@ QByteArray item(int number)
 
 } // namespace
 
-/// Runs the real program with the real plug-in against a real server.
+/// Runs the program with the plug-in and a server.
 class TestNetwork : public QObject
 {
     Q_OBJECT
@@ -43,12 +43,12 @@ private slots:
 
     void subscribeAndRefresh();
     void manyFeeds();
-    void severalAtOnce();
+    void parallelRuns();
     void failures();
-    void goneForGood();
+    void removedPermanently();
     void passwordsAreNotShown();
     void download();
-    void downloadOfSeveralAtOnce();
+    void parallelDownloads();
     void downloadByName();
     void downloadFolder();
     void interrupted_data();
@@ -64,13 +64,13 @@ private:
     void start(QProcess &process, const QStringList &arguments) const;
     void startStalledDownload(QProcess &process);
     Run run(const QStringList &arguments) const;
-    QString runThrice(const QStringList &arguments) const;
+    QString runThreeTimes(const QStringList &arguments) const;
     QString write(const QString &name, const QByteArray &items) const;
     QString address(const QString &name) const { return m_server->url("/files/" + name); }
     QStringList downloads() const;
     QByteArray shownProgress(ushort columns) const;
     QProcessEnvironment installedEnvironment() const;
-    /// Copies the program and its library to a folder with \a plugin, which may be empty. Returns its path.
+    /// Copies the program, its library and \a plugin, which may be empty. Returns the path of the program.
     QString copyProgram(const QString &plugin) const;
 
     QTemporaryDir m_served;
@@ -85,7 +85,7 @@ private:
 
 void TestNetwork::initTestCase()
 {
-    // A shell may have had it ignored for what it runs in the background.
+    // A shell may ignore the signal for programs in the background.
     signal(SIGINT, SIG_DFL);
     QVERIFY(m_served.isValid());
     m_server = std::make_unique<FeedServer>(m_served.path());
@@ -166,7 +166,7 @@ void TestNetwork::subscribeAndRefresh()
              QStringList({"Subscribed: morning (1 message)", "Subscribed: evening (1 message)"}));
     QCOMPARE(subscribed.err, QString());
     QCOMPARE(run({"subscribe", morning}).out,
-             QString("Already subscribed: morning (\"tidel refresh\" reads what is new)\n"));
+             QString("Already subscribed: morning (\"tidel refresh\" downloads new messages)\n"));
 
     m_server->forgetRequests();
     const Run unchanged = run({"refresh"});
@@ -189,7 +189,7 @@ void TestNetwork::subscribeAndRefresh()
     QCOMPARE(run({"refresh", "morning", morning}).out, QString("morning: nothing new\n"));
 }
 
-// More than are downloaded at a time; what is told keeps the order in which it was asked for.
+// There are more feeds than parallel downloads. The output has the order of the arguments.
 void TestNetwork::manyFeeds()
 {
     QStringList addresses;
@@ -204,22 +204,22 @@ void TestNetwork::manyFeeds()
     QCOMPARE(run({"refresh"}).lines(), unchanged + QStringList{"40 channels: 0 new messages"});
 }
 
-/// What three programs say that run at once.
-QString TestNetwork::runThrice(const QStringList &arguments) const
+/// The output of three runs at the same time.
+QString TestNetwork::runThreeTimes(const QStringList &arguments) const
 {
     QProcess processes[3];
     for (QProcess &process : processes)
         start(process, arguments);
-    QByteArray said;
+    QByteArray output;
     for (QProcess &process : processes) {
         process.waitForFinished(120000);
-        said += process.readAllStandardOutput() + process.readAllStandardError();
+        output += process.readAllStandardOutput() + process.readAllStandardError();
     }
-    return QString::fromUtf8(said);
+    return QString::fromUtf8(output);
 }
 
-// As when a timer refreshes while the user does: everything is stored once, and nothing fails.
-void TestNetwork::severalAtOnce()
+// A timer may refresh at the same time as the user. Everything is stored once, and nothing fails.
+void TestNetwork::parallelRuns()
 {
     constexpr int feeds = 20;
     constexpr int items = 30;
@@ -233,7 +233,7 @@ void TestNetwork::severalAtOnce()
                                own.replace("example.org", "h" + QByteArray::number(i) + ".org")));
     }
 
-    const QString subscribed = runThrice(QStringList{"subscribe"} + addresses);
+    const QString subscribed = runThreeTimes(QStringList{"subscribe"} + addresses);
     QVERIFY2(!subscribed.contains("tidel:"), qPrintable(subscribed));
     QCOMPARE(subscribed.count("Subscribed: "), feeds);
     QCOMPARE(subscribed.count("Already subscribed: "), 2 * feeds);
@@ -241,7 +241,7 @@ void TestNetwork::severalAtOnce()
 
     for (int i = 0; i < feeds; ++i)
         write(QString("shared%1.xml").arg(i), item(1000 + i));
-    const QString refreshed = runThrice({"refresh"});
+    const QString refreshed = runThreeTimes({"refresh"});
     QVERIFY2(!refreshed.contains("tidel:"), qPrintable(refreshed));
     QCOMPARE(refreshed.count(": 1 new\n"), feeds);
     QCOMPARE(refreshed.count(": nothing new"), 2 * feeds);
@@ -258,10 +258,10 @@ void TestNetwork::failures()
     VERIFY_RUN(some, 1);
     QCOMPARE(some.lines(), QStringList({"Subscribed: good (1 message)", "Subscribed: fading (1 message)"}));
     QCOMPARE(some.err,
-             QString("tidel: %1: 404 Not Found\n"
-                     "tidel: %2: 410 Gone: it is gone for good\n"
-                     "tidel: %3: is empty\n"
-                     "tidel: %4: redirects to where it is not safe\n")
+             QString("tidel: %1: the server answered 404 Not Found\n"
+                     "tidel: %2: the server answered 410 Gone: the file was removed permanently\n"
+                     "tidel: %3: the file is empty\n"
+                     "tidel: %4: the server redirects to an unsafe address\n")
                  .arg(wrong.at(0), wrong.at(1), wrong.at(2), wrong.at(3)));
 
     QVERIFY(QFile::remove(m_served.filePath("fading.xml")));
@@ -270,17 +270,20 @@ void TestNetwork::failures()
     VERIFY_RUN(refreshed, 1);
     QCOMPARE(refreshed.lines(),
              QStringList({"good: 1 new", "  (no date)  Item 3", "2 channels: 1 new message, 1 failed"}));
-    QCOMPARE(refreshed.err, "tidel: fading (" + fading + "): 404 Not Found\n");
+    QCOMPARE(refreshed.err, "tidel: fading (" + fading + "): the server answered 404 Not Found\n");
 }
 
-void TestNetwork::goneForGood()
+void TestNetwork::removedPermanently()
 {
     VERIFY_RUN(run({"subscribe", write("bygone.xml", item(1))}), 0);
     const QString gone = m_server->url("/status/410");
     VERIFY_RUN(run({"edit", "bygone", "--link", gone}), 0);
     const Run refreshed = run({"refresh"});
     VERIFY_RUN(refreshed, 1);
-    QCOMPARE(refreshed.err, "tidel: bygone (" + gone + "): 410 Gone: it is gone for good; unsubscribe\n");
+    QCOMPARE(refreshed.err,
+             "tidel: bygone (" + gone
+                 + "): the server answered 410 Gone: the file was removed permanently; \"tidel unsubscribe\" "
+                   "deletes the channel\n");
 }
 
 void TestNetwork::passwordsAreNotShown()
@@ -316,7 +319,7 @@ void TestNetwork::download()
     QCOMPARE(m_server->requests(), QStringList());
 }
 
-void TestNetwork::downloadOfSeveralAtOnce()
+void TestNetwork::parallelDownloads()
 {
     QByteArray files;
     for (int i = 10; i < 30; ++i)
@@ -324,9 +327,9 @@ void TestNetwork::downloadOfSeveralAtOnce()
     const QString feed = write(
         "often.xml", "<item><title>Often</title><link>https://example.org/often</link>" + files + "</item>");
     VERIFY_RUN(run({"subscribe", feed}), 0);
-    const QString said = runThrice({"download", "https://example.org/often", "--into", "into"});
-    QVERIFY2(!said.contains("tidel:"), qPrintable(said));
-    QCOMPARE(said.count("ownloaded: "), 60);
+    const QString output = runThreeTimes({"download", "https://example.org/often", "--into", "into"});
+    QVERIFY2(!output.contains("tidel:"), qPrintable(output));
+    QCOMPARE(output.count("ownloaded: "), 60);
     QCOMPARE(downloads().size(), 20);
 }
 
@@ -348,7 +351,8 @@ void TestNetwork::downloadByName()
     QVERIFY2(mixed.err.contains("https://example.org/1: the message has no enclosures\n"),
              qPrintable(mixed.err));
     QVERIFY2(mixed.err.contains("tidel: nowhere: no such message or enclosure; "), qPrintable(mixed.err));
-    QVERIFY2(mixed.err.contains("tidel: " + bad + ": 404 Not Found\n"), qPrintable(mixed.err));
+    QVERIFY2(mixed.err.contains("tidel: " + bad + ": the server answered 404 Not Found\n"),
+             qPrintable(mixed.err));
     VERIFY_RUN(run({"download"}), 2);
     VERIFY_RUN(run({"download", good, "--into", ""}), 2);
 }
@@ -382,7 +386,7 @@ void TestNetwork::interrupted()
     QProcess process;
     start(process, {"subscribe", m_server->url("/silent"), write("after.xml", item(3))});
     QTRY_COMPARE(m_server->requests().size(), 2);
-    // The other one is answered while nothing comes of the first.
+    // The server answers the second request only.
     QTRY_VERIFY(run({"channels"}).out.contains("after"));
     QCOMPARE(kill(pid_t(process.processId()), signal), 0);
     QVERIFY(process.waitForFinished());
@@ -391,11 +395,11 @@ void TestNetwork::interrupted()
     QCOMPARE(QString(process.readAllStandardOutput()), QString("Subscribed: after (1 message)\n"));
     QCOMPARE(QString(process.readAllStandardError()), QString());
 
-    // What was stored is whole, and the rest is fetched another time.
+    // The next refresh stores the rest.
     QCOMPARE(run({"refresh"}).lines().last(), QString("2 channels: 1 new message"));
 }
 
-/// Starts a download that the server does not go on with.
+/// Starts a download that the server does not complete.
 void TestNetwork::startStalledDownload(QProcess &process)
 {
     const QString file = m_server->url("/stalled/a.mp3");
@@ -427,8 +431,8 @@ void TestNetwork::killedDownload()
     QVERIFY(!downloads().contains("a.mp3"));
 }
 
-// On a terminal a line of its own says how far things are, and is gone in the end.
-/// What a terminal of so many columns is shown of the subscription to two feeds; 0 where it does not say.
+/// The text on a terminal with \a columns columns during the subscription to two feeds. The width of the
+/// terminal is unknown if \a columns is 0.
 QByteArray TestNetwork::shownProgress(ushort columns) const
 {
     int terminal = -1;

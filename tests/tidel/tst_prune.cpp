@@ -39,29 +39,29 @@ class TestPrune : public CommandTestCase
 private Q_SLOTS:
     void misuse_data();
     void misuse();
-    void newestStay();
-    void undatedGoFirst();
-    void firstDownloadedGoesFirst();
-    void favoritesStayBesides();
-    void otherTagsProtectNothing();
+    void newestAreKept();
+    void undatedAreDeletedFirst();
+    void firstDownloadedIsDeletedFirst();
+    void favoritesAreKeptInAddition();
+    void otherTagsDoNotProtect();
     void keepNone();
     void nothingToDelete();
     void emptyStore();
     void severalChannels();
     void unknownChannel();
-    void dryRunSaysWhatGoes();
-    void sharedMessageLeavesOneChannel();
-    void sharedByAllChannels();
-    void enclosuresGoWithTheirMessages();
+    void dryRunListsMessages();
+    void sharedMessageStaysInOtherChannel();
+    void messageOfAllChannels();
+    void enclosuresAreDeletedWithMessages();
     void sharedEnclosureStays();
     void imageOfAChannelStays();
-    void droppedLinksAreRemembered();
+    void droppedLinksAreStored();
     void manyMessages();
     void downloadedFiles();
-    void readsNothingOfOthers();
+    void noCostlyQueries();
     void failures();
     void failuresOfDryRun();
-    void oneChannelFailsTheNextDoesNot();
+    void failureDoesNotStopNextChannel();
 };
 
 void TestPrune::misuse_data()
@@ -86,10 +86,10 @@ void TestPrune::misuse()
     QFETCH(Options, options);
     QFETCH(bool, isFine);
     QCOMPARE(misuseOfPrune({{}, options}),
-             isFine ? QString() : QString("say how many messages stay: --keep N, 0 or more"));
+             isFine ? QString() : QString("give the number of messages to keep: --keep N, 0 or more"));
 }
 
-void TestPrune::newestStay()
+void TestPrune::newestAreKept()
 {
     const QString uri = addChannel("News",
                                    {message("c", day(3)), message("a", day(1)), message("e", day(5)),
@@ -103,7 +103,7 @@ void TestPrune::newestStay()
     QCOMPARE(titles(uri), QStringList("e"));
 }
 
-void TestPrune::undatedGoFirst()
+void TestPrune::undatedAreDeletedFirst()
 {
     const QString uri =
         addChannel("News", {message("old", day(1)), message("undated"), message("new", day(2))});
@@ -111,7 +111,7 @@ void TestPrune::undatedGoFirst()
     QCOMPARE(titles(uri), QStringList({"new", "old"}));
 }
 
-void TestPrune::firstDownloadedGoesFirst()
+void TestPrune::firstDownloadedIsDeletedFirst()
 {
     const QString uri = addChannel("News",
                                    {message("second", day(1)), message("first", day(1)),
@@ -132,7 +132,7 @@ void TestPrune::firstDownloadedGoesFirst()
     QCOMPARE(titles(uri), QStringList("third"));
 }
 
-void TestPrune::favoritesStayBesides()
+void TestPrune::favoritesAreKeptInAddition()
 {
     const QString uri = addChannel(
         "News", {message("a", day(1)), message("b", day(2)), message("c", day(3)), message("d", day(4))});
@@ -147,7 +147,7 @@ void TestPrune::favoritesStayBesides()
     QCOMPARE(pruned({"News"}, 0).out, QString("News: nothing to delete\n"));
 }
 
-void TestPrune::otherTagsProtectNothing()
+void TestPrune::otherTagsDoNotProtect()
 {
     const QString uri = addChannel("News", {message("a", day(1)), message("b", day(2))});
     store().update("INSERT DATA { <urn:tag:1> a nao:Tag . <urn:tag:2> a nao:Tag }");
@@ -208,11 +208,11 @@ void TestPrune::unknownChannel()
     const QString uri = addChannel("News", {message("a", day(1)), message("b", day(2))});
     const CommandResult result = pruned({"Nowhere", linkOf("News")}, 1);
     QVERIFY(!result.isFine);
-    QCOMPARE(result.err, QString("tidel: Nowhere: no such channel; \"tidel channels\" lists them\n"));
+    QCOMPARE(result.err, QString("tidel: Nowhere: no such channel; \"tidel channels\" lists the channels\n"));
     QCOMPARE(titles(uri), QStringList("b"));
 }
 
-void TestPrune::dryRunSaysWhatGoes()
+void TestPrune::dryRunListsMessages()
 {
     addChannel("News",
                {message("a", day(1)), message("b", day(2)), message("c", day(3)), message("undated")});
@@ -230,7 +230,7 @@ void TestPrune::dryRunSaysWhatGoes()
              QStringList({"c", "d"}));
 }
 
-void TestPrune::sharedMessageLeavesOneChannel()
+void TestPrune::sharedMessageStaysInOtherChannel()
 {
     const QString news = addChannel("News", {message("a", day(1), {"a.ogg"}), message("b", day(2))});
     const QString radio = addChannel("Radio", {message("a", day(1))});
@@ -242,7 +242,7 @@ void TestPrune::sharedMessageLeavesOneChannel()
     QCOMPARE(dropped(radio), QStringList());
 }
 
-void TestPrune::sharedByAllChannels()
+void TestPrune::messageOfAllChannels()
 {
     addChannel("News", {message("a", day(1), {"a.ogg"}), message("b", day(2))});
     addChannel("Radio", {message("a", day(1)), message("b", day(2))});
@@ -251,7 +251,7 @@ void TestPrune::sharedByAllChannels()
     QCOMPARE(store().count("?e a mfo:Enclosure"), 0);
 }
 
-void TestPrune::enclosuresGoWithTheirMessages()
+void TestPrune::enclosuresAreDeletedWithMessages()
 {
     addChannel("News",
                {message("a", day(1), {"a.ogg", "a.pdf"}), message("b", day(2), {"b.ogg"}),
@@ -280,7 +280,7 @@ void TestPrune::imageOfAChannelStays()
     QCOMPARE(store().texts("SELECT ?l { ?e a mfo:Enclosure ; mfo:remoteLink ?l }"), links({"a.png"}));
 }
 
-void TestPrune::droppedLinksAreRemembered()
+void TestPrune::droppedLinksAreStored()
 {
     const QString uri =
         addChannel("News", {message("a", day(1)), message("b", day(2)), message("c", day(3))});
@@ -322,14 +322,14 @@ void TestPrune::downloadedFiles()
     QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList("b.ogg"));
 }
 
-void TestPrune::readsNothingOfOthers()
+void TestPrune::noCostlyQueries()
 {
     addChannel("Radio", {message("shared", day(1))});
     addChannel("News", {message("a", day(1), {"a.ogg"}), message("b", day(2)), message("shared", day(1))});
     StatementGate::reset();
     QVERIFY(dryRun({"News"}, 0).isFine);
     QVERIFY(pruned({"News"}, 0).isFine);
-    QCOMPARE(costlyQuestions(), QStringList());
+    QCOMPARE(costlyQueries(), QStringList());
 }
 
 void TestPrune::failures()
@@ -344,14 +344,14 @@ void TestPrune::failures()
         addFavorite("b");
     };
     const auto check = [&] {
-        // What stays is there all the same, and what went is remembered.
+        // Messages to keep are still in the channel. The links of deleted messages are stored.
         const QStringList left = titles(news);
         for (const char *name : {"b", "d", "e"})
             QVERIFY2(left.contains(name), qPrintable(left.join(' ')));
         for (const char *name : {"a", "shared"})
             QVERIFY2(left.contains(name) || dropped(news).contains(linkOf(name)), name);
         QCOMPARE(titles(radio), QStringList("shared"));
-        // A second run ends what the first began.
+        // A second run completes the first one.
         QVERIFY(pruned({"News"}, 2).isFine);
         QVERIFY(runCommand(clean, {}).isFine);
         QCOMPARE(titles(news), QStringList({"b", "d", "e"}));
@@ -372,7 +372,7 @@ void TestPrune::failuresOfDryRun()
                    [&] { QCOMPARE(everythingIn(store()), before); });
 }
 
-void TestPrune::oneChannelFailsTheNextDoesNot()
+void TestPrune::failureDoesNotStopNextChannel()
 {
     const QString news = addChannel("News", {message("a", day(1)), message("b", day(2))});
     const QString radio =

@@ -17,14 +17,14 @@ private slots:
     void initTestCase();
     void terminalText_data();
     void terminalText();
-    void noControlReachesTheTerminal();
+    void noControlCharacters();
     void width_data();
     void width();
     void columnsAreAligned();
-    void longCellsStickOut();
+    void longCellsAreNotAligned();
     void rowsOfDifferentLengths();
-    void outputIsSafeLines();
-    void outputSaysWhenItCannotBeWritten();
+    void outputIsSafe();
+    void outputReportsWriteErrors();
 };
 
 void TestTable::initTestCase() { QVERIFY(setlocale(LC_CTYPE, "C.UTF-8")); }
@@ -66,7 +66,7 @@ void TestTable::terminalText()
     QCOMPARE(Tidel::terminalText(text), expected);
 }
 
-void TestTable::noControlReachesTheTerminal()
+void TestTable::noControlCharacters()
 {
     for (uint c = 0; c < 0x3000; ++c) {
         const QString safe = Tidel::terminalText(QString(QChar(c)));
@@ -113,7 +113,7 @@ void TestTable::columnsAreAligned()
     QCOMPARE(table.lines(), expected);
 }
 
-void TestTable::longCellsStickOut()
+void TestTable::longCellsAreNotAligned()
 {
     Table table;
     table.addRow({QString(100, 'a'), "x"});
@@ -132,7 +132,7 @@ void TestTable::rowsOfDifferentLengths()
     QCOMPARE(table.lines(), expected);
 }
 
-void TestTable::outputIsSafeLines()
+void TestTable::outputIsSafe()
 {
     QTemporaryFile results;
     QTemporaryFile errors;
@@ -153,7 +153,7 @@ void TestTable::outputIsSafeLines()
     QCOMPARE(errors.readAll(), QByteArray("for your information\ntidel: feed.xml: broken\n"));
 }
 
-void TestTable::outputSaysWhenItCannotBeWritten()
+void TestTable::outputReportsWriteErrors()
 {
     FILE *full = fopen("/dev/full", "w");
     QVERIFY(full);

@@ -5,7 +5,7 @@ namespace {
 
 const QString samples(TIDEL_TEST_DATA);
 
-/// What a run of the program left.
+/// The result of a run of the program.
 struct Run
 {
     int exitCode = -1;
@@ -23,7 +23,7 @@ QByteArray feed(const QByteArray &items)
 
 } // namespace
 
-/// Runs the real program on a store of its own for each test.
+/// Runs the program. Each test has a new store.
 class TestTidel : public QObject
 {
     Q_OBJECT
@@ -41,19 +41,19 @@ private slots:
     void subscribe();
     void subscribeTwice();
     void failuresDoNotStopTheRest();
-    void everySample();
+    void allSamples();
     void messages();
     void channelNames();
     void unknownNames();
     void enclosures();
     void refreshTwice();
-    void secondEdition();
-    void refreshSome();
+    void changedFeed();
+    void refreshSelectedChannels();
     void refreshWithoutFile();
-    void prunedMessagesStayAway();
+    void prunedMessagesAreNotStoredAgain();
     void undatedMessages();
     void editedLinkIsRead();
-    void itemsWithoutLinkSurviveAMove();
+    void itemsWithoutLinkAfterMove();
     void nothingIsLeft();
     void sharedItem();
     void hostileFeeds();
@@ -61,12 +61,12 @@ private slots:
     void log();
     void logOfPlainMessages();
     void exampleOfLogSettings();
-    void logThatCannotBeWritten();
+    void logCannotBeWritten();
     void strangeFileNames();
     void plainLocale();
     void localTime();
-    void storeThatCannotBeOpened();
-    void resultsThatCannotBeWritten();
+    void storeCannotBeOpened();
+    void resultsCannotBeWritten();
 
 private:
     Run run(const QStringList &arguments) const;
@@ -160,12 +160,12 @@ void TestTidel::helpOfOptions()
 {
     QCOMPARE(run({"prune", "--help"}).lines(),
              QStringList({"Usage: tidel prune [options] [CHANNEL...] --keep N [--dry-run]",
-                          "Delete a channel's oldest messages; favorites stay.",
-                          "Options:", "  -h, --help  Shows this help.",
-                          "  --keep <N>  How many messages stay, besides the favorites.",
-                          "  --dry-run   Say what would be deleted, and delete nothing.", "Arguments:",
-                          "  CHANNEL     Channels by title, link, file or URI; all of them when none is",
-                          "              named."}));
+                          "Delete the oldest messages of each channel, except favorites.",
+                          "Options:", "  -h, --help  Displays this help.",
+                          "  --keep <N>  The number of messages to keep in addition to favorites.",
+                          "  --dry-run   Shows what would be deleted, and deletes nothing.", "Arguments:",
+                          "  CHANNEL     The titles, links, files or URIs of channels; all channels by",
+                          "              default."}));
     const Run all = run({"--help"});
     QVERIFY(all.out.contains("\n  prune [CHANNEL...] --keep N [--dry-run]\n"));
     QVERIFY(all.out.contains("\n  edit CHANNEL [--title TITLE] [--link FILE|URL]\n"));
@@ -305,14 +305,14 @@ void TestTidel::failuresDoNotStopTheRest()
     QVERIFY(errors.at(0).endsWith(": no such file; web addresses begin with https:// or http://"));
     QVERIFY(run({"subscribe", "/no/such/file"}).err.endsWith(": no such file\n"));
     QVERIFY(errors.at(1).contains("directory"));
-    QVERIFY(errors.at(2).contains("neither a file nor an http or https address"));
+    QVERIFY(errors.at(2).contains("only files and http and https addresses are supported"));
     QVERIFY(errors.at(3).contains("empty"));
     QVERIFY(errors.at(4).contains("not well-formed XML (line 1, column "));
     QVERIFY(errors.at(6).contains("XML but not a feed"));
     QCOMPARE(run({"channels"}).lines().size(), 2);
 }
 
-void TestTidel::everySample()
+void TestTidel::allSamples()
 {
     const QStringList feeds = copyFolder("feeds");
     const Run good = run(QStringList{"subscribe"} + feeds);
@@ -437,7 +437,7 @@ void TestTidel::refreshTwice()
         QCOMPARE(run({"messages", feeds.at(i)}).out, before.at(i));
 }
 
-void TestTidel::secondEdition()
+void TestTidel::changedFeed()
 {
     VERIFY_RUN(run({"subscribe", copy("feeds/hillside-radio.xml")}), 0);
     copy("feeds-later/hillside-radio.xml");
@@ -455,7 +455,7 @@ void TestTidel::secondEdition()
     QVERIFY(run({"enclosures", "https://radio.example.org/episodes/7"}).out.contains("37440000 bytes"));
 }
 
-void TestTidel::refreshSome()
+void TestTidel::refreshSelectedChannels()
 {
     VERIFY_RUN(run({"subscribe", copy("feeds/hillside-radio.xml"), copy("feeds/town-news.xml")}), 0);
     copy("feeds-later/hillside-radio.xml");
@@ -479,8 +479,8 @@ void TestTidel::refreshWithoutFile()
     QCOMPARE(run({"messages", "Town News"}).lines().size(), 2);
 }
 
-// As readers of a feed see it: what was pruned is not new again while the feed goes on showing it.
-void TestTidel::prunedMessagesStayAway()
+// A deleted message is not stored again while the feed contains it.
+void TestTidel::prunedMessagesAreNotStoredAgain()
 {
     const auto publish = [this](const QStringList &titles) {
         QString items;
@@ -512,7 +512,7 @@ void TestTidel::prunedMessagesStayAway()
     QCOMPARE(run({"subscribe", "feed.xml"}).out, QString("Subscribed: Feed (4 messages)\n"));
 }
 
-// Feeds show the newest first, and there is nothing else to go by.
+// Without dates, the order of the feed counts. The newest message is the first one.
 void TestTidel::undatedMessages()
 {
     const auto publish = [this](const QStringList &titles) {
@@ -550,7 +550,7 @@ void TestTidel::editedLinkIsRead()
     QCOMPARE(run({"messages", "moved.xml"}).lines().size(), 4);
 }
 
-void TestTidel::itemsWithoutLinkSurviveAMove()
+void TestTidel::itemsWithoutLinkAfterMove()
 {
     const QByteArray old = "<item><title>Old</title><guid isPermaLink='false'>1</guid></item>";
     const QByteArray fresh = "<item><title>New</title><guid isPermaLink='false'>2</guid></item>";
@@ -590,7 +590,7 @@ void TestTidel::sharedItem()
         QVERIFY2(messages.lines().first().contains("https://press.example.net/bridge"),
                  qPrintable(messages.out));
     }
-    // The message is one, and has what either feed says of its files.
+    // There is one message, which has the enclosures of both feeds.
     QCOMPARE(run({"enclosures", "https://press.example.net/bridge"}).lines().size(), 2);
     QCOMPARE(
         run({"refresh"}).lines(),
@@ -661,7 +661,7 @@ void TestTidel::log()
     QCOMPARE(read("log.txt").count("|read the channels from the store "), 1);
 }
 
-// They have none of the logger's fields and are filed under their logging category, not printed.
+// Messages that are not structured are logged by their logging category, and not printed.
 void TestTidel::logOfPlainMessages()
 {
     VERIFY_RUN(run({"subscribe", copy("feeds/town-news.xml")}), 0);
@@ -685,19 +685,20 @@ void TestTidel::exampleOfLogSettings()
     QVERIFY2(read("tidel.log").contains("read the channels from the store"), qPrintable(read("tidel.log")));
 }
 
-void TestTidel::logThatCannotBeWritten()
+void TestTidel::logCannotBeWritten()
 {
     const Run missing = run({"--log-settings", "nowhere.ini", "channels"});
     VERIFY_RUN(missing, 1);
-    QCOMPARE(missing.err, QString("tidel: nowhere.ini: no such file\n"));
+    QCOMPARE(missing.err, QString("tidel: nowhere.ini: could not read the log settings: no such file\n"));
     write("folder.ini", "[log-settings]\ndir-path=.\n");
     const Run folder = run({"--log-settings", "folder.ini", "channels"});
     VERIFY_RUN(folder, 1);
-    QCOMPARE(folder.err, QString("tidel: folder.ini: its log file cannot be opened\n"));
+    QCOMPARE(folder.err,
+             QString("tidel: folder.ini: could not open the log file; check its dir-path and file-name\n"));
     QCOMPARE(missing.out + folder.out, QString());
     QVERIFY(!QFile::exists(m_dir->filePath("data")));
 
-    // Settings for silence.
+    // Empty settings log nothing.
     const Run silent = run({"--log-settings", write("silent.ini", QByteArray()), "channels"});
     VERIFY_RUN(silent, 0);
     QCOMPARE(silent.out, QString());
@@ -717,7 +718,7 @@ void TestTidel::strangeFileNames()
     QCOMPARE(run({"channels"}).lines().size(), names.size());
 }
 
-// A cron job's environment names no character set; titles and file names are UTF-8 all the same.
+// The environment of a cron job has no character set. Titles and file names are still UTF-8.
 void TestTidel::plainLocale()
 {
     const QString name = QStringLiteral("\u4e80.xml");
@@ -740,7 +741,7 @@ void TestTidel::localTime()
     QVERIFY2(messages.out.startsWith("2026-11-04 14:45"), qPrintable(messages.out));
 }
 
-void TestTidel::storeThatCannotBeOpened()
+void TestTidel::storeCannotBeOpened()
 {
     QFile file(m_dir->filePath("data"));
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -752,7 +753,7 @@ void TestTidel::storeThatCannotBeOpened()
     QVERIFY2(closed.err.startsWith("tidel: could not open the store: "), qPrintable(closed.err));
 }
 
-void TestTidel::resultsThatCannotBeWritten()
+void TestTidel::resultsCannotBeWritten()
 {
     VERIFY_RUN(run({"subscribe", copy("feeds/town-news.xml")}), 0);
     QProcess process;
@@ -761,7 +762,7 @@ void TestTidel::resultsThatCannotBeWritten()
     process.start(TIDEL_PROGRAM, {"channels"});
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitCode(), 1);
-    QVERIFY(process.readAllStandardError().contains("cannot be written"));
+    QVERIFY(process.readAllStandardError().contains("could not write the results"));
 }
 
 QTEST_GUILESS_MAIN(TestTidel)

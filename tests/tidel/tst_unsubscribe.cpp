@@ -18,12 +18,12 @@ private Q_SLOTS:
     void otherChannelsStay();
     void sharedMessageStays();
     void sharedEnclosureStays();
-    void favoritesGoToo();
-    void notesGoToo();
+    void favoritesAreDeleted();
+    void feedStateIsDeleted();
     void downloadedFiles();
     void unknownChannel();
     void ambiguousTitle();
-    void readsNothingOfOthers();
+    void noCostlyQueries();
     void failures();
 
 private:
@@ -81,7 +81,7 @@ void TestUnsubscribe::sharedEnclosureStays()
     QCOMPARE(everythingIn(store()), QStringList());
 }
 
-void TestUnsubscribe::favoritesGoToo()
+void TestUnsubscribe::favoritesAreDeleted()
 {
     addChannel("News", {message("a", day(1))});
     addFavorite("a");
@@ -89,7 +89,7 @@ void TestUnsubscribe::favoritesGoToo()
     QCOMPARE(everythingIn(store()), QStringList());
 }
 
-void TestUnsubscribe::notesGoToo()
+void TestUnsubscribe::feedStateIsDeleted()
 {
     const QString uri = addChannel("News");
     store().update("INSERT DATA { <" + uri
@@ -124,7 +124,7 @@ void TestUnsubscribe::unknownChannel()
         const CommandResult result = runCommand(unsubscribe, {name});
         QVERIFY(!result.isFine);
         QCOMPARE(result.out, QString());
-        QCOMPARE(result.err, "tidel: " + name + ": no such channel; \"tidel channels\" lists them\n");
+        QCOMPARE(result.err, "tidel: " + name + ": no such channel; \"tidel channels\" lists the channels\n");
     }
     QCOMPARE(everythingIn(store()), before);
 }
@@ -137,22 +137,20 @@ void TestUnsubscribe::ambiguousTitle()
     const QStringList before = everythingIn(store());
     const CommandResult result = runCommand(unsubscribe, {"News"});
     QVERIFY(!result.isFine);
-    QCOMPARE(
-        result.err,
-        QString(
-            "tidel: News: 2 channels have this title; use the link of one, as \"tidel channels\" shows it\n"));
+    QCOMPARE(result.err,
+             QString("tidel: News: 2 channels have this title; use a link that \"tidel channels\" shows\n"));
     QCOMPARE(everythingIn(store()), before);
     QVERIFY(runCommand(unsubscribe, {linkOf("Radio")}).isFine);
     QCOMPARE(tracker()->allChannelUrls(), QStringList(news));
 }
 
-void TestUnsubscribe::readsNothingOfOthers()
+void TestUnsubscribe::noCostlyQueries()
 {
     addChannel("Radio", {message("shared", day(1))});
     addChannel("News", {message("a", day(1), {"a.ogg"}), message("b", day(2)), message("shared", day(1))});
     StatementGate::reset();
     QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
-    QCOMPARE(costlyQuestions(), QStringList());
+    QCOMPARE(costlyQueries(), QStringList());
 }
 
 void TestUnsubscribe::failures()
@@ -165,7 +163,7 @@ void TestUnsubscribe::failures()
     };
     const auto check = [&] {
         QCOMPARE(titles(radio), QStringList("shared"));
-        // What is left of it can be deleted still.
+        // A channel that is deleted in part can still be deleted.
         if (tracker()->allChannelUrls().size() > 1)
             QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
         QVERIFY(runCommand(clean, {}).isFine);
