@@ -13,7 +13,7 @@ void writeSettings(const QString &path, const QString &folder)
 {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
-        qFatal("The settings cannot be written");
+        qFatal("could not write the settings");
     file.write("[log-settings]\ndir-path=" + folder.toUtf8()
                + "\nfile-name=log.txt\n[log-format]\n"
                  "format=<timestamp><file><line><msgtype><function><message>\n"
@@ -22,7 +22,7 @@ void writeSettings(const QString &path, const QString &folder)
 
 void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) { }
 
-/// One trace as the store writes many: a text and a URI.
+/// Writes a typical trace of the store: a text and a URI.
 void writeTrace(benchmark::State &state, QtMessageHandler handler, const char *category)
 {
     qInstallMessageHandler(handler);
@@ -44,7 +44,7 @@ int main(int argc, char **argv)
     const QstLogger logger(settings);
     const QtMessageHandler log = qInstallMessageHandler(dropMessage);
 
-    // What the others cost beyond the first is the logger's.
+    // The difference to the first benchmark is the cost of the logger.
     benchmark::RegisterBenchmark("trace/no logger", writeTrace, dropMessage, "On");
     benchmark::RegisterBenchmark("trace/unknown category", writeTrace, log, "Unknown");
     benchmark::RegisterBenchmark("trace/level off", writeTrace, log, "Off");

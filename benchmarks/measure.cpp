@@ -28,7 +28,7 @@ double memoryMegabytes(const std::string &field)
     return 0;
 }
 
-/// Lets the kernel count the peak anew.
+/// Resets the peak that the kernel reports.
 void resetPeak() { std::ofstream("/proc/self/clear_refs") << "5"; }
 
 } // namespace

@@ -4,13 +4,14 @@
 
 #include <functional>
 
-/// What a piece of work costs this process.
+/// The cost of a function in this process.
 struct Cost
 {
-    double cpuSeconds = 0; ///< of all threads, in user and system mode
-    double peakMegabytes = 0; ///< the most memory held at once above what was held before
+    double cpuSeconds = 0; ///< The time of all threads in user and system mode.
+    double peakMegabytes = 0; ///< The maximum memory in addition to the memory before the call.
 };
 
+/// Calls \a work and returns its cost.
 Cost measure(const std::function<void()> &work);
 
 #endif

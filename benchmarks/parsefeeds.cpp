@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-// Parses the files that it is given with KDE Syndication and does nothing else.
+// usage: parsefeeds FILE...
+// Parses the files with KDE Syndication, and does nothing else.
 #include <Syndication/DocumentSource>
 #include <Syndication/Feed>
 #include <Syndication/Item>
@@ -17,7 +18,7 @@ int main(int argc, char **argv)
     for (const QString &name : application.arguments().mid(1)) {
         QFile file(name);
         if (!file.open(QIODevice::ReadOnly)) {
-            std::fprintf(stderr, "Cannot read %s\n", qPrintable(name));
+            std::fprintf(stderr, "could not read %s\n", qPrintable(name));
             return 1;
         }
         const Syndication::DocumentSource source(file.readAll(), name);

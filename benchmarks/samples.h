@@ -4,10 +4,10 @@
 
 #include <feedchannel.h>
 
-/// A channel that is told from others by its number.
+/// Returns the sample channel \a number.
 FeedChannel sampleChannel(int number);
 
-/// Messages with 1 KB of HTML each; the same numbers give the same links.
+/// Returns \a count messages with 1 KB of HTML each, from number \a first. Each number has its own link.
 QList<FeedMessage> sampleMessages(int first, int count);
 
 #endif

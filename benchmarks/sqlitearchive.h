@@ -9,14 +9,18 @@
 
 struct sqlite3;
 
-/// What the store does, done with nothing but SQLite: the yardstick of the benchmarks.
+/// Stores messages with SQLite only. The benchmarks compare the store with this class.
 class SqliteArchive
 {
 public:
+    /// Opens the archive in \a file, which is created if necessary.
     explicit SqliteArchive(const QString &file);
+    /// Closes the archive.
     ~SqliteArchive();
 
+    /// Adds the messages that are not stored, and adds all messages to the channel.
     void addMessages(const QList<FeedMessage> &messages, const QString &channelUri);
+    /// Returns the messages of the channel.
     QList<FeedMessage> messagesForChannel(const QString &channelUri) const;
 
 private:

@@ -13,14 +13,13 @@
 
 namespace {
 
-/// Frees what the library has released, as a host's event loop does.
+/// Deletes released objects, like the event loop of a host.
 void collectGarbage() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
 
 constexpr int batch = 50;
 constexpr int samplesPerRun = 20;
 
-/// The store and the yardstick beside it, both holding the same messages in one channel, and a second, empty
-/// channel.
+/// The store and an SQLite archive with the same messages in one channel, and a second, empty channel.
 class Archives
 {
 public:
@@ -47,7 +46,7 @@ public:
     }
     SqliteArchive &sqlite() { return m_sqlite; }
 
-    /// Messages that neither archive has, other ones with every call.
+    /// Returns messages that neither archive has, different ones on each call.
     QList<FeedMessage> newMessages()
     {
         m_next += batch;
@@ -57,7 +56,7 @@ public:
     static void require(bool done)
     {
         if (!done)
-            qFatal("The store refused its part of the work");
+            qFatal("The store failed");
     }
 
     QTemporaryDir folder;
@@ -69,7 +68,8 @@ private:
     int m_next;
 };
 
-/// One pair of archives at a time; the benchmarks run in the order of their sizes.
+/// Returns archives with \a messageCount messages. Only one pair exists at a time, because the benchmarks run
+/// in the order of their sizes.
 Archives &archivesOf(int messageCount)
 {
     static std::unique_ptr<Archives> archives;
@@ -82,22 +82,21 @@ Archives &archivesOf(int messageCount)
     return *archives;
 }
 
-/// Times \a ours beside \a yardstick; the counters are per call.
-void compare(benchmark::State &state, const std::function<void()> &ours,
-             const std::function<void()> &yardstick)
+/// Measures \a store and \a sqlite. The counters are per call.
+void compare(benchmark::State &state, const std::function<void()> &store, const std::function<void()> &sqlite)
 {
     double cpu = 0;
     double sqliteCpu = 0;
     double peak = 0;
     for ([[maybe_unused]] auto _ : state) {
         const Cost cost = measure([&] {
-            ours();
+            store();
             collectGarbage();
         });
         state.SetIterationTime(cost.cpuSeconds);
         cpu += cost.cpuSeconds;
         peak = std::max(peak, cost.peakMegabytes);
-        sqliteCpu += measure(yardstick).cpuSeconds;
+        sqliteCpu += measure(sqlite).cpuSeconds;
     }
     state.counters["sqlite_ms"] = benchmark::Counter(1000 * sqliteCpu / double(state.iterations()));
     state.counters["ratio"] = cpu / sqliteCpu;
@@ -168,7 +167,7 @@ benchmark::internal::Benchmark *configured(benchmark::internal::Benchmark *bench
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
-    // A host's handler decides what traces cost; here they are dropped.
+    // Traces are not measured.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))

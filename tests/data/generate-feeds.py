@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: LGPL-2.1-or-later
-"""Writes many feeds, or large ones, always the same for the same options."""
+"""Writes many or large feeds. The same options always give the same feeds."""
 
 import argparse
 import datetime
@@ -63,7 +63,7 @@ def main():
     parser.add_argument("--feeds", type=int, default=200, help="number of files (%(default)s)")
     parser.add_argument("--items", type=int, default=50, help="items in each (%(default)s)")
     parser.add_argument("--size", type=int, default=1024, help="characters of HTML in each item (%(default)s)")
-    parser.add_argument("directory", type=pathlib.Path, help="where the files go: feed-000.xml and so on")
+    parser.add_argument("directory", type=pathlib.Path, help="the folder for the files feed-000.xml and so on")
     options = parser.parse_args()
 
     options.directory.mkdir(parents=True, exist_ok=True)
