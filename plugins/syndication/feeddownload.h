@@ -40,6 +40,7 @@ private:
     /// The items of a feed with their links, and how the store uses these links.
     struct Claims;
 
+    /// Creates the download of a new channel if \a isSubscription is true, otherwise of a stored channel.
     FeedDownload(const DownloadTools &tools, bool isSubscription);
 
     /// Finds out the address of the document and reads its stored validators.

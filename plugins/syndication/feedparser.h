@@ -47,6 +47,7 @@ public:
     StorableMessage message(const ClaimedItem &claimed) const;
 
 private:
+    /// Creates a feed from \a tree, with the addresses of parse().
     ParsedFeed(const FeedTree &tree, const QUrl &link, const QUrl &source);
 
     /// Makes \a reference absolute and passes it to \a clean.

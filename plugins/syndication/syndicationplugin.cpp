@@ -20,13 +20,11 @@ constexpr int enclosurePatience = 1000;
 
 } // namespace
 
-/// Shared by the downloaders of one plug-in.
 struct SyndicationPlugin::Network
 {
     std::unique_ptr<QNetworkAccessManager> manager;
 };
 
-/// A running operation.
 struct SyndicationPlugin::Task
 {
     bool isEnclosure;

@@ -23,8 +23,8 @@ class SyndicationPlugin : public FeedPluginInterface
     Q_OBJECT
     Q_PLUGIN_METADATA(IID FeedPluginInterface_iid FILE "syndicationplugin.json")
 
-    /// The time in milliseconds after which a silent server is given up. A feed may take ten times as long in
-    /// total, an enclosure a thousand times.
+    /// The time in milliseconds after which a transfer from a silent server fails. A feed may take ten times
+    /// as long in total, an enclosure a thousand times.
     Q_PROPERTY(int timeout MEMBER m_timeout)
     /// The maximum size of a feed in bytes, after decompression.
     Q_PROPERTY(qint64 maximumFeedSize MEMBER m_maximumFeedSize)
@@ -48,8 +48,11 @@ public:
     QStringList newMessages() const { return m_newMessages; }
 
 private:
+    /// Shared by the downloaders of one plug-in.
     struct Network;
+    /// A running operation.
     struct Task;
+    /// Functions that create the downloads of an operation.
     using Makers = std::vector<std::function<std::unique_ptr<Download>()>>;
 
     /// Begins an operation that runs the downloads of \a makers one after the other.

@@ -26,11 +26,18 @@ public:
     XmlExtent extent() const { return m_extent; }
 
 private:
+    /// Returns true if the rest of the document starts with \a text; otherwise returns false.
     bool startsWith(const char *text) const;
+    /// Moves behind the next \a text, or to the end.
     void skipPast(const char *text);
+    /// Moves to the next \a c, or to the end.
     void skipTo(char c);
+    /// Counts the attributes of a start tag.
     void scanStartTag();
+    /// Closes the last open element.
     void scanEndTag();
+    /// Skips a comment, section or declaration. Returns false if it declares entities; otherwise returns
+    /// true.
     bool scanDeclaration();
 
     const char *m_at;

@@ -28,8 +28,7 @@ QString validator(const QNetworkReply &reply, const char *header)
     return value.size() > maximumValidatorSize ? QString() : QString::fromLatin1(value);
 }
 
-/// Writes all \a bytes. A write to a full disk may be incomplete; only the next one sets the error of \a
-/// target.
+/// Writes all \a bytes. A write to a full disk may be incomplete; only the next write sets the error.
 bool writeAll(QIODevice &target, const QByteArray &bytes)
 {
     qint64 written = 0;

@@ -71,10 +71,15 @@ Q_SIGNALS:
     void finished();
 
 private:
+    /// Reads the announced size and checks it.
     void readHeaders();
+    /// Writes the received bytes to the target.
     void readBytes();
+    /// Reads the last bytes and ends the transfer.
     void finish();
+    /// Ends the transfer with \a outcome. Does nothing if it has already ended.
     void end(const Outcome &outcome);
+    /// The outcome of a finished reply.
     Outcome replyOutcome() const;
 
     QIODevice &m_target;

@@ -207,18 +207,19 @@ void TestTidel::usageErrors_data()
     QTest::newRow("nothing to edit") << QStringList{"edit", "--title", "a"} << "an argument is missing";
     QTest::newRow("too much to edit")
         << QStringList{"edit", "a", "b", "--title", "c"} << "too many arguments";
-    QTest::newRow("edit to what") << QStringList{"edit", "a"} << "give --title or --link";
+    QTest::newRow("edit without option") << QStringList{"edit", "a"} << "give --title or --link";
     QTest::newRow("empty title") << QStringList{"edit", "a", "--title", ""} << "--title needs a text";
     QTest::newRow("empty link") << QStringList{"edit", "a", "--link="} << "--link needs a file or URL";
     QTest::newRow("no title") << QStringList{"edit", "a", "--title"} << "title";
     QTest::newRow("no favorite") << QStringList{"favorite"} << "an argument is missing";
     QTest::newRow("two favorites") << QStringList{"favorite", "a", "b"} << "too many arguments";
     QTest::newRow("no unfavorite") << QStringList{"unfavorite"} << "an argument is missing";
-    QTest::newRow("keep what") << QStringList{"prune"} << "--keep N";
-    QTest::newRow("keep what, dry") << QStringList{"prune", "--dry-run", "a"} << "--keep N";
-    QTest::newRow("keep nothing") << QStringList{"prune", "--keep"} << "keep";
-    QTest::newRow("keep less than nothing") << QStringList{"prune", "--keep", "-1"} << "--keep N, 0 or more";
-    QTest::newRow("keep a word") << QStringList{"prune", "a", "--keep", "few"} << "--keep N, 0 or more";
+    QTest::newRow("prune without --keep") << QStringList{"prune"} << "--keep N";
+    QTest::newRow("prune --dry-run without --keep") << QStringList{"prune", "--dry-run", "a"} << "--keep N";
+    QTest::newRow("--keep without value") << QStringList{"prune", "--keep"} << "keep";
+    QTest::newRow("--keep with negative number")
+        << QStringList{"prune", "--keep", "-1"} << "--keep N, 0 or more";
+    QTest::newRow("--keep with word") << QStringList{"prune", "a", "--keep", "few"} << "--keep N, 0 or more";
     QTest::newRow("option of another command") << QStringList{"clean", "--keep", "1"} << "keep";
     QTest::newRow("too much to clean") << QStringList{"clean", "a"} << "too many arguments";
 }

@@ -14,12 +14,12 @@ namespace Tidel {
 class Output;
 class Store;
 
-/// Returns the channel of \a store that \a name means. If there is none, reports it to \a output and returns
-/// nothing.
+/// Returns the channel of \a store that \a name identifies. If there is none, reports it to \a output and
+/// returns nothing.
 std::optional<FeedChannel> chooseChannel(const Store &store, const QString &name, Output &output);
 
-/// Returns the channels of \a store that \a names mean, or all channels if \a names is empty. Reports unknown
-/// names, an empty store and errors of the store to \a output.
+/// Returns the channels of \a store that \a names identify, or all channels if \a names is empty. Reports
+/// unknown names, an empty store and errors of the store to \a output.
 QList<FeedChannel> chooseChannels(const Store &store, const QStringList &names, Output &output);
 
 } // namespace Tidel

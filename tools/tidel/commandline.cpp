@@ -38,8 +38,8 @@ struct Command
     int maximumArguments;
     void (*run)(const Store &, const Arguments &, Output &);
     std::vector<Option> options = {};
-    QString (*misuse)(const Arguments &) =
-        nullptr; ///< Returns an error of the options; empty if there is none.
+    /// Returns what is wrong with the options; empty if they are valid. Null if any options are valid.
+    QString (*misuse)(const Arguments &) = nullptr;
 };
 
 const char *const aChannel = "The title, link, file or URI of a channel.";

@@ -17,7 +17,7 @@ namespace Tidel {
 
 namespace {
 
-/// Returns the URIs of the enclosures that \a name means. Reports to \a output if there are none.
+/// Returns the URIs of the enclosures that \a name identifies. Reports to \a output if there are none.
 QStringList findEnclosures(const Store &store, const QString &name, Output &output)
 {
     const Result<QStringList> uris = Enclosures(store).uris(name);

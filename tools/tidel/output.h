@@ -44,6 +44,7 @@ public:
     bool finish();
 
 private:
+    /// Removes the progress from the terminal.
     void eraseProgress();
 
     FILE *const m_results;

@@ -22,7 +22,9 @@ public:
     QStringList lines() const;
 
 private:
+    /// The widths of the columns on the terminal.
     QVector<int> columnWidths() const;
+    /// The row \a cells as text, with columns of \a widths.
     QString line(const QStringList &cells, const QVector<int> &widths) const;
 
     QSet<int> m_rightAligned;
