@@ -38,7 +38,7 @@ struct Command
     int maximumArguments;
     void (*run)(const Store &, const Arguments &, Output &);
     std::vector<Option> options = {};
-    /// Returns what is wrong with the options; empty if they are valid. Null if any options are valid.
+    /// Returns what is wrong with the options; empty if they are valid. Null if there is nothing to check.
     QString (*misuse)(const Arguments &) = nullptr;
 };
 
