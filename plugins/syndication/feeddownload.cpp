@@ -6,6 +6,7 @@
 
 #include <TidelReader/channels.h>
 #include <TidelReader/feeds.h>
+#include <TidelReader/linkuse.h>
 #include <TidelReader/messagewriter.h>
 #include <TidelReader/writeturn.h>
 

@@ -10,12 +10,9 @@
 #include <QStringList>
 #include <QUrl>
 
-#include <TidelReader/linkuse.h>
-
 namespace Tidel {
 
 class ParsedFeed;
-struct ClaimedItem;
 
 /// Downloads a feed and stores it, as a new channel or as new messages of a stored channel.
 class FeedDownload : public Download

@@ -5,7 +5,6 @@
 
 #include <csignal>
 
-#include <fcntl.h>
 #include <pty.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
