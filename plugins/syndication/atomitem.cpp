@@ -53,7 +53,7 @@ QList<FileReference> AtomItem::files() const
 
 QString AtomItem::ownId() const { return child("id"); }
 
-QString AtomItem::wording() const
+QString AtomItem::completeText() const
 {
     QStringList texts{child("title"), link().address, child("summary"), child("content"), date()};
     for (const FileReference &file : files())

@@ -56,7 +56,7 @@ void EnclosureDownload::start()
         finish(prepared);
         return;
     }
-    QNetworkRequest request = politeRequest(QUrl(m_enclosure.remoteUrl()));
+    QNetworkRequest request = safeRequest(QUrl(m_enclosure.remoteUrl()));
     // A compressed file must not be decompressed.
     request.setRawHeader("Accept-Encoding", "identity");
     connect(transfer(request, m_file), &Transfer::progressed, this, &EnclosureDownload::progressed);

@@ -10,7 +10,7 @@ constexpr int maximumStemBytes = 200;
 constexpr int maximumSuffixLength = 20;
 
 /// Returns true if \a c must not be part of a file name; otherwise returns false.
-bool isUnfit(uint c)
+bool isForbidden(uint c)
 {
     switch (QChar::category(c)) {
     case QChar::Other_Control:
@@ -24,7 +24,7 @@ bool isUnfit(uint c)
     }
 }
 
-QString withoutUnfit(const QString &text)
+QString withoutForbidden(const QString &text)
 {
     QString clean;
     const auto characters = text.toUcs4();
@@ -32,7 +32,7 @@ QString withoutUnfit(const QString &text)
         const char32_t character = c;
         if (c == '/' || c == '\\')
             clean += QLatin1Char('_');
-        else if (!isUnfit(c))
+        else if (!isForbidden(c))
             clean += QString::fromUcs4(&character, 1);
     }
     return clean.simplified();
@@ -54,7 +54,7 @@ EnclosureName::EnclosureName(const QUrl &address)
 {
     const QString path = address.path(QUrl::FullyEncoded);
     const QString encoded = path.section(QLatin1Char('/'), -1);
-    QString name = withoutUnfit(QUrl::fromPercentEncoding(encoded.toLatin1()));
+    QString name = withoutForbidden(QUrl::fromPercentEncoding(encoded.toLatin1()));
     // A dot would hide the file. "rm *" would read a dash as the start of an option.
     while (QStringLiteral(".- ").contains(name.left(1)) && !name.isEmpty())
         name.remove(0, 1);

@@ -21,7 +21,7 @@ const char *const feedTypes = "application/rss+xml, application/atom+xml, applic
 
 QNetworkRequest conditionalRequest(const QUrl &address, const Validators &known)
 {
-    QNetworkRequest request = politeRequest(address);
+    QNetworkRequest request = safeRequest(address);
     request.setRawHeader("Accept", feedTypes);
     if (!known.entityTag.isEmpty())
         request.setRawHeader("If-None-Match", known.entityTag.toLatin1());

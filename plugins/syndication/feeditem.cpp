@@ -28,7 +28,7 @@ QString FeedItem::id() const
     const QString given = ownId().trimmed();
     if (!given.isEmpty())
         return given;
-    const QByteArray hash = QCryptographicHash::hash(wording().toUtf8(), QCryptographicHash::Sha1);
+    const QByteArray hash = QCryptographicHash::hash(completeText().toUtf8(), QCryptographicHash::Sha1);
     return QLatin1String("hash:") + QString::fromLatin1(hash.toHex());
 }
 

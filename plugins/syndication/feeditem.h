@@ -63,7 +63,7 @@ protected:
     /// The identifier in the document; empty if there is none.
     virtual QString ownId() const = 0;
     /// The complete text of the item, from which id() makes a hash.
-    virtual QString wording() const = 0;
+    virtual QString completeText() const = 0;
 
 private:
     Syndication::ItemPtr m_item;

@@ -8,7 +8,10 @@ namespace Tidel {
 namespace {
 
 /// Returns true if \a a and \a b are the same item; otherwise returns false.
-bool areTwins(const FeedItem &a, const FeedItem &b) { return a.id() == b.id() && a.variant() == b.variant(); }
+bool areSameItem(const FeedItem &a, const FeedItem &b)
+{
+    return a.id() == b.id() && a.variant() == b.variant();
+}
 
 /// The link that \a item tries to get in \a attempt.
 Link candidate(const FeedItem &item, const Link &wanted, int attempt)
@@ -35,7 +38,7 @@ Link LinkClaims::claim(const FeedItem &item, const Link &wanted)
             m_owners.insert(link.toString(), &item);
             return link;
         }
-        if (areTwins(*owner, item))
+        if (areSameItem(*owner, item))
             break;
     }
     return Link();

@@ -71,7 +71,7 @@ QList<FileReference> RdfItem::files() const
 
 QString RdfItem::ownId() const { return aboutOf(m_rdf); }
 
-QString RdfItem::wording() const
+QString RdfItem::completeText() const
 {
     return QStringList{m_rdf.originalTitle(), m_rdf.link(), m_rdf.originalDescription(), date()}.join(
         QLatin1Char('\n'));

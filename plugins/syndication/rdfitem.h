@@ -40,7 +40,7 @@ public:
 
 protected:
     QString ownId() const override;
-    QString wording() const override;
+    QString completeText() const override;
 
 private:
     Syndication::RDF::Item m_rdf;

@@ -45,7 +45,7 @@ QList<FileReference> RssItem::files() const
 
 QString RssItem::ownId() const { return m_rss.guid(); }
 
-QString RssItem::wording() const
+QString RssItem::completeText() const
 {
     QStringList texts{child("title"), child("link"), child("description"), m_rss.content(), date()};
     for (const FileReference &file : files())

@@ -22,7 +22,7 @@ public:
 
 protected:
     QString ownId() const override;
-    QString wording() const override;
+    QString completeText() const override;
 
 private:
     /// The text of the child element \a name; empty if there is none.

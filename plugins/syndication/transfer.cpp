@@ -52,7 +52,7 @@ Outcome refusal(const QNetworkReply &reply)
                 + hint};
 }
 
-Outcome brokenOff()
+Outcome connectionClosed()
 {
     return {FeedDownloadConnectionFailed,
             QStringLiteral("the server closed the connection too early; try again later")};
@@ -75,7 +75,7 @@ Outcome failure(const QNetworkReply &reply)
     case QNetworkReply::ContentNotFoundError: return {FeedDownloadNotFound, QStringLiteral("no such file")};
     case QNetworkReply::ConnectionRefusedError:
         return {FeedDownloadConnectionFailed, QStringLiteral("the server refused the connection")};
-    case QNetworkReply::RemoteHostClosedError: return brokenOff();
+    case QNetworkReply::RemoteHostClosedError: return connectionClosed();
     case QNetworkReply::InsecureRedirectError:
     case QNetworkReply::ProtocolUnknownError:
         return {FeedDownloadUnsafeRedirect, QStringLiteral("the server redirects to an unsafe address")};
@@ -96,7 +96,7 @@ bool canTransfer(const QUrl &url)
     return url.isValid() && ((isWeb && !url.host().isEmpty()) || url.isLocalFile());
 }
 
-QNetworkRequest politeRequest(const QUrl &url)
+QNetworkRequest safeRequest(const QUrl &url)
 {
     QNetworkRequest request(url);
     request.setHeader(QNetworkRequest::UserAgentHeader, QStringLiteral("Tidel/" TIDEL_VERSION));
@@ -209,7 +209,7 @@ Outcome Transfer::replyOutcome() const
     if (!isFile && status != 200 && !isUnchanged())
         return refusal(*m_reply);
     if (status == 200 && m_announcedSize >= 0 && m_size < m_announcedSize)
-        return brokenOff();
+        return connectionClosed();
     return {};
 }
 

@@ -25,7 +25,7 @@ struct TransferLimits
 };
 
 /// Returns a request for \a url that follows redirects, except unsafe ones, and stores no cookies.
-QNetworkRequest politeRequest(const QUrl &url);
+QNetworkRequest safeRequest(const QUrl &url);
 
 /// Returns true if \a url is a local file or an http or https address with a host; otherwise returns false.
 bool canTransfer(const QUrl &url);
