@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "readertest.h"
+
+#include <TidelReader/channels.h>
+#include <TidelReader/enclosures.h>
+#include <TidelReader/feeds.h>
+#include <TidelReader/linkuse.h>
+#include <TidelReader/messages.h>
+#include <TidelReader/messagewriter.h>
+#include <TidelReader/retention.h>
+
+#include <storable.h>
+
+using namespace Tidel;
+
+namespace {
+
+/// Hands a hostile text to a function of the library. The function may fail.
+using Use = std::function<void(const Store &, const QString &)>;
+
+void ignoreStep(int, const QList<FeedEnclosure> &) { }
+
+FeedChannel channel(const QString &uri, const QString &title, const QString &link)
+{
+    FeedChannel channel;
+    channel.setUri(uri);
+    channel.setTitle(title);
+    channel.setLink(link);
+    return channel;
+}
+
+FeedChannel news() { return channel(channelUri("news"), "news", linkOf("news")); }
+
+FeedEnclosure enclosure(const QString &uri, const QString &localUrl, const QString &mimeType)
+{
+    FeedEnclosure enclosure;
+    enclosure.setUri(uri);
+    enclosure.setLocalUrl(localUrl);
+    enclosure.setMimeType(mimeType);
+    return enclosure;
+}
+
+void write(const Store &store, const StorableMessage &message, const QString &channel = channelUri("news"))
+{
+    const auto use = LinkUse::of(store, {message.link()}, channel);
+    if (use)
+        MessageWriter(store).write({message}, channel, *use);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Use)
+
+/// No text changes the structure of a statement.
+class TestHostileTexts : public ReaderTestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void structureStays_data();
+    void structureStays();
+    void textsAreStoredAsTheyAre_data();
+    void textsAreStoredAsTheyAre();
+
+private:
+    static QStringList attacks();
+    static void addUse(const char *name, const Use &use) { QTest::newRow(name) << use; }
+};
+
+QStringList TestHostileTexts::attacks()
+{
+    const QString payload = "INSERT { <urn:attack> a mfo:FeedMessage } "
+                            "DELETE { ?c a rdfs:Resource } WHERE { ?c a mfo:FeedChannel } ";
+    QStringList attacks;
+    for (const char *end :
+         {"> } ", "\" } ", "' } ", "\\\" } ", "\\' } ", "\"\"\" } ", "\n } ", "\r\n\" } ", "} ", "> ) } ",
+          "\\> } ", "\\u0022 } ", "%3E } ", "urn:x> } ", "https://x/> } "}) {
+        attacks.append(end + payload + "#");
+        attacks.append(end + payload);
+    }
+    return attacks;
+}
+
+void TestHostileTexts::structureStays_data()
+{
+    QTest::addColumn<Use>("use");
+    using S = const Store &;
+    using T = const QString &;
+    addUse("Channels::uri", [](S s, T t) { Channels(s).uri(t); });
+    addUse("Channels::title", [](S s, T t) { Channels(s).title(t); });
+    addUse("Channels::edit, URI",
+           [](S s, T t) { Channels(s).edit(channel(t, "x", linkOf("x")), "y", linkOf("y")); });
+    addUse("Channels::edit, old link",
+           [](S s, T t) { Channels(s).edit(channel("urn:x", "x", t), "y", linkOf("y")); });
+    addUse("Channels::edit, title", [](S s, T t) { Channels(s).edit(news(), t, linkOf("news")); });
+    addUse("Channels::edit, link", [](S s, T t) { Channels(s).edit(news(), "news", t); });
+    addUse("Channels::remove, URI",
+           [](S s, T t) { Channels(s).remove(channel(t, "x", linkOf("x")), ignoreStep); });
+    addUse("Channels::remove, link",
+           [](S s, T t) { Channels(s).remove(channel("urn:x", "x", t), ignoreStep); });
+    addUse("Messages::ofChannel", [](S s, T t) { Messages(s).ofChannel(t); });
+    addUse("Messages::headlines", [](S s, T t) { Messages(s).headlines({t, linkOf("a"), t}); });
+    addUse("Messages::uri", [](S s, T t) { Messages(s).uri(t); });
+    addUse("Messages::setFavorite, true", [](S s, T t) { Messages(s).setFavorite(t, true); });
+    addUse("Messages::setFavorite, false", [](S s, T t) { Messages(s).setFavorite(t, false); });
+    addUse("Enclosures::ofMessage", [](S s, T t) { Enclosures(s).ofMessage(t); });
+    addUse("Enclosures::get", [](S s, T t) { Enclosures(s).get(t); });
+    addUse("Enclosures::uris", [](S s, T t) { Enclosures(s).uris(t); });
+    addUse("Enclosures::setFile, URI",
+           [](S s, T t) { Enclosures(s).setFile(enclosure(t, "file:///x", "a/b")); });
+    addUse("Enclosures::setFile, file",
+           [](S s, T t) { Enclosures(s).setFile(enclosure(enclosureUri("a.ogg"), t, "a/b")); });
+    addUse("Enclosures::setFile, type",
+           [](S s, T t) { Enclosures(s).setFile(enclosure(enclosureUri("a.ogg"), "file:///x", t)); });
+    addUse("Feeds::state", [](S s, T t) { Feeds(s).state(t); });
+    addUse("Feeds::noteReading, URI", [](S s, T t) { Feeds(s).noteReading(t, "tag", "then"); });
+    addUse("Feeds::noteReading, texts", [](S s, T t) { Feeds(s).noteReading(channelUri("news"), t, t); });
+    addUse("Feeds::droppedLinks", [](S s, T t) { Feeds(s).droppedLinks(t); });
+    addUse("Feeds::forgetDropped, URI", [](S s, T t) { Feeds(s).forgetDropped(t, {linkOf("x")}); });
+    addUse("Feeds::forgetDropped, link", [](S s, T t) {
+        Feeds(s).forgetDropped(channelUri("news"), {t, t});
+    });
+    addUse("LinkUse::of, channel", [](S s, T t) { LinkUse::of(s, {Link::fromEncoded(linkOf("a"))}, t); });
+    addUse("LinkUse::of, link", [](S s, T t) {
+        LinkUse::of(s, {Link::fromEncoded(t), Link::fromText(t, QUrl(linkOf("x")))}, channelUri("news"));
+    });
+    addUse("MessageWriter::write, channel",
+           [](S s, T t) { write(s, StorableMessage(Link::fromEncoded(linkOf("x")), FeedMessage()), t); });
+    addUse("Retention::excess", [](S s, T t) { Retention(s).excess(t, 0); });
+    addUse("Retention::headlines", [](S s, T t) { Retention(s).headlines({t, messageUri("a")}); });
+    addUse("Retention::drop, channel", [](S s, T t) { Retention(s).drop(t, {"urn:message:x"}, ignoreStep); });
+    addUse("Retention::drop, message",
+           [](S s, T t) { Retention(s).drop(channelUri("news"), {t}, ignoreStep); });
+}
+
+void TestHostileTexts::structureStays()
+{
+    QFETCH(Use, use);
+    addChannel("news");
+    addChannel("radio");
+    addMessages({"a", "b"}, "news", 1);
+    addEnclosure("a.ogg", messageUri("a"));
+    for (const QString &attack : attacks()) {
+        use(reader(), attack);
+        QVERIFY2(store().count("?c a mfo:FeedChannel") == 2 && store().count("?m a mfo:FeedMessage") == 2
+                     && store().count("?e a mfo:Enclosure") == 1 && store().count("<urn:attack> ?p ?o") == 0
+                     && messagesIn("news").size() == 2,
+                 qPrintable(attack));
+    }
+}
+
+void TestHostileTexts::textsAreStoredAsTheyAre_data()
+{
+    QTest::addColumn<QString>("text");
+    const QStringList texts = attacks();
+    for (int i = 0; i < texts.size(); ++i)
+        QTest::addRow("attack %d", i) << texts.at(i);
+    QTest::newRow("placeholders") << "?:link %1 ~x $y ?z";
+    QTest::newRow("tab") << "a\tb\bc\fd";
+    QTest::newRow("beyond the basic plane") << QString::fromUtf8("\xf0\x9f\x8e\xb5 \xc3\xbc");
+}
+
+void TestHostileTexts::textsAreStoredAsTheyAre()
+{
+    QFETCH(QString, text);
+    FeedEnclosure icon = enclosure(QString(), text, text);
+    icon.setRemoteUrl(linkOf("icon.png"));
+    icon.setTypeIcon(text);
+    FeedChannel added = channel(QString(), text, linkOf("added"));
+    added.setType(text);
+    added.setIcon(icon);
+    const auto uri = Channels(reader()).add(added);
+    VERIFY_OK(uri);
+    FeedMessage message;
+    message.setTitle(text);
+    message.setDescription(text);
+    message.setSummary(text);
+    StorableMessage storable(Link::fromEncoded(linkOf("a")), message);
+    storable.addEnclosure(Link::fromEncoded(linkOf("a.ogg")), icon);
+    write(reader(), storable, *uri);
+
+    const auto channels = Channels(reader()).all();
+    QCOMPARE(channels->size(), 1);
+    QCOMPARE(channels->constFirst().title(), text.simplified());
+    QCOMPARE(channels->constFirst().type(), text);
+    QCOMPARE(store().texts("SELECT ?i { ?c a mfo:FeedChannel ; mfo:image ?i }"), QStringList(text));
+    const auto messages = Messages(reader()).ofChannel(*uri);
+    QCOMPARE(messages->size(), 1);
+    QCOMPARE(messages->constFirst().title(), text);
+    QCOMPARE(messages->constFirst().description(), text);
+    QCOMPARE(messages->constFirst().summary(), text);
+    const auto enclosures = Enclosures(reader()).ofMessage(*Messages(reader()).uri(linkOf("a")));
+    QCOMPARE(enclosures->size(), 1);
+    QCOMPARE(enclosures->constFirst().mimeType(), text);
+    QCOMPARE(enclosures->constFirst().typeIcon(), text);
+
+    VERIFY_OK(Feeds(reader()).noteReading(*uri, text, text + '2'));
+    QCOMPARE(Feeds(reader()).state(*uri)->entityTag(), text);
+    QCOMPARE(Feeds(reader()).state(*uri)->lastModified(), text + '2');
+}
+
+QTEST_GUILESS_MAIN(TestHostileTexts)
+#include "tst_hostiletexts.moc"

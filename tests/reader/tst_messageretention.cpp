@@ -1,0 +1,325 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "readertest.h"
+
+#include <TidelReader/retention.h>
+
+#include <QRegularExpression>
+
+using namespace Tidel;
+
+class TestMessageRetention : public ReaderTestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void excess_data();
+    void excess();
+    void firstDownloadedGoesFirst();
+    void favoritesDoNotCount();
+    void excessOfUnknownChannels();
+    void headlines();
+    void manyHeadlines();
+
+    void drop();
+    void dropNothing();
+    void linksAreKeptBeforeMessagesAreDeleted();
+    void messagesWithoutLinks();
+    void sharedMessages();
+    void enclosures();
+    void manyMessages();
+    void failureInALaterStep_data();
+    void failureInALaterStep();
+    void enclosuresThatAreNotDeleted();
+    void failureIsNotQuotedForTheNextChannel();
+
+private:
+    Result<void> drop(const QStringList &names, const QString &channel = "news")
+    {
+        return Retention(reader()).drop(channelUri(channel), messageUris(names), m_steps.listener());
+    }
+
+    StepLog m_steps;
+};
+
+void TestMessageRetention::init()
+{
+    ReaderTestCase::init();
+    m_steps = StepLog();
+    addChannel("news");
+    addChannel("radio");
+}
+
+void TestMessageRetention::excess_data()
+{
+    QTest::addColumn<int>("keep");
+    QTest::addColumn<QStringList>("names");
+    QTest::newRow("keep none") << 0 << QStringList({"undated", "a", "b", "c"});
+    QTest::newRow("keep one") << 1 << QStringList({"undated", "a", "b"});
+    QTest::newRow("keep those with dates") << 3 << QStringList("undated");
+    QTest::newRow("keep all") << 4 << QStringList();
+    QTest::newRow("keep more than there are") << 5 << QStringList();
+    QTest::newRow("keep the most") << 2147483647 << QStringList();
+}
+
+void TestMessageRetention::excess()
+{
+    QFETCH(int, keep);
+    QFETCH(QStringList, names);
+    addMessages({"b", "c"}, "news", 2);
+    addMessages({"a"}, "news", 1);
+    addMessages({"undated"}, "news");
+    addMessages({"other"}, "radio", 1);
+    const auto uris = Retention(reader()).excess(channelUri("news"), keep);
+    VERIFY_OK(uris);
+    QCOMPARE(*uris, messageUris(names));
+}
+
+void TestMessageRetention::firstDownloadedGoesFirst()
+{
+    addMessages({"first", "second", "third"}, "news");
+    for (const auto &[name, minute] :
+         {std::pair("first", "00"), std::pair("second", "10"), std::pair("third", "20")}) {
+        store().update(QString("DELETE { <%1> mfo:downloadedTime ?t } WHERE { <%1> mfo:downloadedTime ?t } "
+                               "INSERT { <%1> mfo:downloadedTime '2026-11-20T10:%2:00Z' }")
+                           .arg(messageUri(name), QString(minute)));
+    }
+    QCOMPARE(*Retention(reader()).excess(channelUri("news"), 1), messageUris({"first", "second"}));
+}
+
+void TestMessageRetention::favoritesDoNotCount()
+{
+    addMessages({"a", "b", "c", "d"}, "news", 1);
+    addFavorite("a");
+    addFavorite("d");
+    // Other tags do not protect a message.
+    store().update("INSERT { <urn:tag> a nao:Tag . <urn:message:a> nao:hasTag <urn:tag> . "
+                   "<urn:message:b> nao:hasTag <urn:tag> }");
+    QCOMPARE(*Retention(reader()).excess(channelUri("news"), 1), messageUris({"b"}));
+    QCOMPARE(*Retention(reader()).excess(channelUri("news"), 0), messageUris({"b", "c"}));
+    QCOMPARE(*Retention(reader()).excess(channelUri("news"), 2), QStringList());
+}
+
+void TestMessageRetention::excessOfUnknownChannels()
+{
+    addMessages({"a"}, "news", 1);
+    for (const QString &uri : {channelUri("unknown"), QString(), QString("> } #")}) {
+        const auto uris = Retention(reader()).excess(uri, 0);
+        VERIFY_OK(uris);
+        QCOMPARE(*uris, QStringList());
+    }
+}
+
+void TestMessageRetention::headlines()
+{
+    addMessages({"a", "b"}, "news", 1);
+    store().update("INSERT { <urn:message:bare> a mfo:FeedMessage }");
+    const auto found = Retention(reader()).headlines(messageUris({"b", "unknown", "bare", "a"}));
+    VERIFY_OK(found);
+    QCOMPARE(found->size(), 3);
+    QCOMPARE(found->at(0).title(), QString("Title of b"));
+    QCOMPARE(found->at(0).link(), linkOf("b"));
+    QCOMPARE(found->at(0).publishedDate(), QDateTime(QDate(2026, 11, 2), QTime(12, 0), Qt::UTC));
+    QCOMPARE(found->at(0).description(), QString());
+    QCOMPARE(found->at(1).title(), QString());
+    QCOMPARE(found->at(1).link(), QString());
+    QCOMPARE(found->at(2).title(), QString("Title of a"));
+}
+
+void TestMessageRetention::manyHeadlines()
+{
+    const QStringList names = numberedNames("m", 250);
+    addMessages(names, "news");
+    StatementGate::reset();
+    const auto found = Retention(reader()).headlines(messageUris(names));
+    VERIFY_OK(found);
+    QCOMPARE(StatementGate::statements().size(), 3);
+    for (int i = 0; i < 250; ++i)
+        QCOMPARE(found->at(i).link(), linkOf(names.at(i)));
+}
+
+void TestMessageRetention::drop()
+{
+    addMessages({"b"}, "news", 2);
+    addMessages({"other"}, "radio", 1);
+    addDropped({"a"}, "news");
+    const QStringList expected = contents();
+    store().update("DELETE DATA { <urn:channel:news> tidel:droppedLink '" + linkOf("a") + "' }");
+    addMessages({"a"}, "news", 1);
+    VERIFY_OK(drop({"a"}));
+    QCOMPARE(contents(), expected);
+    QCOMPARE(m_steps.lines(), QStringList("1"));
+    // Dropping it once more does not fail.
+    VERIFY_OK(drop({"a"}));
+    QCOMPARE(contents(), expected);
+}
+
+void TestMessageRetention::dropNothing()
+{
+    addMessages({"a"}, "news");
+    StatementGate::reset();
+    VERIFY_OK(drop({}));
+    QCOMPARE(StatementGate::statements().size(), 0);
+    QCOMPARE(m_steps.lines(), QStringList());
+}
+
+void TestMessageRetention::linksAreKeptBeforeMessagesAreDeleted()
+{
+    addMessages({"a", "b"}, "news", 1);
+    StatementGate::reset();
+    VERIFY_OK(drop({"a", "b"}));
+    const QStringList statements = StatementGate::statements();
+    const int kept = int(statements.indexOf(QRegularExpression("^INSERT DATA .*droppedLink.*")));
+    const int deleted = int(statements.indexOf(QRegularExpression("^DELETE DATA .*urn:message:a.*")));
+    QVERIFY2(kept >= 0 && kept < deleted, qPrintable(statements.join('\n')));
+
+    // The messages stay if their links cannot be kept.
+    addMessages({"c"}, "news", 3);
+    StatementGate::setJudge([](const QString &statement) {
+        return statement.contains("droppedLink") ? StatementGate::Refuse : StatementGate::Pass;
+    });
+    const auto failed = drop({"c"});
+    StatementGate::reset();
+    QVERIFY(!failed);
+    QCOMPARE(failed.error().attempt(), QString("keep the links of deleted messages in the store"));
+    QCOMPARE(messagesIn("news"), QStringList("c"));
+}
+
+void TestMessageRetention::messagesWithoutLinks()
+{
+    addMessages({"a"}, "news");
+    store().update(
+        "INSERT { <urn:message:bare> a mfo:FeedMessage ; nie:isLogicalPartOf <urn:channel:news> }");
+    VERIFY_OK(drop({"bare"}));
+    QCOMPARE(messagesIn("news"), QStringList("a"));
+    QCOMPARE(droppedFrom("news"), QStringList());
+}
+
+void TestMessageRetention::sharedMessages()
+{
+    addMessages({"own", "shared"}, "news", 1);
+    addEnclosure("shared.ogg", messageUri("shared"));
+    share("shared", "radio");
+    VERIFY_OK(drop({"own", "shared"}));
+    QCOMPARE(m_steps.lines(), QStringList("2"));
+    QCOMPARE(messagesIn("news"), QStringList());
+    QCOMPARE(messagesIn("radio"), QStringList("shared"));
+    QCOMPARE(droppedFrom("news"), linksOf({"own", "shared"}));
+    QCOMPARE(droppedFrom("radio"), QStringList());
+    QCOMPARE(store().count("?m a mfo:FeedMessage"), 1);
+    QCOMPARE(store().count("?e a mfo:Enclosure ; nie:isLogicalPartOf <urn:message:shared>"), 1);
+    VERIFY_OK(drop({"shared"}, "radio"));
+    QCOMPARE(m_steps.lines(), QStringList({"2", "1 urn:enclosure:shared.ogg"}));
+    QCOMPARE(store().count("?m a mfo:FeedMessage"), 0);
+}
+
+void TestMessageRetention::enclosures()
+{
+    addMessages({"a", "b"}, "news", 1);
+    addEnclosure("own.ogg", messageUri("a"));
+    addEnclosure("shared.ogg", messageUri("a"));
+    addEnclosure("icon.png", messageUri("a"));
+    store().update("INSERT { <urn:enclosure:shared.ogg> nie:isLogicalPartOf <urn:message:b> . "
+                   "<urn:enclosure:icon.png> nie:isLogicalPartOf <urn:channel:radio> }");
+    VERIFY_OK(drop({"a"}));
+    QCOMPARE(m_steps.lines(), QStringList("1 urn:enclosure:own.ogg"));
+    QCOMPARE(m_steps.enclosures().constFirst().remoteUrl(), linkOf("own.ogg"));
+    QCOMPARE(m_steps.enclosures().constFirst().localUrl(), QString("file:///files/own.ogg"));
+    QCOMPARE(store().count("?e a mfo:Enclosure"), 2);
+}
+
+void TestMessageRetention::manyMessages()
+{
+    const QStringList names = numberedNames("m", 250);
+    addMessages(names, "news");
+    addMessages({"newest"}, "news", 1);
+    QStringList oldest = *Retention(reader()).excess(channelUri("news"), 1);
+    QCOMPARE(oldest.size(), 250);
+    VERIFY_OK(Retention(reader()).drop(channelUri("news"), oldest, m_steps.listener()));
+    QCOMPARE(m_steps.lines(), QStringList({"100", "100", "50"}));
+    QCOMPARE(messagesIn("news"), QStringList("newest"));
+    QStringList links = linksOf(names);
+    links.sort();
+    QCOMPARE(droppedFrom("news"), links);
+}
+
+void TestMessageRetention::failureInALaterStep_data()
+{
+    QTest::addColumn<QString>("statement");
+    QTest::addColumn<QString>("attempt");
+    QTest::newRow("headlines") << "SELECT \\?m \\?link \\?title"
+                               << "read its oldest messages from the store";
+    QTest::newRow("links") << "INSERT DATA"
+                           << "keep the links of deleted messages in the store";
+    QTest::newRow("other channels") << "SELECT DISTINCT \\?m"
+                                    << "delete messages from the store";
+    QTest::newRow("enclosures") << "SELECT DISTINCT \\?e"
+                                << "delete messages from the store";
+    QTest::newRow("deletion") << "DELETE DATA"
+                              << "delete messages from the store";
+}
+
+/// The second step fails at its statement of one kind.
+void TestMessageRetention::failureInALaterStep()
+{
+    QFETCH(QString, statement);
+    const QStringList names = numberedNames("m", 250);
+    addMessages(names, "news");
+    int seen = 0;
+    StatementGate::setJudge([&](const QString &text) {
+        const bool isOfThisKind = QRegularExpression('^' + statement).match(text).hasMatch();
+        return isOfThisKind && ++seen == 2 ? StatementGate::NoResult : StatementGate::Pass;
+    });
+    const auto failed = drop(names);
+    StatementGate::reset();
+    QVERIFY(!failed);
+    QCOMPARE(failed.error().kind(), Error::StoreFailed);
+    QTEST(failed.error().attempt(), "attempt");
+    QCOMPARE(m_steps.lines(), QStringList("100"));
+    QCOMPARE(messagesIn("news").size(), 150);
+    VERIFY_OK(drop(messagesIn("news")));
+    QCOMPARE(droppedFrom("news").size(), 250);
+    QCOMPARE(messagesIn("news"), QStringList());
+}
+
+// The messages of the step are gone, so they are reported.
+void TestMessageRetention::enclosuresThatAreNotDeleted()
+{
+    addMessages({"a"}, "news");
+    addEnclosure("a.ogg", messageUri("a"));
+    StatementGate::setJudge([](const QString &statement) {
+        const bool isDeletion = statement.startsWith("DELETE") && statement.contains("urn:enclosure:");
+        return isDeletion ? StatementGate::Refuse : StatementGate::Pass;
+    });
+    const auto failed = drop({"a"});
+    StatementGate::reset();
+    QVERIFY(!failed);
+    QCOMPARE(failed.error().attempt(), QString("delete enclosures from the store"));
+    QCOMPARE(m_steps.lines(), QStringList("1"));
+    QCOMPARE(messagesIn("news"), QStringList());
+    QCOMPARE(store().count("?e a mfo:Enclosure"), 1);
+}
+
+void TestMessageRetention::failureIsNotQuotedForTheNextChannel()
+{
+    addMessages({"a", "b"}, "news", 1);
+    addMessages({"c", "d"}, "radio", 1);
+    StatementGate::setJudge([](const QString &statement) {
+        return statement.contains("urn:channel:news") ? StatementGate::Refuse : StatementGate::Pass;
+    });
+    const Retention retention(reader());
+    QVERIFY(!retention.excess(channelUri("news"), 1));
+    const auto excess = retention.excess(channelUri("radio"), 1);
+    VERIFY_OK(excess);
+    QCOMPARE(*excess, messageUris({"c"}));
+    QVERIFY(!drop({"a"}, "news"));
+    VERIFY_OK(drop({"c"}, "radio"));
+    StatementGate::reset();
+    QCOMPARE(messagesIn("news"), QStringList({"a", "b"}));
+    QCOMPARE(messagesIn("radio"), QStringList("d"));
+    QCOMPARE(m_steps.lines(), QStringList("1"));
+}
+
+QTEST_GUILESS_MAIN(TestMessageRetention)
+#include "tst_messageretention.moc"
