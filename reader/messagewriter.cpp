@@ -17,15 +17,17 @@ const char *const attempt = "add messages to the store";
 class MessageUpdate
 {
 public:
-    MessageUpdate(StorePrivate &store, const QString &channelUri, const LinkUse &use)
-        : m_store(store), m_channelUri(channelUri), m_use(use)
+    /// \a known are links that the store has got since it was asked for \a use.
+    MessageUpdate(StorePrivate &store, const QString &channelUri, const LinkUse &use,
+                  const QSet<QString> &known)
+        : m_store(store), m_channelUri(channelUri), m_use(use), m_known(known)
     {
     }
 
     Result<void> write(const QList<StorableMessage> &messages)
     {
         QString text;
-        QStringList known;
+        QStringList stored;
         QSet<QString> seen;
         for (const StorableMessage &storable : messages) {
             if (storable.link().isNull())
@@ -36,13 +38,13 @@ public:
             if (seen.contains(message.link()))
                 continue;
             seen.insert(message.link());
-            if (m_use.isOfMessage(storable.link()))
-                known.append(message.link());
+            if (m_use.isOfMessage(storable.link()) || m_known.contains(message.link()))
+                stored.append(message.link());
             else
                 text += Statements::insertMessage(message, newUri(), m_channelUri);
         }
-        if (!known.isEmpty())
-            text += Statements::linkMessages(known, m_channelUri);
+        if (!stored.isEmpty())
+            text += Statements::linkMessages(stored, m_channelUri);
         return newEnclosures().and_then([&](const QString &enclosures) {
             return m_store.update(Statements::update(text + enclosures), attempt);
         });
@@ -89,24 +91,29 @@ private:
     StorePrivate &m_store;
     const QString m_channelUri;
     const LinkUse &m_use;
+    const QSet<QString> &m_known;
     QList<FeedEnclosure> m_enclosures;
     QStringList m_remoteLinks;
     QSet<QString> m_seenRemoteLinks;
     QList<QPair<QString, QString>> m_pairs; // remote link, link of the message
 };
 
-/// Writes one group. If the store refuses it because of a value, writes its halves, so that only the messages
-/// with such values are left out.
+/// Writes one group, and adds its links to \a known. If the store refuses it because of a value, writes its
+/// halves, so that only the messages with such values are left out.
 Result<void> writeGroup(StorePrivate &store, const QList<StorableMessage> &messages,
-                        const QString &channelUri, const LinkUse &use)
+                        const QString &channelUri, const LinkUse &use, QSet<QString> *known)
 {
-    const Result<void> written = MessageUpdate(store, channelUri, use).write(messages);
+    const Result<void> written = MessageUpdate(store, channelUri, use, *known).write(messages);
+    if (written) {
+        for (const StorableMessage &message : messages)
+            known->insert(message.link().toString());
+    }
     const bool canBeSplit = messages.size() > 1;
     if (written || written.error().kind() != Error::StoreRefused || !canBeSplit)
         return written;
     const int half = int(messages.size()) / 2;
-    const Result<void> first = writeGroup(store, messages.mid(0, half), channelUri, use);
-    const Result<void> second = writeGroup(store, messages.mid(half), channelUri, use);
+    const Result<void> first = writeGroup(store, messages.mid(0, half), channelUri, use, known);
+    const Result<void> second = writeGroup(store, messages.mid(half), channelUri, use, known);
     return first ? second : first;
 }
 
@@ -123,11 +130,16 @@ Result<void> MessageWriter::write(const QList<StorableMessage> &messages, const 
         return Failure(
             Error(Error::NotFound, QString::fromLatin1(attempt), QStringLiteral("no such channel")));
     StorePrivate &store = StorePrivate::of(m_store);
+    QSet<QString> known;
     Result<void> result;
     for (int from = 0; from < messages.size(); from += chunkSize) {
-        const Result<void> written = writeGroup(store, messages.mid(from, chunkSize), channelUri, use);
+        const Result<void> written =
+            writeGroup(store, messages.mid(from, chunkSize), channelUri, use, &known);
         if (!written && result)
             result = written;
+        // Each further try could wait as long for the store as this one.
+        if (!written && written.error().kind() == Error::StoreFailed)
+            break;
     }
     return result;
 }

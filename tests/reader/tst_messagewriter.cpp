@@ -97,6 +97,7 @@ private slots:
     void messageOfTwoChannelsBelongsToBoth();
     void storedMessageGetsItsNewEnclosures();
     void firstOfSeveralWithOneLinkIsStored();
+    void sameLinkInTwoGroups();
     void enclosureIsSharedByNewMessages();
     void enclosuresBelongToNothingElse();
     void linkOfAChannelIsNoKnownMessage();
@@ -289,6 +290,20 @@ void TestMessageWriter::firstOfSeveralWithOneLinkIsStored()
     QCOMPARE(m_store->count("?e a mfo:Enclosure ; nie:isLogicalPartOf ?m . ?m a mfo:FeedMessage"), 2);
 }
 
+// Also if there are more than a hundred messages between the two, or if the store refuses a message.
+void TestMessageWriter::sameLinkInTwoGroups()
+{
+    FeedMessage broken = message(7);
+    broken.setTitle(QString("a") + QChar(0) + "b");
+    QList<FeedMessage> messages = numbered(150, message);
+    messages[7] = broken;
+    messages.append(episode(1));
+    messages.insert(60, episode(1, {fileOf(2)}));
+    QVERIFY(!write(messages));
+    QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 149);
+    QCOMPARE(m_store->count("?e nie:isLogicalPartOf ?m . ?m nie:links <" + linkOf(1) + ">"), 2);
+}
+
 void TestMessageWriter::enclosureIsSharedByNewMessages()
 {
     m_store->update("INSERT { <urn:e> a mfo:Enclosure ; mfo:remoteLink <" + fileOf(1)
@@ -382,9 +397,10 @@ void TestMessageWriter::messageThatCannotBeStored()
 // Nothing is tried again when the store itself fails: each try could wait for long.
 void TestMessageWriter::failedGroupIsNotTriedAgain()
 {
-    StatementGate::failAt(1, StatementGate::NoResult);
-    QVERIFY(!write(numbered(2, message)));
-    QCOMPARE(StatementGate::statements().size(), 2);
+    StatementGate::failAt(3, StatementGate::NoResult);
+    QVERIFY(!write(numbered(250, message)));
+    // Three questions and one update.
+    QCOMPARE(StatementGate::statements().size(), 4);
 }
 
 void TestMessageWriter::oneFailureLosesNothing_data()
