@@ -13,7 +13,7 @@ namespace Tidel {
 namespace {
 
 constexpr int maximumRedirects = 10;
-constexpr qint64 chunkSize = 64 * 1024;
+constexpr qint64 chunkSize = 64LL * 1024;
 // Longer validators are ignored, because they would be sent with every request.
 constexpr int maximumValidatorSize = 1024;
 
@@ -109,7 +109,7 @@ QNetworkRequest safeRequest(const QUrl &url)
 
 QString tooLarge(qint64 limit)
 {
-    constexpr qint64 mebibyte = 1024 * 1024;
+    constexpr qint64 mebibyte = 1024LL * 1024;
     return limit % mebibyte == 0
         ? QStringLiteral("the file is larger than the limit of %1 MiB").arg(limit / mebibyte)
         : QStringLiteral("the file is larger than the limit of %1 bytes").arg(limit);
