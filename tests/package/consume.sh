@@ -86,5 +86,5 @@ if [ -n "$(ls "$work/ours")" ]; then
 fi
 if [ -x "$prefix/bin/tidel" ]; then
     export XDG_DATA_HOME=$work/empty
-    expect "$("$prefix/bin/tidel" channels 2>&1)" 'No channels yet; "tidel subscribe FILE|URL" adds one.'
+    expect "$("$prefix/bin/tidel" channels 2>&1)" 'There are no channels; "tidel subscribe FILE|URL" adds one.'
 fi
