@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "commandtest.h"
 
+#include <TidelReader/downloadqueue.h>
+#include <TidelReader/pluginfinder.h>
 #include <commands.h>
+#include <feedplugininterface.h>
 
+#include <QEventLoop>
 #include <QFile>
 #include <QtTest>
 
@@ -30,7 +34,39 @@ StatementGate::Verdict refuseChannels(const QString &statement)
     return isUpdate ? StatementGate::Refuse : StatementGate::Pass;
 }
 
+QByteArray item(int number)
+{
+    return "<item><title>" + QByteArray::number(number) + "</title><link>https://example.org/"
+        + QByteArray::number(number) + "</link></item>";
+}
+
+/// Refreshes a channel with the plug-in of the commands, and returns the FeedDownloadError.
+int errorOfRefresh(const QString &channelUri)
+{
+    const Result<FeedPluginInterface *> plugin = findPlugin(pluginFolder());
+    if (!plugin)
+        return -1;
+    int error = -1;
+    DownloadQueue queue(**plugin);
+    queue.downloadFeed(channelUri, [&error](const DownloadResult &result) { error = result.error(); });
+    QEventLoop loop;
+    QObject::connect(&queue, &DownloadQueue::finished, &loop, &QEventLoop::quit);
+    queue.start();
+    loop.exec();
+    return error;
+}
+
+/// Applies \a verdict to the query number \a number, counted from 1, that starts with \a start.
+void failQuery(const QString &start, int number, StatementGate::Verdict verdict)
+{
+    StatementGate::setJudge([=, seen = 0](const QString &statement) mutable {
+        return statement.startsWith(start) && ++seen == number ? verdict : StatementGate::Pass;
+    });
+}
+
 } // namespace
+
+Q_DECLARE_METATYPE(StatementGate::Verdict)
 
 /// Tests the statements of commands, and their messages when the store fails.
 class TestCommands : public CommandTestCase
@@ -41,6 +77,10 @@ private slots:
     void storeRefusesChannel();
     void storeRefusesMessages();
     void storeRefusesNewMessages();
+    void droppedLinksAreNotRead_data();
+    void droppedLinksAreNotRead();
+    void stateIsNotRead_data();
+    void stateIsNotRead();
     void storeDoesNotAnswer();
     void refreshRunsFewStatements();
     void refreshReadsLinksOfFeedOnly();
@@ -110,6 +150,82 @@ void TestCommands::storeRefusesNewMessages()
     QCOMPARE(runCommand(refresh, {}).out,
              QString("Feed: 1 new\n  (no date)  Two\nOther: nothing new\n"
                      "2 channels: 1 new message\n"));
+}
+
+void TestCommands::droppedLinksAreNotRead_data()
+{
+    QTest::addColumn<StatementGate::Verdict>("verdict");
+    QTest::newRow("refused") << StatementGate::Refuse;
+    QTest::newRow("no answer") << StatementGate::NoResult;
+}
+
+// A message that was pruned must not be new again because the store fails.
+void TestCommands::droppedLinksAreNotRead()
+{
+    QFETCH(StatementGate::Verdict, verdict);
+    const QString query = "SELECT ?link WHERE { <urn:uuid:";
+    QVERIFY(runCommand(subscribe, {write("feed.xml", "Feed", item(2) + item(1))}).isFine);
+    QVERIFY(runCommand(prune, {}, {{"keep", "0"}}).isFine);
+    const QString uri = store().texts("SELECT ?c { ?c a mfo:FeedChannel }").value(0);
+    QCOMPARE(dropped(uri).size(), 2);
+    write("feed.xml", "Feed", item(3) + item(2) + item(1));
+
+    failQuery(query, 1, verdict);
+    const CommandResult failed = runCommand(refresh, {});
+    QVERIFY(!failed.isFine);
+    QVERIFY2(failed.err.contains("): could not read the links of deleted messages from the store: ")
+                 && failed.err.endsWith("; refresh again\n") && failed.err.count('\n') == 1,
+             qPrintable(failed.err));
+    failQuery(query, 1, verdict);
+    QCOMPARE(errorOfRefresh(uri), int(FeedDownloadStoreFailed));
+    StatementGate::reset();
+    QCOMPARE(titles(uri), QStringList());
+    QCOMPARE(dropped(uri).size(), 2);
+
+    QCOMPARE(errorOfRefresh(uri), int(FeedDownloadNoError));
+    QCOMPARE(titles(uri), QStringList("3"));
+}
+
+void TestCommands::stateIsNotRead_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::addColumn<StatementGate::Verdict>("verdict");
+    QTest::addColumn<QString>("reason");
+    QTest::addColumn<int>("error");
+    const QString failure = "could not read the channel from the store: ";
+    // The state is read before the download, and again when the document is there.
+    for (int number : {1, 2}) {
+        QTest::addRow("refused %d", number)
+            << number << StatementGate::Refuse << failure << int(FeedDownloadStoreFailed);
+        QTest::addRow("no answer %d", number)
+            << number << StatementGate::NoResult << failure << int(FeedDownloadStoreFailed);
+    }
+    QTest::newRow("unknown") << 1 << StatementGate::NoRows << "no such channel" << int(FeedDownloadNotFound);
+    QTest::newRow("deleted") << 2 << StatementGate::NoRows << "the channel has been deleted in the meantime"
+                             << int(FeedDownloadNotFound);
+}
+
+// A query that fails does not say that there is no channel.
+void TestCommands::stateIsNotRead()
+{
+    QFETCH(int, number);
+    QFETCH(StatementGate::Verdict, verdict);
+    QFETCH(QString, reason);
+    const QString query = "SELECT ?link ?first ?tag ?modified ";
+    QVERIFY(runCommand(subscribe, {write("feed.xml", "Feed", item(1))}).isFine);
+    const QString uri = store().texts("SELECT ?c { ?c a mfo:FeedChannel }").value(0);
+    write("feed.xml", "Feed", item(2) + item(1));
+
+    failQuery(query, number, verdict);
+    const CommandResult failed = runCommand(refresh, {});
+    QVERIFY(!failed.isFine);
+    QVERIFY2(failed.err.contains("): " + reason) && failed.err.count('\n') == 1, qPrintable(failed.err));
+    failQuery(query, number, verdict);
+    QTEST(errorOfRefresh(uri), "error");
+    StatementGate::reset();
+    QCOMPARE(titles(uri), QStringList("1"));
+    QCOMPARE(errorOfRefresh(uri), int(FeedDownloadNoError));
+    QCOMPARE(titles(uri), QStringList({"1", "2"}));
 }
 
 void TestCommands::storeDoesNotAnswer()
