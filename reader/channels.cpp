@@ -38,18 +38,18 @@ void sortByTitle(QList<FeedChannel> &channels)
     });
 }
 
-/// Fails if \a link belongs to another channel or to a message. Messages are told from channels by their
-/// links.
-Result<void> checkLink(const Channels &channels, StorePrivate &store, const QString &link)
+/// Fails if \a link belongs to a channel other than \a channel or to a message. Messages are told from
+/// channels by their links.
+Result<void> checkLink(const Channels &channels, StorePrivate &store, const FeedChannel &channel,
+                       const QString &link)
 {
     const auto inUse = [](const QString &reason) { return Failure(Error(Error::LinkInUse, {}, reason)); };
-    const auto all = channels.all();
-    if (!all)
-        return Failure(all.error());
-    const auto owner = std::find_if(all->begin(), all->end(),
-                                    [&](const FeedChannel &channel) { return channel.link() == link; });
-    if (owner != all->end())
-        return inUse(QStringLiteral("is the link of another channel, %1").arg(owner->title()));
+    const Result<QString> owner = channels.uri(link);
+    if (!owner)
+        return Failure(owner.error());
+    if (!owner->isEmpty() && *owner != channel.uri())
+        return inUse(
+            QStringLiteral("is the link of another channel, %1").arg(channels.title(link).value_or(*owner)));
     const auto messages =
         store.texts(Statements::messageWithLink(QUrl(link)), "look up the link in the store");
     if (!messages)
@@ -150,7 +150,7 @@ Result<void> Channels::edit(const FeedChannel &channel, const QString &title, co
     StorePrivate &store = StorePrivate::of(m_store);
     QString changes;
     if (link != channel.link()) {
-        const Result<void> isFree = checkLink(*this, store, link);
+        const Result<void> isFree = checkLink(*this, store, channel, link);
         if (!isFree)
             return isFree;
         changes += Statements::replaceLink(channel.uri(), channel.link(), link);

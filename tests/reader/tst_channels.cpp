@@ -57,6 +57,7 @@ private Q_SLOTS:
     void editAgain();
     void linkInUse_data();
     void linkInUse();
+    void linkOfAChannelWithSeveralLinks();
 
 private:
     Channels channels() const { return Channels(reader()); }
@@ -303,6 +304,19 @@ void TestChannels::linkInUse()
     const QStringList before = contents();
     VERIFY_ERROR(channels().edit(stored("news"), "Other", link), Error::LinkInUse, text);
     QCOMPARE(contents(), before);
+}
+
+void TestChannels::linkOfAChannelWithSeveralLinks()
+{
+    addChannel("news");
+    addChannel("radio");
+    store().update("INSERT { <urn:channel:radio> nie:links <https://example.org/second> }");
+    const QStringList before = contents();
+    for (const char *name : {"radio", "second"}) {
+        VERIFY_ERROR(channels().edit(stored("news"), "Other", linkOf(name)), Error::LinkInUse,
+                     "is the link of another channel, radio");
+        QCOMPARE(contents(), before);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestChannels)
