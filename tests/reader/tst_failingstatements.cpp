@@ -72,7 +72,8 @@ void addAttempt(const char *name, int statements, const Attempt &attempt)
 
 Q_DECLARE_METATYPE(Attempt)
 
-/// Every statement of every function fails, once by a refusal and once without an answer.
+/// Every statement of every function fails, once by a refusal and once without an answer. Late answers are no
+/// failures.
 class TestFailingStatements : public ReaderTestCase
 {
     Q_OBJECT
@@ -194,6 +195,11 @@ void TestFailingStatements::queriesAndUpdates()
     VERIFY_OK(attempt(reader()));
     QCOMPARE(StatementGate::statements().size(), statements);
     const QStringList after = contents();
+    startAgain([this] { fill(); });
+    StatementGate::setJudge([](const QString &) { return StatementGate::Late; });
+    VERIFY_OK(attempt(reader()));
+    StatementGate::reset();
+    QCOMPARE(contents(), after);
     for (int at = 0; at < statements; ++at) {
         for (StatementGate::Verdict verdict : {StatementGate::Refuse, StatementGate::NoResult}) {
             startAgain([this] { fill(); });

@@ -59,6 +59,7 @@ class TestHostileTexts : public ReaderTestCase
 private Q_SLOTS:
     void structureStays_data();
     void structureStays();
+    void linksOfNewChannels();
     void textsAreStoredAsTheyAre_data();
     void textsAreStoredAsTheyAre();
 
@@ -146,6 +147,25 @@ void TestHostileTexts::structureStays()
                      && store().count("?e a mfo:Enclosure") == 1 && store().count("<urn:attack> ?p ?o") == 0
                      && messagesIn("news").size() == 2,
                  qPrintable(attack));
+    }
+}
+
+void TestHostileTexts::linksOfNewChannels()
+{
+    addChannel("news");
+    addMessages({"a"}, "news", 1);
+    for (const QString &attack : attacks()) {
+        FeedEnclosure icon;
+        icon.setRemoteUrl(linkOf("icon") + attack);
+        icon.setLocalUrl(attack);
+        FeedChannel added = channel(QString(), "added", linkOf("added") + attack);
+        added.setIcon(icon);
+        const auto uri = Channels(reader()).add(added);
+        QVERIFY2(store().count("<urn:channel:news> a mfo:FeedChannel") == 1
+                     && store().count("<urn:attack> ?p ?o") == 0 && messagesIn("news").size() == 1,
+                 qPrintable(attack));
+        if (uri)
+            store().update(QString("DELETE { <%1> a rdfs:Resource }").arg(*uri));
     }
 }
 

@@ -3,7 +3,13 @@
 
 #include <TidelReader/retention.h>
 
+#include <TidelReader/writeturn.h>
+
 #include <QRegularExpression>
+
+#include <atomic>
+#include <future>
+#include <thread>
 
 using namespace Tidel;
 
@@ -29,6 +35,7 @@ private Q_SLOTS:
     void sharedMessages();
     void enclosures();
     void manyMessages();
+    void waitsForItsTurn();
     void failureInALaterStep_data();
     void failureInALaterStep();
     void enclosuresThatAreNotDeleted();
@@ -242,6 +249,27 @@ void TestMessageRetention::manyMessages()
     QStringList links = linksOf(names);
     links.sort();
     QCOMPARE(droppedFrom("news"), links);
+}
+
+void TestMessageRetention::waitsForItsTurn()
+{
+    addMessages({"a"}, "news");
+    std::promise<void> begun;
+    std::atomic<bool> hasEnded(false);
+    std::thread other([&] {
+        const WriteTurn turn;
+        begun.set_value();
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        hasEnded = true;
+    });
+    begun.get_future().wait();
+    const auto dropped = drop({"a"});
+    const bool hasWaited = hasEnded;
+    other.join();
+    VERIFY_OK(dropped);
+    QVERIFY(hasWaited);
+    // The turn has ended.
+    const WriteTurn turn;
 }
 
 void TestMessageRetention::failureInALaterStep_data()

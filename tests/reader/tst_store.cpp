@@ -28,6 +28,7 @@ private Q_SLOTS:
     void damagedDatabase();
     void copiesShareOneConnection();
     void assignment();
+    void failuresAreTraced();
 
 private:
     QString folder() const { return m_store->dataFolder() + "/tidel/store"; }
@@ -133,6 +134,31 @@ void TestStoreHandle::assignment()
     store = *Store::open();
     QVERIFY(!first);
     QVERIFY(Channels(store).all());
+}
+
+void TestStoreHandle::failuresAreTraced()
+{
+    const Store store = *Store::open();
+    m_log->take();
+    QVERIFY(Channels(store).all());
+    QCOMPARE(m_log->texts(QtCriticalMsg), QStringList());
+    QVERIFY(m_log->texts(QtDebugMsg).filter("read the channels from the store").size() == 1);
+    m_log->take();
+    for (StatementGate::Verdict verdict : {StatementGate::Refuse, StatementGate::NoResult}) {
+        StatementGate::reset();
+        StatementGate::failAt(0, verdict);
+        QVERIFY(!Channels(store).all());
+        std::vector<LoggedMessage> criticals;
+        for (const LoggedMessage &message : m_log->take()) {
+            if (message.type == QtCriticalMsg)
+                criticals.push_back(message);
+        }
+        QCOMPARE(int(criticals.size()), 1);
+        QCOMPARE(criticals.front().parts().constFirst(), QString("TidelReader"));
+        const QString text = criticals.front().message();
+        QVERIFY2(text.contains("read the channels from the store") && text.contains("SELECT ?c ?title ?link"),
+                 qPrintable(text));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestStoreHandle)
