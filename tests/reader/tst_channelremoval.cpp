@@ -12,6 +12,7 @@ class TestChannelRemoval : public ReaderTestCase
 private Q_SLOTS:
     void nothingIsLeft();
     void emptyChannel();
+    void editedChannel();
     void sharedMessagesStay();
     void sharedEnclosuresStay();
     void sharedImageStays();
@@ -75,6 +76,15 @@ void TestChannelRemoval::emptyChannel()
     addChannel("news");
     VERIFY_OK(remove("news"));
     QCOMPARE(m_steps.lines(), QStringList("0"));
+    QCOMPARE(contents(), empty);
+}
+
+void TestChannelRemoval::editedChannel()
+{
+    const QStringList empty = contents();
+    addChannel("news");
+    VERIFY_OK(Channels(reader()).edit(stored("news"), "Moved", linkOf("moved")));
+    VERIFY_OK(remove("news"));
     QCOMPARE(contents(), empty);
 }
 
