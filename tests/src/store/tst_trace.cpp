@@ -113,7 +113,7 @@ void TestTrace::messageHasSixParts()
     parts[2] = "line";
     parts[3].replace("{anonymous}", "HERE");
     QCOMPARE(parts,
-             QStringList({"Test", "tests/store/tst_trace.cpp", "line", "void HERE::freeFunction()",
+             QStringList({"Test", "tests/src/store/tst_trace.cpp", "line", "void HERE::freeFunction()",
                           "freeFunction", " free "}));
 }
 
@@ -329,7 +329,7 @@ void TestTrace::contextNamesThePlace()
         });
     freeFunction();
     qInstallMessageHandler(previous);
-    QCOMPARE(contextFile, QByteArray("tests/store/tst_trace.cpp"));
+    QCOMPARE(contextFile, QByteArray("tests/src/store/tst_trace.cpp"));
     QCOMPARE(contextLine, messageOf([] { freeFunction(); }).parts().at(2).toInt());
     QVERIFY(contextFunction.contains("freeFunction()"));
     QCOMPARE(contextCategory, QByteArray("Test"));
