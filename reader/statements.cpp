@@ -78,12 +78,14 @@ QString iri(const QString &address) { return QSparqlBinding(QString(), QUrl(addr
 
 QSparqlQuery update(const QString &text) { return QSparqlQuery(text, QSparqlQuery::InsertStatement); }
 
+// An OPTIONAL within the one of the link would make Tracker read the links of all messages.
 QSparqlQuery channels()
 {
     return select(
         QStringLiteral("SELECT ?c ?title ?link ?type ?modified ?subscribed ?updated WHERE { "
                        "?c a mfo:FeedChannel OPTIONAL { ?c nie:title ?title } "
-                       "OPTIONAL { ?c nie:links ?link OPTIONAL { ?link nie:created ?subscribed } } "
+                       "OPTIONAL { ?c nie:links ?link } "
+                       "OPTIONAL { ?link nie:created ?subscribed FILTER(bound(?link)) } "
                        "OPTIONAL { ?c nie:characterSet ?type } OPTIONAL { ?c nie:comment ?modified } "
                        "OPTIONAL { ?c nie:contentLastModified ?updated } }"));
 }
