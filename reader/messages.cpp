@@ -6,6 +6,7 @@
 #include "store_p.h"
 
 #include <QHash>
+#include <QSet>
 #include <QUrl>
 
 #include <feedtrackersparql.h>
@@ -14,21 +15,17 @@ namespace Tidel {
 
 namespace {
 
-/// The store lists a message once for each of its tags, and only one tag makes it a favorite.
+/// A message with two values of one property is in two rows.
 QList<FeedMessage> eachOnce(const Answer &answer)
 {
     QList<FeedMessage> messages;
-    QHash<QString, int> places;
+    QSet<QString> uris;
     while (answer->next()) {
         const QString uri = answer->value(0).toString();
-        const FeedMessage message = extractMessage(answer->current());
-        const auto place = places.constFind(uri);
-        if (place == places.constEnd()) {
-            places.insert(uri, int(messages.size()));
-            messages.append(message);
-        } else if (message.isFavorite()) {
-            messages[*place].setFavorite(true);
-        }
+        if (uris.contains(uri))
+            continue;
+        uris.insert(uri);
+        messages.append(extractMessage(answer->current()));
     }
     return messages;
 }

@@ -104,9 +104,9 @@ QSparqlQuery channelWithLink(const QString &link)
 
 QSparqlQuery titleOfLink(const QString &link)
 {
-    return select(
-        QStringLiteral("SELECT ?title WHERE { ?c a mfo:FeedChannel ; nie:links ?:link ; nie:title ?title }"),
-        {{"link", QUrl(link)}});
+    return select(QStringLiteral("SELECT ?title WHERE { ?c a mfo:FeedChannel ; nie:links ?:link "
+                                 "OPTIONAL { ?c nie:title ?title } }"),
+                  {{"link", QUrl(link)}});
 }
 
 QString insertChannel(const FeedChannel &channel, const QString &uri)
@@ -189,11 +189,13 @@ QSparqlQuery deleteDroppedLinks(const QString &channelUri, const QStringList &li
 QSparqlQuery messagesOf(const QString &channelUri)
 {
     return select(
-        QStringLiteral("SELECT ?m ?title ?text ?link ?published ?downloaded ?tag ?summary WHERE { "
-                       "?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel ; nie:title ?title ; "
-                       "nie:description ?text ; nie:subject ?summary ; nie:links ?link ; "
-                       "mfo:downloadedTime ?downloaded OPTIONAL { ?m nie:contentCreated ?published } "
-                       "OPTIONAL { ?m nao:hasTag ?tag } } ORDER BY ?downloaded"),
+        QStringLiteral(
+            "SELECT ?m ?title ?text ?link ?published ?downloaded "
+            "(EXISTS { ?m nao:hasTag nao:predefined-tag-favorite } AS ?isFavorite) ?summary WHERE { "
+            "?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel ; nie:title ?title ; "
+            "nie:description ?text ; nie:subject ?summary ; nie:links ?link ; "
+            "mfo:downloadedTime ?downloaded OPTIONAL { ?m nie:contentCreated ?published } } "
+            "ORDER BY ?downloaded"),
         {{"channel", QUrl(channelUri)}});
 }
 
@@ -261,7 +263,8 @@ QString linkMessages(const QStringList &links, const QString &channelUri)
 
 QSparqlQuery insertFavorite(const QString &messageUri)
 {
-    return update(piece(QStringLiteral("INSERT { ?:message nao:hasTag nao:predefined-tag-favorite }"),
+    return update(piece(QStringLiteral("INSERT { ?:message nao:hasTag nao:predefined-tag-favorite } "
+                                       "WHERE { ?:message a mfo:FeedMessage }"),
                         {{"message", QUrl(messageUri)}}));
 }
 

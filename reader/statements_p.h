@@ -59,7 +59,7 @@ QSparqlQuery deleteDroppedLinks(const QString &channelUri, const QStringList &li
 
 /// \name Messages
 /// @{
-/// URI, title, text, link, date of publication, time of download, tag, summary; a row for each tag.
+/// URI, title, text, link, date of publication, time of download, whether it is a favorite, summary.
 QSparqlQuery messagesOf(const QString &channelUri);
 /// The URIs of all messages of the channel.
 QSparqlQuery messageUrisOf(const QString &channelUri);

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void uri_data();
     void uri();
     void setFavorite();
+    void setFavoriteOfUnknownMessage();
     void setFavoriteKeepsOtherTags();
 
 private:
@@ -87,8 +88,8 @@ void TestMessages::severalTags_data()
     QTest::addColumn<QString>("tags");
     QTest::addColumn<bool>("isFavorite");
     QTest::newRow("none") << QString() << false;
-    // contract: any tag makes a favorite when messages are read, see extractMessage().
-    QTest::newRow("others") << "<urn:tag:1> , <urn:tag:2>" << true;
+    // Retention protects messages with the favorite tag and no others.
+    QTest::newRow("others") << "<urn:tag:1> , <urn:tag:2>" << false;
     QTest::newRow("favorite first") << "nao:predefined-tag-favorite , <urn:tag:1> , <urn:tag:2>" << true;
     QTest::newRow("favorite last") << "<urn:tag:1> , <urn:tag:2> , nao:predefined-tag-favorite" << true;
 }
@@ -190,6 +191,14 @@ void TestMessages::setFavorite()
         VERIFY_OK(messages().setFavorite(messageUri("a"), false));
         QCOMPARE(contents(), before);
     }
+}
+
+void TestMessages::setFavoriteOfUnknownMessage()
+{
+    addChannel("news");
+    const QStringList before = everythingIn(store());
+    VERIFY_OK(messages().setFavorite("urn:message:unknown", true));
+    QCOMPARE(everythingIn(store()), before);
 }
 
 void TestMessages::setFavoriteKeepsOtherTags()

@@ -201,7 +201,7 @@ void TestCommands::stateIsNotRead_data()
             << number << StatementGate::NoResult << failure << int(FeedDownloadStoreFailed);
     }
     QTest::newRow("unknown") << 1 << StatementGate::NoRows << "no such channel" << int(FeedDownloadNotFound);
-    QTest::newRow("deleted") << 2 << StatementGate::NoRows << "the channel has been deleted in the meantime"
+    QTest::newRow("deleted") << 2 << StatementGate::NoRows << "the channel was deleted during the download"
                              << int(FeedDownloadNotFound);
 }
 
@@ -277,7 +277,8 @@ void TestCommands::favoritesInListing()
 {
     QVERIFY(runCommand(subscribe, {sample("town-news.xml")}).isFine);
     store().update("INSERT DATA { <urn:tag:1> a nao:Tag . <urn:tag:2> a nao:Tag }");
-    store().update("INSERT { ?m nao:hasTag <urn:tag:1> , <urn:tag:2> } "
+    store().update("INSERT { ?m nao:hasTag <urn:tag:1> } WHERE { ?m a mfo:FeedMessage }");
+    store().update("INSERT { ?m nao:hasTag <urn:tag:2> , nao:predefined-tag-favorite } "
                    "WHERE { ?m a mfo:FeedMessage ; nie:links <https://town.example.net/pool> }");
     const QStringList lines = runCommand(listMessages, {"Town News"}).out.split('\n', Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), 2);
