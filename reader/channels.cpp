@@ -6,8 +6,6 @@
 #include "messageremoval_p.h"
 #include "statements_p.h"
 
-#include <QSet>
-
 #include <feedtrackersparql.h>
 
 #include <algorithm>
@@ -15,20 +13,6 @@
 namespace Tidel {
 
 namespace {
-
-QList<FeedChannel> eachOnce(const Answer &answer)
-{
-    QList<FeedChannel> channels;
-    QSet<QString> uris;
-    while (answer->next()) {
-        const FeedChannel channel = extractChannel(answer->current());
-        if (uris.contains(channel.uri()))
-            continue;
-        uris.insert(channel.uri());
-        channels.append(channel);
-    }
-    return channels;
-}
 
 void sortByTitle(QList<FeedChannel> &channels)
 {
@@ -66,7 +50,7 @@ Result<QList<FeedChannel>> Channels::all() const
     return StorePrivate::of(m_store)
         .run(Statements::channels(), "read the channels from the store")
         .map([](const Answer &answer) {
-            QList<FeedChannel> channels = eachOnce(answer);
+            QList<FeedChannel> channels = eachOnce(answer, extractChannel);
             sortByTitle(channels);
             return channels;
         });

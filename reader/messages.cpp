@@ -6,31 +6,11 @@
 #include "store_p.h"
 
 #include <QHash>
-#include <QSet>
 #include <QUrl>
 
 #include <feedtrackersparql.h>
 
 namespace Tidel {
-
-namespace {
-
-/// A message with two values of one property is in two rows.
-QList<FeedMessage> eachOnce(const Answer &answer)
-{
-    QList<FeedMessage> messages;
-    QSet<QString> uris;
-    while (answer->next()) {
-        const QString uri = answer->value(0).toString();
-        if (uris.contains(uri))
-            continue;
-        uris.insert(uri);
-        messages.append(extractMessage(answer->current()));
-    }
-    return messages;
-}
-
-} // namespace
 
 Messages::Messages(const Store &store) : m_store(store) { }
 
@@ -39,7 +19,7 @@ Result<QList<FeedMessage>> Messages::ofChannel(const QString &channelUri) const
     return StorePrivate::of(m_store)
         .run(Statements::messagesOf(channelUri), "read its messages from the store")
         .map([](const Answer &answer) {
-            QList<FeedMessage> messages = eachOnce(answer);
+            QList<FeedMessage> messages = eachOnce(answer, extractMessage);
             sortNewestFirst(messages);
             return messages;
         });

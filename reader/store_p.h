@@ -4,6 +4,7 @@
 
 #include "store.h"
 
+#include <QSet>
 #include <QSharedData>
 #include <QSparqlConnection>
 #include <QSparqlQuery>
@@ -37,6 +38,22 @@ public:
 
     QSparqlConnection connection;
 };
+
+/// The rows of \a answer as values, each resource of the first column once. A resource with two values of one
+/// property is in two rows.
+template <typename T> QList<T> eachOnce(const Answer &answer, T (*extract)(const QSparqlResultRow &))
+{
+    QList<T> values;
+    QSet<QString> uris;
+    while (answer->next()) {
+        const QString uri = answer->value(0).toString();
+        if (uris.contains(uri))
+            continue;
+        uris.insert(uri);
+        values.append(extract(answer->current()));
+    }
+    return values;
+}
 
 // The time that a question about many resources takes grows faster than their number, and an update of more
 // messages is not faster.
