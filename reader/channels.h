@@ -18,6 +18,7 @@ namespace Tidel {
 class TIDELREADER_EXPORT Channels
 {
 public:
+    /// Works on \a store.
     explicit Channels(const Store &store);
 
     /// All channels by title, each once, without their messages, icons and descriptions.

@@ -47,8 +47,11 @@ public:
     /// \name Adding downloads, before start()
     /// See the functions of the same names of FeedPluginInterface.
     /// @{
+    /// Adds a subscription to the feed at \a address.
     void subscribe(const QUrl &address, const Handler &handler);
+    /// Adds a refresh of the channel \a channelUri.
     void downloadFeed(const QString &channelUri, const Handler &handler);
+    /// Adds a download of the enclosure \a enclosureUri to \a folder, an absolute path.
     void downloadEnclosure(const QString &enclosureUri, const QString &folder, const Handler &handler);
     /// @}
 

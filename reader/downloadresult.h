@@ -24,10 +24,15 @@ public:
     /// The download failed; \a error is a FeedDownloadError or an HTTP status.
     static DownloadResult failed(int error, const QString &reason);
 
+    /// Shares the value of \a other.
     DownloadResult(const DownloadResult &other);
+    /// Takes the value of \a other, which may then only be assigned to or destroyed.
     DownloadResult(DownloadResult &&other) noexcept;
+    /// Shares the value of \a other.
     DownloadResult &operator=(const DownloadResult &other);
+    /// Takes the value of \a other, which may then only be assigned to or destroyed.
     DownloadResult &operator=(DownloadResult &&other) noexcept;
+    /// Releases the value.
     ~DownloadResult();
 
     /// Returns true if the download succeeded; otherwise returns false.

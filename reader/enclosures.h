@@ -17,6 +17,7 @@ namespace Tidel {
 class TIDELREADER_EXPORT Enclosures
 {
 public:
+    /// Works on \a store.
     explicit Enclosures(const Store &store);
 
     /// The enclosures of the message \a messageUri, with all fields but the source namespace.

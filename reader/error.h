@@ -26,6 +26,7 @@ class ErrorPrivate;
 class TIDELREADER_EXPORT Error
 {
 public:
+    /// What kind of failure it is.
     enum Kind {
         StoreUnavailable, ///< The store could not be opened.
         StoreFailed, ///< A statement failed. The store is as it was before the statement.
@@ -40,10 +41,15 @@ public:
     /// An error of \a kind. \a attempt completes the sentence "could not ...", and may be empty. \a reason
     /// says why it failed, for errors of the store in the store's own words.
     Error(Kind kind, const QString &attempt, const QString &reason);
+    /// Shares the value of \a other.
     Error(const Error &other);
+    /// Takes the value of \a other, which may then only be assigned to or destroyed.
     Error(Error &&other) noexcept;
+    /// Shares the value of \a other.
     Error &operator=(const Error &other);
+    /// Takes the value of \a other, which may then only be assigned to or destroyed.
     Error &operator=(Error &&other) noexcept;
+    /// Releases the value.
     ~Error();
 
     /// The kind of the error.

@@ -17,10 +17,15 @@ class FeedStatePrivate;
 class TIDELREADER_EXPORT FeedState
 {
 public:
+    /// Shares the value of \a other.
     FeedState(const FeedState &other);
+    /// Takes the value of \a other, which may then only be assigned to or destroyed.
     FeedState(FeedState &&other) noexcept;
+    /// Shares the value of \a other.
     FeedState &operator=(const FeedState &other);
+    /// Takes the value of \a other, which may then only be assigned to or destroyed.
     FeedState &operator=(FeedState &&other) noexcept;
+    /// Releases the value.
     ~FeedState();
 
     /// The address of the document.
@@ -43,6 +48,7 @@ private:
 class TIDELREADER_EXPORT Feeds
 {
 public:
+    /// Works on \a store.
     explicit Feeds(const Store &store);
 
     /// The state of the channel \a channelUri. Fails with Error::NotFound if it is not stored.

@@ -46,7 +46,9 @@ public:
     /// The address; empty if the link is null.
     QUrl toUrl() const { return QUrl(m_text); }
 
+    /// Returns true if the addresses are equal; otherwise returns false.
     bool operator==(const Link &other) const { return m_text == other.m_text; }
+    /// Returns true if the addresses differ; otherwise returns false.
     bool operator!=(const Link &other) const { return m_text != other.m_text; }
 
     /// Returns true if \a text has no scheme, so that it needs a base; otherwise returns false.

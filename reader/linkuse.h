@@ -19,10 +19,15 @@ public:
     /// Asks \a store about \a links, with one question for each hundred. The same link may be there twice.
     static Result<LinkUse> of(const Store &store, const QList<Link> &links, const QString &channelUri);
 
+    /// Shares the value of \a other.
     LinkUse(const LinkUse &other);
+    /// Takes the value of \a other, which may then only be assigned to or destroyed.
     LinkUse(LinkUse &&other) noexcept;
+    /// Shares the value of \a other.
     LinkUse &operator=(const LinkUse &other);
+    /// Takes the value of \a other, which may then only be assigned to or destroyed.
     LinkUse &operator=(LinkUse &&other) noexcept;
+    /// Releases the value.
     ~LinkUse();
 
     /// Returns true if \a link is the link of a channel; otherwise returns false.

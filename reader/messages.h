@@ -16,6 +16,7 @@ namespace Tidel {
 class TIDELREADER_EXPORT Messages
 {
 public:
+    /// Works on \a store.
     explicit Messages(const Store &store);
 
     /// The messages of the channel, the newest first, each once, without ids, base URLs and enclosures.

@@ -22,6 +22,7 @@ namespace Tidel {
 class TIDELREADER_EXPORT MessageWriter
 {
 public:
+    /// Works on \a store.
     explicit MessageWriter(const Store &store);
 
     /// Stores \a messages under the channel \a channelUri; of several with the same link the texts of the

@@ -12,6 +12,7 @@ namespace Tidel {
 class TIDELREADER_EXPORT Orphans
 {
 public:
+    /// Works on \a store.
     explicit Orphans(const Store &store);
 
     /// Deletes them, and calls \a step after each update. A message without a link stays, and so does an

@@ -21,6 +21,7 @@ namespace Tidel {
 class TIDELREADER_EXPORT Retention
 {
 public:
+    /// Works on \a store.
     explicit Retention(const Store &store);
 
     /// The URIs of the messages of the channel that are to be dropped if the newest \a keep messages stay

@@ -29,10 +29,15 @@ public:
     /// A message with \a link, which is not null, and the texts, dates and id of \a message. Link and
     /// enclosures of \a message are not taken over.
     StorableMessage(const Link &link, const FeedMessage &message);
+    /// Shares the value of \a other.
     StorableMessage(const StorableMessage &other);
+    /// Takes the value of \a other, which may then only be assigned to or destroyed.
     StorableMessage(StorableMessage &&other) noexcept;
+    /// Shares the value of \a other.
     StorableMessage &operator=(const StorableMessage &other);
+    /// Takes the value of \a other, which may then only be assigned to or destroyed.
     StorableMessage &operator=(StorableMessage &&other) noexcept;
+    /// Releases the value.
     ~StorableMessage();
 
     /// Adds an enclosure with the remote URL \a remoteLink and the properties of \a enclosure, without its

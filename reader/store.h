@@ -32,8 +32,11 @@ public:
     /// Fails with Error::StoreUnavailable.
     static Result<Store> open();
 
+    /// Refers to the same connection as \a other.
     Store(const Store &other);
+    /// Refers to the same connection as \a other from now on.
     Store &operator=(const Store &other);
+    /// Closes the connection if no other handle refers to it.
     ~Store();
 
 private:

@@ -19,7 +19,9 @@ namespace Tidel {
 class TIDELREADER_EXPORT WriteTurn
 {
 public:
+    /// Waits for the turn of this process.
     WriteTurn();
+    /// Ends the turn.
     ~WriteTurn();
     Q_DISABLE_COPY(WriteTurn)
 
