@@ -11,7 +11,7 @@
 
 namespace Tidel {
 
-// QLockFile is not used here: it polls ever more rarely, and removes a lock that was held for long.
+// QLockFile is not used here: it polls less and less often, and removes a lock that was held for long.
 WriteTurn::WriteTurn()
     : m_file(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
              + QLatin1String("/tidel/writing.lock"))

@@ -189,10 +189,10 @@ public:
     void deleteMessages(QList<QUrl> messageUris);
     /// Deletes the enclosures of the message that no other message holds, see deleteEnclosures(QList<QUrl>).
     void deleteEnclosures(const QString &messageUri);
-    /// Deletes the enclosures in one update, whoever holds them, and emits enclosuresToBeDeleted(). An
+    /// Deletes the enclosures in one update, even if others hold them, and emits enclosuresToBeDeleted(). An
     /// enclosure without a remote or a local link stays.
     void deleteEnclosures(QList<QUrl> enclosureUris);
-    /// Deletes the enclosures of the channel, which are its image, whoever else holds them. Also deletes the
+    /// Deletes the enclosures of the channel, which are its image, even if others hold them. Also deletes the
     /// file that the first of them names. A name that is a `file:` URL is not recognized as a path, so that
     /// file stays.
     void deleteChannelImage(const QString &channelUri) const;
