@@ -19,7 +19,7 @@ class QSparqlConnectionOptionsPrivate;
 class Q_SPARQL_EXPORT QSparqlConnectionOptions
 {
 public:
-    /// Constructs options of which none is set.
+    /// Constructs an object without options.
     QSparqlConnectionOptions();
     /// Constructs a copy of \a other.
     QSparqlConnectionOptions(const QSparqlConnectionOptions &other);

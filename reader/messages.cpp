@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "messages.h"
 
+#include "headlines_p.h"
 #include "messageorder.h"
 #include "statements_p.h"
-#include "store_p.h"
 
-#include <QHash>
 #include <QUrl>
 
 #include <feedtrackersparql.h>
@@ -27,28 +26,12 @@ Result<QList<FeedMessage>> Messages::ofChannel(const QString &channelUri) const
 
 Result<QList<FeedMessage>> Messages::headlines(const QStringList &links) const
 {
-    StorePrivate &store = StorePrivate::of(m_store);
-    QHash<QString, FeedMessage> found;
-    const Result<void> read = inChunks(links, [&](const QStringList &some) {
-        return store.run(Statements::headlinesOfLinks(some), "read the new messages from the store")
-            .map([&](const Answer &answer) {
-                while (answer->next()) {
-                    FeedMessage &message = found[answer->value(0).toString()];
-                    message.setLink(answer->value(0).toString());
-                    message.setTitle(answer->value(1).toString());
-                    message.setPublishedDate(answer->value(2).toDateTime());
-                }
-            });
-    });
-    return read.map([&] {
-        QList<FeedMessage> messages;
-        for (const QString &link : links) {
-            if (found.contains(link))
-                messages.append(found.value(link));
-        }
-        sortNewestFirst(messages);
-        return messages;
-    });
+    return readHeadlines(StorePrivate::of(m_store), links, Statements::headlinesOfLinks,
+                         "read the new messages from the store")
+        .map([](QList<FeedMessage> messages) {
+            sortNewestFirst(messages);
+            return messages;
+        });
 }
 
 Result<QString> Messages::uri(const QString &name) const

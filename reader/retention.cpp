@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "retention.h"
 
+#include "headlines_p.h"
 #include "messageremoval_p.h"
 #include "statements_p.h"
 #include "writeturn.h"
-
-#include <QHash>
 
 namespace Tidel {
 
@@ -42,27 +41,8 @@ Result<QStringList> Retention::excess(const QString &channelUri, int keep) const
 
 Result<QList<FeedMessage>> Retention::headlines(const QStringList &uris) const
 {
-    QHash<QString, FeedMessage> found;
-    const Result<void> read = inChunks(uris, [&](const QStringList &some) {
-        return StorePrivate::of(m_store)
-            .run(Statements::headlines(some), "read its oldest messages from the store")
-            .map([&](const Answer &answer) {
-                while (answer->next()) {
-                    FeedMessage &message = found[answer->value(0).toString()];
-                    message.setLink(answer->value(1).toString());
-                    message.setTitle(answer->value(2).toString());
-                    message.setPublishedDate(answer->value(3).toDateTime());
-                }
-            });
-    });
-    return read.map([&] {
-        QList<FeedMessage> messages;
-        for (const QString &uri : uris) {
-            if (found.contains(uri))
-                messages.append(found.value(uri));
-        }
-        return messages;
-    });
+    return readHeadlines(StorePrivate::of(m_store), uris, Statements::headlines,
+                         "read its oldest messages from the store");
 }
 
 // The links are stored before the messages are deleted, so that an interruption between the two loses

@@ -219,7 +219,8 @@ QSparqlQuery message(const QUrl &uri)
 
 QSparqlQuery headlinesOfLinks(const QStringList &links)
 {
-    return select(QLatin1String("SELECT ?link ?title ?date WHERE { ") + valuesOf("link", links)
+    return select(QLatin1String("SELECT ?link (?link AS ?address) ?title ?date WHERE { ")
+                  + valuesOf("link", links)
                   + QLatin1String("?m nie:links ?link ; a mfo:FeedMessage ; nie:title ?title "
                                   "OPTIONAL { ?m nie:contentCreated ?date } }"));
 }

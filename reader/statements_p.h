@@ -67,7 +67,7 @@ QSparqlQuery messageUrisOf(const QString &channelUri);
 QSparqlQuery messageWithLink(const QUrl &address);
 /// The message \a uri, if it is stored.
 QSparqlQuery message(const QUrl &uri);
-/// Link, title, date of the messages \a links.
+/// Link, the same link, title, date of the messages \a links.
 QSparqlQuery headlinesOfLinks(const QStringList &links);
 /// URI, link, title, date of the messages \a uris.
 QSparqlQuery headlines(const QStringList &uris);
