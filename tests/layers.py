@@ -10,7 +10,8 @@ BELOW = {
     "qtsparql": [],
     "src": ["qtsparql"],
     "reader": ["qtsparql", "src"],
-    "plugins": ["qtsparql", "src", "reader"],
+    "feeds": ["src", "reader"],
+    "plugins": ["qtsparql", "src", "reader", "feeds"],
     "tools": ["qtsparql", "src", "reader"],
 }
 STATEMENT_FILES = ["src/storestatements.cpp", "reader/statements.cpp"]

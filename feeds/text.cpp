@@ -1,18 +1,11 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "text.h"
 
-#include <QRegularExpression>
-
-#include <Syndication/Tools>
-
 #include <algorithm>
 
 namespace Tidel {
 
 namespace {
-
-// The time that Syndication takes for a text grows with the square of its length.
-constexpr int maximumTitleLength = 4000;
 
 bool isUnwanted(QChar c)
 {
@@ -25,13 +18,6 @@ bool isUnwanted(QChar c)
 bool needsCleaning(const QString &text)
 {
     return std::any_of(text.begin(), text.end(), [](QChar c) { return isUnwanted(c) || c.isSurrogate(); });
-}
-
-/// Escapes each < in \a html that does not begin a tag. Syndication would remove the text up to the next >.
-QString withoutLooseMarks(QString html)
-{
-    static const QRegularExpression looseMark(QStringLiteral("<(?![A-Za-z/!?])"));
-    return html.replace(looseMark, QStringLiteral("&lt;"));
 }
 
 } // namespace
@@ -53,13 +39,6 @@ QString cleanText(const QString &text)
         }
     }
     return clean;
-}
-
-QString plainText(const QString &html)
-{
-    const QString text = html.left(maximumTitleLength);
-    const bool isPlain = !text.contains(QLatin1Char('<')) && !text.contains(QLatin1Char('&'));
-    return cleanText(isPlain ? text : Syndication::htmlToPlainText(withoutLooseMarks(text))).simplified();
 }
 
 } // namespace Tidel

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_XMLFEED_H
+#define TIDEL_XMLFEED_H
+
+#include "feedreader.h"
+
+namespace Tidel {
+
+/// Reads \a document, an RSS, RDF or Atom feed in UTF-8, whatever encoding it declares.
+tl::expected<FeedRecord, FeedRefusal> readXmlFeed(const QByteArray &document);
+
+} // namespace Tidel
+
+#endif
