@@ -4,7 +4,8 @@
 #include "feeddate.h"
 #include "linkclaims.h"
 #include "mimetype.h"
-#include "text.h"
+
+#include <TidelReader/cleantext.h>
 
 #include <Syndication/Image>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-#include "text.h"
+#include "cleantext.h"
 
 #include <algorithm>
 
