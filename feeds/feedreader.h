@@ -20,8 +20,8 @@ struct FeedRefusal
 /// Reads the feed in \a document. \a charset is the character set that the server named; it may be empty.
 ///
 /// Reads RSS 0.90 to 2.0, RDF, Atom 0.3 and 1.0 and JSON Feed 1.0 and 1.1. A document that is not well-formed
-/// is read as far as possible, and FeedRecord::notes say what was mended. The function is reentrant, and opens
-/// neither files nor connections.
+/// is read as far as possible, and FeedRecord::notes say what was mended. The function is reentrant, and
+/// opens neither files nor connections.
 tl::expected<FeedRecord, FeedRefusal> readFeed(const QByteArray &document,
                                                const QByteArray &charset = QByteArray());
 

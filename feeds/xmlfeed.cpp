@@ -1,8 +1,91 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "xmlfeed.h"
 
+#include "channelmapping.h"
+#include "elementbuilder.h"
+#include "itemmapping.h"
+#include "rootelement.h"
+#include "tagsize.h"
+#include "xmlmender.h"
+
 namespace Tidel {
 
-tl::expected<FeedRecord, FeedRefusal> readXmlFeed(const QByteArray &) { return FeedRecord(); }
+namespace {
+
+/// What was read of a document.
+struct Reading
+{
+    std::vector<ItemRecord> items;
+    ElementBuilder builder{[this](const Element &item) { items.push_back(mapItem(item)); }};
+    XmlOutcome outcome;
+};
+
+std::unique_ptr<Reading> read(const QByteArray &document)
+{
+    auto reading = std::make_unique<Reading>();
+    reading->outcome = parseXml(document, reading->builder);
+    return reading;
+}
+
+std::string_view view(const QByteArray &text) { return {text.constData(), size_t(text.size())}; }
+
+tl::unexpected<FeedRefusal> refusal(const QString &reason, bool isPage = false)
+{
+    return tl::make_unexpected(FeedRefusal{reason, isPage});
+}
+
+/// Why \a reading is not that of a feed; empty if it is.
+QString obstacleOf(const Reading &reading)
+{
+    const Element &root = reading.builder.root();
+    if (reading.outcome.expandsTooMuch)
+        return QStringLiteral("the document is too complex: its entities stand for too much text");
+    if (!reading.builder.obstacle().isEmpty())
+        return reading.builder.obstacle();
+    if (root.name.empty())
+        return QStringLiteral("the document is neither XML nor JSON");
+    if (root.name == "encrypteddata")
+        return QStringLiteral("the document is encrypted");
+    const bool isEmpty = reading.items.empty() && !root.find({Vocabulary::Core, "channel"});
+    if (!isRootOfFeed(root.name) || (root.name == "rss" && isEmpty))
+        return QStringLiteral("the document is XML but not a feed: its root element is <%1>")
+            .arg(QString::fromStdString(root.name));
+    return QString();
+}
+
+QString formatOf(const Element &root)
+{
+    if (root.name == "feed")
+        return QStringLiteral("atom");
+    return root.name == "rdf" ? QStringLiteral("rdf") : QStringLiteral("rss");
+}
+
+} // namespace
+
+tl::expected<FeedRecord, FeedRefusal> readXmlFeed(const QByteArray &document)
+{
+    if (isWebPage(view(document)))
+        return refusal(QStringLiteral("the document is a web page, not a feed"), true);
+    FeedRecord feed;
+    std::unique_ptr<Reading> reading;
+    if (!hasHugeTag(view(document)))
+        reading = read(document);
+    if (!reading || !reading->outcome.error.isEmpty()) {
+        const QString error =
+            reading ? reading->outcome.error : QStringLiteral("a tag has too many attributes");
+        feed.notes.append(QStringLiteral("was not well-formed: ") + error);
+        reading.reset();
+        reading = read(XmlMender::mended(document));
+    }
+    const QString obstacle = obstacleOf(*reading);
+    if (!obstacle.isEmpty())
+        return refusal(obstacle);
+    feed.format = formatOf(reading->builder.root());
+    feed.items = std::move(reading->items);
+    mapChannel(reading->builder.root(), feed);
+    if (feed.items.empty())
+        feed.notes.append(QStringLiteral("has no items"));
+    return feed;
+}
 
 } // namespace Tidel

@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "itemmapping.h"
+
+#include "commonmapping.h"
+#include "filemapping.h"
+#include "markup.h"
+
+#include <TidelReader/htmltext.h>
+
+namespace Tidel {
+
+namespace {
+
+using V = Vocabulary;
+
+constexpr ElementName titles[] = {{V::Core, "title"}, {V::DublinCore, "title"}, {V::Media, "title"}};
+constexpr ElementName longTexts[] = {{V::Content, "encoded"},
+                                     {V::Core, "content"},
+                                     {V::Xhtml, "body"},
+                                     {V::Xhtml, "div"},
+                                     {V::Core, "fulltext"}};
+constexpr ElementName shortTexts[] = {{V::Core, "description"},       {V::Core, "summary"},
+                                      {V::Media, "description"},      {V::Itunes, "summary"},
+                                      {V::DublinCore, "description"}, {V::DublinCoreTerms, "abstract"},
+                                      {V::Itunes, "subtitle"}};
+constexpr ElementName publicationDates[] = {
+    {V::Core, "pubdate"},
+    {V::Core, "published"},
+    {V::Core, "issued"},
+    {V::DublinCore, "date"},
+    {V::DublinCoreTerms, "issued"},
+    {V::DublinCoreTerms, "available"},
+    {V::DublinCoreTerms, "created"},
+    {V::DublinCoreTerms, "date"},
+    {V::Core, "created"},
+};
+constexpr ElementName updateDates[] = {{V::Core, "updated"},
+                                       {V::Core, "modified"},
+                                       {V::DublinCoreTerms, "modified"},
+                                       {V::Core, "lastbuilddate"}};
+constexpr ElementName identifiers[] = {{V::Core, "guid"}, {V::Core, "id"}};
+constexpr ElementName categories[] = {
+    {V::Core, "category"}, {V::DublinCore, "subject"}, {V::Media, "category"}};
+constexpr ElementName keywords[] = {{V::Itunes, "keywords"}, {V::Media, "keywords"}};
+
+/// The first element of \a names, in the item or in its media.
+template <size_t Size> const Element *findWithMedia(const Element &item, const ElementName (&names)[Size])
+{
+    for (const ElementName &name : names) {
+        if (const Element *found = item.find(name))
+            return found;
+        if (name.vocabulary != V::Media)
+            continue;
+        for (const Element &child : item.children) {
+            const Element *found = child.vocabulary == V::Media ? child.find(name) : nullptr;
+            if (found)
+                return found;
+        }
+    }
+    return nullptr;
+}
+
+void setIdentity(ItemRecord &record, const Element &item)
+{
+    for (const ElementName &name : identifiers) {
+        const Element *identifier = item.find(name);
+        record.id = lineOf(identifier);
+        if (record.id.isEmpty())
+            continue;
+        record.isPermalink = lineOf(identifier->value("ispermalink")).toLower() != QLatin1String("false");
+        return;
+    }
+    record.id = lineOf(item.value("about"));
+    record.isPermalink = true;
+}
+
+void setTexts(ItemRecord &record, const Element &item)
+{
+    const Element *longText = firstOf(item, longTexts);
+    const Element *shortText = findWithMedia(item, shortTexts);
+    const Element *text = longText ? longText : shortText;
+    record.text = htmlOf(text);
+    record.base = text ? text->base : item.base;
+    if (record.text.isEmpty())
+        record.text = htmlOf(shortText);
+    else if (longText)
+        record.summary = htmlOf(shortText);
+    if (record.summary == record.text)
+        record.summary.clear();
+    record.title = titleOf(findWithMedia(item, titles));
+    if (record.title.isEmpty())
+        record.title = firstWords(record.text);
+}
+
+void setDates(ItemRecord &record, const Element &item)
+{
+    record.updated = firstDateOf(item, updateDates);
+    record.published = firstDateOf(item, publicationDates);
+    if (!record.published.isValid())
+        record.published = record.updated;
+}
+
+void add(QStringList &list, const QString &value)
+{
+    if (!value.isEmpty() && !list.contains(value))
+        list.append(value);
+}
+
+QString categoryIn(const Element &element)
+{
+    for (const char *attribute : {"label", "term"}) {
+        const QString value = lineOf(element.value(attribute));
+        if (!value.isEmpty())
+            return value;
+    }
+    return titleOf(&element);
+}
+
+void setCategories(ItemRecord &record, const Element &item)
+{
+    for (const Element &child : item.children) {
+        if (isOneOf(child, categories))
+            add(record.categories, categoryIn(child));
+        if (!isOneOf(child, keywords))
+            continue;
+        const QStringList words = lineOf(&child).split(QLatin1Char(','));
+        for (const QString &word : words)
+            add(record.categories, word.trimmed());
+    }
+}
+
+Address commentsOf(const Element &item)
+{
+    if (const Element *comments = item.find({V::Core, "comments"}))
+        return addressIn(*comments);
+    const Element *replies = linkOf(item, "replies");
+    return replies ? addressIn(*replies, "href") : Address();
+}
+
+QString languageOf(const Element &item)
+{
+    if (!item.language.isEmpty())
+        return item.language;
+    for (const ElementName &name :
+         {ElementName{V::Core, "language"}, ElementName{V::DublinCore, "language"}}) {
+        const QString language = lineOf(item.find(name));
+        if (!language.isEmpty())
+            return language;
+    }
+    const Element *text = firstOf(item, longTexts);
+    return text ? text->language : QString();
+}
+
+} // namespace
+
+ItemRecord mapItem(const Element &item)
+{
+    ItemRecord record;
+    setIdentity(record, item);
+    record.link = websiteOf(item);
+    setTexts(record, item);
+    setDates(record, item);
+    setCategories(record, item);
+    record.authors = authorsOf(item);
+    record.comments = commentsOf(item);
+    record.language = languageOf(item);
+    record.thumbnail = thumbnailOf(item);
+    record.files = filesOf(item);
+    return record;
+}
+
+} // namespace Tidel

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_ITEMMAPPING_H
+#define TIDEL_ITEMMAPPING_H
+
+#include "element.h"
+
+namespace Tidel {
+
+/// What the item or entry \a item says.
+ItemRecord mapItem(const Element &item);
+
+} // namespace Tidel
+
+#endif

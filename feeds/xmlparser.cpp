@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "xmlparser.h"
+
+#include "xmlmender.h"
+
+#include <libxml/SAX2.h>
+#include <libxml/parser.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+namespace Tidel {
+
+namespace {
+
+std::string_view view(const xmlChar *text)
+{
+    return text ? std::string_view(reinterpret_cast<const char *>(text)) : std::string_view();
+}
+
+struct ContextDeleter
+{
+    void operator()(xmlParserCtxt *context) const
+    {
+        xmlFreeDoc(context->myDoc);
+        xmlFreeParserCtxt(context);
+    }
+};
+
+/// One parsing. Passes the events of libxml2 to the handler.
+class XmlParsing
+{
+public:
+    XmlParsing(const QByteArray &document, XmlHandler &handler)
+        : m_document(document), m_handler(handler), m_textLimit(size_t(document.size()) + 1024 * 1024)
+    {
+    }
+
+    XmlOutcome run();
+
+private:
+    static XmlParsing &of(void *context)
+    {
+        return *static_cast<XmlParsing *>(static_cast<xmlParserCtxt *>(context)->_private);
+    }
+
+    static int read(void *parsing, char *buffer, int size);
+    static void startElement(void *context, const xmlChar *name, const xmlChar *prefix, const xmlChar *uri,
+                             int, const xmlChar **, int count, int, const xmlChar **values);
+    static void endElement(void *context, const xmlChar *, const xmlChar *, const xmlChar *);
+    static void characters(void *context, const xmlChar *text, int size);
+    static void literal(void *context, const xmlChar *text, int size);
+    static void instruction(void *context, const xmlChar *target, const xmlChar *);
+    static void declareEntity(void *context, const xmlChar *name, int type, const xmlChar *publicId,
+                              const xmlChar *systemId, xmlChar *content);
+    static void hearError(void *context, xmlErrorPtr error);
+    static xmlSAXHandler handlers();
+
+    void passText(std::string_view text, bool isLiteral);
+    /// Counts \a size bytes of text that the document stands for.
+    bool count(size_t size);
+    void goOnIf(bool isWanted);
+
+    const QByteArray &m_document;
+    XmlHandler &m_handler;
+    const size_t m_textLimit;
+    xmlParserCtxt *m_context = nullptr;
+    int m_position = 0;
+    size_t m_textSize = 0;
+    std::vector<XmlTag::Attribute> m_attributes;
+    XmlOutcome m_outcome;
+};
+
+xmlSAXHandler XmlParsing::handlers()
+{
+    xmlSAXHandler handler = {};
+    handler.initialized = XML_SAX2_MAGIC;
+    handler.startDocument = xmlSAX2StartDocument;
+    handler.internalSubset = xmlSAX2InternalSubset;
+    handler.getEntity = xmlSAX2GetEntity;
+    handler.entityDecl = declareEntity;
+    handler.startElementNs = startElement;
+    handler.endElementNs = endElement;
+    handler.characters = characters;
+    handler.ignorableWhitespace = characters;
+    handler.cdataBlock = literal;
+    handler.processingInstruction = instruction;
+    handler.serror = hearError;
+    return handler;
+}
+
+XmlOutcome XmlParsing::run()
+{
+    xmlSAXHandler handler = handlers();
+    const std::unique_ptr<xmlParserCtxt, ContextDeleter> context(
+        xmlCreateIOParserCtxt(&handler, nullptr, read, nullptr, this, XML_CHAR_ENCODING_UTF8));
+    if (!context) {
+        m_outcome.error = QStringLiteral("there is not enough memory");
+        return m_outcome;
+    }
+    m_context = context.get();
+    context->_private = this;
+    xmlCtxtUseOptions(context.get(),
+                      XML_PARSE_RECOVER | XML_PARSE_NOENT | XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
+    xmlParseDocument(context.get());
+    return m_outcome;
+}
+
+int XmlParsing::read(void *parsing, char *buffer, int size)
+{
+    auto &self = *static_cast<XmlParsing *>(parsing);
+    const int available = std::min(size, int(self.m_document.size()) - self.m_position);
+    memcpy(buffer, self.m_document.constData() + self.m_position, size_t(available));
+    self.m_position += available;
+    return available;
+}
+
+void XmlParsing::startElement(void *context, const xmlChar *name, const xmlChar *prefix, const xmlChar *uri,
+                              int, const xmlChar **, int count, int, const xmlChar **values)
+{
+    // libxml2 describes an attribute by five pointers: name, prefix, namespace, value and the end of the
+    // value.
+    constexpr int step = 5;
+    XmlParsing &self = of(context);
+    self.m_attributes.clear();
+    size_t size = 0;
+    for (const xmlChar **value = values; value < values + ptrdiff_t(count) * step; value += step) {
+        const auto *const text = reinterpret_cast<const char *>(value[3]);
+        self.m_attributes.push_back({view(value[1]), view(value[0]), {text, size_t(value[4] - value[3])}});
+        size += self.m_attributes.back().value.size();
+    }
+    if (self.count(size))
+        self.goOnIf(self.m_handler.startElement({view(uri), view(prefix), view(name), self.m_attributes}));
+}
+
+void XmlParsing::endElement(void *context, const xmlChar *, const xmlChar *, const xmlChar *)
+{
+    XmlParsing &self = of(context);
+    self.goOnIf(self.m_handler.endElement());
+}
+
+void XmlParsing::characters(void *context, const xmlChar *text, int size)
+{
+    of(context).passText({reinterpret_cast<const char *>(text), size_t(size)}, false);
+}
+
+void XmlParsing::literal(void *context, const xmlChar *text, int size)
+{
+    of(context).passText({reinterpret_cast<const char *>(text), size_t(size)}, true);
+}
+
+void XmlParsing::instruction(void *context, const xmlChar *target, const xmlChar *)
+{
+    if (view(target) == cutInstruction)
+        of(context).m_handler.documentIsCut();
+}
+
+// An entity that is a file or an address is not declared, so that it cannot be opened.
+void XmlParsing::declareEntity(void *context, const xmlChar *name, int type, const xmlChar *publicId,
+                               const xmlChar *systemId, xmlChar *content)
+{
+    if (type == XML_INTERNAL_GENERAL_ENTITY)
+        xmlSAX2EntityDecl(context, name, type, publicId, systemId, content);
+}
+
+void XmlParsing::hearError(void *context, xmlErrorPtr error)
+{
+    XmlParsing &self = of(context);
+    self.m_outcome.expandsTooMuch |= error->code == XML_ERR_ENTITY_LOOP;
+    // The text of an unknown entity is missing, even where a document type that was not read may declare it.
+    const bool isTolerable = error->level < XML_ERR_FATAL && error->code != XML_WAR_UNDECLARED_ENTITY;
+    if (isTolerable || !self.m_outcome.error.isEmpty())
+        return;
+    self.m_outcome.error = QStringLiteral("line %1, column %2: %3")
+                               .arg(QString::number(error->line), QString::number(error->int2),
+                                    QString::fromUtf8(error->message).simplified());
+}
+
+void XmlParsing::passText(std::string_view text, bool isLiteral)
+{
+    if (count(text.size()))
+        goOnIf(m_handler.text(text, isLiteral));
+}
+
+bool XmlParsing::count(size_t size)
+{
+    m_textSize += size;
+    if (m_textSize <= m_textLimit)
+        return true;
+    m_outcome.expandsTooMuch = true;
+    goOnIf(false);
+    return false;
+}
+
+void XmlParsing::goOnIf(bool isWanted)
+{
+    if (!isWanted)
+        xmlStopParser(m_context);
+}
+
+} // namespace
+
+XmlOutcome parseXml(const QByteArray &document, XmlHandler &handler)
+{
+    return XmlParsing(document, handler).run();
+}
+
+} // namespace Tidel
