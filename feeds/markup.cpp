@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "markup.h"
 
-
 #include <TidelReader/cleantext.h>
 #include <TidelReader/htmltext.h>
 

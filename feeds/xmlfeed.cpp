@@ -8,6 +8,8 @@
 #include "tagsize.h"
 #include "xmlmender.h"
 
+#include <memory>
+
 namespace Tidel {
 
 namespace {

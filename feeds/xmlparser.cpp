@@ -28,6 +28,16 @@ struct ContextDeleter
     }
 };
 
+/// What is wrong, for a person.
+QString reasonOf(const xmlError &error)
+{
+    if (error.code == XML_ERR_NAME_REQUIRED || error.code == XML_ERR_ENTITYREF_SEMICOL_MISSING)
+        return QStringLiteral("an & that begins no entity");
+    const QString message = QString::fromUtf8(error.message).simplified();
+    // Some messages begin with the name of a function of the parser.
+    return message.startsWith(QLatin1String("xmlParse")) ? message.section(QLatin1String(": "), 1) : message;
+}
+
 /// One parsing. Passes the events of libxml2 to the handler.
 class XmlParsing
 {
@@ -172,9 +182,9 @@ void XmlParsing::hearError(void *context, xmlErrorPtr error)
     const bool isTolerable = error->level < XML_ERR_FATAL && error->code != XML_WAR_UNDECLARED_ENTITY;
     if (isTolerable || !self.m_outcome.error.isEmpty())
         return;
-    self.m_outcome.error = QStringLiteral("line %1, column %2: %3")
-                               .arg(QString::number(error->line), QString::number(error->int2),
-                                    QString::fromUtf8(error->message).simplified());
+    self.m_outcome.error =
+        QStringLiteral("line %1, column %2: %3")
+            .arg(QString::number(error->line), QString::number(error->int2), reasonOf(*error));
 }
 
 void XmlParsing::passText(std::string_view text, bool isLiteral)
