@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "mimetype.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace Tidel {
@@ -26,6 +28,14 @@ QString cleanMimeType(const QString &text)
         return std::all_of(type.begin() + from, type.begin() + to, isTokenCharacter);
     };
     return isToken(0, slash) && isToken(slash + 1, type.size()) ? type : QString();
+}
+
+QByteArray charsetOf(const QString &header)
+{
+    static const QRegularExpression pattern(
+        QStringLiteral(";\\s*charset\\s*=\\s*[\"']?([A-Za-z0-9][A-Za-z0-9._:+-]{0,39})"),
+        QRegularExpression::CaseInsensitiveOption);
+    return pattern.match(header).captured(1).toLatin1();
 }
 
 } // namespace Tidel

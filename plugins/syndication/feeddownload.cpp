@@ -118,27 +118,30 @@ void FeedDownload::readFile()
     }
     Outcome outcome;
     const auto document = readDocument(path, maximumSize(), &outcome);
-    finish(document ? read(*document, m_address, validators) : outcome);
+    finish(document ? read({*document, m_address, {}, {}, validators}) : outcome);
 }
 
 void FeedDownload::transferred(const Transfer &transfer)
 {
-    finish(transfer.isUnchanged() ? Outcome()
-                                  : read(m_document.data(), transfer.address(), transfer.validators()));
+    finish(transfer.isUnchanged() ? Outcome() : read(documentOf(transfer)));
 }
 
-Outcome FeedDownload::read(const QByteArray &document, const QUrl &source, const Validators &validators)
+FeedDocument FeedDownload::documentOf(const Transfer &transfer) const
 {
-    if (document.isEmpty())
-        return {FeedDownloadNotAFeed, QStringLiteral("the file is empty")};
-    QString error;
-    auto feed = ParsedFeed::parse(document, m_address, &error, source);
+    return {m_document.data(), transfer.address(), transfer.charset(), transfer.linkHeader(),
+            transfer.validators()};
+}
+
+Outcome FeedDownload::read(const FeedDocument &document)
+{
+    auto feed = ParsedFeed::parse(document, m_address);
     if (!feed)
-        return {FeedDownloadNotAFeed, error};
+        return {FeedDownloadNotAFeed, feed.error().reason};
     if (!m_itemBase.isEmpty())
         feed->nameItemsAfter(m_itemBase);
     const WriteTurn turn;
-    return m_isSubscription ? addChannel(*feed, validators) : addMessages(*feed, validators);
+    return m_isSubscription ? addChannel(*feed, document.validators)
+                            : addMessages(*feed, document.validators);
 }
 
 Outcome FeedDownload::addChannel(const ParsedFeed &feed, const Validators &validators)

@@ -3,7 +3,7 @@
 #define TIDEL_FEEDDOWNLOAD_H
 
 #include "download.h"
-#include "validators.h"
+#include "feeddocument.h"
 
 #include <QBuffer>
 #include <QSet>
@@ -44,8 +44,10 @@ private:
     Outcome prepare();
     /// Reads a local document and ends the download.
     void readFile();
-    /// Parses \a document, which came from \a source, and stores it.
-    Outcome read(const QByteArray &document, const QUrl &source, const Validators &validators);
+    /// The document that \a transfer has received.
+    FeedDocument documentOf(const Transfer &transfer) const;
+    /// Parses \a document and stores the feed.
+    Outcome read(const FeedDocument &document);
     /// Stores \a feed as a new channel.
     Outcome addChannel(const ParsedFeed &feed, const Validators &validators);
     /// Stores the new messages of \a feed.

@@ -1,67 +1,74 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "feedparser.h"
 
-#include "feeddate.h"
 #include "linkclaims.h"
 #include "mimetype.h"
 
-#include <TidelReader/cleantext.h>
-
-#include <Syndication/Image>
-
+#include <iterator>
 #include <limits>
 
 namespace Tidel {
 
 namespace {
 
-/// The type of the feed by its root element: "rss", "atom" or "rdf".
-QString channelType(const FeedTree &tree)
+unsigned int storableLength(quint64 bytes)
 {
-    const QString root = tree.elements.documentElement().localName().toLower();
-    return root == QLatin1String("feed") ? QStringLiteral("atom") : root;
-}
-
-unsigned int cleanLength(const QString &text)
-{
-    bool isNumber = false;
-    const quint64 length = text.trimmed().toULongLong(&isNumber);
-    return isNumber && length <= std::numeric_limits<unsigned int>::max() ? unsigned(length) : 0;
+    return bytes <= std::numeric_limits<unsigned int>::max() ? unsigned(bytes) : 0;
 }
 
 } // namespace
 
-ParsedFeed::ParsedFeed(const FeedTree &tree, const QUrl &link, const QUrl &source)
-    : m_tree(tree), m_link(Link::encoded(link)), m_itemBase(m_link), m_base(source), m_items(feedItems(tree))
+ParsedFeed::ParsedFeed(FeedRecord &&record, const QUrl &link, const QUrl &source)
+    : m_record(std::move(record)), m_link(Link::encoded(link)), m_itemBase(m_link), m_base(source),
+      m_website(page(m_record.website))
 {
-    m_website = Link::fromText(m_tree.feed->link(), baseOf(m_tree.elements.documentElement()));
+    m_items.reserve(m_record.items.size());
+    for (ItemRecord &item : m_record.items)
+        m_items.emplace_back(std::move(item));
+    m_record.items.clear();
     if (!m_website.isNull())
         m_base = m_website.toUrl();
 }
 
-std::optional<ParsedFeed> ParsedFeed::parse(const QByteArray &document, const QUrl &link, QString *error,
-                                            const QUrl &source)
+tl::expected<ParsedFeed, FeedRefusal> ParsedFeed::parse(const FeedDocument &document, const QUrl &link)
 {
-    const std::optional<FeedTree> tree = parseFeedTree(document, error);
-    if (!tree)
-        return std::nullopt;
-    return ParsedFeed(*tree, link, source.isEmpty() ? link : source);
+    return readFeed(document.bytes, document.charset).map([&](FeedRecord &&record) {
+        return ParsedFeed(std::move(record), link, document.address);
+    });
 }
 
 FeedChannel ParsedFeed::channel() const
 {
     FeedChannel channel;
     channel.setLink(m_link);
-    channel.setTitle(plainText(m_tree.feed->title()));
-    if (channel.title().isEmpty())
-        channel.setTitle(QUrl(m_link).fileName());
-    channel.setType(channelType(m_tree));
-    channel.setDescription(cleanText(m_tree.feed->description()));
+    channel.setTitle(m_record.title.isEmpty() ? QUrl(m_link).fileName() : m_record.title);
+    channel.setType(m_record.format);
+    channel.setDescription(m_record.description);
 
     FeedEnclosure icon;
-    icon.setRemoteUrl(Link::toFile(m_tree.feed->image()->url(), m_base).toString());
+    icon.setRemoteUrl(file(m_record.image).toString());
     channel.setIcon(icon);
     return channel;
+}
+
+ChannelDetails ParsedFeed::channelDetails() const
+{
+    ChannelDetails details;
+    details.website = m_website;
+    details.description = m_record.description;
+    details.language = m_record.language;
+    details.copyright = m_record.copyright;
+    details.image = file(m_record.image);
+    details.minutesToLive = m_record.minutesToLive;
+    details.skipHours = QList<int>(m_record.skipHours.begin(), m_record.skipHours.end());
+    details.skipDays = m_record.skipDays;
+    details.updatePeriod = m_record.updatePeriod;
+    details.updateFrequency = m_record.updateFrequency;
+    details.updateBase = m_record.updateBase;
+    details.hub = page(m_record.hub);
+    details.self = page(m_record.self);
+    details.notes = m_record.notes;
+    return details;
 }
 
 std::vector<ClaimedItem> ParsedFeed::claimedItems(const QSet<QString> &reserved) const
@@ -72,61 +79,89 @@ std::vector<ClaimedItem> ParsedFeed::claimedItems(const QSet<QString> &reserved)
     std::vector<ClaimedItem> claimed;
     claimed.reserve(m_items.size());
     for (auto item = m_items.rbegin(); item != m_items.rend(); ++item) {
-        const Link link = claims.claim(**item, wantedLink(**item));
+        const Link link = claims.claim(*item, wantedLink(*item));
         if (!link.isNull())
-            claimed.push_back({item->get(), link});
+            claimed.push_back({&*item, link});
     }
     return claimed;
 }
 
-Link ParsedFeed::resolve(const Reference &reference, Link (*clean)(const QString &, const QUrl &)) const
+Link ParsedFeed::wantedLink(const NamedItem &item) const
 {
-    const bool needsBase = Link::isRelative(reference.address);
-    return clean(reference.address, needsBase ? baseOf(reference.where) : m_base);
-}
-
-QUrl ParsedFeed::baseOf(const Syndication::ElementWrapper &element) const
-{
-    const QString base = element.isNull() ? QString() : element.xmlBase();
-    return base.isEmpty() ? m_base : m_base.resolved(QUrl(base));
-}
-
-Link ParsedFeed::wantedLink(const FeedItem &item) const
-{
-    const Link link = resolve(item.link(), Link::fromText);
+    const Link link = page(item.record.link);
     if (!link.isNull())
         return link;
-    const QString permalink = item.permalink();
-    const Link address = Link::isRelative(permalink) ? Link() : Link::fromText(permalink, m_base);
-    return address.isNull() ? Link::ofItem(m_itemBase, item.id()) : address;
+    const bool isAddress = item.record.isPermalink && !Link::isRelative(item.id);
+    const Link permalink = isAddress ? Link::fromText(item.id) : Link();
+    return permalink.isNull() ? Link::ofItem(m_itemBase, item.id) : permalink;
 }
 
 StorableMessage ParsedFeed::message(const ClaimedItem &claimed) const
 {
-    const FeedItem &item = *claimed.item;
+    const ItemRecord &item = claimed.item->record;
     FeedMessage text;
-    text.setId(cleanText(item.id()));
-    text.setTitle(plainText(item.title()));
-    text.setDescription(cleanText(item.text()));
-    text.setSummary(cleanText(item.summary()));
-    text.setBaseUrl(baseOf(item.link().where));
-    text.setPublishedDate(parseFeedDate(item.date()));
+    text.setId(claimed.item->id);
+    text.setTitle(item.title);
+    text.setDescription(item.text);
+    text.setSummary(item.summary);
+    text.setBaseUrl(resolvedBase(item.base));
+    text.setPublishedDate(item.published.isValid() ? item.published : item.updated);
     StorableMessage message(claimed.link, text);
-    for (const FileReference &file : item.files()) {
+    for (const FileRecord &record : item.files) {
         FeedEnclosure enclosure;
-        enclosure.setMimeType(cleanMimeType(file.mimeType));
-        enclosure.setLength(cleanLength(file.length));
-        message.addEnclosure(fileLink(file), enclosure);
+        enclosure.setMimeType(cleanMimeType(record.mimeType));
+        enclosure.setLength(storableLength(record.bytes));
+        message.addEnclosure(file(record.address), enclosure);
     }
     return message;
 }
 
-Link ParsedFeed::fileLink(const FileReference &file) const
+MessageDetails ParsedFeed::messageDetails(const ItemRecord &item) const
 {
-    const Link link = resolve(file.url, Link::toFile);
+    MessageDetails details;
+    details.authors = item.authors;
+    details.categories = item.categories;
+    details.updatedDate = item.updated;
+    details.comments = page(item.comments);
+    details.language = item.language;
+    details.thumbnail = file(item.thumbnail);
+    const bool isBasedOnLink = item.base.isEmpty() && !page(item.link).isNull();
+    details.baseUrl = isBasedOnLink ? QUrl() : resolvedBase(item.base);
+    return details;
+}
+
+EnclosureDetails ParsedFeed::enclosureDetails(const FileRecord &record) const
+{
+    EnclosureDetails details;
+    details.duration = record.seconds;
+    details.title = record.title;
+    details.season = record.season;
+    details.episode = record.episode;
+    details.chapters = file(record.chapters);
+    details.isExplicit = record.isExplicit;
+    return details;
+}
+
+Link ParsedFeed::resolve(const Address &address, Link (*clean)(const QString &, const QUrl &)) const
+{
+    const bool needsBase = Link::isRelative(address.text);
+    return clean(address.text, needsBase ? resolvedBase(address.base) : QUrl());
+}
+
+Link ParsedFeed::page(const Address &address) const { return resolve(address, Link::fromText); }
+
+Link ParsedFeed::file(const Address &address) const
+{
+    const Link link = resolve(address, Link::toFile);
     // Only a feed in a local file may name local files.
     const bool isAllowed = !link.toUrl().isLocalFile() || QUrl(m_link).isLocalFile();
     return isAllowed ? link : Link();
+}
+
+QUrl ParsedFeed::resolvedBase(const QString &base) const
+{
+    const Link link = Link::fromText(base, m_base);
+    return link.isNull() ? m_base : link.toUrl();
 }
 
 } // namespace Tidel

@@ -2,16 +2,17 @@
 #ifndef TIDEL_FEEDPARSER_H
 #define TIDEL_FEEDPARSER_H
 
-#include "feeditem.h"
+#include "feeddocument.h"
+#include "feedreader.h"
+#include "nameditem.h"
 
 #include <QSet>
-#include <QUrl>
 
 #include <feedchannel.h>
 
+#include <TidelReader/details.h>
 #include <TidelReader/storablemessage.h>
 
-#include <optional>
 #include <vector>
 
 namespace Tidel {
@@ -19,7 +20,7 @@ namespace Tidel {
 /// An item with a link that no other item has.
 struct ClaimedItem
 {
-    const FeedItem *item; ///< Belongs to the feed.
+    const NamedItem *item; ///< Belongs to the feed.
     Link link; ///< The link of the message.
 };
 
@@ -28,16 +29,17 @@ struct ClaimedItem
 class ParsedFeed
 {
 public:
-    /// Parses \a document, the feed with the link \a link. \a source is the address that the document was
-    /// read from, if it is different. Returns nothing on failure, and sets \a error to the reason.
-    static std::optional<ParsedFeed> parse(const QByteArray &document, const QUrl &link, QString *error,
-                                           const QUrl &source = QUrl());
+    /// Parses \a document, the feed with the link \a link. The function is reentrant and does not ask the
+    /// store.
+    static tl::expected<ParsedFeed, FeedRefusal> parse(const FeedDocument &document, const QUrl &link);
 
     /// Names items without a link after \a feedLink instead of the link of the feed.
     void nameItemsAfter(const QString &feedLink) { m_itemBase = feedLink; }
 
     /// The feed without its messages.
     FeedChannel channel() const;
+    /// What the feed says of itself in addition.
+    ChannelDetails channelDetails() const;
 
     /// Returns each item once, the oldest first. Each has a different link, which is not in \a reserved. The
     /// items belong to this object.
@@ -45,26 +47,32 @@ public:
 
     /// The message of \a claimed.
     StorableMessage message(const ClaimedItem &claimed) const;
+    /// What the feed says of the message of \a item in addition.
+    MessageDetails messageDetails(const ItemRecord &item) const;
+    /// What the feed says of the enclosure \a file in addition.
+    EnclosureDetails enclosureDetails(const FileRecord &file) const;
 
 private:
-    /// Creates a feed from \a tree, with the addresses of parse().
-    ParsedFeed(const FeedTree &tree, const QUrl &link, const QUrl &source);
+    /// Creates a feed from \a record, which was read from \a source, with the link \a link.
+    ParsedFeed(FeedRecord &&record, const QUrl &link, const QUrl &source);
 
-    /// Makes \a reference absolute and passes it to \a clean.
-    Link resolve(const Reference &reference, Link (*clean)(const QString &, const QUrl &)) const;
-    /// The base address of \a element.
-    QUrl baseOf(const Syndication::ElementWrapper &element) const;
+    /// Makes \a address absolute and passes it to \a clean.
+    Link resolve(const Address &address, Link (*clean)(const QString &, const QUrl &)) const;
+    /// The address of a page; null if there is none.
+    Link page(const Address &address) const;
+    /// The address of a file; null if there is none or the feed must not use it.
+    Link file(const Address &address) const;
+    /// What addresses with the `xml:base` \a base are relative to.
+    QUrl resolvedBase(const QString &base) const;
     /// The link of \a item, which other items may have too.
-    Link wantedLink(const FeedItem &item) const;
-    /// The address of \a file; null if the feed must not use it.
-    Link fileLink(const FileReference &file) const;
+    Link wantedLink(const NamedItem &item) const;
 
-    FeedTree m_tree;
+    FeedRecord m_record; // Without its items.
+    std::vector<NamedItem> m_items;
     QString m_link;
     QString m_itemBase;
-    Link m_website;
     QUrl m_base;
-    std::vector<std::unique_ptr<FeedItem>> m_items;
+    Link m_website;
 };
 
 } // namespace Tidel

@@ -10,7 +10,7 @@
 
 namespace Tidel {
 
-class FeedItem;
+struct NamedItem;
 
 /// Gives each item of a feed a different link, because the store identifies messages by their links.
 ///
@@ -24,11 +24,11 @@ public:
 
     /// Returns the link of \a item, whose link in the document is \a wanted; null if the same item already
     /// has a link. The item must outlive this object.
-    Link claim(const FeedItem &item, const Link &wanted);
+    Link claim(const NamedItem &item, const Link &wanted);
 
 private:
     QSet<QString> m_reserved;
-    QHash<QString, const FeedItem *> m_owners;
+    QHash<QString, const NamedItem *> m_owners;
 };
 
 } // namespace Tidel

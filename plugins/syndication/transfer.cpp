@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "transfer.h"
 
-#include "mimetype.h"
-
 #include <QIODevice>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -223,7 +221,8 @@ void Transfer::end(const Outcome &outcome)
     m_outcome = outcome;
     m_address = m_reply->url();
     m_validators = {validator(*m_reply, "ETag"), validator(*m_reply, "Last-Modified")};
-    m_mimeType = cleanMimeType(m_reply->header(QNetworkRequest::ContentTypeHeader).toString());
+    m_contentType = m_reply->header(QNetworkRequest::ContentTypeHeader).toString();
+    m_linkHeader = m_reply->rawHeader("Link");
     m_reply->abort();
     Q_EMIT finished();
 }

@@ -2,6 +2,7 @@
 #ifndef TIDEL_TRANSFER_H
 #define TIDEL_TRANSFER_H
 
+#include "mimetype.h"
 #include "outcome.h"
 #include "validators.h"
 
@@ -61,7 +62,11 @@ public:
     /// The validators of the document.
     Validators validators() const { return m_validators; }
     /// The media type as "type/subtype"; may be empty.
-    QString mimeType() const { return m_mimeType; }
+    QString mimeType() const { return cleanMimeType(m_contentType); }
+    /// The character set that the server named; may be empty.
+    QByteArray charset() const { return charsetOf(m_contentType); }
+    /// The `Link:` header; may be empty.
+    QByteArray linkHeader() const { return m_linkHeader; }
     /// @}
 
 Q_SIGNALS:
@@ -94,7 +99,8 @@ private:
     qint64 m_announcedSize = -1;
     QUrl m_address;
     Validators m_validators;
-    QString m_mimeType;
+    QString m_contentType;
+    QByteArray m_linkHeader;
 };
 
 } // namespace Tidel

@@ -20,9 +20,16 @@ QByteArray contentOf(const QString &path)
 
 QUrl urlOf(const QString &name) { return QUrl("file:///feeds/" + QFileInfo(name).fileName()); }
 
+tl::expected<ParsedFeed, FeedRefusal> parse(const QByteArray &document, const QUrl &address)
+{
+    return ParsedFeed::parse({document, address, {}, {}, {}}, address);
+}
+
 std::optional<ParsedFeed> parse(const QByteArray &document, QString *error, const QString &name = "feed.xml")
 {
-    return ParsedFeed::parse(document, urlOf(name), error);
+    auto feed = parse(document, urlOf(name));
+    *error = feed ? QString() : feed.error().reason;
+    return feed ? std::make_optional(*std::move(feed)) : std::nullopt;
 }
 
 /// The messages of \a feed, the newest first, without those with the links \a known.
@@ -354,13 +361,12 @@ void TestFeedParser::localFilesInLocalFeedsOnly()
 {
     QFETCH(QUrl, feed);
     QFETCH(QStringList, links);
-    QString error;
-    const auto parsed = ParsedFeed::parse("<rss version='2.0'><channel><title>T</title><item><title>I</title>"
+    const auto parsed = parse("<rss version='2.0'><channel><title>T</title><item><title>I</title>"
                                           "<enclosure url='file:///etc/motd' length='1' type='text/plain'/>"
                                           "<enclosure url='https://example.org/a.mp3' length='1' "
                                           "type='audio/mpeg'/></item></channel></rss>",
-                                          feed, &error);
-    QVERIFY2(parsed, qPrintable(error));
+                              feed);
+    QVERIFY2(parsed, qPrintable(parsed.error().reason));
     QStringList found;
     const QList<FeedEnclosure> enclosures = messagesOf(*parsed).value(0).enclosures();
     for (const FeedEnclosure &enclosure : enclosures)
