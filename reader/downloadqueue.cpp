@@ -65,18 +65,22 @@ void DownloadQueuePrivate::makeDownloader()
 {
     downloaders.emplace_back(plugin.createDownloader(nullptr));
     FeedPluginInterface *downloader = downloaders.back().get();
-    const auto fail = [this, downloader](int error) {
-        end(downloader, DownloadResult::failed(error, downloader->errorString()));
+    const auto failure = [downloader](int error) {
+        return DownloadResult::failed(error, downloader->errorString());
     };
-    QObject::connect(downloader, &FeedPluginInterface::downloadFeedsFinished, q, [this, downloader] {
-        const QStringList newMessages = downloader->property("newMessages").toStringList();
-        end(downloader, DownloadResult::ofFeeds(newMessages));
+    const auto endFeeds = [this, downloader](const DownloadResult &result) {
+        end(downloader, result.withFoundFeeds(downloader->property("foundFeeds").toList()));
+    };
+    QObject::connect(downloader, &FeedPluginInterface::downloadFeedsFinished, q, [downloader, endFeeds] {
+        endFeeds(DownloadResult::ofFeeds(downloader->property("newMessages").toStringList()));
     });
-    QObject::connect(downloader, &FeedPluginInterface::downloadFeedsFailed, q, fail);
+    QObject::connect(downloader, &FeedPluginInterface::downloadFeedsFailed, q,
+                     [failure, endFeeds](int error) { endFeeds(failure(error)); });
     QObject::connect(
         downloader, &FeedPluginInterface::downloadEnclosureFinished, q,
         [this, downloader](const QVariantMap &map) { end(downloader, DownloadResult::ofEnclosure(map)); });
-    QObject::connect(downloader, &FeedPluginInterface::downloadEnclosureFailed, q, fail);
+    QObject::connect(downloader, &FeedPluginInterface::downloadEnclosureFailed, q,
+                     [this, downloader, failure](int error) { end(downloader, failure(error)); });
     QObject::connect(downloader, &FeedPluginInterface::enclosureDownloadProgress, q,
                      [this, downloader](qint64 received, qint64) { progress(downloader, received); });
     startNext(downloader);

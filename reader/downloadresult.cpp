@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "downloadresult.h"
 
-#include <QUrl>
-
 #include <feedplugininterface.h>
 
 namespace Tidel {
@@ -13,6 +11,7 @@ public:
     int error = FeedDownloadNoError;
     QString reason;
     QStringList newMessages;
+    QVector<FoundFeed> foundFeeds;
     QString localUrl;
     qint64 length = 0;
     QString mimeType;
@@ -42,6 +41,17 @@ DownloadResult DownloadResult::failed(int error, const QString &reason)
     return result;
 }
 
+DownloadResult DownloadResult::withFoundFeeds(const QVariantList &feeds) const
+{
+    DownloadResult result(*this);
+    for (const QVariant &feed : feeds) {
+        const QVariantMap map = feed.toMap();
+        result.d->foundFeeds.append({map.value(QStringLiteral("title")).toString(),
+                                     QUrl(map.value(QStringLiteral("address")).toString())});
+    }
+    return result;
+}
+
 DownloadResult::DownloadResult(DownloadResultPrivate *result) : d(result) { }
 DownloadResult::DownloadResult(const DownloadResult &other) = default;
 DownloadResult::DownloadResult(DownloadResult &&other) noexcept = default;
@@ -56,6 +66,8 @@ int DownloadResult::error() const { return d->error; }
 QString DownloadResult::reason() const { return d->reason; }
 
 QStringList DownloadResult::newMessages() const { return d->newMessages; }
+
+QVector<FoundFeed> DownloadResult::foundFeeds() const { return d->foundFeeds; }
 
 QString DownloadResult::path() const { return QUrl(d->localUrl).toLocalFile(); }
 

@@ -7,11 +7,20 @@
 #include <QSharedDataPointer>
 #include <QString>
 #include <QStringList>
+#include <QUrl>
 #include <QVariantMap>
+#include <QVector>
 
 namespace Tidel {
 
 class DownloadResultPrivate;
+
+/// A feed of a web page.
+struct FoundFeed
+{
+    QString title; ///< Plain text; may be empty.
+    QUrl address; ///< Where it can be subscribed to.
+};
 
 /// How a download ended.
 class TIDELREADER_EXPORT DownloadResult
@@ -23,6 +32,10 @@ public:
     static DownloadResult ofEnclosure(const QVariantMap &map);
     /// The download failed; \a error is a FeedDownloadError or an HTTP status.
     static DownloadResult failed(int error, const QString &reason);
+
+    /// This result of a subscription to the address of a web page, which has \a feeds. Each is a map with the
+    /// texts "title" and "address".
+    DownloadResult withFoundFeeds(const QVariantList &feeds) const;
 
     /// Shares the value of \a other.
     DownloadResult(const DownloadResult &other);
@@ -44,6 +57,11 @@ public:
 
     /// The links of the messages that a feed brought its channel, the oldest first.
     QStringList newMessages() const;
+
+    /// The feeds of the web page that a subscription was given instead of a feed. If the subscription
+    /// succeeded, or failed with FeedDownloadAlreadyStored, it is the one that took the place of the page.
+    /// Empty if the address was that of a feed.
+    QVector<FoundFeed> foundFeeds() const;
 
     /// The path of the file of an enclosure; empty if the download failed.
     QString path() const;

@@ -9,12 +9,15 @@ Download::~Download() = default;
 
 Transfer *Download::transfer(const QNetworkRequest &request, QIODevice &target)
 {
+    // The last transfer may be the one that is just reporting its end.
+    if (m_transfer)
+        m_transfer.release()->deleteLater();
     m_transfer = std::make_unique<Transfer>(m_tools.network(), request, m_tools.limits, target);
     connect(m_transfer.get(), &Transfer::finished, this, [this] {
         if (m_transfer->outcome().isFine())
             transferred(*m_transfer);
         else
-            finish(m_transfer->outcome());
+            failed(m_transfer->outcome());
     });
     return m_transfer.get();
 }

@@ -53,11 +53,13 @@ protected:
     /// The maximum size of the document or file, in bytes.
     qint64 maximumSize() const { return m_tools.limits.bytes; }
 
-    /// Starts a transfer of the answer to \a request into \a target. Calls transferred() if it succeeds;
-    /// otherwise ends the download.
+    /// Starts a transfer of the answer to \a request into \a target. Calls transferred() or failed(), which
+    /// may start another one.
     Transfer *transfer(const QNetworkRequest &request, QIODevice &target);
     /// Called when the transfer has succeeded.
     virtual void transferred(const Transfer &transfer) = 0;
+    /// Called when the transfer has failed. Ends the download with \a outcome.
+    virtual void failed(const Outcome &outcome) { finish(outcome); }
 
     /// Ends the download with \a outcome. Does nothing if it has already ended.
     void finish(const Outcome &outcome = {});

@@ -36,6 +36,14 @@ Outcome channelNotRead(const Error &error, const QString &reasonIfMissing)
                                            : storeFailed(error, "try again");
 }
 
+/// Returns true if \a outcome ends a subscription, whatever other addresses there are; otherwise returns
+/// false.
+bool isFinal(const Outcome &outcome)
+{
+    return outcome.error == FeedDownloadCanceled || outcome.error == FeedDownloadAlreadyStored
+        || outcome.error == FeedDownloadStoreFailed;
+}
+
 /// Puts messages without a date first. They are deleted in the order in which they were stored.
 void sortOldestFirst(QList<StorableMessage> &messages)
 {
@@ -78,11 +86,12 @@ void FeedDownload::start()
 {
     const Outcome prepared = prepare();
     if (!prepared.isFine()) {
-        finish(prepared);
+        failed(prepared);
     } else if (m_address.isLocalFile()) {
         readFile();
     } else {
-        m_document.open(QIODevice::WriteOnly);
+        m_document.close();
+        m_document.open(QIODevice::WriteOnly | QIODevice::Truncate);
         transfer(conditionalRequest(m_address, m_known), m_document);
     }
 }
@@ -118,30 +127,60 @@ void FeedDownload::readFile()
     }
     Outcome outcome;
     const auto document = readDocument(path, maximumSize(), &outcome);
-    finish(document ? read({*document, m_address, {}, {}, validators}) : outcome);
+    if (document)
+        read({*document, m_address, {}, {}, validators});
+    else
+        failed(outcome);
 }
 
 void FeedDownload::transferred(const Transfer &transfer)
 {
-    finish(transfer.isUnchanged() ? Outcome() : read(documentOf(transfer)));
+    if (transfer.isUnchanged())
+        finish();
+    else
+        read({m_document.data(), transfer.address(), transfer.charset(), transfer.linkHeader(),
+              transfer.validators()});
 }
 
-FeedDocument FeedDownload::documentOf(const Transfer &transfer) const
-{
-    return {m_document.data(), transfer.address(), transfer.charset(), transfer.linkHeader(),
-            transfer.validators()};
-}
-
-Outcome FeedDownload::read(const FeedDocument &document)
+void FeedDownload::read(const FeedDocument &document)
 {
     auto feed = ParsedFeed::parse(document, m_address);
-    if (!feed)
-        return {FeedDownloadNotAFeed, feed.error().reason};
+    if (!feed) {
+        // A page that a page has led to is not followed.
+        if (feed.error().isWebPage && m_isSubscription && !m_page)
+            m_page.emplace(document);
+        failed({FeedDownloadNotAFeed, feed.error().reason});
+        return;
+    }
     if (!m_itemBase.isEmpty())
         feed->nameItemsAfter(m_itemBase);
     const WriteTurn turn;
-    return m_isSubscription ? addChannel(*feed, document.validators)
-                            : addMessages(*feed, document.validators);
+    finish(m_isSubscription ? addChannel(*feed, document.validators)
+                            : addMessages(*feed, document.validators));
+}
+
+void FeedDownload::failed(const Outcome &outcome)
+{
+    if (!m_page || isFinal(outcome)) {
+        finish(outcome);
+        return;
+    }
+    const QUrl place = m_page->takePlace();
+    if (place.isEmpty()) {
+        finish(m_page->conclusion(outcome));
+        return;
+    }
+    m_address = place;
+    start();
+}
+
+QVector<FeedLink> FeedDownload::foundFeeds() const
+{
+    if (!m_page)
+        return {};
+    const bool isGuessed =
+        m_page->feeds().isEmpty() && (outcome().isFine() || outcome().error == FeedDownloadAlreadyStored);
+    return isGuessed ? QVector<FeedLink>{{QString(), m_address}} : m_page->feeds();
 }
 
 Outcome FeedDownload::addChannel(const ParsedFeed &feed, const Validators &validators)

@@ -4,11 +4,14 @@
 
 #include "download.h"
 #include "feeddocument.h"
+#include "webpage.h"
 
 #include <QBuffer>
 #include <QSet>
 #include <QStringList>
 #include <QUrl>
+
+#include <optional>
 
 namespace Tidel {
 
@@ -29,9 +32,14 @@ public:
 
     /// The links of the messages that are new to the channel, the oldest first.
     const QStringList &newMessages() const { return m_newMessages; }
+    /// The feeds of the web page that the address of a new channel led to, or the one that was subscribed to
+    /// in its place. Empty if the address led to a feed.
+    QVector<FeedLink> foundFeeds() const;
 
 protected:
     void transferred(const Transfer &transfer) override;
+    /// Tries the next address at which a web page may have its feed.
+    void failed(const Outcome &outcome) override;
 
 private:
     /// The items of a feed with their links, and how the store uses these links.
@@ -42,12 +50,10 @@ private:
 
     /// Finds out the address of the document and reads its stored validators.
     Outcome prepare();
-    /// Reads a local document and ends the download.
+    /// Reads a local document.
     void readFile();
-    /// The document that \a transfer has received.
-    FeedDocument documentOf(const Transfer &transfer) const;
-    /// Parses \a document and stores the feed.
-    Outcome read(const FeedDocument &document);
+    /// Parses \a document, stores the feed and ends the download.
+    void read(const FeedDocument &document);
     /// Stores \a feed as a new channel.
     Outcome addChannel(const ParsedFeed &feed, const Validators &validators);
     /// Stores the new messages of \a feed.
@@ -65,6 +71,7 @@ private:
     QUrl m_address;
     QString m_itemBase; // Empty for a new channel, whose items are named after its address.
     Validators m_known;
+    std::optional<WebPage> m_page; // Where m_address comes from, in a subscription.
     QBuffer m_document;
     QStringList m_newMessages;
 };

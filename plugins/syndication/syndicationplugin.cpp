@@ -7,6 +7,8 @@
 #include <QNetworkAccessManager>
 #include <QUrl>
 
+#include <TidelReader/link.h>
+
 #include <deque>
 #include <limits>
 
@@ -17,6 +19,15 @@ namespace {
 // The maximum duration of a download, as a multiple of the timeout.
 constexpr int feedPatience = 10;
 constexpr int enclosurePatience = 1000;
+
+QVariantList listOf(const QVector<FeedLink> &feeds)
+{
+    QVariantList list;
+    for (const FeedLink &feed : feeds)
+        list.append(QVariantMap{{QStringLiteral("title"), feed.title},
+                                {QStringLiteral("address"), Link::encoded(feed.address)}});
+    return list;
+}
 
 } // namespace
 
@@ -33,6 +44,7 @@ struct SyndicationPlugin::Task
     Outcome outcome; ///< The first failure.
     QVariantMap results;
     QStringList newMessages;
+    QVariantList foundFeeds;
 };
 
 SyndicationPlugin::SyndicationPlugin(QObject *parent)
@@ -143,8 +155,10 @@ void SyndicationPlugin::endDownload()
         m_task->outcome = outcome;
     if (const auto *enclosure = qobject_cast<EnclosureDownload *>(download.get()))
         m_task->results = enclosure->results();
-    if (const auto *feed = qobject_cast<FeedDownload *>(download.get()))
+    if (const auto *feed = qobject_cast<FeedDownload *>(download.get())) {
         m_task->newMessages += feed->newMessages();
+        m_task->foundFeeds += listOf(feed->foundFeeds());
+    }
     startNext();
 }
 
@@ -152,6 +166,7 @@ void SyndicationPlugin::end()
 {
     const std::unique_ptr<Task> task = std::move(m_task);
     m_newMessages = task->newMessages;
+    m_foundFeeds = task->foundFeeds;
     report(task->isEnclosure, task->outcome, task->results);
 }
 

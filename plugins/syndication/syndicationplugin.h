@@ -17,7 +17,7 @@ class Download;
 struct DownloadTools;
 struct Outcome;
 
-/// Downloads RSS, Atom and RDF feeds and enclosures over http and https and from files.
+/// Downloads RSS, Atom, RDF and JSON feeds and enclosures over http and https and from files.
 class SyndicationPlugin : public FeedPluginInterface
 {
     Q_OBJECT
@@ -32,6 +32,9 @@ class SyndicationPlugin : public FeedPluginInterface
     Q_PROPERTY(qint64 maximumEnclosureSize MEMBER m_maximumEnclosureSize)
     /// The links of the messages that the last operation added.
     Q_PROPERTY(QStringList newMessages READ newMessages)
+    /// The feeds of the web page that the last subscribe() was given instead of a feed, or the one that was
+    /// subscribed to in its place. Each is a map with the texts "title" and "address".
+    Q_PROPERTY(QVariantList foundFeeds READ foundFeeds)
 
 public:
     /// Creates a downloader with its own network connections.
@@ -46,6 +49,8 @@ public:
     Q_INVOKABLE QString errorString() const override;
     /// The links of the messages that the last operation added.
     QStringList newMessages() const { return m_newMessages; }
+    /// The feeds that the last subscribe() has found.
+    QVariantList foundFeeds() const { return m_foundFeeds; }
 
 private:
     /// Shared by the downloaders of one plug-in.
@@ -79,6 +84,7 @@ private:
     std::unique_ptr<Task> m_task;
     QString m_errorString;
     QStringList m_newMessages;
+    QVariantList m_foundFeeds;
 };
 
 } // namespace Tidel

@@ -47,8 +47,16 @@ const char *const someChannels = "The titles, links, files or URIs of channels; 
 const char *const aMessage = "The link or URI of a message.";
 
 const Command commands[] = {
-    {"subscribe", "FILE|URL...", "Subscribe to RSS, Atom or RDF feeds.",
-     "The http, https or file URLs of feeds, or paths of files.", 1, anyNumber, subscribe},
+    {"subscribe",
+     "FILE|URL... [--feed N | --all]",
+     "Subscribe to RSS, Atom, RDF or JSON feeds, or to those of web pages.",
+     "The http, https or file URLs of feeds or web pages, or paths of files.",
+     1,
+     anyNumber,
+     subscribe,
+     {{"feed", "N", "The feed of this number, if a web page has several."},
+      {"all", nullptr, "All feeds, if a web page has several."}},
+     misuseOfSubscribe},
     {"unsubscribe", "CHANNEL", "Delete a channel with its messages and their downloaded files.", aChannel, 1,
      1, unsubscribe},
     {"refresh", "[CHANNEL...]", "Download the feeds and store new messages.", someChannels, 0, anyNumber,

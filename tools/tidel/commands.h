@@ -11,7 +11,7 @@ class Store;
 
 // The commands of the program. They report failures to the output. A failure does not stop the rest.
 
-/// Subscribes to the feeds with these addresses.
+/// Subscribes to the feeds with these addresses, or to those of the web pages with these addresses.
 void subscribe(const Store &store, const Arguments &arguments, Output &output);
 /// Deletes the channel with this name.
 void unsubscribe(const Store &store, const Arguments &arguments, Output &output);
@@ -36,6 +36,8 @@ void listMessages(const Store &store, const Arguments &arguments, Output &output
 /// Lists the enclosures of the message with this name.
 void listEnclosures(const Store &store, const Arguments &arguments, Output &output);
 
+/// Returns what is wrong with the options of subscribe; empty if they are valid.
+QString misuseOfSubscribe(const Arguments &arguments);
 /// Returns what is wrong with the options of download; empty if they are valid.
 QString misuseOfDownload(const Arguments &arguments);
 /// Returns what is wrong with the options of edit; empty if they are valid.

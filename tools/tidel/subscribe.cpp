@@ -2,6 +2,7 @@
 #include "commands.h"
 
 #include "downloads.h"
+#include "feedchoice.h"
 #include "output.h"
 #include "phrases.h"
 
@@ -13,6 +14,8 @@
 #include <TidelReader/documenturl.h>
 #include <TidelReader/downloadqueue.h>
 #include <TidelReader/link.h>
+
+#include <vector>
 
 namespace Tidel {
 
@@ -37,9 +40,16 @@ void reportChannel(const Store &store, const QUrl &address, const QString &text,
         output.failure(shownAddress(Link::encoded(address)), title.error());
 }
 
+/// The address of the channel that a subscription to \a address has led to.
+QUrl channelAddress(const QUrl &address, const DownloadResult &result)
+{
+    const QVector<FoundFeed> found = result.foundFeeds();
+    return found.isEmpty() ? address : found.first().address;
+}
+
 void report(const Store &store, const QString &argument, const DownloadResult &result, Output &output)
 {
-    const QUrl address = documentUrl(argument);
+    const QUrl address = channelAddress(documentUrl(argument), result);
     if (result.isOk())
         reportChannel(store, address,
                       QStringLiteral("Subscribed: %1 (") + countedMessages(int(result.newMessages().size()))
@@ -53,20 +63,59 @@ void report(const Store &store, const QString &argument, const DownloadResult &r
         output.error(shownAddress(argument) + QLatin1String(": ") + result.reason() + schemeAdvice(argument));
 }
 
+/// A web page with several feeds.
+struct Page
+{
+    QString argument;
+    DownloadResult result;
+};
+
+/// Subscribes to the feeds at \a addresses, and reports each result, except those that it adds to \a pages.
+void subscribeTo(const Store &store, FeedPluginInterface &plugin, const QStringList &addresses,
+                 Output &output, std::vector<Page> *pages = nullptr)
+{
+    DownloadQueue queue(plugin);
+    for (const QString &address : addresses)
+        queue.subscribe(documentUrl(address), [&, address](const DownloadResult &result) {
+            if (pages && result.foundFeeds().size() > 1)
+                pages->push_back({address, result});
+            else
+                report(store, address, result, output);
+        });
+    showProgress(queue, "feeds", output);
+    run(queue, output);
+}
+
 } // namespace
+
+QString misuseOfSubscribe(const Arguments &arguments)
+{
+    if (!arguments.isSet("feed"))
+        return QString();
+    if (arguments.value("feed").toInt() < 1)
+        return QStringLiteral("--feed needs the number of a feed, 1 or more");
+    if (arguments.isSet("all") || arguments.names.size() > 1)
+        return QStringLiteral("--feed is for one address, without --all");
+    return QString();
+}
 
 void subscribe(const Store &store, const Arguments &arguments, Output &output)
 {
     FeedPluginInterface *plugin = downloadPlugin(output);
     if (!plugin)
         return;
-    DownloadQueue queue(*plugin);
-    for (const QString &argument : arguments.names)
-        queue.subscribe(documentUrl(argument), [&store, &output, argument](const DownloadResult &result) {
-            report(store, argument, result, output);
-        });
-    showProgress(queue, "feeds", output);
-    run(queue, output);
+    std::vector<Page> pages;
+    subscribeTo(store, *plugin, arguments.names, output, &pages);
+    QStringList chosen;
+    for (const Page &page : pages) {
+        if (output.signal() != 0)
+            return;
+        const auto feeds = chosenFeeds(shownAddress(page.argument), page.result, arguments, output);
+        for (const FoundFeed &feed : feeds)
+            chosen.append(Link::encoded(feed.address));
+    }
+    if (!chosen.isEmpty())
+        subscribeTo(store, *plugin, chosen, output);
 }
 
 } // namespace Tidel
