@@ -111,8 +111,17 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.answer(b"" if status in (204, 304) else b"no", status, "text/plain")
 
     def serve_type(self, rest, query):
-        """/type?text/html: a feed with this content type."""
-        self.answer(FEED % b"Typed", content_type=urllib.parse.unquote(query) or None)
+        """/type?text/html: a feed with this content type. /type/NAME?text/html: a file of the folder with it."""
+        body = FEED % b"Typed"
+        if rest:
+            with open(os.path.join(self.server.folder, rest), "rb") as file:
+                body = file.read()
+        self.answer(body, content_type=urllib.parse.unquote(query) or None)
+
+    def serve_linked(self, rest, query):
+        """/linked?<feed.xml>: a web page with this Link: header."""
+        self.answer(b"<!DOCTYPE html><p>Page", content_type="text/html",
+                    headers=[("Link", urllib.parse.unquote(query))])
 
     def serve_redirect(self, rest, query):
         """/redirect/301?target: a redirect with this status to this target."""

@@ -20,8 +20,7 @@ FeedPluginInterface *downloadPlugin(Output &output)
         output.note(QLatin1String("tidel: ") + problem);
     if (plugin)
         return *plugin;
-    output.error(plugin.error().text()
-                 + QLatin1String("; build and install tidel with KDE Syndication to get one"));
+    output.error(plugin.error().text() + QLatin1String("; install tidel again to get one"));
     return nullptr;
 }
 

@@ -362,9 +362,9 @@ void TestFeedParser::localFilesInLocalFeedsOnly()
     QFETCH(QUrl, feed);
     QFETCH(QStringList, links);
     const auto parsed = parse("<rss version='2.0'><channel><title>T</title><item><title>I</title>"
-                                          "<enclosure url='file:///etc/motd' length='1' type='text/plain'/>"
-                                          "<enclosure url='https://example.org/a.mp3' length='1' "
-                                          "type='audio/mpeg'/></item></channel></rss>",
+                              "<enclosure url='file:///etc/motd' length='1' type='text/plain'/>"
+                              "<enclosure url='https://example.org/a.mp3' length='1' "
+                              "type='audio/mpeg'/></item></channel></rss>",
                               feed);
     QVERIFY2(parsed, qPrintable(parsed.error().reason));
     QStringList found;

@@ -480,7 +480,7 @@ void TestNetwork::withoutPlugin()
         QCOMPARE(process.exitCode(), 1);
         const QString error = process.readAllStandardError();
         QVERIFY2(error.startsWith("tidel: no download plug-in in " + m_dir->path()), qPrintable(error));
-        QVERIFY2(error.contains("KDE Syndication"), qPrintable(error));
+        QVERIFY2(error.contains("install tidel again"), qPrintable(error));
     }
     process.start(program, {"messages", "plain"});
     QVERIFY(process.waitForFinished());
