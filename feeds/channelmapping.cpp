@@ -37,11 +37,11 @@ Element joined(const Element &root)
 
 Address imageOf(const Element &channel)
 {
+    if (const Element *cover = channel.find({V::Itunes, "image"}))
+        return addressIn(*cover, "href");
     const Element *image = channel.find({V::Core, "image"});
     if (const Element *url = image ? image->find({V::Core, "url"}) : nullptr)
         return addressIn(*url);
-    if (const Element *cover = channel.find({V::Itunes, "image"}))
-        return addressIn(*cover, "href");
     if (const Element *picture = firstOf(channel, pictures))
         return addressIn(*picture);
     return image ? addressIn(*image, "resource") : Address();
@@ -67,9 +67,10 @@ QVector<int> hoursIn(const QStringList &texts)
     QVector<int> hours;
     for (const QString &text : texts) {
         bool isNumber = false;
-        const int hour = text.toInt(&isNumber) % 24; // Some feeds call midnight 24.
-        if (isNumber && hour >= 0 && !hours.contains(hour))
-            hours.append(hour);
+        const int hour = text.toInt(&isNumber);
+        const int hourOfDay = hour == 24 ? 0 : hour; // Some feeds call midnight 24.
+        if (isNumber && hour >= 0 && hour <= 24 && !hours.contains(hourOfDay))
+            hours.append(hourOfDay);
     }
     return hours;
 }

@@ -61,10 +61,12 @@ const Element *linkOf(const Element &parent, std::string_view relation)
 
 Address websiteOf(const Element &parent)
 {
-    const Element *other = nullptr;
     for (const Element &child : parent.children) {
         if (child.is({V::Core, "link"}) && child.value("href").empty() && !lineOf(&child).isEmpty())
             return addressIn(child);
+    }
+    const Element *other = nullptr;
+    for (const Element &child : parent.children) {
         if (!isLink(child, "alternate"))
             continue;
         const std::string_view type = child.value("type");

@@ -162,8 +162,8 @@ void ElementBuilder::startMarkup(const XmlTag &tag)
         appendEscaped(element.text, attribute.value);
         element.text += '"';
     }
-    element.text += '>';
     m_markup.emplace_back(tag.name);
+    element.text += isEmptyTag(m_markup.back()) ? "/>" : ">";
 }
 
 bool ElementBuilder::endElement()

@@ -32,8 +32,6 @@ QString obviousObstacle(const QByteArray &document)
         {"GIF8", "the document is a picture, not a feed"},
     };
     const QByteArray start = document.left(4096).trimmed();
-    if (start.isEmpty() && document.trimmed().isEmpty())
-        return QStringLiteral("the document is empty");
     const auto found =
         std::find_if(std::begin(signatures), std::end(signatures),
                      [&](const Signature &signature) { return start.startsWith(signature.start); });
@@ -49,6 +47,8 @@ tl::expected<FeedRecord, FeedRefusal> readFeed(const QByteArray &document, const
         return tl::make_unexpected(FeedRefusal{obstacle});
     const DecodedText text = toUtf8(document, charset);
     const QByteArray start = text.utf8.left(1024).trimmed();
+    if (start.isEmpty() && text.utf8.trimmed().isEmpty())
+        return tl::make_unexpected(FeedRefusal{QStringLiteral("the document is empty")});
     const bool isJson = start.startsWith('{') || start.startsWith('[');
     auto feed = isJson ? readJsonFeed(text.utf8) : readXmlFeed(text.utf8);
     if (feed)

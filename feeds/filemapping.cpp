@@ -58,12 +58,9 @@ quint64 areaOf(const Element &media)
     return numberIn(media.value("width")) * numberIn(media.value("height"));
 }
 
-QString typeOf(const Element &media)
+bool isPicture(const Element &media)
 {
-    const QString type = lineOf(media.value("type"));
-    const QString medium = lineOf(media.value("medium"));
-    // A type with a subtype that is not known is better than none: programs choose by the first part.
-    return type.isEmpty() && medium == QLatin1String("image") ? QStringLiteral("image/*") : type;
+    return media.value("medium") == "image" || media.value("type").substr(0, 6) == "image/";
 }
 
 FileRecord enclosureIn(const Element &enclosure)
@@ -84,7 +81,7 @@ Rendition renditionIn(const Element &media)
     Rendition rendition;
     FileRecord &file = rendition.file;
     file.address = addressIn(media, "url");
-    file.mimeType = typeOf(media);
+    file.mimeType = lineOf(media.value("type"));
     file.bytes = numberIn(media.value("filesize"));
     file.seconds = secondsIn(lineOf(media.value("duration")));
     file.title = titleOf(media.find({V::Media, "title"}));
@@ -97,8 +94,7 @@ Rendition renditionIn(const Element &media)
 /// The address of a picture without what chooses its size.
 QString pictureOf(const Element &media)
 {
-    const bool isPicture = typeOf(media).startsWith(QLatin1String("image/"));
-    return isPicture ? addressIn(media, "url").text.section(QLatin1Char('?'), 0, 0) : QString();
+    return isPicture(media) ? addressIn(media, "url").text.section(QLatin1Char('?'), 0, 0) : QString();
 }
 
 void keepBest(QVector<Rendition> &renditions, const Rendition &candidate)

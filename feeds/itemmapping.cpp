@@ -60,18 +60,19 @@ template <size_t Size> const Element *findWithMedia(const Element &item, const E
     return nullptr;
 }
 
+bool isWebAddress(const QString &text)
+{
+    return text.startsWith(QLatin1String("http://"), Qt::CaseInsensitive)
+        || text.startsWith(QLatin1String("https://"), Qt::CaseInsensitive);
+}
+
 void setIdentity(ItemRecord &record, const Element &item)
 {
-    for (const ElementName &name : identifiers) {
-        const Element *identifier = item.find(name);
-        record.id = lineOf(identifier);
-        if (record.id.isEmpty())
-            continue;
-        record.isPermalink = lineOf(identifier->value("ispermalink")).toLower() != QLatin1String("false");
-        return;
-    }
-    record.id = lineOf(item.value("about"));
-    record.isPermalink = true;
+    const Element *identifier = firstOf(item, identifiers);
+    record.id = identifier ? lineOf(identifier) : lineOf(item.value("about"));
+    const bool isDenied =
+        identifier && lineOf(identifier->value("ispermalink")).toLower() == QLatin1String("false");
+    record.isPermalink = !isDenied && isWebAddress(record.id);
 }
 
 void setTexts(ItemRecord &record, const Element &item)
@@ -162,6 +163,9 @@ ItemRecord mapItem(const Element &item)
     setDates(record, item);
     setCategories(record, item);
     record.authors = authorsOf(item);
+    const Element *source = item.find({V::Core, "source"});
+    if (record.authors.isEmpty() && source)
+        record.authors = authorsOf(*source);
     record.comments = commentsOf(item);
     record.language = languageOf(item);
     record.thumbnail = thumbnailOf(item);

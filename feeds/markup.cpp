@@ -12,14 +12,18 @@ namespace Tidel {
 
 namespace {
 
-enum class Type { Unknown, PlainText, Html, Xhtml, Base64 };
+enum class Type { Unknown, PlainText, Html, Xhtml };
+
+/// The type attribute of \a element without parameters.
+QString typeAttributeOf(const Element &element)
+{
+    return lineOf(element.value("type")).toLower().section(QLatin1Char(';'), 0, 0).trimmed();
+}
 
 /// The type that \a element declares.
 Type declaredType(const Element &element)
 {
-    const QString type = lineOf(element.value("type")).toLower().section(QLatin1Char(';'), 0, 0).trimmed();
-    if (element.value("mode") == "base64")
-        return Type::Base64;
+    const QString type = typeAttributeOf(element);
     if (element.hasMarkup)
         return Type::Xhtml;
     if (type.isEmpty())
@@ -27,11 +31,42 @@ Type declaredType(const Element &element)
     if (type == QLatin1String("text") || type == QLatin1String("plain")
         || type == QLatin1String("text/plain"))
         return Type::PlainText;
-    if (type.startsWith(QLatin1String("text/")) || type == QLatin1String("html")
-        || type.contains(QLatin1String("xhtml")))
-        return Type::Html;
-    const bool isMediaType = type.contains(QLatin1Char('/')) && !type.endsWith(QLatin1String("xml"));
-    return isMediaType && element.isAtom ? Type::Base64 : Type::Unknown;
+    const bool isHtml = type.startsWith(QLatin1String("text/")) || type.contains(QLatin1String("html"));
+    return isHtml ? Type::Html : Type::Unknown;
+}
+
+// Atom 1.0 encodes all that is neither text nor XML, Atom 0.3 what it says to encode.
+bool isBase64(const Element &element)
+{
+    const QString type = typeAttributeOf(element);
+    const bool isBinary = type.contains(QLatin1Char('/')) && !type.startsWith(QLatin1String("text/"))
+        && !type.endsWith(QLatin1String("xml"));
+    return element.value("mode") == "base64" || (isBinary && element.isAtom && element.value("mode").empty());
+}
+
+/// The text that \a base64 encodes; empty if that is no text, and \a base64 itself if it encodes nothing.
+QString decodedBase64(const QString &base64)
+{
+    const QByteArray code = base64.toLatin1().simplified().replace(' ', "");
+    const auto decoded = QByteArray::fromBase64Encoding(code, QByteArray::AbortOnBase64DecodingErrors);
+    const QString text = decoded ? QString::fromUtf8(*decoded) : base64;
+    const bool isText = !text.contains(QChar(0)) && !text.contains(QChar::ReplacementCharacter);
+    return isText ? text : QString();
+}
+
+/// The text of \a element. White space around it is left out; a no-break space counts as text.
+QString textOf(const Element &element)
+{
+    static const QString blanks = QStringLiteral(" \t\r\n");
+    QString text = QString::fromStdString(element.text);
+    text = cleanText(isBase64(element) ? decodedBase64(text) : text);
+    int start = 0;
+    int end = int(text.size());
+    while (start < end && blanks.contains(text.at(start)))
+        ++start;
+    while (end > start && blanks.contains(text.at(end - 1)))
+        --end;
+    return text.mid(start, end - start);
 }
 
 bool hasTagOfHtml(const QString &text)
@@ -85,13 +120,6 @@ QString withoutFrame(const QString &html)
     return hasFrame ? html.mid(start, html.size() - start - end.size()).trimmed() : html;
 }
 
-QString decodedBase64(const QString &text)
-{
-    const auto decoded = QByteArray::fromBase64Encoding(text.toLatin1().simplified().replace(' ', ""),
-                                                        QByteArray::AbortOnBase64DecodingErrors);
-    return decoded ? QString::fromUtf8(*decoded) : text;
-}
-
 } // namespace
 
 QString titleOf(const Element *element)
@@ -99,10 +127,8 @@ QString titleOf(const Element *element)
     if (!element)
         return QString();
     const Type type = declaredType(*element);
-    QString text = cleanText(QString::fromStdString(element->text));
-    if (type == Type::Base64)
-        text = decodedBase64(text);
-    const bool isMarkup = type != Type::PlainText && (type == Type::Xhtml || isHtml(text));
+    const QString text = textOf(*element);
+    const bool isMarkup = type == Type::Xhtml || (type != Type::PlainText && isHtml(text));
     return isMarkup ? plainText(text) : text.simplified();
 }
 
@@ -111,12 +137,10 @@ QString htmlOf(const Element *element)
     if (!element)
         return QString();
     const Type type = declaredType(*element);
-    QString text = cleanText(QString::fromStdString(element->text)).trimmed();
-    if (type == Type::Base64)
-        text = cleanText(decodedBase64(text));
+    const QString text = textOf(*element);
     if (type == Type::Xhtml)
         return withoutFrame(text);
-    if (type == Type::PlainText || (type != Type::Html && !isHtml(text)))
+    if (type == Type::PlainText || (type == Type::Unknown && !isHtml(text)))
         return htmlOfPlainText(text);
     return isEncodedTwice(text) ? decodedOnce(text) : text;
 }

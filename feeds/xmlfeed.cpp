@@ -45,11 +45,11 @@ QString obstacleOf(const Reading &reading)
     if (!reading.builder.obstacle().isEmpty())
         return reading.builder.obstacle();
     if (root.name.empty())
-        return QStringLiteral("the document is neither XML nor JSON");
+        return QStringLiteral("the document is not a feed: it is neither XML nor JSON");
     if (root.name == "encrypteddata")
         return QStringLiteral("the document is encrypted");
     const bool isEmpty = reading.items.empty() && !root.find({Vocabulary::Core, "channel"});
-    if (!isRootOfFeed(root.name) || (root.name == "rss" && isEmpty))
+    if (!isRootOfFeed(root.name) || (root.name != "feed" && isEmpty))
         return QStringLiteral("the document is XML but not a feed: its root element is <%1>")
             .arg(QString::fromStdString(root.name));
     return QString();
@@ -72,10 +72,11 @@ tl::expected<FeedRecord, FeedRefusal> readXmlFeed(const QByteArray &document)
     std::unique_ptr<Reading> reading;
     if (!hasHugeTag(view(document)))
         reading = read(document);
-    if (!reading || !reading->outcome.error.isEmpty()) {
+    if (!reading || reading->outcome.needsMending()) {
         const QString error =
             reading ? reading->outcome.error : QStringLiteral("a tag has too many attributes");
-        feed.notes.append(QStringLiteral("was not well-formed: ") + error);
+        if (!error.isEmpty())
+            feed.notes.append(QStringLiteral("was not well-formed: ") + error);
         reading.reset();
         reading = read(XmlMender::mended(document));
     }

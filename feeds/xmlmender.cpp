@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstring>
+#include <initializer_list>
 
 namespace Tidel {
 
@@ -44,10 +45,27 @@ std::string_view localName(std::string_view name)
     return name.substr(name.find(':') + 1); // npos + 1 is 0.
 }
 
-bool cannotBeNested(std::string_view name)
+bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names)
 {
-    const std::string_view local = localName(name);
-    return local == "item" || local == "entry";
+    return std::find(names.begin(), names.end(), localName(name)) != names.end();
+}
+
+bool isItem(std::string_view name) { return isOneOf(name, {"item", "entry"}); }
+
+/// Returns true if \a name is an element with text but without elements of feeds in it; otherwise returns
+/// false.
+bool isPlainField(std::string_view name)
+{
+    return isOneOf(name,
+                   {"title", "link", "guid", "id", "pubDate", "published", "updated", "category", "comments",
+                    "language", "date", "creator", "subject"});
+}
+
+bool isField(std::string_view name)
+{
+    return isPlainField(name)
+        || isOneOf(name,
+                   {"description", "summary", "content", "encoded", "enclosure", "author", "item", "entry"});
 }
 
 /// The code point of the entity \a name of HTML; 0 if there is none.
@@ -58,15 +76,15 @@ unsigned codeOfEntity(std::string_view name)
     return entity ? entity->value : 0;
 }
 
-/// The quoted text at the beginning of \a text, with its quotes and without line breaks; empty if there is
-/// none.
+/// The quoted text at the beginning of \a text, with its quotes. What is kept elsewhere, such as in a file,
+/// is empty.
 std::string_view quotedValue(std::string_view text)
 {
     const size_t open = text.find_first_not_of(" \t\r\n");
     if (open == std::string_view::npos || (text[open] != '"' && text[open] != '\''))
-        return {};
+        return "''";
     const size_t close = text.find(text[open], open + 1);
-    return close == std::string_view::npos ? std::string_view() : text.substr(open, close + 1 - open);
+    return close == std::string_view::npos ? "''" : text.substr(open, close + 1 - open);
 }
 
 /// The size of the document type at the beginning of \a text; the size of its first tag if it has no end.
@@ -158,7 +176,7 @@ void XmlMender::mendDocumentType()
         const std::string_view rest = type.substr(at + declaration.size());
         const std::string_view name = leading(rest, continuesName);
         const std::string_view value = quotedValue(rest.substr(name.size()));
-        if (!name.empty() && !value.empty() && m_entities.insert(name).second)
+        if (!name.empty() && m_entities.insert(name).second)
             declarations.append(declaration).append(name).append(" ").append(value).append(">");
     }
     if (!m_entities.empty())
@@ -183,9 +201,11 @@ void XmlMender::mendLiteral()
 void XmlMender::mendStartTag()
 {
     const std::string_view name = leading(m_text.substr(m_at + 1), continuesName);
-    const size_t sameName = cannotBeNested(name) ? depthOf(name) : noElement;
-    if (sameName != noElement)
-        closeDownTo(sameName);
+    const size_t sameItem = isItem(name) ? depthOf(name) : noElement;
+    if (sameItem != noElement)
+        closeDownTo(sameItem);
+    else if (!m_open.empty() && isPlainField(m_open.back()) && isField(name))
+        closeDownTo(m_open.size() - 1);
     m_mended.append("<").append(name);
     m_at += 1 + name.size();
 
@@ -236,7 +256,8 @@ void XmlMender::mendValue()
     const char quote = current();
     if (quote != '"' && quote != '\'') {
         const size_t end = std::min(m_text.find_first_of(" \t\r\n<>", m_at), m_text.size());
-        mendText(end);
+        const bool isEmptyTag = end > m_at && m_text[end - 1] == '/' && m_text.substr(end, 1) == ">";
+        mendText(isEmptyTag ? end - 1 : end);
         return;
     }
     ++m_at;

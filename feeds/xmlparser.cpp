@@ -62,8 +62,8 @@ private:
     static void characters(void *context, const xmlChar *text, int size);
     static void literal(void *context, const xmlChar *text, int size);
     static void instruction(void *context, const xmlChar *target, const xmlChar *);
-    static void declareEntity(void *context, const xmlChar *name, int type, const xmlChar *publicId,
-                              const xmlChar *systemId, xmlChar *content);
+    static void declareEntity(void *context, const xmlChar *name, int type, const xmlChar *, const xmlChar *,
+                              xmlChar *content);
     static void hearError(void *context, xmlErrorPtr error);
     static xmlSAXHandler handlers();
 
@@ -89,6 +89,7 @@ xmlSAXHandler XmlParsing::handlers()
     handler.startDocument = xmlSAX2StartDocument;
     handler.internalSubset = xmlSAX2InternalSubset;
     handler.getEntity = xmlSAX2GetEntity;
+    handler.getParameterEntity = xmlSAX2GetParameterEntity;
     handler.entityDecl = declareEntity;
     handler.startElementNs = startElement;
     handler.endElementNs = endElement;
@@ -166,21 +167,24 @@ void XmlParsing::instruction(void *context, const xmlChar *target, const xmlChar
         of(context).m_handler.documentIsCut();
 }
 
-// An entity that is a file or an address is not declared, so that it cannot be opened.
-void XmlParsing::declareEntity(void *context, const xmlChar *name, int type, const xmlChar *publicId,
-                               const xmlChar *systemId, xmlChar *content)
+// An entity that is a file or an address is empty, so that it cannot be opened.
+void XmlParsing::declareEntity(void *context, const xmlChar *name, int type, const xmlChar *, const xmlChar *,
+                               xmlChar *content)
 {
-    if (type == XML_INTERNAL_GENERAL_ENTITY)
-        xmlSAX2EntityDecl(context, name, type, publicId, systemId, content);
+    const bool isParameter = type == XML_INTERNAL_PARAMETER_ENTITY || type == XML_EXTERNAL_PARAMETER_ENTITY;
+    const bool isInternal = type == XML_INTERNAL_PARAMETER_ENTITY || type == XML_INTERNAL_GENERAL_ENTITY;
+    xmlChar nothing[] = {0};
+    xmlSAX2EntityDecl(context, name,
+                      isParameter ? XML_INTERNAL_PARAMETER_ENTITY : XML_INTERNAL_GENERAL_ENTITY, nullptr,
+                      nullptr, isInternal ? content : nothing);
 }
 
 void XmlParsing::hearError(void *context, xmlErrorPtr error)
 {
     XmlParsing &self = of(context);
     self.m_outcome.expandsTooMuch |= error->code == XML_ERR_ENTITY_LOOP;
-    // The text of an unknown entity is missing, even where a document type that was not read may declare it.
-    const bool isTolerable = error->level < XML_ERR_FATAL && error->code != XML_WAR_UNDECLARED_ENTITY;
-    if (isTolerable || !self.m_outcome.error.isEmpty())
+    self.m_outcome.lacksEntities |= error->code == XML_WAR_UNDECLARED_ENTITY;
+    if (error->level < XML_ERR_FATAL || !self.m_outcome.error.isEmpty())
         return;
     self.m_outcome.error =
         QStringLiteral("line %1, column %2: %3")

@@ -49,7 +49,11 @@ public:
 struct XmlOutcome
 {
     QString error; ///< "line 3, column 7: what is wrong", for the first error; empty if it is well-formed.
+    bool lacksEntities = false; ///< True if it uses entities that an unread document type may declare.
     bool expandsTooMuch = false; ///< True if the entities of the document stand for too much text.
+
+    /// Returns true if text was lost; otherwise returns false.
+    bool needsMending() const { return !error.isEmpty() || lacksEntities; }
 };
 
 /// Parses \a document, in UTF-8, for \a handler. Goes on after an error as far as the parser can. Never opens
