@@ -14,15 +14,18 @@ namespace {
 using V = Vocabulary;
 
 constexpr ElementName titles[] = {{V::Core, "title"}, {V::DublinCore, "title"}, {V::Media, "title"}};
-constexpr ElementName longTexts[] = {{V::Content, "encoded"},
-                                     {V::Core, "content"},
-                                     {V::Xhtml, "body"},
-                                     {V::Xhtml, "div"},
-                                     {V::Core, "fulltext"}};
-constexpr ElementName shortTexts[] = {{V::Core, "description"},       {V::Core, "summary"},
-                                      {V::Media, "description"},      {V::Itunes, "summary"},
-                                      {V::DublinCore, "description"}, {V::DublinCoreTerms, "abstract"},
-                                      {V::Itunes, "subtitle"}};
+constexpr ElementName texts[] = {{V::Content, "encoded"},
+                                 {V::Core, "content"},
+                                 {V::Xhtml, "body"},
+                                 {V::Xhtml, "div"},
+                                 {V::Core, "fulltext"},
+                                 {V::Core, "description"},
+                                 {V::Core, "summary"},
+                                 {V::Media, "description"},
+                                 {V::Itunes, "summary"},
+                                 {V::DublinCore, "description"},
+                                 {V::DublinCoreTerms, "abstract"},
+                                 {V::Itunes, "subtitle"}};
 constexpr ElementName publicationDates[] = {
     {V::Core, "pubdate"},
     {V::Core, "published"},
@@ -43,21 +46,23 @@ constexpr ElementName categories[] = {
     {V::Core, "category"}, {V::DublinCore, "subject"}, {V::Media, "category"}};
 constexpr ElementName keywords[] = {{V::Itunes, "keywords"}, {V::Media, "keywords"}};
 
-/// The first element of \a names, in the item or in its media.
-template <size_t Size> const Element *findWithMedia(const Element &item, const ElementName (&names)[Size])
+/// The elements \a names of \a item and of its media, in this order.
+template <size_t Size>
+std::vector<const Element *> allOf(const Element &item, const ElementName (&names)[Size])
 {
+    std::vector<const Element *> found;
     for (const ElementName &name : names) {
-        if (const Element *found = item.find(name))
-            return found;
+        if (const Element *element = item.find(name))
+            found.push_back(element);
         if (name.vocabulary != V::Media)
             continue;
         for (const Element &child : item.children) {
-            const Element *found = child.vocabulary == V::Media ? child.find(name) : nullptr;
-            if (found)
-                return found;
+            const Element *element = child.vocabulary == V::Media ? child.find(name) : nullptr;
+            if (element)
+                found.push_back(element);
         }
     }
-    return nullptr;
+    return found;
 }
 
 bool isWebAddress(const QString &text)
@@ -77,20 +82,27 @@ void setIdentity(ItemRecord &record, const Element &item)
 
 void setTexts(ItemRecord &record, const Element &item)
 {
-    const Element *longText = firstOf(item, longTexts);
-    const Element *shortText = findWithMedia(item, shortTexts);
-    const Element *text = longText ? longText : shortText;
-    record.text = htmlOf(text);
-    record.base = text ? text->base : item.base;
-    if (record.text.isEmpty())
-        record.text = htmlOf(shortText);
-    else if (longText)
-        record.summary = htmlOf(shortText);
-    if (record.summary == record.text)
-        record.summary.clear();
-    record.title = titleOf(findWithMedia(item, titles));
-    if (record.title.isEmpty())
-        record.title = firstWords(record.text);
+    record.base = item.base;
+    for (const Element *element : allOf(item, texts)) {
+        const QString text = htmlOf(element);
+        if (record.text.isEmpty()) {
+            record.text = text;
+            record.base = element->base;
+        } else if (!text.isEmpty() && text != record.text) {
+            record.summary = text;
+            break;
+        }
+    }
+}
+
+void setTitle(ItemRecord &record, const Element &item)
+{
+    for (const Element *element : allOf(item, titles)) {
+        record.title = titleOf(element);
+        if (!record.title.isEmpty())
+            return;
+    }
+    record.title = firstWords(record.text);
 }
 
 void setDates(ItemRecord &record, const Element &item)
@@ -148,7 +160,7 @@ QString languageOf(const Element &item)
         if (!language.isEmpty())
             return language;
     }
-    const Element *text = firstOf(item, longTexts);
+    const Element *text = item.find({V::Core, "content"});
     return text ? text->language : QString();
 }
 
@@ -160,6 +172,7 @@ ItemRecord mapItem(const Element &item)
     setIdentity(record, item);
     record.link = websiteOf(item);
     setTexts(record, item);
+    setTitle(record, item);
     setDates(record, item);
     setCategories(record, item);
     record.authors = authorsOf(item);
