@@ -13,17 +13,19 @@ namespace Tidel {
 struct FeedLink
 {
     QString title; ///< Plain text; may be empty.
-    QUrl address; ///< Absolute.
+    QUrl address; ///< Absolute, without a fragment: http or https, or a file if the page is one.
 };
 
-/// The feeds that the web page \a html names in `<link rel="alternate">`, each once. \a page is its address,
-/// \a charset the character set that its server named.
+/// The feeds that the web page \a html names in `<link rel="alternate">`, each once, 50 at most. \a page is
+/// its address, \a charset the character set that its server named.
 QVector<FeedLink> feedLinksOfPage(const QByteArray &html, const QUrl &page, const QByteArray &charset);
 
-/// The feeds that the `Link:` header \a header names. \a page is the address that it belongs to.
+/// The feeds that the `Link:` header \a header names, each once, 50 at most. \a page is the address that it
+/// belongs to.
 QVector<FeedLink> feedLinksOfHeader(const QByteArray &header, const QUrl &page);
 
-/// Addresses at which the website of \a page may have a feed, the most likely first.
+/// Eight addresses at most at which the website of \a page may have a feed, the most likely first. None if
+/// the page is not on the web.
 QVector<QUrl> commonFeedPlaces(const QUrl &page);
 
 } // namespace Tidel

@@ -3,13 +3,10 @@
 
 #include "cleantext.h"
 #include "htmltags_p.h"
+#include "htmltree_p.h"
 
 #include <QSet>
 #include <QTextBoundaryFinder>
-
-#include <gumbo.h>
-
-#include <memory>
 
 namespace Tidel {
 
@@ -49,17 +46,9 @@ QString withoutEntities(const QByteArray &text)
     if (!text.contains('&'))
         return QString::fromUtf8(text);
 
-    GumboOptions options = kGumboDefaultOptions;
-    options.max_errors = 0;
-    const auto destroy = [&](GumboOutput *output) { gumbo_destroy_output(&options, output); };
-    const std::unique_ptr<GumboOutput, decltype(destroy)> output(
-        gumbo_parse_with_options(&options, text.constData(), size_t(text.size())), destroy);
-    const GumboVector &parts = output->root->v.element.children;
-    const auto *const body = static_cast<const GumboNode *>(parts.data[parts.length - 1]);
     QString result;
-    for (unsigned i = 0; i < body->v.element.children.length; ++i)
-        result +=
-            QString::fromUtf8(static_cast<const GumboNode *>(body->v.element.children.data[i])->v.text.text);
+    HtmlTree(text).forEachInBody(
+        [&](const GumboNode &node) { result += QString::fromUtf8(node.v.text.text); });
     return result;
 }
 
