@@ -6,7 +6,7 @@
 
 namespace Tidel {
 
-/// Reads \a document, a JSON Feed 1.0 or 1.1 in UTF-8.
+/// Reads \a document, a JSON Feed 1.0 or 1.1 in UTF-8. A member of a wrong type counts as missing.
 tl::expected<FeedRecord, FeedRefusal> readJsonFeed(const QByteArray &document);
 
 } // namespace Tidel
