@@ -37,7 +37,7 @@ struct FileRecord
 struct ItemRecord
 {
     QString id; ///< The identifier that the document gives; empty if there is none.
-    bool isPermalink = false; ///< True if the identifier may also be the link.
+    bool isPermalink = false; ///< True if the identifier is an address that may also be the link.
     Address link; ///< What the item leads to.
     QString title; ///< Plain text in one line.
     QString text; ///< The longest text, as HTML.

@@ -4,6 +4,7 @@
 #include "commonmapping.h"
 #include "filemapping.h"
 #include "markup.h"
+#include "webaddress.h"
 
 #include <TidelReader/htmltext.h>
 
@@ -63,12 +64,6 @@ std::vector<const Element *> allOf(const Element &item, const ElementName (&name
         }
     }
     return found;
-}
-
-bool isWebAddress(const QString &text)
-{
-    return text.startsWith(QLatin1String("http://"), Qt::CaseInsensitive)
-        || text.startsWith(QLatin1String("https://"), Qt::CaseInsensitive);
 }
 
 void setIdentity(ItemRecord &record, const Element &item)

@@ -3,6 +3,7 @@
 
 #include "feeddate.h"
 #include "markup.h"
+#include "webaddress.h"
 
 #include <TidelReader/cleantext.h>
 #include <TidelReader/htmltext.h>
@@ -144,7 +145,7 @@ ItemRecord itemOf(const QJsonObject &item, const QStringList &authorsOfFeed)
 {
     ItemRecord record;
     record.id = idOf(item);
-    record.isPermalink = true;
+    record.isPermalink = isWebAddress(record.id);
     readTexts(item, record);
     readAddresses(item, itemAddresses, record);
     for (const auto &field : itemDates)
