@@ -33,7 +33,11 @@ QString lineOf(std::string_view value)
     return cleanText(QString::fromUtf8(value.data(), int(value.size()))).simplified();
 }
 
-Address addressIn(const Element &element) { return {lineOf(element.text), element.base}; }
+// A line break within an address comes from a wrapped line; Link takes it out.
+Address addressIn(const Element &element)
+{
+    return {QString::fromUtf8(element.text.data(), int(element.text.size())).trimmed(), element.base};
+}
 
 Address addressIn(const Element &element, std::string_view attribute)
 {
