@@ -58,8 +58,6 @@ std::optional<QByteArray> readDocument(const QString &path, qint64 maximumSize, 
         *outcome = unreadable(file);
     else if (document.size() > maximumSize)
         *outcome = {FeedDownloadTooLarge, tooLarge(maximumSize)};
-    else if (document.isEmpty())
-        *outcome = {FeedDownloadNotAFeed, QStringLiteral("the file is empty")};
     return outcome->isFine() ? std::make_optional(document) : std::nullopt;
 }
 

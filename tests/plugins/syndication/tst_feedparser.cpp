@@ -167,11 +167,8 @@ class TestFeedParser : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void samples_data();
     void samples();
-    void broken_data();
-    void broken();
     void expectationsHaveSamples();
     void valuesAreClean_data();
     void valuesAreClean();
@@ -184,21 +181,11 @@ private slots:
     void titles();
     void localFilesInLocalFeedsOnly_data();
     void localFilesInLocalFeedsOnly();
-    void largeRdf();
     void hostileSizes_data();
     void hostileSizes();
     void generatedFeeds();
     void orderOfMessages();
 };
-
-void TestFeedParser::initTestCase()
-{
-    // Hide the warnings of Syndication about documents that are not well-formed.
-    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {
-        if (type == QtCriticalMsg)
-            fprintf(stderr, "%s\n", qPrintable(text));
-    });
-}
 
 void TestFeedParser::samples_data() { addSamples({"feeds", "feeds-later"}); }
 
@@ -209,19 +196,6 @@ void TestFeedParser::samples()
     const auto feed = parse(contentOf(::samples + '/' + name), &error, name);
     QVERIFY2(feed, qPrintable(error));
     QVERIFY(isAsExpected(name, dump(*feed)));
-}
-
-void TestFeedParser::broken_data() { addSamples({"broken"}); }
-
-// Only the beginning is compared, because the text of Qt may differ between versions.
-void TestFeedParser::broken()
-{
-    QFETCH(QString, name);
-    const QString expected = QString::fromUtf8(contentOf(expectations + '/' + name + ".txt")).trimmed();
-    QString error;
-    QVERIFY(!parse(contentOf(::samples + '/' + name), &error, name));
-    QVERIFY2(!expected.isEmpty(), qPrintable("there is no expectation; found was: " + error));
-    QVERIFY2(error.startsWith(expected), qPrintable(error));
 }
 
 void TestFeedParser::expectationsHaveSamples()
@@ -310,7 +284,7 @@ void TestFeedParser::itemsWithoutLinkKeepTheirNames()
     const QStringList first = linksOf(messagesOf(rss(old)));
     QCOMPARE(first.size(), 1);
     QVERIFY(first.first().startsWith("urn:tidel:item:"));
-    // Syndication reads all titles differently if one has markup. This must not change the names of items.
+    // Markup in one title must not change the names of other items.
     const QByteArray marked = "<item><title>&lt;b&gt;New&lt;/b&gt;</title></item>";
     QVERIFY(linksOf(messagesOf(rss(marked + old))).contains(first.first()));
 }
@@ -374,20 +348,6 @@ void TestFeedParser::localFilesInLocalFeedsOnly()
     QCOMPARE(found, links);
 }
 
-void TestFeedParser::largeRdf()
-{
-    QString error;
-    const auto document = [](int items) {
-        return "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#' "
-               "xmlns='http://purl.org/rss/1.0/'>"
-            + QByteArray("<channel><title>T</title></channel>") + QByteArray("<item/>").repeated(items)
-            + "</rdf:RDF>";
-    };
-    QVERIFY2(parse(document(1000), &error), qPrintable(error));
-    QVERIFY(!parse(document(100000), &error));
-    QVERIFY2(error.startsWith("the document is too complex: it is RDF with more than"), qPrintable(error));
-}
-
 void TestFeedParser::hostileSizes_data()
 {
     const auto declarations = [](int count) {
@@ -399,35 +359,32 @@ void TestFeedParser::hostileSizes_data()
     QTest::addColumn<QByteArray>("document");
     QTest::addColumn<QString>("expected");
 
-    QTest::newRow("deep") << rss(QByteArray("<a>").repeated(200000))
-                          << "the document is too complex: its elements are nested";
+    const QString deep = "the document is too complex: its elements are nested";
+    QTest::newRow("deep") << rss(QByteArray("<a>").repeated(200000)) << deep;
     QTest::newRow("deep in UTF-16") << QByteArray("\xff\xfe")
             + QByteArray(reinterpret_cast<const char *>(QString("<a>").utf16()), 6).repeated(200000)
-                                    << "the document is too complex: its elements are nested";
-    QTest::newRow("deep behind UTF-7")
-        << QByteArray("<?xml version='1.0' encoding='utf-7'?>") + QByteArray("+ADw-a+AD4-").repeated(200000)
-        << "the document ";
+                                    << deep;
     QTest::newRow("many elements") << rss(QByteArray("<item/>").repeated(1000000))
                                    << "the document is too complex: it has more than";
-    QTest::newRow("many attributes") << rss("<a " + QByteArray("b='' ").repeated(100000) + "/>")
-                                     << "the document is too complex: it has too many attributes";
+    QTest::newRow("many attributes") << rss("<a " + QByteArray("b='' ").repeated(100000) + "/>") << "";
     QTest::newRow("many namespaces") << rss("<a " + declarations(250) + '>'
                                             + QByteArray("<b xmlns:q='w'/>").repeated(100000) + "</a>")
-                                     << "the document is too complex: it has too many attributes";
+                                     << "";
     QTest::newRow("entities of entities")
         << QByteArray("<!DOCTYPE rss [<!ENTITY a 'aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa'>"
                       "<!ENTITY b '&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;'>"
                       "<!ENTITY c '&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;'>]>")
-            + rss("<item><title>&c;</title></item>")
-        << "the document is not well-formed XML";
+            + rss("<item><title>" + QByteArray("&c;").repeated(100) + "</title></item>")
+        << "the document is too complex: its entities stand for too much text";
 }
 
+// What a document costs grows with its size. It is read, or refused with the true reason.
 void TestFeedParser::hostileSizes()
 {
     QFETCH(QByteArray, document);
     QFETCH(QString, expected);
     QString error;
-    QVERIFY(!parse(document, &error));
+    QCOMPARE(parse(document, &error).has_value(), expected.isEmpty());
     QVERIFY2(error.startsWith(expected), qPrintable(error));
 }
 

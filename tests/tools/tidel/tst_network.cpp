@@ -259,7 +259,7 @@ void TestNetwork::failures()
     QCOMPARE(some.err,
              QString("tidel: %1: the server answered 404 Not Found\n"
                      "tidel: %2: the server answered 410 Gone: the file was removed permanently\n"
-                     "tidel: %3: the file is empty\n"
+                     "tidel: %3: the document is empty\n"
                      "tidel: %4: the server redirects to an unsafe address\n")
                  .arg(wrong.at(0), wrong.at(1), wrong.at(2), wrong.at(3)));
 
