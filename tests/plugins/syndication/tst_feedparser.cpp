@@ -385,7 +385,7 @@ void TestFeedParser::hostileSizes()
     QFETCH(QString, expected);
     QString error;
     QCOMPARE(parse(document, &error).has_value(), expected.isEmpty());
-    QVERIFY2(error.startsWith(expected), qPrintable(error));
+    QCOMPARE(error.left(expected.size()), expected);
 }
 
 void TestFeedParser::generatedFeeds()

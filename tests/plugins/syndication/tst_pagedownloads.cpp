@@ -62,23 +62,23 @@ QStringList TestPageDownloads::foundFeeds() const
 
 void TestPageDownloads::onlyFeed()
 {
-    write("feed.xml", feed(item));
-    VERIFY_ENDING(subscribe(writePage("page.html", link("feed.xml", "News"))), "downloadFeedsFinished");
-    const QString address = m_server->url("/files/feed.xml");
+    write("news.xml", feed(item));
+    VERIFY_ENDING(subscribe(writePage("page.html", link("news.xml", "News"))), "downloadFeedsFinished");
+    const QString address = m_server->url("/files/news.xml");
     QCOMPARE(foundFeeds(), QStringList("News " + address));
     QCOMPARE(channelUri(), channelUri(address));
     QCOMPARE(messageLinks(), QStringList("https://example.org/1"));
-    QCOMPARE(m_server->takeRequests(), QStringList({"GET /files/page.html 200", "GET /files/feed.xml 200"}));
+    QCOMPARE(m_server->takeRequests(), QStringList({"GET /files/page.html 200", "GET /files/news.xml 200"}));
 
     // The channel has the address of the feed, so that a refresh does not ask for the page.
     VERIFY_ENDING(refresh(), "downloadFeedsFinished");
-    QCOMPARE(m_server->takeRequests(), QStringList("GET /files/feed.xml 304"));
+    QCOMPARE(m_server->takeRequests(), QStringList("GET /files/news.xml 304"));
 }
 
 void TestPageDownloads::onlyFeedOfLocalPage()
 {
-    const QString path = write("local-feed.xml", feed(item));
-    writePage("local.html", link("local-feed.xml", "Local"));
+    const QString path = write("local.xml", feed(item));
+    writePage("local.html", link("local.xml", "Local"));
     VERIFY_ENDING(subscribe("file://" + m_folder->filePath("local.html")), "downloadFeedsFinished");
     QVERIFY(!channelUri("file://" + path).isEmpty());
 }
@@ -151,11 +151,11 @@ void TestPageDownloads::feedIsPage()
 
 void TestPageDownloads::feedIsSubscribed()
 {
-    write("feed.xml", feed(item));
-    const QString address = m_server->url("/files/feed.xml");
+    write("news.xml", feed(item));
+    const QString address = m_server->url("/files/news.xml");
     VERIFY_ENDING(subscribe(address), "downloadFeedsFinished");
     QCOMPARE(foundFeeds(), QStringList());
-    const Ending again = subscribe(writePage("page.html", link("feed.xml", "News")));
+    const Ending again = subscribe(writePage("page.html", link("news.xml", "News")));
     QCOMPARE(again.error, int(FeedDownloadAlreadyStored));
     QCOMPARE(again.text, QString("the feed is already subscribed"));
     QCOMPARE(foundFeeds(), QStringList("News " + address));
@@ -176,7 +176,7 @@ void TestPageDownloads::pageInPlaceOfStoredFeed()
 {
     write("turning.html", feed(item));
     VERIFY_ENDING(subscribe(m_server->url("/files/turning.html")), "downloadFeedsFinished");
-    writePage("turning.html", link("feed.xml", "News"));
+    writePage("turning.html", link("news.xml", "News"));
     m_server->forgetRequests();
     const Ending failed = refresh();
     VERIFY_ENDING(failed, "downloadFeedsFailed");
