@@ -19,7 +19,10 @@ function(tidel_library_defaults target)
         SOVERSION ${PROJECT_VERSION_MAJOR}
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
-    target_link_options(${target} PRIVATE -Wl,--no-undefined)
+    # Clang links its sanitizers into programs, not into libraries.
+    if(NOT TIDEL_BUILD_FUZZERS)
+        target_link_options(${target} PRIVATE -Wl,--no-undefined)
+    endif()
 endfunction()
 
 # An installed file finds its libraries relative to its own place, so that the prefix may be any.
