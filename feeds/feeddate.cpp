@@ -1,130 +1,36 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "feeddate.h"
 
-#include <QHash>
+#include "dateparts.h"
+#include "monthnames.h"
+
 #include <QRegularExpression>
 #include <QStringList>
 
 #include <algorithm>
-#include <optional>
 
 namespace Tidel {
 
 namespace {
 
-/// The parts of a date that have been read. A part that has not been read is -1.
-struct DateParts
-{
-    int year = -1;
-    int month = -1;
-    int day = -1;
-    int hour = -1;
-    int minute = 0;
-    int second = 0;
-    int offset = 0; // In seconds east of UTC.
-
-    QDateTime toUtc() const;
-};
-
-QDateTime DateParts::toUtc() const
-{
-    const QDate date(year, month, day);
-    // "24:00" is the end of the day. A leap second becomes the last second of its minute.
-    const bool endOfDay = hour == 24 && minute == 0 && second == 0;
-    const QTime time(endOfDay ? 0 : qMax(hour, 0), minute, qMin(second, 59));
-    if (year < 1 || !date.isValid() || !time.isValid() || second > 60 || qAbs(offset) > 24 * 3600)
-        return QDateTime();
-
-    const QDateTime utc = QDateTime(date, time, Qt::UTC).addDays(endOfDay ? 1 : 0).addSecs(-qint64(offset));
-    const int utcYear = utc.date().year();
-    return utcYear >= 1 && utcYear <= 9999 ? utc : QDateTime();
-}
-
 bool isDigit(QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); }
 
-int monthNumber(const QString &word)
-{
-    static const QStringList names{QStringLiteral("jan"), QStringLiteral("feb"), QStringLiteral("mar"),
-                                   QStringLiteral("apr"), QStringLiteral("may"), QStringLiteral("jun"),
-                                   QStringLiteral("jul"), QStringLiteral("aug"), QStringLiteral("sep"),
-                                   QStringLiteral("oct"), QStringLiteral("nov"), QStringLiteral("dec")};
-    return names.indexOf(word.left(3).toLower()) + 1;
-}
+bool isNumber(const QString &text) { return std::all_of(text.begin(), text.end(), isDigit); }
 
-bool isDayName(const QString &word)
-{
-    static const QStringList names{QStringLiteral("mon"), QStringLiteral("tue"), QStringLiteral("wed"),
-                                   QStringLiteral("thu"), QStringLiteral("fri"), QStringLiteral("sat"),
-                                   QStringLiteral("sun")};
-    return names.contains(word.left(3).toLower());
-}
-
-/// The seconds east of UTC of "+hh:mm", "-hhmm" or "+hh".
-std::optional<int> numericOffset(const QString &text)
-{
-    static const QRegularExpression pattern(QStringLiteral("^([+-])(\\d\\d)(?::?(\\d\\d))?$"));
-    const QRegularExpressionMatch match = pattern.match(text);
-    if (!match.hasMatch())
-        return std::nullopt;
-    const int seconds = match.captured(2).toInt() * 3600 + match.captured(3).toInt() * 60;
-    return match.captured(1) == QLatin1String("-") ? -seconds : seconds;
-}
-
-/// The seconds east of UTC of a zone such as "EST", "+0200" or "GMT+02:00". Unknown names are UTC, as in
-/// mail.
-int zoneOffset(const QString &zone)
-{
-    static const QHash<QString, int> hours{
-        {QStringLiteral("EST"), -5}, {QStringLiteral("EDT"), -4},  {QStringLiteral("CST"), -6},
-        {QStringLiteral("CDT"), -5}, {QStringLiteral("MST"), -7},  {QStringLiteral("MDT"), -6},
-        {QStringLiteral("PST"), -8}, {QStringLiteral("PDT"), -7},  {QStringLiteral("CET"), 1},
-        {QStringLiteral("CEST"), 2}, {QStringLiteral("EET"), 2},   {QStringLiteral("EEST"), 3},
-        {QStringLiteral("BST"), 1},  {QStringLiteral("WEST"), 1},  {QStringLiteral("MSK"), 3},
-        {QStringLiteral("JST"), 9},  {QStringLiteral("AEST"), 10}, {QStringLiteral("AEDT"), 11},
-    };
-    int nameEnd = 0;
-    while (nameEnd < zone.size() && zone.at(nameEnd).isLetter())
-        ++nameEnd;
-    if (const auto offset = numericOffset(zone.mid(nameEnd)))
-        return *offset;
-    return hours.value(zone.left(nameEnd).toUpper()) * 3600;
-}
-
-QDateTime parseIso(const QString &text)
-{
-    static const QRegularExpression pattern(
-        QStringLiteral(
-            "^(\\d{4})(?:[-/](\\d{1,2})(?:[-/](\\d{1,2}))?)?"
-            "(?:[T\\s]+(\\d{1,2}):?(\\d\\d)(?::?(\\d\\d)(?:[.,]\\d+)?)?\\s*([A-Za-z]*[-+:0-9]*))?$"),
-        QRegularExpression::CaseInsensitiveOption);
-    const QRegularExpressionMatch match = pattern.match(text);
-    if (!match.hasMatch())
-        return QDateTime();
-
-    DateParts parts;
-    parts.year = match.captured(1).toInt();
-    parts.month = match.captured(2).isEmpty() ? 1 : match.captured(2).toInt();
-    parts.day = match.captured(3).isEmpty() ? 1 : match.captured(3).toInt();
-    parts.hour = match.captured(4).toInt();
-    parts.minute = match.captured(5).toInt();
-    parts.second = match.captured(6).toInt();
-    parts.offset = zoneOffset(match.captured(7));
-    return parts.toUtc();
-}
-
-/// Reads "10:00", "10:00:30.5" or "1000", each with an optional zone at the end.
+/// Reads "10:00", "10h00", "10:00:30.5" or "1000", each with an optional zone, "AM" or "PM" at the end.
 bool takeTime(const QString &word, DateParts &parts)
 {
     static const QRegularExpression pattern(
-        QStringLiteral("^(\\d{1,2}):?(\\d\\d)(?::(\\d\\d)(?:\\.\\d+)?)?([A-Za-z]*[-+:0-9]*)$"));
+        QStringLiteral("^(\\d{1,2})[:h]?(\\d\\d)(?::?(\\d\\d)(?:\\.\\d+)?)?([A-Za-z]*[-+:0-9]*)$"));
     const QRegularExpressionMatch match = pattern.match(word);
     if (!match.hasMatch())
         return false;
     parts.hour = match.captured(1).toInt();
     parts.minute = match.captured(2).toInt();
     parts.second = match.captured(3).toInt();
-    if (!match.captured(4).isEmpty())
-        parts.offset = zoneOffset(match.captured(4));
+    const QString rest = match.captured(4);
+    if (!rest.isEmpty() && !parts.takeHalfOfDay(rest))
+        parts.offset = zoneOffset(rest);
     return true;
 }
 
@@ -151,72 +57,244 @@ bool takeNumber(const QString &digits, DateParts &parts)
     return true;
 }
 
-bool takeAmPm(const QString &word, DateParts &parts)
+/// Reads "11/03/2026", "03.11.2026" or "03-11-26".
+bool takeNumericDate(const QString &word, DateParts &parts)
 {
-    const QString upper = word.toUpper();
-    if ((upper != QLatin1String("AM") && upper != QLatin1String("PM")) || parts.hour < 1 || parts.hour > 12)
+    static const QRegularExpression pattern(QStringLiteral("^(\\d\\d?)([/.-])(\\d\\d?)\\2(\\d{4}|\\d\\d)$"));
+    const QRegularExpressionMatch match = pattern.match(word);
+    if (!match.hasMatch())
         return false;
-    parts.hour = parts.hour % 12 + (upper == QLatin1String("PM") ? 12 : 0);
+    parts.day = match.captured(1).toInt();
+    parts.month = match.captured(3).toInt();
+    parts.year = fullYear(match.captured(4));
+    const bool isMonthFirst = match.captured(2) == QLatin1String("/") ? parts.day <= 12 : parts.month > 12;
+    if (isMonthFirst)
+        std::swap(parts.day, parts.month);
     return true;
+}
+
+/// Reads a day with a suffix, such as "3rd", "3." or "1er".
+bool takeOrdinal(const QString &word, DateParts &parts)
+{
+    static const QRegularExpression pattern(QStringLiteral("^(\\d\\d?)(?:\\.|st|nd|rd|th|er|\u00ba|\u00aa)$"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = pattern.match(word);
+    if (!match.hasMatch() || parts.day >= 0)
+        return false;
+    parts.day = match.captured(1).toInt();
+    return true;
+}
+
+bool takeDigits(const QString &word, DateParts &parts)
+{
+    if (isNumber(word))
+        return takeNumber(word, parts);
+    return takeTime(word, parts) || takeNumericDate(word, parts) || takeOrdinal(word, parts);
+}
+
+/// Reads a name of a month, "AM", "PM" or a name of a zone, and passes over all other words.
+void takeName(const QString &word, DateParts &parts)
+{
+    const int month = monthNumber(word);
+    // Before the month there may be a day whose name begins like a month, such as "mar".
+    if (month > 0 && (parts.month < 0 || parts.hour < 0))
+        parts.month = month;
+    else if (parts.takeHalfOfDay(word))
+        return;
+    else if (parts.month < 0 && misspelledMonthNumber(word) > 0)
+        parts.month = misspelledMonthNumber(word);
+    else if (parts.hour >= 0 && !isDayName(word))
+        parts.offset = zoneOffset(word);
 }
 
 bool takeWord(const QString &word, DateParts &parts)
 {
-    if (isDigit(word.at(0))) {
-        const bool isNumber = std::all_of(word.begin(), word.end(), isDigit);
-        return isNumber ? takeNumber(word, parts) : takeTime(word, parts);
-    }
-    if (!word.at(0).isLetter()) {
+    if (isDigit(word.at(0)))
+        return takeDigits(word, parts);
+    const bool isSign = word.at(0) == QLatin1Char('+') || word.at(0) == QLatin1Char('-');
+    if (isSign && word.size() > 1) {
         const auto offset = numericOffset(word);
         parts.offset = offset.value_or(0);
         return offset.has_value();
     }
-    if (parts.month < 0 && monthNumber(word) > 0)
-        parts.month = monthNumber(word);
-    else if (!takeAmPm(word, parts) && !isDayName(word) && parts.hour >= 0)
-        parts.offset = zoneOffset(word);
-    return true;
+    if (word.at(0).isLetter())
+        takeName(word, parts);
+    return word.at(0).isLetter() || word.size() == 1;
 }
 
-/// Returns \a text without comments in parentheses. "03-Nov-2026" becomes three words, "GMT-0500" stays one.
+/// Returns \a text without comments in parentheses and fractions of seconds. "03-Nov-2026" becomes three
+/// words, "GMT-0500" stays one.
 QString unfolded(QString text)
 {
-    static const QRegularExpression comment(QStringLiteral("\\([^)]*\\)"));
-    static const QRegularExpression hyphens(QStringLiteral("(\\d)-([A-Za-z]{3,9})-(\\d)"));
-    if (text.contains(QLatin1Char('(')))
-        text.remove(comment);
-    if (text.contains(QLatin1Char('-')))
-        text.replace(hyphens, QStringLiteral("\\1 \\2 \\3"));
-    return text;
+    static const QRegularExpression comment(QStringLiteral("\\([^)]*\\)|\\[[^\\]]*\\]"));
+    static const QRegularExpression fraction(QStringLiteral("(:\\d\\d),\\d+"));
+    static const QRegularExpression hyphens(QStringLiteral("(\\d)-(\\p{L}{3,10})-(\\d)"));
+    return text.remove(comment)
+        .replace(fraction, QStringLiteral("\\1"))
+        .replace(hyphens, QStringLiteral("\\1 \\2 \\3"));
 }
 
-QStringList dateWords(const QString &text)
-{
-    QString blanks = unfolded(text);
-    blanks.replace(QLatin1Char(','), QLatin1Char(' '));
-    return blanks.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
-
-QDateTime parseMailDate(const QString &text)
+QDateTime parseWords(const QString &text)
 {
     DateParts parts;
-    for (const QString &word : dateWords(text)) {
+    const QStringList words =
+        QString(text).replace(QLatin1Char(','), QLatin1Char(' ')).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (const QString &word : words) {
         if (!takeWord(word, parts))
             return QDateTime();
     }
     return parts.toUtc();
 }
 
+/// Sets the day of \a parts to the one that \a match names, and returns true if there is one.
+bool takeDayOfYear(const QRegularExpressionMatch &match, DateParts &parts)
+{
+    parts.year = match.captured(1).toInt();
+    if (!match.captured(2).isEmpty())
+        return parts.setWeekDate(match.captured(2).toInt(), qMax(match.captured(3).toInt(), 1));
+    if (!match.captured(4).isEmpty())
+        return parts.setOrdinalDate(match.captured(4).toInt());
+    parts.month = match.captured(5).isEmpty() ? 1 : match.captured(5).toInt();
+    parts.day = match.captured(6).isEmpty() ? 1 : match.captured(6).toInt();
+    return true;
+}
+
+QDateTime parseIso(const QString &text)
+{
+    static const QRegularExpression pattern(
+        QStringLiteral("^(\\d{4})(?:-?W(\\d\\d)(?:-?([1-7]))?|-(\\d{3})|[-/.]?(\\d\\d?)(?:[-/.]?(\\d\\d?))?)?"
+                       "(?:[T\\s,]+(\\d\\d?):?(\\d\\d)(?::?(\\d\\d)(?:\\.\\d+)?)?"
+                       "\\s*([AP]M)?\\s*([A-Z]*[-+:0-9]*))?$"),
+        QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = pattern.match(text);
+    DateParts parts;
+    if (!match.hasMatch() || !takeDayOfYear(match, parts))
+        return QDateTime();
+    parts.hour = match.captured(7).toInt();
+    parts.minute = match.captured(8).toInt();
+    parts.second = match.captured(9).toInt();
+    parts.takeHalfOfDay(match.captured(10));
+    parts.offset = zoneOffset(match.captured(11));
+    return parts.toUtc();
+}
+
+/// Reads the seconds or milliseconds since 1970, which have 10 or 13 digits in our time, or "20261103100000".
+QDateTime parseDigits(const QString &digits)
+{
+    if (digits.size() == 10)
+        return QDateTime::fromSecsSinceEpoch(digits.toLongLong(), Qt::UTC);
+    if (digits.size() == 13)
+        return QDateTime::fromSecsSinceEpoch(digits.toLongLong() / 1000, Qt::UTC);
+    return parseIso(digits.size() == 14 ? QString(digits).insert(8, QLatin1Char('T')) : digits);
+}
+
+/// Returns true if \a text has a digit for each 0 of \a shape, a letter for each a, and otherwise equals it.
+bool hasShape(const QString &text, int from, const char *shape)
+{
+    for (; *shape; ++shape, ++from) {
+        if (from >= text.size())
+            return false;
+        const QChar c = text.at(from);
+        const char lower = char(c.toLatin1() | 0x20);
+        const bool isLetter = lower >= 'a' && lower <= 'z';
+        if (*shape == '0' ? !isDigit(c) : *shape == 'a' ? !isLetter : c != QLatin1Char(*shape))
+            return false;
+    }
+    return true;
+}
+
+int numberAt(const QString &text, int from, int digits)
+{
+    int number = 0;
+    for (int i = from; i < from + digits; ++i)
+        number = number * 10 + (text.at(i).unicode() - '0');
+    return number;
+}
+
+/// Returns true if \a text from \a from on is "Z", "GMT", "+hh:mm" or "+hhmm", and sets the offset of \a
+/// parts.
+bool takeCommonZone(const QString &text, int from, DateParts &parts)
+{
+    const int length = text.size() - from;
+    if ((length == 1 && text.at(from) == QLatin1Char('Z'))
+        || (length == 3 && text.endsWith(QLatin1String("GMT"))))
+        return true;
+    const bool hasColon = length == 6 && hasShape(text, from + 1, "00:00");
+    if (!hasColon && !(length == 5 && hasShape(text, from + 1, "0000")))
+        return false;
+    parts.offset = numberAt(text, from + 1, 2) * 3600 + numberAt(text, text.size() - 2, 2) * 60;
+    if (text.at(from) == QLatin1Char('-'))
+        parts.offset = -parts.offset;
+    return text.at(from) == QLatin1Char('-') || text.at(from) == QLatin1Char('+');
+}
+
+void takeTimeAt(const QString &text, int from, DateParts &parts)
+{
+    parts.hour = numberAt(text, from, 2);
+    parts.minute = numberAt(text, from + 3, 2);
+    parts.second = numberAt(text, from + 6, 2);
+}
+
+/// Reads "2026-11-03T10:00:00.5Z" and the like.
+bool takeCommonIso(const QString &text, DateParts &parts)
+{
+    if (!hasShape(text, 0, "0000-00-00T00:00:00"))
+        return false;
+    parts.year = numberAt(text, 0, 4);
+    parts.month = numberAt(text, 5, 2);
+    parts.day = numberAt(text, 8, 2);
+    takeTimeAt(text, 11, parts);
+    int zone = 19;
+    if (hasShape(text, zone, ".0")) {
+        do
+            ++zone;
+        while (zone < text.size() && isDigit(text.at(zone)));
+    }
+    return takeCommonZone(text, zone, parts);
+}
+
+/// Reads "Tue, 03 Nov 2026 10:00:00 GMT" and the like.
+bool takeCommonMailDate(const QString &text, DateParts &parts)
+{
+    const int day = 5;
+    const int dayDigits = hasShape(text, day, "00") ? 2 : 1;
+    const int month = day + dayDigits + 1;
+    if (!hasShape(text, 0, "aaa, 0") || !hasShape(text, month - 1, " aaa 0000 00:00:00 "))
+        return false;
+    parts.day = numberAt(text, day, dayDigits);
+    parts.month = englishMonthNumber(text.constData() + month);
+    parts.year = numberAt(text, month + 4, 4);
+    takeTimeAt(text, month + 9, parts);
+    return parts.month > 0 && takeCommonZone(text, month + 18, parts);
+}
+
+bool startsWithYear(const QString &text)
+{
+    const QString separators = QStringLiteral("-/.W");
+    return hasShape(text, 0, "0000")
+        && (text.size() == 4 || isDigit(text.at(4)) || separators.contains(text.at(4).toUpper()));
+}
+
 } // namespace
 
 QDateTime parseFeedDate(const QString &text)
 {
-    const QString trimmed = text.simplified();
+    // Nearly all dates have one of these formats. Regular expressions would take ten times as long.
+    DateParts iso;
+    if (takeCommonIso(text, iso))
+        return iso.toUtc();
+    DateParts mail;
+    if (takeCommonMailDate(text, mail))
+        return mail.toUtc();
+    if (text.size() > 1000)
+        return QDateTime();
+
+    const QString trimmed = unfolded(text).simplified();
     if (trimmed.isEmpty() || trimmed.size() > 100)
         return QDateTime();
-    const bool isIso = trimmed.size() >= 4 && isDigit(trimmed.at(3))
-        && (trimmed.size() == 4 || trimmed.at(4) == QLatin1Char('-') || trimmed.at(4) == QLatin1Char('/'));
-    return isIso ? parseIso(trimmed) : parseMailDate(trimmed);
+    if (isNumber(trimmed))
+        return parseDigits(trimmed);
+    return startsWithYear(trimmed) ? parseIso(trimmed) : parseWords(trimmed);
 }
 
 } // namespace Tidel
