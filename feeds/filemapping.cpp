@@ -4,6 +4,8 @@
 #include "commonmapping.h"
 #include "markup.h"
 
+#include <QRegularExpression>
+
 #include <tuple>
 
 namespace Tidel {
@@ -58,9 +60,22 @@ quint64 areaOf(const Element &media)
     return numberIn(media.value("width")) * numberIn(media.value("height"));
 }
 
+/// The address in \a media without what chooses a size.
+std::string_view placeOf(const Element &media)
+{
+    const std::string_view address = media.value("url");
+    return address.substr(0, address.find('?'));
+}
+
 bool isPicture(const Element &media)
 {
-    return media.value("medium") == "image" || media.value("type").substr(0, 6) == "image/";
+    static const QRegularExpression pictureName(QStringLiteral("\\.(?:avif|gif|jpe?g|png|webp)$"),
+                                                QRegularExpression::CaseInsensitiveOption);
+    if (!media.value("type").empty())
+        return media.value("type").substr(0, 6) == "image/";
+    const bool hasPictureName =
+        media.value("medium").empty() && pictureName.match(lineOf(placeOf(media))).hasMatch();
+    return media.value("medium") == "image" || hasPictureName;
 }
 
 FileRecord enclosureIn(const Element &enclosure)
@@ -89,12 +104,6 @@ Rendition renditionIn(const Element &media)
     rendition.rank = {media.value("isdefault") == "true", width,
                       std::max(file.bytes, numberIn(media.value("bitrate")))};
     return rendition;
-}
-
-/// The address of a picture without what chooses its size.
-QString pictureOf(const Element &media)
-{
-    return isPicture(media) ? addressIn(media, "url").text.section(QLatin1Char('?'), 0, 0) : QString();
 }
 
 void keepBest(QVector<Rendition> &renditions, const Rendition &candidate)
@@ -160,7 +169,7 @@ QVector<Rendition> renditionsOf(const Element &item)
     for (const Element &child : item.children) {
         if (child.is({V::Media, "content"})) {
             Rendition rendition = renditionIn(child);
-            rendition.group = pictureOf(child);
+            rendition.group = isPicture(child) ? lineOf(placeOf(child)) : QString();
             keepBest(renditions, rendition);
         }
         if (!child.is({V::Media, "group"}))

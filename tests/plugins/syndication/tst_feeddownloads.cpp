@@ -636,7 +636,8 @@ void TestFeedDownloads::someChannelsFail()
         refresh({channelUri("file://" + bad), channelUri("file://" + worse), channelUri("file://" + good)});
     VERIFY_ENDING(failed, "downloadFeedsFailed");
     QCOMPARE(failed.error, int(FeedDownloadNotAFeed));
-    QVERIFY2(failed.text.startsWith("the document is neither XML nor JSON"), qPrintable(failed.text));
+    QVERIFY2(failed.text.startsWith("the document is not a feed: it is neither XML nor JSON"),
+             qPrintable(failed.text));
     QCOMPARE(messageLinks().size(), 2);
 }
 
