@@ -76,7 +76,7 @@ bool takeNumericDate(const QString &word, DateParts &parts)
 /// Reads a day with a suffix, such as "3rd", "3." or "1er".
 bool takeOrdinal(const QString &word, DateParts &parts)
 {
-    static const QRegularExpression pattern(QStringLiteral("^(\\d\\d?)(?:\\.|st|nd|rd|th|er|\u00ba|\u00aa)$"),
+    static const QRegularExpression pattern(QStringLiteral("^(\\d\\d?)(?:\\.|(?![ap]m$)\\p{L}{1,2})$"),
                                             QRegularExpression::CaseInsensitiveOption);
     const QRegularExpressionMatch match = pattern.match(word);
     if (!match.hasMatch() || parts.day >= 0)

@@ -51,10 +51,11 @@ QHash<QString, int> monthsByBeginning()
 
 int englishMonthNumber(const QChar *name)
 {
-    static const char names[] = "janfebmaraprmayjunjulaugsepoctnovdec";
+    static const char names[][4] = {"jan", "feb", "mar", "apr", "may", "jun",
+                                    "jul", "aug", "sep", "oct", "nov", "dec"};
     const auto letterAt = [&](int i) { return char(name[i].toLatin1() | 0x20); };
     for (int month = 0; month < 12; ++month) {
-        const char *const candidate = names + 3 * month;
+        const auto &candidate = names[month];
         if (candidate[0] == letterAt(0) && candidate[1] == letterAt(1) && candidate[2] == letterAt(2))
             return month + 1;
     }

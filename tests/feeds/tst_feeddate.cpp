@@ -11,6 +11,7 @@ private slots:
     void parse_data();
     void parse();
     void resultIsUtc();
+    void commonFormatsAreReadAlike();
     void anyTextIsAccepted();
 };
 
@@ -93,7 +94,7 @@ void TestFeedDate::parse_data()
     row("10:00 p.m. Nov 3, 2026", "2026-11-03T22:00:00Z");
     row("Tue, 03 Nov 2026 10:00:00 GMT+1", "2026-11-03T09:00:00Z");
     row("Tue, 03 Nov 2026 10:00:00 Z", "2026-11-03T10:00:00Z");
-    row("Tue, 03 Novemeber 2026 10:00:00 GMT", "2026-11-03T10:00:00Z");
+    row("Tue, 03 Novexber 2026 10:00:00 GMT", "2026-11-03T10:00:00Z");
     row("Tue, 03 Nov 2026 10:00:00 MEZ", "2026-11-03T09:00:00Z");
 
     row("11/03/2026 10:00", "2026-11-03T10:00:00Z");
@@ -127,6 +128,7 @@ void TestFeedDate::parse_data()
     row("32/01/2026", "");
     row("13/13/2026", "");
     row("3 jui 2026", "");
+    row("10am 3 Nov 2026", "");
     row("3 ma 2026", "");
     row("179370000", "");
     row("Tue, 03 Nov 2026 25:00:00 GMT", "");
@@ -159,6 +161,24 @@ void TestFeedDate::resultIsUtc()
 {
     QCOMPARE(Tidel::parseFeedDate("2026-11-03T10:00:00+05:30").timeSpec(), Qt::UTC);
     QCOMPARE(Tidel::parseFeedDate("Tue, 03 Nov 2026 10:00:00 EST").timeSpec(), Qt::UTC);
+}
+
+// The common formats have a reader of their own, which a blank at the end leads past.
+void TestFeedDate::commonFormatsAreReadAlike()
+{
+    const QStringList formats{"yyyy-MM-ddTHH:mm:ss", "yyyy-MM-ddTHH:mm:ss.zzz", "ddd, dd MMM yyyy HH:mm:ss ",
+                              "ddd, d MMM yyyy HH:mm:ss "};
+    const QStringList zones{"Z", "GMT", "+05:30", "-0800", "+00:00", "+9900", "EST", "*0100", "+01:0x"};
+    const QLocale english(QLocale::C);
+    QRandomGenerator random(1);
+    for (int round = 0; round < 2000; ++round) {
+        const QDateTime time = QDateTime::fromSecsSinceEpoch(random.generate64() % 4000000000, Qt::UTC);
+        const QString text = english.toString(time, formats.at(round % formats.size()))
+            + zones.at(random.bounded(zones.size()));
+        QCOMPARE(Tidel::parseFeedDate(text), Tidel::parseFeedDate(text + ' '));
+    }
+    QCOMPARE(Tidel::parseFeedDate("2026-02-29T10:00:00Z"), QDateTime());
+    QCOMPARE(Tidel::parseFeedDate("Tue, 31 Nov 2026 10:00:00 GMT"), QDateTime());
 }
 
 // No text may crash the program.
