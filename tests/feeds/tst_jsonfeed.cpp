@@ -104,8 +104,8 @@ void TestJsonFeed::texts_data()
                           << "a <b>"
                           << "<p>c</p>"
                           << "";
-    QTest::newRow("plain text") << QByteArray(R"("content_text":"a & b\r\n<c>\nd")") << "a & b <c> d"
-                                << "a &amp; b<br/>\n&lt;c&gt;<br/>\nd"
+    QTest::newRow("plain text") << QByteArray(R"("content_text":"a & b\r\n<c>\n4")") << "a & b <c> 4"
+                                << "a &amp; b<br/>\n&lt;c&gt;<br/>\n4"
                                 << "";
     QTest::newRow("summary") << QByteArray(R"("content_html":"<p>a</p>","summary":"b & c")") << "a"
                              << "<p>a</p>"
