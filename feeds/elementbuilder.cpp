@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "elementbuilder.h"
 
+#include "feedlimits.h"
+
 #include <QUrl>
 
 #include <algorithm>
@@ -11,7 +13,6 @@ namespace {
 
 constexpr int maximumDepth = 250;
 constexpr int maximumElements = 2 * 1000 * 1000;
-constexpr int maximumItems = 100 * 1000;
 // What one item has in excess of this is ignored.
 constexpr size_t maximumKept = 50 * 1000;
 
@@ -107,8 +108,7 @@ bool ElementBuilder::isWithinLimits()
         m_obstacle =
             QStringLiteral("the document is too complex: it has more than %1 elements").arg(maximumElements);
     else if (m_items > maximumItems)
-        m_obstacle =
-            QStringLiteral("the document is too complex: it has more than %1 items").arg(maximumItems);
+        m_obstacle = tooManyItems();
     return m_obstacle.isEmpty();
 }
 

@@ -2,6 +2,7 @@
 #include "jsonfeed.h"
 
 #include "feeddate.h"
+#include "feedlimits.h"
 #include "markup.h"
 #include "webaddress.h"
 
@@ -209,6 +210,8 @@ tl::expected<FeedRecord, FeedRefusal> readJsonFeed(const QByteArray &document)
         return tl::make_unexpected(FeedRefusal{QStringLiteral("the document is not valid JSON (line %1: %2)")
                                                    .arg(QString::number(line), error.errorString())});
     }
+    if (valueOf(feed, "items").toArray().size() > maximumItems)
+        return tl::make_unexpected(FeedRefusal{tooManyItems()});
     if (!isFeed(feed))
         return tl::make_unexpected(FeedRefusal{QStringLiteral("the document is JSON but not a feed")});
     return feedOf(feed);

@@ -4,8 +4,8 @@
 #include "channelmapping.h"
 #include "elementbuilder.h"
 #include "itemmapping.h"
+#include "parsingcost.h"
 #include "rootelement.h"
-#include "tagsize.h"
 #include "xmlmender.h"
 
 #include <memory>
@@ -22,10 +22,10 @@ struct Reading
     XmlOutcome outcome;
 };
 
-std::unique_ptr<Reading> read(const QByteArray &document)
+std::unique_ptr<Reading> read(const QByteArray &document, OnXmlError onError)
 {
     auto reading = std::make_unique<Reading>();
-    reading->outcome = parseXml(document, reading->builder);
+    reading->outcome = parseXml(document, onError, reading->builder);
     return reading;
 }
 
@@ -70,15 +70,14 @@ tl::expected<FeedRecord, FeedRefusal> readXmlFeed(const QByteArray &document)
         return refusal(QStringLiteral("the document is a web page, not a feed"), true);
     FeedRecord feed;
     std::unique_ptr<Reading> reading;
-    if (!hasHugeTag(view(document)))
-        reading = read(document);
+    if (!isCostlyToParse(view(document)))
+        reading = read(document, OnXmlError::Stop);
     if (!reading || reading->outcome.needsMending()) {
-        const QString error =
-            reading ? reading->outcome.error : QStringLiteral("a tag has too many attributes");
+        const QString error = reading ? reading->outcome.error : QStringLiteral("it declares too much");
         if (!error.isEmpty())
             feed.notes.append(QStringLiteral("was not well-formed: ") + error);
         reading.reset();
-        reading = read(XmlMender::mended(document));
+        reading = read(XmlMender::mended(document), OnXmlError::GoOn);
     }
     const QString obstacle = obstacleOf(*reading);
     if (!obstacle.isEmpty())

@@ -2,6 +2,7 @@
 #include "xmlmender.h"
 
 #include "characters.h"
+#include "parsingcost.h"
 #include "rootelement.h"
 
 #include <libxml/HTMLparser.h>
@@ -18,7 +19,6 @@ namespace {
 constexpr size_t noElement = size_t(-1);
 // The parser refuses deeper documents.
 constexpr size_t maximumDepth = 300;
-constexpr size_t maximumAttributes = 100;
 
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
@@ -171,7 +171,8 @@ void XmlMender::mendDocumentType()
     const std::string_view type = m_text.substr(m_at, sizeOfDocumentType(m_text.substr(m_at)));
     constexpr std::string_view declaration = "<!ENTITY ";
     std::string declarations;
-    for (size_t at = type.find(declaration); at != std::string_view::npos;
+    for (size_t at = type.find(declaration);
+         at != std::string_view::npos && m_entities.size() < maximumEntities;
          at = type.find(declaration, at + 1)) {
         const std::string_view rest = type.substr(at + declaration.size());
         const std::string_view name = leading(rest, continuesName);
@@ -232,8 +233,8 @@ void XmlMender::mendAttribute(std::vector<std::string_view> &known)
         return;
     }
     const std::string_view name = leading(m_text.substr(m_at), continuesName);
-    const bool isWanted =
-        known.size() < maximumAttributes && std::find(known.begin(), known.end(), name) == known.end();
+    const bool isWanted = known.size() < size_t(maximumAttributes)
+        && std::find(known.begin(), known.end(), name) == known.end();
     const size_t start = m_mended.size();
     m_mended.append(" ").append(name).append("=\"");
     m_at += name.size();

@@ -31,9 +31,10 @@ struct ContextDeleter
 /// What is wrong, for a person.
 QString reasonOf(const xmlError &error)
 {
-    if (error.code == XML_ERR_NAME_REQUIRED || error.code == XML_ERR_ENTITYREF_SEMICOL_MISSING)
-        return QStringLiteral("an & that begins no entity");
     const QString message = QString::fromUtf8(error.message).simplified();
+    if (error.code == XML_ERR_ENTITYREF_SEMICOL_MISSING
+        || message.startsWith(QLatin1String("xmlParseEntityRef")))
+        return QStringLiteral("an & that begins no entity");
     // Some messages begin with the name of a function of the parser.
     return message.startsWith(QLatin1String("xmlParse")) ? message.section(QLatin1String(": "), 1) : message;
 }
@@ -42,8 +43,9 @@ QString reasonOf(const xmlError &error)
 class XmlParsing
 {
 public:
-    XmlParsing(const QByteArray &document, XmlHandler &handler)
-        : m_document(document), m_handler(handler), m_textLimit(size_t(document.size()) + 1024 * 1024)
+    XmlParsing(const QByteArray &document, OnXmlError onError, XmlHandler &handler)
+        : m_document(document), m_onError(onError), m_handler(handler),
+          m_textLimit(size_t(document.size()) + 1024 * 1024)
     {
     }
 
@@ -73,6 +75,7 @@ private:
     void goOnIf(bool isWanted);
 
     const QByteArray &m_document;
+    const OnXmlError m_onError;
     XmlHandler &m_handler;
     const size_t m_textLimit;
     xmlParserCtxt *m_context = nullptr;
@@ -184,11 +187,12 @@ void XmlParsing::hearError(void *context, xmlErrorPtr error)
     XmlParsing &self = of(context);
     self.m_outcome.expandsTooMuch |= error->code == XML_ERR_ENTITY_LOOP;
     self.m_outcome.lacksEntities |= error->code == XML_WAR_UNDECLARED_ENTITY;
-    if (error->level < XML_ERR_FATAL || !self.m_outcome.error.isEmpty())
-        return;
-    self.m_outcome.error =
-        QStringLiteral("line %1, column %2: %3")
-            .arg(QString::number(error->line), QString::number(error->int2), reasonOf(*error));
+    if (error->level == XML_ERR_FATAL && self.m_outcome.error.isEmpty())
+        self.m_outcome.error =
+            QStringLiteral("line %1, column %2: %3")
+                .arg(QString::number(error->line), QString::number(error->int2), reasonOf(*error));
+    if (self.m_onError == OnXmlError::Stop && self.m_outcome.needsMending())
+        self.goOnIf(false);
 }
 
 void XmlParsing::passText(std::string_view text, bool isLiteral)
@@ -215,9 +219,9 @@ void XmlParsing::goOnIf(bool isWanted)
 
 } // namespace
 
-XmlOutcome parseXml(const QByteArray &document, XmlHandler &handler)
+XmlOutcome parseXml(const QByteArray &document, OnXmlError onError, XmlHandler &handler)
 {
-    return XmlParsing(document, handler).run();
+    return XmlParsing(document, onError, handler).run();
 }
 
 } // namespace Tidel

@@ -45,6 +45,9 @@ public:
     virtual void documentIsCut() = 0;
 };
 
+/// What parseXml() does at the first error.
+enum class OnXmlError { Stop, GoOn };
+
 /// How the parsing of a document ended.
 struct XmlOutcome
 {
@@ -56,9 +59,8 @@ struct XmlOutcome
     bool needsMending() const { return !error.isEmpty() || lacksEntities; }
 };
 
-/// Parses \a document, in UTF-8, for \a handler. Goes on after an error as far as the parser can. Never opens
-/// a file or connection for the document.
-XmlOutcome parseXml(const QByteArray &document, XmlHandler &handler);
+/// Parses  document, in UTF-8, for  handler. Never opens a file or connection for the document.
+XmlOutcome parseXml(const QByteArray &document, OnXmlError onError, XmlHandler &handler);
 
 } // namespace Tidel
 

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-#include "tagsize.h"
+#include "parsingcost.h"
 
 namespace Tidel {
 
 namespace {
-
-constexpr int maximumAttributes = 500;
 
 bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c < 0; }
 
@@ -16,13 +14,18 @@ size_t behind(std::string_view document, std::string_view text, size_t from)
     return start == std::string_view::npos ? document.size() : start + text.size();
 }
 
-} // namespace
-
-bool hasHugeTag(std::string_view document)
+bool hasManyEntities(std::string_view document)
 {
-    // A document that declares the defaults of attributes gets them with each element.
-    if (document.find("<!ATTLIST") != std::string_view::npos)
-        return true;
+    constexpr std::string_view declaration = "<!ENTITY";
+    size_t count = 0;
+    for (size_t at = document.find(declaration); at != std::string_view::npos && count <= maximumEntities;
+         at = document.find(declaration, at + declaration.size()))
+        ++count;
+    return count > maximumEntities;
+}
+
+bool hasManyAttributes(std::string_view document)
+{
     for (size_t at = behind(document, "<", 0); at < document.size(); at = behind(document, "<", at)) {
         if (document.compare(at, 3, "!--") == 0) {
             at = behind(document, "-->", at);
@@ -39,6 +42,14 @@ bool hasHugeTag(std::string_view document)
         }
     }
     return false;
+}
+
+} // namespace
+
+bool isCostlyToParse(std::string_view document)
+{
+    const bool declaresAttributes = document.find("<!ATTLIST") != std::string_view::npos;
+    return declaresAttributes || hasManyEntities(document) || hasManyAttributes(document);
 }
 
 } // namespace Tidel
