@@ -78,13 +78,18 @@ Address websiteOf(const Element &parent)
     return other ? addressIn(*other, "href") : Address();
 }
 
+void addName(QStringList &names, const QString &name)
+{
+    if (!name.isEmpty() && names.size() < maximumNames && !names.contains(name))
+        names.append(name);
+}
+
 QStringList authorsOf(const Element &parent)
 {
     QStringList names;
     for (const Element &child : parent.children) {
-        const QString name = isOneOf(child, authors) ? authorIn(child) : QString();
-        if (!name.isEmpty() && !names.contains(name))
-            names.append(name);
+        if (isOneOf(child, authors))
+            addName(names, authorIn(child));
     }
     const QString podcaster = lineOf(parent.find({V::Itunes, "author"}));
     return names.isEmpty() && !podcaster.isEmpty() ? QStringList(podcaster) : names;

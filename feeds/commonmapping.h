@@ -47,6 +47,9 @@ const Element *linkOf(const Element &parent, std::string_view relation);
 /// The address of the page that \a parent, a feed or item, is about.
 Address websiteOf(const Element &parent);
 
+/// Appends \a name to \a names if it is a new one and there are not too many.
+void addName(QStringList &names, const QString &name);
+
 /// The names of the authors of \a parent, a feed or item; mail addresses where there is no name.
 QStringList authorsOf(const Element &parent);
 

@@ -25,12 +25,14 @@ struct Rendition
 /// The number of seconds in "3723", "62:03" or "1:02:03"; 0 if there is none.
 int secondsIn(const QString &text)
 {
+    if (text.count(QLatin1Char(':')) > 2)
+        return 0;
     double seconds = 0;
     const QStringList parts = text.split(QLatin1Char(':'));
     for (const QString &part : parts) {
         bool isNumber = false;
         const double number = part.trimmed().toDouble(&isNumber);
-        if (!isNumber || number < 0 || parts.size() > 3)
+        if (!isNumber || number < 0)
             return 0;
         seconds = seconds * 60 + number;
     }
@@ -115,7 +117,8 @@ void keepBest(QVector<Rendition> &renditions, const Rendition &candidate)
             known = candidate;
         return;
     }
-    renditions.append(candidate);
+    if (renditions.size() < maximumFiles)
+        renditions.append(candidate);
 }
 
 /// What \a item says of its recordings goes to each file that is no picture.
@@ -152,7 +155,8 @@ void add(QVector<FileRecord> &files, const FileRecord &file)
         known.mimeType = known.mimeType.isEmpty() ? file.mimeType : known.mimeType;
         return;
     }
-    files.append(file);
+    if (files.size() < maximumFiles)
+        files.append(file);
 }
 
 bool isEnclosure(const Element &element)

@@ -45,6 +45,8 @@ constexpr ElementName updateDates[] = {{V::Core, "updated"},
 constexpr ElementName identifiers[] = {{V::Core, "guid"}, {V::Core, "id"}};
 constexpr ElementName categories[] = {
     {V::Core, "category"}, {V::DublinCore, "subject"}, {V::Media, "category"}};
+// In characters. Some feeds list all words that a person may search for.
+constexpr int maximumKeywords = 10000;
 constexpr ElementName keywords[] = {{V::Itunes, "keywords"}, {V::Media, "keywords"}};
 
 /// The elements \a names of \a item and of its media, in this order.
@@ -108,12 +110,6 @@ void setDates(ItemRecord &record, const Element &item)
         record.published = record.updated;
 }
 
-void add(QStringList &list, const QString &value)
-{
-    if (!value.isEmpty() && !list.contains(value))
-        list.append(value);
-}
-
 QString categoryIn(const Element &element)
 {
     for (const char *attribute : {"label", "term"}) {
@@ -128,12 +124,12 @@ void setCategories(ItemRecord &record, const Element &item)
 {
     for (const Element &child : item.children) {
         if (isOneOf(child, categories))
-            add(record.categories, categoryIn(child));
+            addName(record.categories, categoryIn(child));
         if (!isOneOf(child, keywords))
             continue;
-        const QStringList words = lineOf(&child).split(QLatin1Char(','));
+        const QStringList words = lineOf(&child).left(maximumKeywords).split(QLatin1Char(','));
         for (const QString &word : words)
-            add(record.categories, word.trimmed());
+            addName(record.categories, word.trimmed());
     }
 }
 

@@ -82,7 +82,7 @@ QStringList authorsOf(const QJsonObject &object)
         names.append(name.isEmpty() ? lineOf(value.toObject(), "url") : name);
     }
     names.removeAll(QString());
-    return names;
+    return names.mid(0, maximumNames);
 }
 
 QStringList tagsOf(const QJsonObject &item)
@@ -92,7 +92,7 @@ QStringList tagsOf(const QJsonObject &item)
     for (const QJsonValue &tag : tags)
         names.append(cleanText(tag.toString()).simplified());
     names.removeAll(QString());
-    return names;
+    return names.mid(0, maximumNames);
 }
 
 /// The identifier of \a item, which feeds also write as a number.
@@ -125,7 +125,7 @@ QVector<FileRecord> filesOf(const QJsonObject &item)
         if (!file.address.text.isEmpty())
             files.append(file);
     }
-    return files;
+    return files.mid(0, maximumFiles);
 }
 
 /// Fills the texts of \a record. The summary is the text if there is no other.
@@ -214,6 +214,9 @@ tl::expected<FeedRecord, FeedRefusal> readJsonFeed(const QByteArray &document)
         return tl::make_unexpected(FeedRefusal{tooManyItems()});
     if (!isFeed(feed))
         return tl::make_unexpected(FeedRefusal{QStringLiteral("the document is JSON but not a feed")});
+    if (valueOf(feed, "items").toArray().size() > maximumItems)
+        return tl::make_unexpected(FeedRefusal{
+            QStringLiteral("the document is too complex: it has more than %1 items").arg(maximumItems)});
     return feedOf(feed);
 }
 

@@ -159,7 +159,7 @@ void XmlMender::mendDeclaration()
         skipTo(findEnd("-->"));
     else if (startsWith("<![CDATA[") && !m_open.empty())
         mendLiteral();
-    else if (startsWith("<!DOCTYPE") && m_open.empty())
+    else if (startsWith("<!DOCTYPE") && m_open.empty() && !m_hasType)
         mendDocumentType();
     else
         skipTo(findEnd(">"));
@@ -168,6 +168,7 @@ void XmlMender::mendDeclaration()
 // Only the declarations of entities serve the reading of feeds.
 void XmlMender::mendDocumentType()
 {
+    m_hasType = true;
     const std::string_view type = m_text.substr(m_at, sizeOfDocumentType(m_text.substr(m_at)));
     constexpr std::string_view declaration = "<!ENTITY ";
     std::string declarations;
