@@ -2,6 +2,7 @@
 #include "commonmapping.h"
 
 #include "feeddate.h"
+#include "feedlimits.h"
 
 namespace Tidel {
 

@@ -8,6 +8,9 @@ namespace Tidel {
 
 /// A feed with more items is refused.
 constexpr int maximumItems = 100 * 1000;
+/// Of more names or files of one item, the first count.
+constexpr int maximumNames = 100;
+constexpr int maximumFiles = 500;
 
 /// Why a feed with more than maximumItems is refused.
 inline QString tooManyItems()

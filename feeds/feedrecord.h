@@ -19,12 +19,6 @@ struct Address
     QString base; ///< The `xml:base` that applies, which may be relative itself; empty if there is none.
 };
 
-/// A feed with more items is refused.
-constexpr int maximumItems = 100 * 1000;
-/// Of more names or files of one item, the first count.
-constexpr int maximumNames = 100;
-constexpr int maximumFiles = 500;
-
 /// A file of an item.
 struct FileRecord
 {

@@ -2,6 +2,7 @@
 #include "filemapping.h"
 
 #include "commonmapping.h"
+#include "feedlimits.h"
 #include "markup.h"
 
 #include <QRegularExpression>
