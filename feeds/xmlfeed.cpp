@@ -36,6 +36,14 @@ tl::unexpected<FeedRefusal> refusal(const QString &reason, bool isPage = false)
     return tl::make_unexpected(FeedRefusal{reason, isPage});
 }
 
+/// Why the document has to be mended; empty if it only lacks entities.
+QString errorOf(const Reading &reading)
+{
+    // Tags without end tags are nested ever deeper.
+    const bool mayLackEndTags = reading.outcome.error.isEmpty() && !reading.builder.obstacle().isEmpty();
+    return mayLackEndTags ? QStringLiteral("tags have no end tags") : reading.outcome.error;
+}
+
 /// Why \a reading is not that of a feed; empty if it is.
 QString obstacleOf(const Reading &reading)
 {
@@ -72,8 +80,8 @@ tl::expected<FeedRecord, FeedRefusal> readXmlFeed(const QByteArray &document)
     std::unique_ptr<Reading> reading;
     if (!isCostlyToParse(view(document)))
         reading = read(document, OnXmlError::Stop);
-    if (!reading || reading->outcome.needsMending()) {
-        const QString error = reading ? reading->outcome.error : QStringLiteral("it declares too much");
+    if (!reading || reading->outcome.needsMending() || !reading->builder.obstacle().isEmpty()) {
+        const QString error = reading ? errorOf(*reading) : QStringLiteral("it declares too much");
         if (!error.isEmpty())
             feed.notes.append(QStringLiteral("was not well-formed: ") + error);
         reading.reset();

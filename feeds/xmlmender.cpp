@@ -61,11 +61,20 @@ bool isPlainField(std::string_view name)
                     "language", "date", "creator", "subject"});
 }
 
+/// Returns true if HTML has no end tag for \a name; otherwise returns false.
+bool isEmptyTag(std::string_view name) { return isOneOf(name, {"br", "hr", "img", "input", "wbr"}); }
+
 bool isField(std::string_view name)
 {
     return isPlainField(name)
         || isOneOf(name,
                    {"description", "summary", "content", "encoded", "enclosure", "author", "item", "entry"});
+}
+
+/// Returns true if an element \a name ends where the element \a next begins; otherwise returns false.
+bool endsBefore(std::string_view name, std::string_view next)
+{
+    return (isPlainField(name) && isField(next)) || (name == next && isOneOf(name, {"p", "li"}));
 }
 
 /// The code point of the entity \a name of HTML; 0 if there is none.
@@ -206,15 +215,15 @@ void XmlMender::mendStartTag()
     const size_t sameItem = isItem(name) ? depthOf(name) : noElement;
     if (sameItem != noElement)
         closeDownTo(sameItem);
-    else if (!m_open.empty() && isPlainField(m_open.back()) && isField(name))
+    else if (!m_open.empty() && endsBefore(m_open.back(), name))
         closeDownTo(m_open.size() - 1);
     m_mended.append("<").append(name);
     m_at += 1 + name.size();
 
     std::vector<std::string_view> known;
-    bool isEmpty = false;
+    bool isEmpty = isEmptyTag(name);
     for (skipBlanks(); m_at < m_text.size() && current() != '>' && current() != '<'; skipBlanks()) {
-        isEmpty = startsWith("/>");
+        isEmpty |= startsWith("/>");
         if (current() == '/')
             ++m_at;
         else
