@@ -55,9 +55,17 @@ QDateTime dateIn(const Element *element) { return element ? parseFeedDate(lineOf
 
 const Element *linkOf(const Element &parent, std::string_view relation)
 {
-    const auto found = std::find_if(parent.children.begin(), parent.children.end(),
-                                    [&](const Element &child) { return isLink(child, relation); });
-    return found == parent.children.end() ? nullptr : &*found;
+    const Element *other = nullptr;
+    for (const Element &child : parent.children) {
+        if (!isLink(child, relation))
+            continue;
+        const std::string_view type = child.value("type");
+        if (type.empty() || type == "text/html" || type == "application/xhtml+xml")
+            return &child;
+        if (!other)
+            other = &child;
+    }
+    return other;
 }
 
 Address websiteOf(const Element &parent)
@@ -66,17 +74,8 @@ Address websiteOf(const Element &parent)
         if (child.is({V::Core, "link"}) && child.value("href").empty() && !lineOf(&child).isEmpty())
             return addressIn(child);
     }
-    const Element *other = nullptr;
-    for (const Element &child : parent.children) {
-        if (!isLink(child, "alternate"))
-            continue;
-        const std::string_view type = child.value("type");
-        if (type.empty() || type == "text/html" || type == "application/xhtml+xml")
-            return addressIn(child, "href");
-        if (!other)
-            other = &child;
-    }
-    return other ? addressIn(*other, "href") : Address();
+    const Element *link = linkOf(parent, "alternate");
+    return link ? addressIn(*link, "href") : Address();
 }
 
 void addName(QStringList &names, const QString &name)

@@ -41,7 +41,7 @@ template <size_t Size> QDateTime firstDateOf(const Element &parent, const Elemen
     return QDateTime();
 }
 
-/// The link of \a parent with the relation \a relation; null if there is none.
+/// The link of \a parent with the relation \a relation, to a page if there is one; null if there is none.
 const Element *linkOf(const Element &parent, std::string_view relation);
 
 /// The address of the page that \a parent, a feed or item, is about.
