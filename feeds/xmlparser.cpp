@@ -32,6 +32,8 @@ struct ContextDeleter
 QString reasonOf(const xmlError &error)
 {
     const QString message = QString::fromUtf8(error.message).simplified();
+    if (message.startsWith(QLatin1String("StartTag")))
+        return QStringLiteral("a < that begins no tag");
     if (error.code == XML_ERR_ENTITYREF_SEMICOL_MISSING
         || message.startsWith(QLatin1String("xmlParseEntityRef")))
         return QStringLiteral("an & that begins no entity");
