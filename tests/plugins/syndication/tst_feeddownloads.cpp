@@ -23,6 +23,7 @@ private slots:
     void failures_data();
     void failures();
     void connectionRefused();
+    void charsetOfServer();
     void types_data();
     void types();
     void redirects_data();
@@ -177,6 +178,15 @@ void TestFeedDownloads::connectionRefused()
     const Ending failed = subscribe(address);
     QCOMPARE(failed.error, int(FeedDownloadConnectionFailed));
     QCOMPARE(failed.text, QString("the server refused the connection"));
+}
+
+void TestFeedDownloads::charsetOfServer()
+{
+    write("charset.xml", feed({}, "\xd7\xc5\xd3\xcb\xc1"));
+    VERIFY_ENDING(subscribe(m_server->url("/type/charset.xml?text/xml;charset=koi8-u")),
+                  "downloadFeedsFinished");
+    QCOMPARE(m_store->texts("SELECT ?t { ?c a mfo:FeedChannel ; nie:title ?t }"),
+             QStringList(QStringLiteral("\u0432\u0435\u0441\u043a\u0430")));
 }
 
 void TestFeedDownloads::types_data()

@@ -179,6 +179,11 @@ private slots:
     void repeatedItemIsOneMessage();
     void titles_data();
     void titles();
+    void detailsOfChannel();
+    void detailsOfMessages();
+    void detailsOfEnclosures();
+    void noLocalFilesInDetails();
+    void basesOfTexts();
     void localFilesInLocalFeedsOnly_data();
     void localFilesInLocalFeedsOnly();
     void hostileSizes_data();
@@ -320,6 +325,111 @@ void TestFeedParser::repeatedItemIsOneMessage()
     QCOMPARE(messagesOf(rss(statusItem(1) + statusItem(1) + statusItem(1))).size(), 1);
     QCOMPARE(messagesOf(rss("<item/><item/>")).size(), 1);
     QCOMPARE(messagesOf(rss("<item><title>a</title></item><item><title>b</title></item>")).size(), 2);
+}
+
+void TestFeedParser::detailsOfChannel()
+{
+    const auto feed =
+        parse("<rss version='2.0' xmlns:atom='http://www.w3.org/2005/Atom' "
+              "xmlns:sy='http://purl.org/rss/1.0/modules/syndication/'><channel>"
+              "<title>T</title><link>/blog/</link><description>About &amp;amp; more</description>"
+              "<language>pt-BR</language><copyright>Ann</copyright><image><url>i.png</url></image>"
+              "<ttl>90</ttl><skipHours><hour>3</hour></skipHours><skipDays><day>Sunday</day></skipDays>"
+              "<sy:updatePeriod>daily</sy:updatePeriod><sy:updateFrequency>2</sy:updateFrequency>"
+              "<sy:updateBase>2026-11-03T00:00Z</sy:updateBase>"
+              "<atom:link rel='hub' href='https://hub.example.org/'/>"
+              "<atom:link rel='self' href='feed.xml'/></channel></rss>",
+              QUrl("https://example.org/feed.xml"));
+    QVERIFY2(feed, qPrintable(feed.error().reason));
+    const ChannelDetails details = feed->channelDetails();
+    QCOMPARE(details.website.toString(), QString("https://example.org/blog/"));
+    QCOMPARE(details.description, QString("About &amp; more"));
+    QCOMPARE(details.language, QString("pt-BR"));
+    QCOMPARE(details.copyright, QString("Ann"));
+    QCOMPARE(details.image.toString(), QString("https://example.org/blog/i.png"));
+    QCOMPARE(details.minutesToLive, 90);
+    QCOMPARE(details.skipHours, QList<int>{3});
+    QCOMPARE(details.skipDays, QStringList("Sunday"));
+    QCOMPARE(details.updatePeriod, QString("daily"));
+    QCOMPARE(details.updateFrequency, 2);
+    QCOMPARE(details.updateBase, QDateTime(QDate(2026, 11, 3), QTime(0, 0), Qt::UTC));
+    QCOMPARE(details.hub.toString(), QString("https://hub.example.org/"));
+    QCOMPARE(details.self.toString(), QString("https://example.org/blog/feed.xml"));
+    QCOMPARE(details.notes, QStringList("has no items"));
+}
+
+void TestFeedParser::detailsOfMessages()
+{
+    QString error;
+    const auto feed =
+        parse("<feed xmlns='http://www.w3.org/2005/Atom' xmlns:media='http://search.yahoo.com/mrss/'>"
+              "<title>T</title><link href='https://example.org/'/><entry xml:lang='nl'><id>1</id>"
+              "<author><name>Ann</name></author><category term='Beans'/><link href='one'/>"
+              "<published>2026-11-03T10:00:00Z</published><updated>2026-11-04T10:00:00Z</updated>"
+              "<link rel='replies' type='text/html' href='one#comments'/>"
+              "<media:thumbnail url='one.png'/></entry></feed>",
+              &error);
+    QVERIFY2(feed, qPrintable(error));
+    const auto items = feed->claimedItems();
+    QCOMPARE(items.size(), size_t(1));
+    const MessageDetails details = feed->messageDetails(items.front().item->record);
+    QCOMPARE(details.authors, QStringList("Ann"));
+    QCOMPARE(details.categories, QStringList("Beans"));
+    QCOMPARE(details.updatedDate, QDateTime(QDate(2026, 11, 4), QTime(10, 0), Qt::UTC));
+    QCOMPARE(details.comments.toString(), QString("https://example.org/one#comments"));
+    QCOMPARE(details.language, QString("nl"));
+    QCOMPARE(details.thumbnail.toString(), QString("https://example.org/one.png"));
+    QCOMPARE(details.baseUrl, QUrl());
+    QCOMPARE(feed->message(items.front()).message().publishedDate(),
+             QDateTime(QDate(2026, 11, 3), QTime(10, 0), Qt::UTC));
+}
+
+void TestFeedParser::detailsOfEnclosures()
+{
+    QString error;
+    const auto feed =
+        parse("<rss version='2.0' xmlns:itunes='http://www.itunes.com/dtds/podcast-1.0.dtd' "
+              "xmlns:podcast='https://podcastindex.org/namespace/1.0'><channel><title>T</title>"
+              "<link>https://example.org/</link><item><title>I</title>"
+              "<enclosure url='1.mp3' type='audio/mpeg' length='1'/>"
+              "<itunes:duration>1:02:03</itunes:duration><itunes:season>2</itunes:season>"
+              "<itunes:episode>7</itunes:episode><itunes:explicit>false</itunes:explicit>"
+              "<podcast:chapters url='1.json' type='application/json+chapters'/></item></channel></rss>",
+              &error);
+    QVERIFY2(feed, qPrintable(error));
+    const auto items = feed->claimedItems();
+    QCOMPARE(items.front().item->record.files.size(), 1);
+    const EnclosureDetails details = feed->enclosureDetails(items.front().item->record.files.first());
+    QCOMPARE(details.duration, 3723);
+    QCOMPARE(details.season, 2);
+    QCOMPARE(details.episode, 7);
+    QCOMPARE(details.chapters.toString(), QString("https://example.org/1.json"));
+    QCOMPARE(details.isExplicit.value_or(true), false);
+}
+
+void TestFeedParser::noLocalFilesInDetails()
+{
+    const auto feed =
+        parse("<feed xmlns='http://www.w3.org/2005/Atom' xmlns:media='http://search.yahoo.com/mrss/' "
+              "xml:base='file:///etc/'><title>T</title><logo>logo.png</logo><entry><id>1</id>"
+              "<media:thumbnail url='passwd'/></entry></feed>",
+              QUrl("https://example.org/feed.xml"));
+    QVERIFY2(feed, qPrintable(feed.error().reason));
+    QVERIFY(feed->channelDetails().image.isNull());
+    QVERIFY(feed->messageDetails(feed->claimedItems().front().item->record).thumbnail.isNull());
+}
+
+void TestFeedParser::basesOfTexts()
+{
+    const auto feed = parse("<feed xmlns='http://www.w3.org/2005/Atom' xml:base='/blog/'><title>T</title>"
+                            "<entry xml:base='2026/'><id>1</id><link href='one'/><content>x</content></entry>"
+                            "<entry xml:base='data:x'><id>2</id><content>x</content></entry></feed>",
+                            QUrl("https://example.org/feed.xml"));
+    QVERIFY2(feed, qPrintable(feed.error().reason));
+    const auto items = feed->claimedItems();
+    QCOMPARE(items.back().link.toString(), QString("https://example.org/blog/2026/one"));
+    QCOMPARE(feed->messageDetails(items.back().item->record).baseUrl, QUrl("https://example.org/blog/2026/"));
+    QCOMPARE(feed->messageDetails(items.front().item->record).baseUrl, QUrl("https://example.org/feed.xml"));
 }
 
 void TestFeedParser::localFilesInLocalFeedsOnly_data()
