@@ -42,7 +42,9 @@ enum FeedDownloadError {
  * FeedTrackerSparql::instance().
  *
  * The property "newMessages" lists the links of the messages that the last download of feeds added to their
- * channels. It is a QStringList; the messages of a channel are in order, oldest first.
+ * channels. It is a QStringList; the messages of a channel are in order, oldest first. A plug-in that looks
+ * for the feeds of web pages has the property "foundFeeds" too, a QVariantList of maps with the texts "title"
+ * and "address": the feeds of the page that subscribe() was given.
  *
  * The operations are invokable by name, so that a host can pass on calls as FeedMethod records. For example:
  * \code
