@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
+#include <feedlimits.h>
 #include <jsonfeed.h>
 
 #include <QtTest>
