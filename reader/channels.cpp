@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "channels.h"
 
+#include "detailfields_p.h"
 #include "documenturl.h"
 #include "link.h"
 #include "messageremoval_p.h"
@@ -91,6 +92,12 @@ Result<QString> Channels::title(const QString &link) const
                 return Failure(Error(Error::NotFound, {}, QStringLiteral("no such channel")));
             return titles.first();
         });
+}
+
+Result<QHash<QString, ChannelDetails>> Channels::details(const QStringList &uris) const
+{
+    return readDetails<ChannelDetails>(StorePrivate::of(m_store), uris,
+                                       "read the details of channels from the store");
 }
 
 Result<QHash<QString, int>> Channels::messageCounts() const

@@ -2,6 +2,7 @@
 #ifndef TIDEL_CHANNELS_H
 #define TIDEL_CHANNELS_H
 
+#include "details.h"
 #include "error.h"
 #include "removal.h"
 #include "store.h"
@@ -30,6 +31,8 @@ public:
     Result<QString> uri(const QString &link) const;
     /// The title of the channel with the link \a link. Fails with Error::NotFound.
     Result<QString> title(const QString &link) const;
+    /// What the feeds of the channels \a uris say of themselves. Channels without details are left out.
+    Result<QHash<QString, ChannelDetails>> details(const QStringList &uris) const;
     /// The number of messages of each channel by its URI. A channel without messages is left out.
     Result<QHash<QString, int>> messageCounts() const;
 

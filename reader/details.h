@@ -14,6 +14,9 @@
 
 namespace Tidel {
 
+// The store keeps at most 50 values of a list, in alphabetical order and each once, and 4000 characters of a
+// text. It leaves out an address that is longer.
+
 /// What a feed says of a message in addition to FeedMessage.
 struct MessageDetails
 {
@@ -23,7 +26,17 @@ struct MessageDetails
     Link comments; ///< The page with comments; null if there is none.
     QString language; ///< A language tag such as "pt-BR"; empty if unknown.
     Link thumbnail; ///< A picture that stands for the message; null if there is none.
-    QUrl baseUrl; ///< What relative links in the texts are relative to; empty if it is the link of the message.
+    QUrl baseUrl; ///< What relative links in the texts are relative to; empty if it is the link of the
+                  ///< message.
+};
+
+/// What a message said before its feed changed it.
+struct EarlierVersion
+{
+    QDateTime replaced; ///< When it was replaced, in UTC.
+    QString title;
+    QString text; ///< HTML.
+    QString summary; ///< HTML.
 };
 
 /// What a feed says of an enclosure in addition to FeedEnclosure.

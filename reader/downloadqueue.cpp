@@ -72,7 +72,10 @@ void DownloadQueuePrivate::makeDownloader()
         end(downloader, result.withFoundFeeds(downloader->property("foundFeeds").toList()));
     };
     QObject::connect(downloader, &FeedPluginInterface::downloadFeedsFinished, q, [downloader, endFeeds] {
-        endFeeds(DownloadResult::ofFeeds(downloader->property("newMessages").toStringList()));
+        const auto texts = [downloader](const char *name) {
+            return downloader->property(name).toStringList();
+        };
+        endFeeds(DownloadResult::ofFeeds(texts("newMessages"), texts("changedMessages"), texts("newNotes")));
     });
     QObject::connect(downloader, &FeedPluginInterface::downloadFeedsFailed, q,
                      [failure, endFeeds](int error) { endFeeds(failure(error)); });

@@ -11,16 +11,21 @@ public:
     int error = FeedDownloadNoError;
     QString reason;
     QStringList newMessages;
+    QStringList changedMessages;
+    QStringList newNotes;
     QVector<FoundFeed> foundFeeds;
     QString localUrl;
     qint64 length = 0;
     QString mimeType;
 };
 
-DownloadResult DownloadResult::ofFeeds(const QStringList &newMessages)
+DownloadResult DownloadResult::ofFeeds(const QStringList &newMessages, const QStringList &changedMessages,
+                                       const QStringList &newNotes)
 {
     DownloadResult result(new DownloadResultPrivate);
     result.d->newMessages = newMessages;
+    result.d->changedMessages = changedMessages;
+    result.d->newNotes = newNotes;
     return result;
 }
 
@@ -66,6 +71,10 @@ int DownloadResult::error() const { return d->error; }
 QString DownloadResult::reason() const { return d->reason; }
 
 QStringList DownloadResult::newMessages() const { return d->newMessages; }
+
+QStringList DownloadResult::changedMessages() const { return d->changedMessages; }
+
+QStringList DownloadResult::newNotes() const { return d->newNotes; }
 
 QVector<FoundFeed> DownloadResult::foundFeeds() const { return d->foundFeeds; }
 

@@ -26,8 +26,10 @@ struct FoundFeed
 class TIDELREADER_EXPORT DownloadResult
 {
 public:
-    /// Feeds were downloaded that brought messages with the links \a newMessages.
-    static DownloadResult ofFeeds(const QStringList &newMessages);
+    /// Feeds were downloaded that brought messages with the links \a newMessages, changed those with the
+    /// links \a changedMessages, and gave reason to \a newNotes.
+    static DownloadResult ofFeeds(const QStringList &newMessages, const QStringList &changedMessages = {},
+                                  const QStringList &newNotes = {});
     /// An enclosure was downloaded; \a map is that of FeedPluginInterface::downloadEnclosureFinished().
     static DownloadResult ofEnclosure(const QVariantMap &map);
     /// The download failed; \a error is a FeedDownloadError or an HTTP status.
@@ -57,6 +59,11 @@ public:
 
     /// The links of the messages that a feed brought its channel, the oldest first.
     QStringList newMessages() const;
+    /// The links of the messages that a feed changed.
+    QStringList changedMessages() const;
+    /// What was mended or is missing in the document and was not so in the one before, such as "was not
+    /// well-formed: line 66, ...".
+    QStringList newNotes() const;
 
     /// The feeds of the web page that a subscription was given instead of a feed. If the subscription
     /// succeeded, or failed with FeedDownloadAlreadyStored, it is the one that took the place of the page.

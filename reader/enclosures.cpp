@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "enclosures.h"
 
+#include "detailfields_p.h"
 #include "messages.h"
 #include "statements_p.h"
 #include "store_p.h"
@@ -42,6 +43,12 @@ Result<FeedEnclosure> Enclosures::get(const QString &uri) const
     if (found->isEmpty())
         return Failure(Error(Error::NotFound, {}, QStringLiteral("no such enclosure")));
     return found->first();
+}
+
+Result<QHash<QString, EnclosureDetails>> Enclosures::details(const QStringList &uris) const
+{
+    return readDetails<EnclosureDetails>(StorePrivate::of(m_store), uris,
+                                         "read the details of enclosures from the store");
 }
 
 Result<QStringList> Enclosures::uris(const QString &name) const

@@ -2,9 +2,11 @@
 #ifndef TIDEL_ENCLOSURES_H
 #define TIDEL_ENCLOSURES_H
 
+#include "details.h"
 #include "error.h"
 #include "store.h"
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -24,6 +26,8 @@ public:
     Result<QList<FeedEnclosure>> ofMessage(const QString &messageUri) const;
     /// The enclosure \a uri. Fails with Error::NotFound.
     Result<FeedEnclosure> get(const QString &uri) const;
+    /// What the feeds say in addition of the enclosures \a uris. Enclosures without details are left out.
+    Result<QHash<QString, EnclosureDetails>> details(const QStringList &uris) const;
     /// The URIs of the enclosures that the user calls \a name: the link or URI of a message, whose enclosures
     /// are meant and may be none, or the remote URL or URI of an enclosure. Fails with Error::NotFound.
     Result<QStringList> uris(const QString &name) const;

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "feeds.h"
 
+#include "detailfields_p.h"
 #include "statements_p.h"
 #include "store_p.h"
+
+#include <algorithm>
 
 namespace Tidel {
 
@@ -30,6 +33,19 @@ QString FeedState::entityTag() const { return d->entityTag; }
 
 QString FeedState::lastModified() const { return d->lastModified; }
 
+namespace {
+
+/// \a values in an order that does not depend on that of the document.
+QVector<DetailValue> sorted(QVector<DetailValue> values)
+{
+    std::sort(values.begin(), values.end(), [](const DetailValue &a, const DetailValue &b) {
+        return a.first != b.first ? a.first < b.first : a.second.toString() < b.second.toString();
+    });
+    return values;
+}
+
+} // namespace
+
 Feeds::Feeds(const Store &store) : m_store(store) { }
 
 Result<FeedState> Feeds::state(const QString &channelUri) const
@@ -48,25 +64,50 @@ Result<FeedState> Feeds::state(const QString &channelUri) const
     return state;
 }
 
-Result<void> Feeds::noteReading(const QString &channelUri, const QString &entityTag,
-                                const QString &lastModified)
+Result<FeedMemory> Feeds::memory(const QString &channelUri) const
 {
-    return StorePrivate::of(m_store).update(Statements::noteReading(channelUri, entityTag, lastModified),
-                                            "note the download in the store");
-}
-
-Result<QSet<QString>> Feeds::droppedLinks(const QString &channelUri) const
-{
+    const QStringList names =
+        detailNames<ChannelDetails>() + QStringList{Statements::droppedLink, Statements::droppedKey};
     return StorePrivate::of(m_store)
-        .texts(Statements::droppedLinks(channelUri), "read the links of deleted messages from the store")
-        .map([](const QStringList &links) { return QSet<QString>(links.begin(), links.end()); });
+        .run(Statements::details({channelUri}, names), "read what is known of the feed from the store")
+        .map([](const Answer &answer) {
+            FeedMemory memory;
+            while (answer->next()) {
+                const QString name = Statements::detailName(answer->value(1).toString());
+                if (name == Statements::droppedLink)
+                    memory.droppedLinks.insert(answer->value(2).toString());
+                else if (name == Statements::droppedKey)
+                    memory.droppedKeys.insert(answer->value(2).toString());
+                else
+                    addDetail(memory.details, name, answer->value(2));
+            }
+            return memory;
+        });
 }
 
-Result<void> Feeds::forgetDropped(const QString &channelUri, const QStringList &links)
+Result<void> Feeds::noteReading(const QString &channelUri, const QString &entityTag,
+                                const QString &lastModified, const ChannelDetails &details,
+                                const FeedMemory &memory)
 {
-    return inChunks(links, [&](const QStringList &some) {
-        return StorePrivate::of(m_store).update(Statements::deleteDroppedLinks(channelUri, some),
-                                                "forget the links of deleted messages in the store");
+    QString text = Statements::noteReading(channelUri, entityTag, lastModified);
+    if (sorted(detailValues(details)) != sorted(detailValues(memory.details)))
+        text += Statements::deleteDetails({channelUri}, detailNames<ChannelDetails>())
+            + Statements::insertDetails(channelUri, detailValues(details));
+    return StorePrivate::of(m_store).update(Statements::update(text), "note the download in the store");
+}
+
+Result<void> Feeds::forgetDropped(const QString &channelUri, const QStringList &links,
+                                  const QStringList &keys)
+{
+    const auto forget = [&](const QString &name, const QStringList &values) {
+        return inChunks(values, [&](const QStringList &some) {
+            return StorePrivate::of(m_store).update(
+                Statements::update(Statements::deleteDropped(channelUri, name, some)),
+                "forget the links of deleted messages in the store");
+        });
+    };
+    return forget(Statements::droppedLink, links).and_then([&] {
+        return forget(Statements::droppedKey, keys);
     });
 }
 

@@ -2,6 +2,7 @@
 #ifndef TIDEL_FEEDS_H
 #define TIDEL_FEEDS_H
 
+#include "details.h"
 #include "error.h"
 #include "store.h"
 
@@ -44,6 +45,14 @@ private:
     QSharedDataPointer<FeedStatePrivate> d;
 };
 
+/// What the store remembers of the items of a channel and of the document that was read last.
+struct FeedMemory
+{
+    ChannelDetails details; ///< What the feed said of itself.
+    QSet<QString> droppedLinks; ///< The links of messages that were dropped while the feed still showed them.
+    QSet<QString> droppedKeys; ///< The keys of such messages, which have no dropped link.
+};
+
 /// What download plug-ins keep with the channels of a store.
 class TIDELREADER_EXPORT Feeds
 {
@@ -53,16 +62,15 @@ public:
 
     /// The state of the channel \a channelUri. Fails with Error::NotFound if it is not stored.
     Result<FeedState> state(const QString &channelUri) const;
-    /// Notes that the document was read now, and what its server said of it. A file has an entity tag of the
-    /// plug-in's choice.
-    Result<void> noteReading(const QString &channelUri, const QString &entityTag,
-                             const QString &lastModified);
-
-    /// The links of messages that were dropped from the channel while its feed still showed them. A refresh
-    /// does not store such messages again.
-    Result<QSet<QString>> droppedLinks(const QString &channelUri) const;
-    /// Forgets those of \a links that were dropped, because the feed does not show them any more.
-    Result<void> forgetDropped(const QString &channelUri, const QStringList &links);
+    /// What the store remembers of the channel. A refresh does not store dropped messages again.
+    Result<FeedMemory> memory(const QString &channelUri) const;
+    /// Notes that the document was read now, what its server said of it, and, unless it is what \a memory
+    /// has, what the feed says of itself. A file has an entity tag of the plug-in's choice.
+    Result<void> noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified,
+                             const ChannelDetails &details = {}, const FeedMemory &memory = {});
+    /// Forgets the dropped \a links and \a keys, because the feed does not show them any more.
+    Result<void> forgetDropped(const QString &channelUri, const QStringList &links,
+                               const QStringList &keys = {});
 
 private:
     Store m_store;

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "linkuse.h"
 
+#include "itemkey.h"
+#include "knownmessage_p.h"
 #include "statements_p.h"
 #include "store_p.h"
 
+#include <QHash>
 #include <QSet>
 
 namespace Tidel {
@@ -13,12 +16,13 @@ class LinkUsePrivate : public QSharedData
 public:
     QSet<QString> channels;
     QSet<QString> messages;
-    QSet<QString> ofChannel;
+    QHash<QString, KnownMessage> ofChannel; // by link
 };
 
 Result<LinkUse> LinkUse::of(const Store &store, const QList<Link> &links, const QString &channelUri)
 {
     LinkUse use(new LinkUsePrivate);
+    const QString prefix = itemKeyPrefix(channelUri);
     const auto ask = [&](const QList<Link> &some) -> Result<void> {
         QStringList texts;
         for (const Link &link : some)
@@ -32,8 +36,14 @@ Result<LinkUse> LinkUse::of(const Store &store, const QList<Link> &links, const 
                         use.d->channels.insert(link);
                     if (answer->value(2).toBool())
                         use.d->messages.insert(link);
-                    if (answer->value(3).toBool())
-                        use.d->ofChannel.insert(link);
+                    if (!answer->value(3).toBool())
+                        continue;
+                    // A message with several keys is in several rows.
+                    KnownMessage &known = use.d->ofChannel[link];
+                    known.uri = answer->value(4).toString();
+                    known.link = link;
+                    known.hasKey |= answer->value(5).toString().startsWith(prefix);
+                    known.digest = answer->value(6).toString();
                 }
             });
     };
@@ -52,5 +62,17 @@ bool LinkUse::isOfChannel(const Link &link) const { return d->channels.contains(
 bool LinkUse::isOfMessage(const Link &link) const { return d->messages.contains(link.toString()); }
 
 bool LinkUse::isInChannel(const Link &link) const { return d->ofChannel.contains(link.toString()); }
+
+bool LinkUse::isOfKnownItem(const Link &link) const
+{
+    const KnownMessage *known = message(link.toString());
+    return known && known->hasKey;
+}
+
+const KnownMessage *LinkUse::message(const QString &link) const
+{
+    const auto found = d->ofChannel.constFind(link);
+    return found == d->ofChannel.constEnd() ? nullptr : &*found;
+}
 
 } // namespace Tidel

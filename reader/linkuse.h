@@ -11,6 +11,7 @@
 namespace Tidel {
 
 class LinkUsePrivate;
+struct KnownMessage;
 
 /// What the store uses links for, seen from one channel.
 class TIDELREADER_EXPORT LinkUse
@@ -36,9 +37,15 @@ public:
     bool isOfMessage(const Link &link) const;
     /// Returns true if \a link is the link of a message of the channel; otherwise returns false.
     bool isInChannel(const Link &link) const;
+    /// Returns true if \a link is the link of a message of the channel that the store knows by the key of its
+    /// item; otherwise returns false. An item with another key is another message.
+    bool isOfKnownItem(const Link &link) const;
 
 private:
+    friend class MessageWriter;
     Q_DECL_HIDDEN explicit LinkUse(LinkUsePrivate *d);
+    /// Null if \a link is not the link of a message of the channel.
+    Q_DECL_HIDDEN const KnownMessage *message(const QString &link) const;
 
     QSharedDataPointer<LinkUsePrivate> d;
 };

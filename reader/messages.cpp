@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "messages.h"
 
+#include "detailfields_p.h"
+#include "earlierversions_p.h"
 #include "headlines_p.h"
 #include "messageorder.h"
 #include "statements_p.h"
@@ -32,6 +34,20 @@ Result<QList<FeedMessage>> Messages::headlines(const QStringList &links) const
             sortNewestFirst(messages);
             return messages;
         });
+}
+
+Result<QHash<QString, MessageDetails>> Messages::details(const QStringList &uris) const
+{
+    return readDetails<MessageDetails>(StorePrivate::of(m_store), uris,
+                                       "read the details of messages from the store");
+}
+
+Result<QList<EarlierVersion>> Messages::earlierVersions(const QString &messageUri) const
+{
+    return StorePrivate::of(m_store)
+        .texts(Statements::earlierVersions(messageUri),
+               "read the earlier texts of the message from the store")
+        .map([](const QStringList &texts) { return versionsIn(texts.value(0)); });
 }
 
 Result<QString> Messages::uri(const QString &name) const

@@ -2,9 +2,11 @@
 #ifndef TIDEL_MESSAGES_H
 #define TIDEL_MESSAGES_H
 
+#include "details.h"
 #include "error.h"
 #include "store.h"
 
+#include <QHash>
 #include <QList>
 #include <QString>
 
@@ -24,6 +26,10 @@ public:
     /// The messages with \a links, the newest first, with titles, links and dates only. Links that no message
     /// has are left out.
     Result<QList<FeedMessage>> headlines(const QStringList &links) const;
+    /// What the feeds say in addition of the messages \a uris. Messages without details are left out.
+    Result<QHash<QString, MessageDetails>> details(const QStringList &uris) const;
+    /// What the message said before its feed changed it, the newest first, at most three.
+    Result<QList<EarlierVersion>> earlierVersions(const QString &messageUri) const;
     /// The URI of the message that the user calls \a name, its link or its URI. Fails with Error::NotFound.
     Result<QString> uri(const QString &name) const;
 

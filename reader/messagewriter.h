@@ -3,20 +3,34 @@
 #define TIDEL_MESSAGEWRITER_H
 
 #include "error.h"
+#include "knownitems.h"
 #include "linkuse.h"
 #include "storablemessage.h"
 #include "store.h"
 
 #include <QList>
+#include <QStringList>
 
 namespace Tidel {
 
+/// The links of messages that were written, in the order in which they were handed over.
+struct WrittenMessages
+{
+    QStringList added; ///< Messages that are new to their channel.
+    QStringList changed; ///< Messages of the channel that a person finds changed.
+};
+
 /**
- * Stores the messages of a feed under its channel, a hundred with one question and one update.
+ * Stores the messages of a feed under its channel, a hundred with one update.
  *
  * - A message is stored together with its enclosures or not at all.
- * - A message that the store has already becomes a message of this channel too, and gets the enclosures that
- *   it lacks. An enclosure that the store has already becomes an enclosure of the message too.
+ * - A message of another channel becomes a message of this channel too, and gets the enclosures that it
+ * lacks. Its text stays that of the other channel. An enclosure that the store has already becomes an
+ * enclosure of the message too.
+ * - A message of this channel that says something else than the store has is changed in place. Its earlier
+ *   texts are kept, see Messages::earlierVersions(). Enclosures that it does not name any more are taken from
+ *   it, except downloaded ones. Nothing is written if a person reads the same as before: markup, addresses in
+ *   texts, and counters such as "12 comments" do not count.
  * - A message that the store refuses does not keep the other messages from being stored.
  */
 class TIDELREADER_EXPORT MessageWriter
@@ -26,11 +40,17 @@ public:
     explicit MessageWriter(const Store &store);
 
     /// Stores \a messages under the channel \a channelUri; of several with the same link the texts of the
-    /// first one. \a use says what their links are used for. The caller has its WriteTurn since before it
-    /// asked for \a use. Fails with the first error if a message was not stored; writing it again is safe.
-    Result<void> write(const QList<StorableMessage> &messages, const QString &channelUri, const LinkUse &use);
+    /// first one. \a use says what their links are used for. \a items says which keys the store knows; a
+    /// message with such a key has the link of \a items, and \a use need not know it. The caller has its
+    /// WriteTurn since before it asked for both. Fails with the first error if a message was not stored;
+    /// writing it again is safe. Sets \a written to what was done, also after a failure.
+    Result<void> write(const QList<StorableMessage> &messages, const QString &channelUri, const LinkUse &use,
+                       const KnownItems &items = KnownItems(), WrittenMessages *written = nullptr);
 
 private:
+    /// The messages of one call.
+    class Groups;
+
     Store m_store;
 };
 

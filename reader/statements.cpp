@@ -42,12 +42,30 @@ QString valuesOf(const char *variable, const QStringList &addresses)
     return text + QLatin1String("} ");
 }
 
-QString literals(const QStringList &texts)
+QString term(const QVariant &value) { return QSparqlBinding(QString(), value).toString(); }
+
+/// "FILTER(?variable IN (...)) ". For texts this is fast, while VALUES makes Tracker read all of them.
+QString isIn(const char *variable, const QStringList &terms)
+{
+    return QLatin1String("FILTER(?") + QLatin1String(variable) + QLatin1String(" IN (")
+        + terms.join(QLatin1String(", ")) + QLatin1String(")) ");
+}
+
+QStringList each(const QStringList &texts, QString (*toTerm)(const QString &))
 {
     QStringList terms;
     for (const QString &text : texts)
-        terms.append(literal(text));
-    return terms.join(QLatin1String(", "));
+        terms.append(toTerm(text));
+    return terms;
+}
+
+QString detail(const QString &name) { return QLatin1String("tidel:") + name; }
+
+/// "?s ?p ?v" where ?s is one of \a uris and ?p one of \a properties.
+QString valuesOfAll(const QStringList &uris, const QStringList &properties)
+{
+    return QLatin1String("WHERE { ?s ?p ?v ") + isIn("s", each(uris, iri)) + isIn("p", properties)
+        + QLatin1String("} ");
 }
 
 // contract: the store holds local times without their zone, and the time of download labelled as UTC.
@@ -72,11 +90,39 @@ const QString enclosureColumns =
 
 } // namespace
 
+const QString droppedLink = QStringLiteral("droppedLink");
+const QString droppedKey = QStringLiteral("droppedKey");
+const QString itemKey = QStringLiteral("itemKey");
+const QString digest = QStringLiteral("digest");
+const QString earlierVersionsName = QStringLiteral("earlierVersions");
+
 QString literal(const QString &text) { return QSparqlBinding(QString(), text).toString(); }
 
 QString iri(const QString &address) { return QSparqlBinding(QString(), QUrl(address)).toString(); }
 
 QSparqlQuery update(const QString &text) { return QSparqlQuery(text, QSparqlQuery::InsertStatement); }
+
+QSparqlQuery details(const QStringList &uris, const QStringList &names)
+{
+    return select(QLatin1String("SELECT ?s ?p ?v ") + valuesOfAll(uris, each(names, detail)));
+}
+
+QString detailName(const QString &property) { return property.section(QLatin1Char('#'), -1); }
+
+QString insertDetails(const QString &uri, const QVector<QPair<QString, QVariant>> &values)
+{
+    QStringList pairs;
+    for (const auto &[name, value] : values)
+        pairs.append(detail(name) + QLatin1Char(' ') + term(value));
+    return pairs.isEmpty() ? QString()
+                           : QLatin1String("INSERT DATA { ") + iri(uri) + QLatin1Char(' ')
+            + pairs.join(QLatin1String(" ; ")) + QLatin1String(" } ");
+}
+
+QString deleteDetails(const QStringList &uris, const QStringList &names)
+{
+    return QLatin1String("DELETE { ?s ?p ?v } ") + valuesOfAll(uris, each(names, detail));
+}
 
 // An OPTIONAL within the one of the link would make Tracker read the links of all messages.
 QSparqlQuery channels()
@@ -159,31 +205,19 @@ QSparqlQuery feedState(const QString &channelUri)
                   {{"channel", QUrl(channelUri)}});
 }
 
-QSparqlQuery noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified)
+QString noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified)
 {
     const auto optional = [](const QString &text) { return text.isEmpty() ? QString() : literal(text); };
-    return update(replacement(channelUri, "tidel:entityTag", optional(entityTag))
-                  + replacement(channelUri, "tidel:lastModified", optional(lastModified))
-                  + replacement(channelUri, "nie:comment", optional(lastModified))
-                  + replacement(channelUri, "nie:contentLastModified", literal(localTimeText())));
+    return replacement(channelUri, "tidel:entityTag", optional(entityTag))
+        + replacement(channelUri, "tidel:lastModified", optional(lastModified))
+        + replacement(channelUri, "nie:comment", optional(lastModified))
+        + replacement(channelUri, "nie:contentLastModified", literal(localTimeText()));
 }
 
-QSparqlQuery droppedLinks(const QString &channelUri)
+QString deleteDropped(const QString &channelUri, const QString &name, const QStringList &values)
 {
-    return select(QStringLiteral("SELECT ?link WHERE { ?:channel tidel:droppedLink ?link }"),
-                  {{"channel", QUrl(channelUri)}});
-}
-
-QSparqlQuery insertDroppedLinks(const QString &channelUri, const QStringList &links)
-{
-    return update(QLatin1String("INSERT DATA { ") + iri(channelUri) + QLatin1String(" tidel:droppedLink ")
-                  + literals(links) + QLatin1String(" }"));
-}
-
-QSparqlQuery deleteDroppedLinks(const QString &channelUri, const QStringList &links)
-{
-    return update(QLatin1String("DELETE DATA { ") + iri(channelUri) + QLatin1String(" tidel:droppedLink ")
-                  + literals(links) + QLatin1String(" }"));
+    return QLatin1String("DELETE DATA { ") + iri(channelUri) + QLatin1Char(' ') + detail(name)
+        + QLatin1Char(' ') + each(values, literal).join(QLatin1String(", ")) + QLatin1String(" } ");
 }
 
 QSparqlQuery messagesOf(const QString &channelUri)
@@ -238,28 +272,95 @@ QSparqlQuery linkUse(const QStringList &links, const QString &channelUri)
     return select(QLatin1String("SELECT ?link (EXISTS { ?x a mfo:FeedChannel } AS ?isOfChannel) "
                                 "(EXISTS { ?x a mfo:FeedMessage } AS ?isOfMessage) "
                                 "(EXISTS { ?x nie:isLogicalPartOf ")
-                  + iri(channelUri) + QLatin1String(" } AS ?isInChannel) WHERE { ") + valuesOf("link", links)
-                  + QLatin1String("?x nie:links ?link }"));
+                  + iri(channelUri) + QLatin1String(" } AS ?isInChannel) ?x ?key ?digest WHERE { ")
+                  + valuesOf("link", links)
+                  + QLatin1String("?x nie:links ?link OPTIONAL { ?x tidel:itemKey ?key } "
+                                  "OPTIONAL { ?x tidel:digest ?digest } }"));
 }
+
+QSparqlQuery messagesWithKeys(const QStringList &keys, const QString &channelUri)
+{
+    return select(QLatin1String("SELECT ?key ?m ?link ?digest WHERE { ?m tidel:itemKey ?key ; "
+                                "nie:isLogicalPartOf ")
+                  + iri(channelUri)
+                  + QLatin1String(" ; nie:links ?link OPTIONAL { ?m tidel:digest ?digest } ")
+                  + isIn("key", each(keys, literal)) + QLatin1Char('}'));
+}
+
+QSparqlQuery linksAndKeys(const QStringList &uris)
+{
+    return select(QLatin1String("SELECT ?m ?link ?key WHERE { ") + valuesOf("m", uris)
+                  + QLatin1String("?m nie:links ?link OPTIONAL { ?m tidel:itemKey ?key } }"));
+}
+
+QSparqlQuery texts(const QStringList &uris)
+{
+    return select(
+        QLatin1String("SELECT ?m ?title ?text ?summary ?earlier ?channel WHERE { ") + valuesOf("m", uris)
+        + QLatin1String("?m nie:isLogicalPartOf ?channel ; nie:title ?title ; nie:description ?text ; "
+                        "nie:subject ?summary OPTIONAL { ?m tidel:earlierVersions ?earlier } }"));
+}
+
+QSparqlQuery earlierVersions(const QString &messageUri)
+{
+    return select(QStringLiteral("SELECT ?versions WHERE { ?:message tidel:earlierVersions ?versions }"),
+                  {{"message", QUrl(messageUri)}});
+}
+
+namespace {
+
+QString textsOf(const FeedMessage &message)
+{
+    return QLatin1String(" ; nie:title ") + literal(message.title()) + QLatin1String(" ; nie:description ")
+        + literal(message.description()) + QLatin1String(" ; nie:subject ") + literal(message.summary());
+}
+
+QString publishedTerm(const FeedMessage &message)
+{
+    return QLatin1Char('"') + message.publishedDate().toString(Qt::ISODate)
+        + QLatin1String("\"^^xsd:dateTime");
+}
+
+} // namespace
 
 QString insertMessage(const FeedMessage &message, const QString &uri, const QString &channelUri)
 {
     QString insert = QLatin1String("INSERT { ") + iri(uri)
-        + QLatin1String(" a mfo:FeedMessage ; nie:isLogicalPartOf ") + iri(channelUri)
-        + QLatin1String(" ; nie:title ") + literal(message.title()) + QLatin1String(" ; nie:description ")
-        + literal(message.description()) + QLatin1String(" ; nie:subject ") + literal(message.summary())
+        + QLatin1String(" a mfo:FeedMessage ; nie:isLogicalPartOf ") + iri(channelUri) + textsOf(message)
         + QLatin1String(" ; nie:links ") + iri(message.link()) + QLatin1String(" ; mfo:downloadedTime \"")
         + localTimeText() + QLatin1String("Z\"^^xsd:dateTime");
     if (message.publishedDate().isValid())
-        insert += QLatin1String(" ; nie:contentCreated \"") + message.publishedDate().toString(Qt::ISODate)
-            + QLatin1String("\"^^xsd:dateTime");
+        insert += QLatin1String(" ; nie:contentCreated ") + publishedTerm(message);
     return insert + QLatin1String(" } ");
+}
+
+QString deleteTexts(const QStringList &uris)
+{
+    return QLatin1String("DELETE { ?s ?p ?v } ")
+        + valuesOfAll(uris,
+                      {QStringLiteral("nie:title"), QStringLiteral("nie:description"),
+                       QStringLiteral("nie:subject")});
+}
+
+QString insertTexts(const FeedMessage &message, const QString &uri)
+{
+    const QString date = message.publishedDate().isValid()
+        ? replacement(uri, "nie:contentCreated", publishedTerm(message))
+        : QString();
+    return date + QLatin1String("INSERT { ") + iri(uri) + QLatin1String(" a mfo:FeedMessage")
+        + textsOf(message) + QLatin1String(" } ");
 }
 
 QString linkMessages(const QStringList &links, const QString &channelUri)
 {
     return QLatin1String("INSERT { ?m nie:isLogicalPartOf ") + iri(channelUri) + QLatin1String(" } WHERE { ")
         + valuesOf("link", links) + QLatin1String("?m a mfo:FeedMessage ; nie:links ?link } ");
+}
+
+QString insertKey(const QString &link, const QString &key)
+{
+    return QLatin1String("INSERT { ?m tidel:itemKey ") + literal(key)
+        + QLatin1String(" } WHERE { ?m a mfo:FeedMessage ; nie:links ") + iri(link) + QLatin1String(" } ");
 }
 
 QSparqlQuery insertFavorite(const QString &messageUri)
@@ -303,6 +404,13 @@ QSparqlQuery enclosure(const QString &uri)
 {
     return select(enclosureColumns.arg(QStringLiteral("?e a mfo:Enclosure FILTER(?e = ?:enclosure)")),
                   {{"enclosure", QUrl(uri)}});
+}
+
+QSparqlQuery filesOf(const QStringList &messageUris)
+{
+    return select(QLatin1String("SELECT ?m ?e ?remote ?local WHERE { ") + valuesOf("m", messageUris)
+                  + QLatin1String("?e nie:isLogicalPartOf ?m ; mfo:remoteLink ?remote "
+                                  "OPTIONAL { ?e mfo:localLink ?local } }"));
 }
 
 QSparqlQuery enclosureUrisOf(const QString &messageUri)
@@ -388,12 +496,11 @@ QSparqlQuery releasedEnclosures(const QStringList &enclosures)
                                   "?e nie:isLogicalPartOf ?owner . ?owner a mfo:FeedElement } }"));
 }
 
-QString release(const QStringList &parts, const QString &channelUri)
+QString release(const QStringList &parts, const QString &ownerUri)
 {
     QString deletion = QStringLiteral("DELETE DATA { ");
     for (const QString &part : parts)
-        deletion +=
-            iri(part) + QLatin1String(" nie:isLogicalPartOf ") + iri(channelUri) + QLatin1String(" . ");
+        deletion += iri(part) + QLatin1String(" nie:isLogicalPartOf ") + iri(ownerUri) + QLatin1String(" . ");
     return deletion + QLatin1String("} ");
 }
 

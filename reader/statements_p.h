@@ -2,9 +2,12 @@
 #ifndef TIDEL_STATEMENTS_P_H
 #define TIDEL_STATEMENTS_P_H
 
+#include <QPair>
 #include <QSparqlQuery>
 #include <QString>
 #include <QStringList>
+#include <QVariant>
+#include <QVector>
 
 class FeedChannel;
 class FeedEnclosure;
@@ -30,6 +33,23 @@ QString iri(const QString &address);
 QSparqlQuery update(const QString &text);
 /// @}
 
+/// \name Details
+/// Properties that the stock ontology does not have, by their names.
+/// @{
+extern const QString droppedLink; ///< Of a channel: the link of a dropped message without a key.
+extern const QString droppedKey; ///< Of a channel: the key of a dropped message.
+extern const QString itemKey; ///< Of a message: the key of its item.
+extern const QString digest; ///< Of a message: the digest of its texts.
+extern const QString earlierVersionsName; ///< Of a message: its earlier versions.
+/// URI, property, value of the properties \a names of \a uris; detailName() is the name of such a property.
+QSparqlQuery details(const QStringList &uris, const QStringList &names);
+QString detailName(const QString &property);
+/// Gives \a uri values of properties; empty if there are none.
+QString insertDetails(const QString &uri, const QVector<QPair<QString, QVariant>> &values);
+/// Deletes all values of the properties \a names of \a uris.
+QString deleteDetails(const QStringList &uris, const QStringList &names);
+/// @}
+
 /// \name Channels
 /// @{
 /// URI, title, link, type, last-modified text, time of subscription, time of the last update.
@@ -51,10 +71,9 @@ QString deleteChannel(const QString &channelUri, const QString &link);
 /// Link, first link if it is another one, entity tag, last-modified text.
 QSparqlQuery feedState(const QString &channelUri);
 /// Notes what the server said of the document that was read now. Empty texts delete what is stored.
-QSparqlQuery noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified);
-QSparqlQuery droppedLinks(const QString &channelUri);
-QSparqlQuery insertDroppedLinks(const QString &channelUri, const QStringList &links);
-QSparqlQuery deleteDroppedLinks(const QString &channelUri, const QStringList &links);
+QString noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified);
+/// Deletes values of the property \a name.
+QString deleteDropped(const QString &channelUri, const QString &name, const QStringList &values);
 /// @}
 
 /// \name Messages
@@ -71,11 +90,26 @@ QSparqlQuery message(const QUrl &uri);
 QSparqlQuery headlinesOfLinks(const QStringList &links);
 /// URI, link, title, date of the messages \a uris.
 QSparqlQuery headlines(const QStringList &uris);
-/// Link, and whether it belongs to a channel, to a message, and to a message of the channel \a channelUri.
+/// Link, and whether it belongs to a channel, to a message, and to a message of the channel \a channelUri;
+/// URI, key and digest of the message.
 QSparqlQuery linkUse(const QStringList &links, const QString &channelUri);
+/// Key, URI, link and digest of the messages \a keys of the channel.
+QSparqlQuery messagesWithKeys(const QStringList &keys, const QString &channelUri);
+/// Message, link, key.
+QSparqlQuery linksAndKeys(const QStringList &uris);
+/// Message, title, text, summary, earlier versions, channel.
+QSparqlQuery texts(const QStringList &uris);
+/// The earlier versions of the message, as one text.
+QSparqlQuery earlierVersions(const QString &messageUri);
 QString insertMessage(const FeedMessage &message, const QString &uri, const QString &channelUri);
+/// Deletes title, text and summary of the messages \a uris.
+QString deleteTexts(const QStringList &uris);
+/// Gives the message \a uri title, text and summary, and replaces its date of publication if there is one.
+QString insertTexts(const FeedMessage &message, const QString &uri);
 /// Makes the stored messages \a links messages of the channel too.
 QString linkMessages(const QStringList &links, const QString &channelUri);
+/// Gives the message with the link \a link the key \a key too.
+QString insertKey(const QString &link, const QString &key);
 QSparqlQuery insertFavorite(const QString &messageUri);
 QSparqlQuery deleteFavorite(const QString &messageUri);
 /// The number of messages of the channel that are no favorites.
@@ -89,6 +123,8 @@ QSparqlQuery droppableMessages(const QString &channelUri, int limit);
 /// URI, remote link, local link, group, size, default, optional, icon, MIME type.
 QSparqlQuery enclosuresOf(const QString &messageUri);
 QSparqlQuery enclosure(const QString &uri);
+/// Message, enclosure, remote link, local link.
+QSparqlQuery filesOf(const QStringList &messageUris);
 /// The URIs of the enclosures of the message, in a fixed order.
 QSparqlQuery enclosureUrisOf(const QString &messageUri);
 /// The URIs of the enclosures with the remote link \a address.
@@ -114,8 +150,8 @@ QSparqlQuery messagesOfOthers(const QStringList &messages, const QString &channe
 QSparqlQuery enclosuresOfOwners(const QStringList &owners);
 /// URI, remote link and local link of those of \a enclosures that belong to nothing.
 QSparqlQuery releasedEnclosures(const QStringList &enclosures);
-/// Deletes that \a parts belong to the channel.
-QString release(const QStringList &parts, const QString &channelUri);
+/// Deletes that \a parts belong to \a ownerUri.
+QString release(const QStringList &parts, const QString &ownerUri);
 /// Deletes all that the store says of \a resources.
 QString deleteResources(const QStringList &resources);
 /// Messages with a link that belong to no channel.

@@ -2,6 +2,7 @@
 #ifndef TIDEL_STORABLEMESSAGE_H
 #define TIDEL_STORABLEMESSAGE_H
 
+#include "details.h"
 #include "link.h"
 #include "tidelreaderglobal.h"
 
@@ -41,13 +42,26 @@ public:
     ~StorableMessage();
 
     /// Adds an enclosure with the remote URL \a remoteLink and the properties of \a enclosure, without its
-    /// local URL. It takes the place of an enclosure with the same remote URL. A null link is ignored.
-    void addEnclosure(const Link &remoteLink, const FeedEnclosure &enclosure);
+    /// local URL, and with \a details. It takes the place of an enclosure with the same remote URL. A null
+    /// link is ignored.
+    void addEnclosure(const Link &remoteLink, const FeedEnclosure &enclosure,
+                      const EnclosureDetails &details = EnclosureDetails());
+    /// Sets what the feed says of the message in addition to \a details.
+    void setDetails(const MessageDetails &details);
+    /// Sets the itemKey() of the item to \a key. Only an item whose identifier is unique in its document has
+    /// one.
+    void setKey(const QString &key);
 
     /// The link, which identifies the message in the store.
     Link link() const;
+    /// The key of the item; empty if it is known by its link only.
+    QString key() const;
     /// The message with its link and its enclosures.
     FeedMessage message() const;
+    /// What the feed says in addition.
+    MessageDetails details() const;
+    /// What the feed says in addition of the enclosure with the remote URL \a remoteUrl.
+    EnclosureDetails enclosureDetails(const QString &remoteUrl) const;
 
 private:
     QSharedDataPointer<StorableMessagePrivate> d;

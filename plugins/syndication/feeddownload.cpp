@@ -3,14 +3,11 @@
 
 #include "feedfile.h"
 #include "feedparser.h"
+#include "feedwriter.h"
 
 #include <TidelReader/channels.h>
 #include <TidelReader/feeds.h>
-#include <TidelReader/linkuse.h>
-#include <TidelReader/messagewriter.h>
 #include <TidelReader/writeturn.h>
-
-#include <algorithm>
 
 namespace Tidel {
 
@@ -44,24 +41,7 @@ bool isFinal(const Outcome &outcome)
         || outcome.error == FeedDownloadStoreFailed;
 }
 
-/// Puts messages without a date first. They are deleted in the order in which they were stored.
-void sortOldestFirst(QList<StorableMessage> &messages)
-{
-    std::stable_sort(messages.begin(), messages.end(),
-                     [](const StorableMessage &a, const StorableMessage &b) {
-                         const QDateTime dateOfA = a.message().publishedDate();
-                         const QDateTime dateOfB = b.message().publishedDate();
-                         return dateOfB.isValid() && (!dateOfA.isValid() || dateOfA < dateOfB);
-                     });
-}
-
 } // namespace
-
-struct FeedDownload::Claims
-{
-    std::vector<ClaimedItem> items;
-    LinkUse use;
-};
 
 FeedDownload::FeedDownload(const DownloadTools &tools, bool isSubscription)
     : Download(tools), m_isSubscription(isSubscription)
@@ -191,8 +171,7 @@ Outcome FeedDownload::addChannel(const ParsedFeed &feed, const Validators &valid
     if (!added)
         return storeFailed(added.error(), "try again");
     m_channelUri = *added;
-    const Result<void> written =
-        claim(feed, {}).and_then([&](const Claims &claims) { return write(feed, claims, {}, validators); });
+    const Result<void> written = write(feed, validators, {});
     return written ? Outcome() : storeFailed(written.error(), "the channel is subscribed, refresh it");
 }
 
@@ -201,60 +180,20 @@ Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &vali
     const Result<FeedState> state = Feeds(store()).state(m_channelUri);
     if (!state)
         return channelNotRead(state.error(), QStringLiteral("the channel was deleted during the download"));
-    const Result<QSet<QString>> dropped = Feeds(store()).droppedLinks(m_channelUri);
-    if (!dropped)
-        return storeFailed(dropped.error(), "refresh again");
-    const Result<Claims> claims = claim(feed, *dropped);
-    if (!claims)
-        return storeFailed(claims.error(), "refresh again");
-    const Result<void> written =
-        write(feed, *claims, *dropped, validators).and_then([&] { return forgetDropped(*claims, *dropped); });
+    const Result<void> written = Feeds(store()).memory(m_channelUri).and_then([&](const FeedMemory &memory) {
+        return write(feed, validators, memory);
+    });
     return written ? Outcome() : storeFailed(written.error(), "refresh again");
 }
 
-Result<FeedDownload::Claims> FeedDownload::claim(const ParsedFeed &feed, const QSet<QString> &dropped) const
+Result<void> FeedDownload::write(const ParsedFeed &feed, const Validators &validators,
+                                 const FeedMemory &memory)
 {
-    QSet<QString> reserved;
-    while (true) {
-        std::vector<ClaimedItem> items = feed.claimedItems(reserved);
-        QList<Link> links;
-        for (const ClaimedItem &claimed : items)
-            links.append(claimed.link);
-        const Result<LinkUse> use = LinkUse::of(store(), links, m_channelUri);
-        if (!use)
-            return Failure(use.error());
-        const int reservedBefore = int(reserved.size());
-        for (const Link &link : qAsConst(links)) {
-            const bool isKnown = use->isInChannel(link) || dropped.contains(link.toString());
-            if (use->isOfChannel(link) && !isKnown)
-                reserved.insert(link.toString());
-        }
-        if (reserved.size() == reservedBefore)
-            return Claims{std::move(items), *use};
-    }
-}
-
-Result<void> FeedDownload::write(const ParsedFeed &feed, const Claims &claims, const QSet<QString> &dropped,
-                                 const Validators &validators)
-{
-    QList<StorableMessage> messages;
-    for (const ClaimedItem &claimed : claims.items) {
-        if (!claims.use.isInChannel(claimed.link) && !dropped.contains(claimed.link.toString()))
-            messages.append(feed.message(claimed));
-    }
-    sortOldestFirst(messages);
-    for (const StorableMessage &message : qAsConst(messages))
-        m_newMessages.append(message.link().toString());
-    return MessageWriter(store()).write(messages, m_channelUri, claims.use).and_then([&] {
-        return Feeds(store()).noteReading(m_channelUri, validators.entityTag, validators.lastModified);
-    });
-}
-
-Result<void> FeedDownload::forgetDropped(const Claims &claims, QSet<QString> dropped)
-{
-    for (const ClaimedItem &claimed : claims.items)
-        dropped.remove(claimed.link.toString());
-    return Feeds(store()).forgetDropped(m_channelUri, dropped.values());
+    FeedWriter writer(store(), m_channelUri);
+    const Result<void> written = writer.write(feed, validators, memory);
+    m_written = writer.written();
+    m_newNotes = writer.newNotes();
+    return written;
 }
 
 } // namespace Tidel

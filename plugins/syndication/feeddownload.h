@@ -7,9 +7,11 @@
 #include "webpage.h"
 
 #include <QBuffer>
-#include <QSet>
 #include <QStringList>
 #include <QUrl>
+
+#include <TidelReader/feeds.h>
+#include <TidelReader/messagewriter.h>
 
 #include <optional>
 
@@ -31,7 +33,11 @@ public:
     void start() override;
 
     /// The links of the messages that are new to the channel, the oldest first.
-    const QStringList &newMessages() const { return m_newMessages; }
+    const QStringList &newMessages() const { return m_written.added; }
+    /// The links of the messages that say something else than before.
+    const QStringList &changedMessages() const { return m_written.changed; }
+    /// The notes about the document of a kind that the document before it did not have.
+    const QStringList &newNotes() const { return m_newNotes; }
     /// The feeds of the web page that the address of a new channel led to, or the one that was subscribed to
     /// in its place. Empty if the address led to a feed.
     QVector<FeedLink> foundFeeds() const;
@@ -42,9 +48,6 @@ protected:
     void failed(const Outcome &outcome) override;
 
 private:
-    /// The items of a feed with their links, and how the store uses these links.
-    struct Claims;
-
     /// Creates the download of a new channel if \a isSubscription is true, otherwise of a stored channel.
     FeedDownload(const DownloadTools &tools, bool isSubscription);
 
@@ -56,15 +59,10 @@ private:
     void read(const FeedDocument &document);
     /// Stores \a feed as a new channel.
     Outcome addChannel(const ParsedFeed &feed, const Validators &validators);
-    /// Stores the new messages of \a feed.
+    /// Stores what is new in \a feed.
     Outcome addMessages(const ParsedFeed &feed, const Validators &validators);
-    /// Gives each item a link. An item whose link belongs to a channel gets another one.
-    Result<Claims> claim(const ParsedFeed &feed, const QSet<QString> &dropped) const;
-    /// Stores the messages that the channel neither has nor has dropped, and then \a validators.
-    Result<void> write(const ParsedFeed &feed, const Claims &claims, const QSet<QString> &dropped,
-                       const Validators &validators);
-    /// Forgets the dropped links that the feed no longer contains.
-    Result<void> forgetDropped(const Claims &claims, QSet<QString> dropped);
+    /// Stores what \a feed says, and then \a validators.
+    Result<void> write(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory);
 
     const bool m_isSubscription;
     QString m_channelUri;
@@ -73,7 +71,8 @@ private:
     Validators m_known;
     std::optional<WebPage> m_page; // Where m_address comes from, in a subscription.
     QBuffer m_document;
-    QStringList m_newMessages;
+    WrittenMessages m_written;
+    QStringList m_newNotes;
 };
 
 } // namespace Tidel

@@ -4,6 +4,8 @@
 #include "linkclaims.h"
 #include "mimetype.h"
 
+#include <QHash>
+
 #include <iterator>
 #include <limits>
 
@@ -71,17 +73,39 @@ ChannelDetails ParsedFeed::channelDetails() const
     return details;
 }
 
-std::vector<ClaimedItem> ParsedFeed::claimedItems(const QSet<QString> &reserved) const
+QSet<QString> ParsedFeed::uniqueIds() const
 {
+    QHash<QString, int> counts;
+    for (const NamedItem &item : m_items)
+        ++counts[item.record.id];
+    counts.remove(QString());
+    QSet<QString> unique;
+    for (auto count = counts.cbegin(); count != counts.cend(); ++count) {
+        if (*count == 1)
+            unique.insert(count.key());
+    }
+    return unique;
+}
+
+std::vector<ClaimedItem> ParsedFeed::claimedItems(const QSet<QString> &reserved,
+                                                  const StoredLink &storedLink) const
+{
+    std::vector<Link> stored;
+    QSet<QString> taken = reserved + QSet<QString>{m_link, m_website.toString()};
+    for (const NamedItem &item : m_items) {
+        stored.push_back(storedLink ? storedLink(item) : Link());
+        taken.insert(stored.back().toString());
+    }
     // Some feeds have the link of the website in every item. All these items get a fragment. Otherwise the
     // oldest item would get the plain link, and the oldest item changes with time.
-    LinkClaims claims(reserved + QSet<QString>{m_link, m_website.toString()});
+    LinkClaims claims(taken);
     std::vector<ClaimedItem> claimed;
     claimed.reserve(m_items.size());
-    for (auto item = m_items.rbegin(); item != m_items.rend(); ++item) {
-        const Link link = claims.claim(*item, wantedLink(*item));
+    for (size_t i = m_items.size(); i-- > 0;) {
+        const NamedItem &item = m_items[i];
+        const Link link = stored[i].isNull() ? claims.claim(item, wantedLink(item)) : stored[i];
         if (!link.isNull())
-            claimed.push_back({&*item, link});
+            claimed.push_back({&item, link});
     }
     return claimed;
 }
@@ -107,11 +131,12 @@ StorableMessage ParsedFeed::message(const ClaimedItem &claimed) const
     text.setBaseUrl(resolvedBase(item.base));
     text.setPublishedDate(item.published.isValid() ? item.published : item.updated);
     StorableMessage message(claimed.link, text);
+    message.setDetails(messageDetails(item));
     for (const FileRecord &record : item.files) {
         FeedEnclosure enclosure;
         enclosure.setMimeType(cleanMimeType(record.mimeType));
         enclosure.setLength(storableLength(record.bytes));
-        message.addEnclosure(file(record.address), enclosure);
+        message.addEnclosure(file(record.address), enclosure, enclosureDetails(record));
     }
     return message;
 }

@@ -13,6 +13,7 @@
 #include <TidelReader/details.h>
 #include <TidelReader/storablemessage.h>
 
+#include <functional>
 #include <vector>
 
 namespace Tidel {
@@ -41,9 +42,15 @@ public:
     /// What the feed says of itself in addition.
     ChannelDetails channelDetails() const;
 
-    /// Returns each item once, the oldest first. Each has a different link, which is not in \a reserved. The
-    /// items belong to this object.
-    std::vector<ClaimedItem> claimedItems(const QSet<QString> &reserved = {}) const;
+    /// The identifiers that the document gives to one item each.
+    QSet<QString> uniqueIds() const;
+
+    /// The link under which an item is stored; null if it is not.
+    using StoredLink = std::function<Link(const NamedItem &)>;
+    /// Returns each item once, the oldest first. Each has a different link: that of \a storedLink, or one
+    /// that is not in \a reserved. The items belong to this object.
+    std::vector<ClaimedItem> claimedItems(const QSet<QString> &reserved = {},
+                                          const StoredLink &storedLink = {}) const;
 
     /// The message of \a claimed.
     StorableMessage message(const ClaimedItem &claimed) const;

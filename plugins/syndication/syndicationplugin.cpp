@@ -44,6 +44,8 @@ struct SyndicationPlugin::Task
     Outcome outcome; ///< The first failure.
     QVariantMap results;
     QStringList newMessages;
+    QStringList changedMessages;
+    QStringList newNotes;
     QVariantList foundFeeds;
 };
 
@@ -157,6 +159,8 @@ void SyndicationPlugin::endDownload()
         m_task->results = enclosure->results();
     if (const auto *feed = qobject_cast<FeedDownload *>(download.get())) {
         m_task->newMessages += feed->newMessages();
+        m_task->changedMessages += feed->changedMessages();
+        m_task->newNotes += feed->newNotes();
         m_task->foundFeeds += listOf(feed->foundFeeds());
     }
     startNext();
@@ -166,6 +170,8 @@ void SyndicationPlugin::end()
 {
     const std::unique_ptr<Task> task = std::move(m_task);
     m_newMessages = task->newMessages;
+    m_changedMessages = task->changedMessages;
+    m_newNotes = task->newNotes;
     m_foundFeeds = task->foundFeeds;
     report(task->isEnclosure, task->outcome, task->results);
 }

@@ -32,6 +32,10 @@ class SyndicationPlugin : public FeedPluginInterface
     Q_PROPERTY(qint64 maximumEnclosureSize MEMBER m_maximumEnclosureSize)
     /// The links of the messages that the last operation added.
     Q_PROPERTY(QStringList newMessages READ newMessages)
+    /// The links of the messages that the last operation changed.
+    Q_PROPERTY(QStringList changedMessages READ changedMessages)
+    /// What the last operation mended or missed in documents, where it had not done so before.
+    Q_PROPERTY(QStringList newNotes READ newNotes)
     /// The feeds of the web page that the last subscribe() was given instead of a feed, or the one that was
     /// subscribed to in its place. Each is a map with the texts "title" and "address".
     Q_PROPERTY(QVariantList foundFeeds READ foundFeeds)
@@ -49,6 +53,10 @@ public:
     Q_INVOKABLE QString errorString() const override;
     /// The links of the messages that the last operation added.
     QStringList newMessages() const { return m_newMessages; }
+    /// The links of the messages that the last operation changed.
+    QStringList changedMessages() const { return m_changedMessages; }
+    /// What the last operation mended or missed in documents, where it had not done so before.
+    QStringList newNotes() const { return m_newNotes; }
     /// The feeds that the last subscribe() has found.
     QVariantList foundFeeds() const { return m_foundFeeds; }
 
@@ -84,6 +92,8 @@ private:
     std::unique_ptr<Task> m_task;
     QString m_errorString;
     QStringList m_newMessages;
+    QStringList m_changedMessages;
+    QStringList m_newNotes;
     QVariantList m_foundFeeds;
 };
 

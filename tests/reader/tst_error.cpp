@@ -4,6 +4,7 @@
 #include <TidelReader/enclosures.h>
 #include <TidelReader/error.h>
 #include <TidelReader/feeds.h>
+#include <TidelReader/knownitems.h>
 #include <TidelReader/linkuse.h>
 #include <TidelReader/messages.h>
 #include <TidelReader/messagewriter.h>
@@ -28,6 +29,7 @@ constexpr bool movesWithoutThrowing =
 static_assert(isOnePointer<Error> && movesWithoutThrowing<Error>);
 static_assert(isOnePointer<DownloadResult> && movesWithoutThrowing<DownloadResult>);
 static_assert(isOnePointer<FeedState> && movesWithoutThrowing<FeedState>);
+static_assert(isOnePointer<KnownItems> && movesWithoutThrowing<KnownItems>);
 static_assert(isOnePointer<LinkUse> && movesWithoutThrowing<LinkUse>);
 static_assert(isOnePointer<StorableMessage> && movesWithoutThrowing<StorableMessage>);
 static_assert(isOnePointer<Store> && isOnePointer<Channels> && isOnePointer<Messages>);

@@ -4,6 +4,7 @@
 #include <TidelReader/channels.h>
 #include <TidelReader/enclosures.h>
 #include <TidelReader/feeds.h>
+#include <TidelReader/knownitems.h>
 #include <TidelReader/linkuse.h>
 #include <TidelReader/messages.h>
 #include <TidelReader/messagewriter.h>
@@ -170,7 +171,7 @@ void TestFailingStatements::queriesAndUpdates_data()
     addAttempt("Enclosures::setFile", 1, [](S s) { return Enclosures(s).setFile(file()); });
     addAttempt("Feeds::state", 1, [=](S s) { return outcome(Feeds(s).state(news)); });
     addAttempt("Feeds::noteReading", 1, [=](S s) { return Feeds(s).noteReading(news, "tag", "then"); });
-    addAttempt("Feeds::droppedLinks", 1, [=](S s) { return outcome(Feeds(s).droppedLinks(news)); });
+    addAttempt("Feeds::memory", 1, [=](S s) { return outcome(Feeds(s).memory(news)); });
     addAttempt("Feeds::forgetDropped", 1,
                [=](S s) { return Feeds(s).forgetDropped(news, linksOf({"dropped"})); });
     addAttempt("LinkUse::of", 2, [=](S s) {
@@ -180,6 +181,14 @@ void TestFailingStatements::queriesAndUpdates_data()
         return outcome(LinkUse::of(s, links, news));
     });
     addAttempt("MessageWriter::write", 3, writeEpisode);
+    addAttempt("KnownItems::of", 2, [=](S s) { return outcome(KnownItems::of(s, manyNames, news)); });
+    addAttempt("Messages::details", 2,
+               [](S s) { return outcome(Messages(s).details(messageUris(manyNames))); });
+    addAttempt("Messages::earlierVersions", 1,
+               [](S s) { return outcome(Messages(s).earlierVersions(messageUri("a"))); });
+    addAttempt("Enclosures::details", 1,
+               [](S s) { return outcome(Enclosures(s).details({enclosureUri("a.ogg")})); });
+    addAttempt("Channels::details", 1, [=](S s) { return outcome(Channels(s).details({news})); });
     addAttempt("Retention::excess", 2, [=](S s) { return outcome(Retention(s).excess(news, 1)); });
     addAttempt("Retention::headlines", 2,
                [](S s) { return outcome(Retention(s).headlines(messageUris(manyNames))); });

@@ -64,8 +64,8 @@ void TestFeeds::unknownChannel()
     QFETCH(QString, uri);
     addMessages({"a"}, "news");
     VERIFY_ERROR(feeds().state(uri), Error::NotFound, "no such channel");
-    VERIFY_OK(feeds().droppedLinks(uri));
-    QCOMPARE(feeds().droppedLinks(uri)->size(), 0);
+    VERIFY_OK(feeds().memory(uri));
+    QCOMPARE(feeds().memory(uri)->droppedLinks.size(), 0);
 }
 
 void TestFeeds::failedQueryIsNoUnknownChannel()
@@ -138,12 +138,12 @@ void TestFeeds::copies()
 
 void TestFeeds::droppedLinks()
 {
-    QCOMPARE(feeds().droppedLinks(channelUri("news"))->size(), 0);
+    QCOMPARE(feeds().memory(channelUri("news"))->droppedLinks.size(), 0);
     addDropped({"a", "b"}, "news");
     addDropped({"c"}, "radio");
-    const auto dropped = feeds().droppedLinks(channelUri("news"));
-    VERIFY_OK(dropped);
-    QCOMPARE(*dropped, (QSet<QString>{linkOf("a"), linkOf("b")}));
+    const auto memory = feeds().memory(channelUri("news"));
+    VERIFY_OK(memory);
+    QCOMPARE(memory->droppedLinks, (QSet<QString>{linkOf("a"), linkOf("b")}));
 }
 
 void TestFeeds::forgetDropped()
@@ -163,7 +163,7 @@ void TestFeeds::forgetMany()
     const QStringList names = numberedNames("m", 250);
     addDropped(names, "news");
     addDropped({"other"}, "news");
-    QCOMPARE(feeds().droppedLinks(channelUri("news"))->size(), 251);
+    QCOMPARE(feeds().memory(channelUri("news"))->droppedLinks.size(), 251);
     StatementGate::reset();
     VERIFY_OK(feeds().forgetDropped(channelUri("news"), linksOf(names)));
     QCOMPARE(StatementGate::statements().size(), 3);

@@ -4,6 +4,7 @@
 #include <TidelReader/channels.h>
 #include <TidelReader/enclosures.h>
 #include <TidelReader/feeds.h>
+#include <TidelReader/knownitems.h>
 #include <TidelReader/linkuse.h>
 #include <TidelReader/messages.h>
 #include <TidelReader/messagewriter.h>
@@ -116,10 +117,44 @@ void TestHostileTexts::structureStays_data()
     addUse("Feeds::state", [](S s, T t) { Feeds(s).state(t); });
     addUse("Feeds::noteReading, URI", [](S s, T t) { Feeds(s).noteReading(t, "tag", "then"); });
     addUse("Feeds::noteReading, texts", [](S s, T t) { Feeds(s).noteReading(channelUri("news"), t, t); });
-    addUse("Feeds::droppedLinks", [](S s, T t) { Feeds(s).droppedLinks(t); });
+    addUse("Feeds::memory", [](S s, T t) { Feeds(s).memory(t); });
     addUse("Feeds::forgetDropped, URI", [](S s, T t) { Feeds(s).forgetDropped(t, {linkOf("x")}); });
     addUse("Feeds::forgetDropped, link", [](S s, T t) {
         Feeds(s).forgetDropped(channelUri("news"), {t, t});
+    });
+    addUse("Feeds::forgetDropped, key", [](S s, T t) {
+        Feeds(s).forgetDropped(channelUri("news"), {}, {t, t});
+    });
+    addUse("Feeds::noteReading, details", [](S s, T t) {
+        ChannelDetails details;
+        details.description = t;
+        details.notes = QStringList{t, t};
+        Feeds(s).noteReading(channelUri("news"), {}, {}, details);
+    });
+    addUse("Messages::details", [](S s, T t) { Messages(s).details({t, messageUri("a")}); });
+    addUse("Messages::earlierVersions", [](S s, T t) { Messages(s).earlierVersions(t); });
+    addUse("Enclosures::details", [](S s, T t) { Enclosures(s).details({t, enclosureUri("a.ogg")}); });
+    addUse("Channels::details", [](S s, T t) { Channels(s).details({t, channelUri("news")}); });
+    addUse("KnownItems::of, channel", [](S s, T t) { KnownItems::of(s, {"key"}, t); });
+    addUse("KnownItems::of, key", [](S s, T t) { KnownItems::of(s, {t, t}, channelUri("news")); });
+    addUse("MessageWriter::write, changed texts", [](S s, T t) {
+        FeedMessage texts;
+        texts.setTitle(t);
+        texts.setDescription(t);
+        StorableMessage message(Link::fromEncoded(linkOf("a")), texts);
+        message.setKey(t);
+        MessageDetails details;
+        details.authors = QStringList{t};
+        details.language = t;
+        message.setDetails(details);
+        EnclosureDetails file;
+        file.title = t;
+        message.addEnclosure(Link::fromEncoded(linkOf("a.ogg")), FeedEnclosure(), file);
+        write(s, message, channelUri("news"));
+        texts.setSummary(t);
+        StorableMessage changed(Link::fromEncoded(linkOf("a")), texts);
+        changed.addEnclosure(Link::fromEncoded(linkOf("a.ogg")), FeedEnclosure());
+        write(s, changed, channelUri("news"));
     });
     addUse("LinkUse::of, channel", [](S s, T t) { LinkUse::of(s, {Link::fromEncoded(linkOf("a"))}, t); });
     addUse("LinkUse::of, link", [](S s, T t) {

@@ -276,7 +276,7 @@ void TestMessageRetention::failureInALaterStep_data()
 {
     QTest::addColumn<QString>("statement");
     QTest::addColumn<QString>("attempt");
-    QTest::newRow("headlines") << "SELECT \\?m \\?link \\?title"
+    QTest::newRow("headlines") << "SELECT \\?m \\?link \\?key"
                                << "read its oldest messages from the store";
     QTest::newRow("links") << "INSERT DATA"
                            << "keep the links of deleted messages in the store";

@@ -143,7 +143,7 @@ void TestArchive::readFeed(const Feed &feed)
     QVERIFY(store);
     const QString uri = channelUri(feed.name);
     const QStringList stored = tracker()->messageLinksOfChannel(uri);
-    QSet<QString> forgotten = *Feeds(*store).droppedLinks(uri);
+    QSet<QString> forgotten = Feeds(*store).memory(uri)->droppedLinks;
     QList<FeedMessage> messages;
     for (const FeedItem &item : qAsConst(feed.items)) {
         const QString link = linkOf(item.title);

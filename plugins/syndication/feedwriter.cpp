@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "feedwriter.h"
+
+#include "feedparser.h"
+
+#include <TidelReader/itemkey.h>
+#include <TidelReader/linkuse.h>
+
+#include <algorithm>
+
+namespace Tidel {
+
+namespace {
+
+/// Puts messages without a date first. They are deleted in the order in which they were stored.
+void sortOldestFirst(QList<StorableMessage> &messages)
+{
+    std::stable_sort(messages.begin(), messages.end(),
+                     [](const StorableMessage &a, const StorableMessage &b) {
+                         const QDateTime dateOfA = a.message().publishedDate();
+                         const QDateTime dateOfB = b.message().publishedDate();
+                         return dateOfB.isValid() && (!dateOfA.isValid() || dateOfA < dateOfB);
+                     });
+}
+
+/// What a note is about. The rest names a place, which changes with the document.
+QString kindOf(const QString &note) { return note.section(QLatin1Char(':'), 0, 0); }
+
+QStringList newKinds(const QStringList &notes, const QStringList &before)
+{
+    QSet<QString> kinds;
+    for (const QString &note : before)
+        kinds.insert(kindOf(note));
+    QStringList added;
+    for (const QString &note : notes) {
+        if (!kinds.contains(kindOf(note)))
+            added.append(note);
+    }
+    return added;
+}
+
+} // namespace
+
+struct FeedWriter::Claims
+{
+    std::vector<ClaimedItem> items;
+    LinkUse use;
+};
+
+FeedWriter::FeedWriter(const Store &store, const QString &channelUri)
+    : m_store(store), m_channelUri(channelUri)
+{
+}
+
+Result<void> FeedWriter::write(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory)
+{
+    m_uniqueIds = feed.uniqueIds();
+    QStringList keys;
+    for (const QString &id : qAsConst(m_uniqueIds))
+        keys.append(itemKey(m_channelUri, id));
+    const ChannelDetails details = feed.channelDetails();
+    const Result<KnownItems> known = KnownItems::of(m_store, keys, m_channelUri);
+    if (!known)
+        return Failure(known.error());
+    return claim(feed, *known, memory).and_then([&](const Claims &claims) {
+        return writeMessages(feed, claims, *known, memory)
+            .and_then([&] {
+                return Feeds(m_store).noteReading(m_channelUri, validators.entityTag, validators.lastModified,
+                                                  details, memory);
+            })
+            .and_then([&] {
+                m_newNotes = newKinds(details.notes, memory.details.notes);
+                return forgetDropped(claims, memory);
+            });
+    });
+}
+
+QString FeedWriter::keyOf(const NamedItem &item) const
+{
+    return m_uniqueIds.contains(item.record.id) ? itemKey(m_channelUri, item.record.id) : QString();
+}
+
+bool FeedWriter::isDropped(const ClaimedItem &claimed, const FeedMemory &memory) const
+{
+    return memory.droppedKeys.contains(keyOf(*claimed.item))
+        || memory.droppedLinks.contains(claimed.link.toString());
+}
+
+Result<FeedWriter::Claims> FeedWriter::claim(const ParsedFeed &feed, const KnownItems &known,
+                                             const FeedMemory &memory) const
+{
+    const auto storedLink = [&](const NamedItem &item) { return known.link(keyOf(item)); };
+    QSet<QString> reserved;
+    while (true) {
+        std::vector<ClaimedItem> items = feed.claimedItems(reserved, storedLink);
+        QList<Link> links;
+        QSet<QString> linksOfItemsWithKeys;
+        for (const ClaimedItem &claimed : items) {
+            if (!storedLink(*claimed.item).isNull())
+                continue;
+            links.append(claimed.link);
+            if (!keyOf(*claimed.item).isEmpty())
+                linksOfItemsWithKeys.insert(claimed.link.toString());
+        }
+        const Result<LinkUse> use = LinkUse::of(m_store, links, m_channelUri);
+        if (!use)
+            return Failure(use.error());
+        const int reservedBefore = int(reserved.size());
+        for (const Link &link : qAsConst(links)) {
+            const QString text = link.toString();
+            const bool isKnown = use->isInChannel(link) || memory.droppedLinks.contains(text);
+            if ((use->isOfChannel(link) && !isKnown)
+                || (use->isOfKnownItem(link) && linksOfItemsWithKeys.contains(text)))
+                reserved.insert(text);
+        }
+        if (reserved.size() == reservedBefore)
+            return Claims{std::move(items), *use};
+    }
+}
+
+Result<void> FeedWriter::writeMessages(const ParsedFeed &feed, const Claims &claims, const KnownItems &known,
+                                       const FeedMemory &memory)
+{
+    QList<StorableMessage> messages;
+    for (const ClaimedItem &claimed : claims.items) {
+        if (isDropped(claimed, memory))
+            continue;
+        StorableMessage message = feed.message(claimed);
+        message.setKey(keyOf(*claimed.item));
+        messages.append(message);
+    }
+    sortOldestFirst(messages);
+    return MessageWriter(m_store).write(messages, m_channelUri, claims.use, known, &m_written);
+}
+
+Result<void> FeedWriter::forgetDropped(const Claims &claims, const FeedMemory &memory)
+{
+    QSet<QString> links = memory.droppedLinks;
+    QSet<QString> keys = memory.droppedKeys;
+    for (const ClaimedItem &claimed : claims.items) {
+        links.remove(claimed.link.toString());
+        keys.remove(keyOf(*claimed.item));
+    }
+    return Feeds(m_store).forgetDropped(m_channelUri, links.values(), keys.values());
+}
+
+} // namespace Tidel

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_FEEDWRITER_H
+#define TIDEL_FEEDWRITER_H
+
+#include "validators.h"
+
+#include <QSet>
+#include <QStringList>
+
+#include <TidelReader/feeds.h>
+#include <TidelReader/knownitems.h>
+#include <TidelReader/messagewriter.h>
+
+namespace Tidel {
+
+class ParsedFeed;
+struct ClaimedItem;
+struct NamedItem;
+
+/**
+ * Stores what a feed says under its channel.
+ *
+ * An item is known by its identifier if no other item of the document has the same, otherwise by its link.
+ * The store identifies messages by their links, so that an item keeps the link under which it was stored.
+ */
+class FeedWriter
+{
+public:
+    /// Writes to the channel \a channelUri, which exists.
+    FeedWriter(const Store &store, const QString &channelUri);
+
+    /// Stores the messages of \a feed that the channel neither has nor has dropped, changes those that say
+    /// something else, and then stores \a validators. \a memory is what the store remembers of the channel.
+    /// The caller has its WriteTurn since before it read \a memory.
+    Result<void> write(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory);
+
+    /// The links of the messages that are new to the channel or changed, the oldest first.
+    const WrittenMessages &written() const { return m_written; }
+    /// The notes about the document of a kind that the document before it did not have.
+    const QStringList &newNotes() const { return m_newNotes; }
+
+private:
+    /// The items of a feed with their links, and how the store uses these links.
+    struct Claims;
+
+    /// The key of \a item; empty if it has none.
+    QString keyOf(const NamedItem &item) const;
+    bool isDropped(const ClaimedItem &claimed, const FeedMemory &memory) const;
+    /// Gives each item a link: the one under which it is stored, or one that nothing else has.
+    Result<Claims> claim(const ParsedFeed &feed, const KnownItems &known, const FeedMemory &memory) const;
+    /// Stores the messages of \a claims.
+    Result<void> writeMessages(const ParsedFeed &feed, const Claims &claims, const KnownItems &known,
+                               const FeedMemory &memory);
+    /// Forgets the dropped messages that the feed no longer contains.
+    Result<void> forgetDropped(const Claims &claims, const FeedMemory &memory);
+
+    Store m_store;
+    const QString m_channelUri;
+    QSet<QString> m_uniqueIds;
+    WrittenMessages m_written;
+    QStringList m_newNotes;
+};
+
+} // namespace Tidel
+
+#endif
