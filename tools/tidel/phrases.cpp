@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "phrases.h"
 
+#include <QStringList>
 #include <QUrl>
 
 #include <TidelReader/error.h>
@@ -20,6 +21,16 @@ QString counted(int count, const char *noun)
 QString countedMessages(int count) { return counted(count, "message"); }
 
 QString countedNewMessages(int count) { return counted(count, "new message"); }
+
+QString countedNews(int added, int changed)
+{
+    QStringList parts;
+    if (added > 0)
+        parts.append(QStringLiteral("%1 new").arg(added));
+    if (changed > 0)
+        parts.append(QStringLiteral("%1 changed").arg(changed));
+    return parts.isEmpty() ? QStringLiteral("nothing new") : parts.join(QLatin1String(", "));
+}
 
 QString countedEnclosures(int count) { return counted(count, "enclosure"); }
 

@@ -13,6 +13,8 @@ class Error;
 QString countedMessages(int count);
 /// Returns "1 new message", "2 new messages" and so on.
 QString countedNewMessages(int count);
+/// Returns "3 new, 1 changed", "3 new", "1 changed" or "nothing new".
+QString countedNews(int added, int changed);
 /// Returns "1 enclosure", "2 enclosures" and so on.
 QString countedEnclosures(int count);
 /// Returns "1 file", "2 files" and so on.

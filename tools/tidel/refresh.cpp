@@ -18,7 +18,7 @@ namespace {
 // The HTTP status of a document that was removed permanently.
 constexpr int gone = 410;
 
-/// Reports the new messages of refreshed channels.
+/// Reports the new and changed messages of refreshed channels.
 class RefreshReport
 {
 public:
@@ -30,13 +30,16 @@ public:
     void summarize() const;
 
 private:
-    /// Reports the new messages \a links of \a channel.
-    void addMessages(const FeedChannel &channel, const QStringList &links);
+    /// Reports the messages of \a result.
+    void addMessages(const FeedChannel &channel, const DownloadResult &result);
+    /// Reports the messages \a links, each with \a mark.
+    void list(const FeedChannel &channel, const QStringList &links, const QString &mark);
 
     const Store &m_store;
     Output &m_output;
     int m_channels = 0;
-    int m_messages = 0;
+    int m_newMessages = 0;
+    int m_changedMessages = 0;
     int m_failures = 0;
 };
 
@@ -46,7 +49,7 @@ void RefreshReport::add(const FeedChannel &channel, const DownloadResult &result
         return;
     ++m_channels;
     if (result.isOk()) {
-        addMessages(channel, result.newMessages());
+        addMessages(channel, result);
         return;
     }
     ++m_failures;
@@ -56,30 +59,41 @@ void RefreshReport::add(const FeedChannel &channel, const DownloadResult &result
                        .arg(channel.title(), shownAddress(channel.link()), result.reason() + advice));
 }
 
-void RefreshReport::addMessages(const FeedChannel &channel, const QStringList &links)
+void RefreshReport::addMessages(const FeedChannel &channel, const DownloadResult &result)
 {
-    m_messages += int(links.size());
-    if (links.isEmpty()) {
-        m_output.line(channel.title() + QLatin1String(": nothing new"));
-        return;
-    }
-    m_output.line(QStringLiteral("%1: %2 new").arg(channel.title(), QString::number(links.size())));
+    const QStringList added = result.newMessages();
+    const QStringList changed = result.changedMessages();
+    m_newMessages += int(added.size());
+    m_changedMessages += int(changed.size());
+    for (const QString &note : result.newNotes())
+        m_output.note(QStringLiteral("tidel: %1: %2").arg(channel.title(), note));
+    m_output.line(channel.title() + QLatin1String(": ")
+                  + countedNews(int(added.size()), int(changed.size())));
+    list(channel, added, QString());
+    list(channel, changed, QStringLiteral(" (changed)"));
+}
+
+void RefreshReport::list(const FeedChannel &channel, const QStringList &links, const QString &mark)
+{
     const Result<QList<FeedMessage>> messages = Messages(m_store).headlines(links);
     if (!messages) {
         m_output.failure(channel.title(), messages.error());
         return;
     }
     for (const FeedMessage &message : *messages)
-        m_output.line(
-            QStringLiteral("  %1  %2").arg(shownTime(message.publishedDate()), shownTitle(message.title())));
+        m_output.line(QStringLiteral("  %1  %2")
+                          .arg(shownTime(message.publishedDate()), shownTitle(message.title()) + mark));
 }
 
 void RefreshReport::summarize() const
 {
+    const QString changes =
+        m_changedMessages > 0 ? QStringLiteral(", %1 changed").arg(m_changedMessages) : QString();
     const QString failures = m_failures > 0 ? QStringLiteral(", %1 failed").arg(m_failures) : QString();
     if (m_channels > 1)
-        m_output.line(QStringLiteral("%1: %2%3")
-                          .arg(countedChannels(m_channels), countedNewMessages(m_messages), failures));
+        m_output.line(
+            QStringLiteral("%1: %2%3%4")
+                .arg(countedChannels(m_channels), countedNewMessages(m_newMessages), changes, failures));
 }
 
 } // namespace

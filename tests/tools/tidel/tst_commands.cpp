@@ -77,6 +77,9 @@ private slots:
     void storeRefusesChannel();
     void storeRefusesMessages();
     void storeRefusesNewMessages();
+    void refreshTellsNewFromChanged();
+    void refreshTellsNotesOnce();
+    void refreshWithoutNewsAsksLittle();
     void droppedLinksAreNotRead_data();
     void droppedLinksAreNotRead();
     void stateIsNotRead_data();
@@ -152,6 +155,51 @@ void TestCommands::storeRefusesNewMessages()
                      "2 channels: 1 new message\n"));
 }
 
+void TestCommands::refreshTellsNewFromChanged()
+{
+    const auto page = [](int number, const QByteArray &title) {
+        return "<item><title>" + title + "</title><link>https://example.org/" + QByteArray::number(number)
+            + "</link></item>";
+    };
+    QVERIFY(runCommand(subscribe, {write("feed.xml", "Feed", page(1, "One") + page(2, "Two"))}).isFine);
+    write("feed.xml", "Feed", page(1, "One, corrected") + page(2, "Two") + page(3, "Three"));
+    QCOMPARE(runCommand(refresh, {}).out,
+             QString("Feed: 1 new, 1 changed\n  (no date)  Three\n  (no date)  One, corrected (changed)\n"));
+    write("feed.xml", "Feed", page(1, "One, finally") + page(2, "Two") + page(3, "Three"));
+    QVERIFY(runCommand(subscribe, {write("other.xml", "Other", {})}).isFine);
+    QCOMPARE(runCommand(refresh, {}).out,
+             QString("Feed: 1 changed\n  (no date)  One, finally (changed)\nOther: nothing new\n"
+                     "2 channels: 0 new messages, 1 changed\n"));
+}
+
+void TestCommands::refreshTellsNotesOnce()
+{
+    QVERIFY(runCommand(subscribe, {write("feed.xml", "Feed", item(1))}).isFine);
+    write("feed.xml", "Feed", item(1) + "<item><title>2</title>");
+    const CommandResult refreshed = runCommand(refresh, {});
+    QVERIFY(refreshed.isFine);
+    QVERIFY2(refreshed.err.startsWith("tidel: Feed: was not well-formed: line ")
+                 && refreshed.err.count('\n') == 1,
+             qPrintable(refreshed.err));
+    write("feed.xml", "Feed", item(1) + "\n<item><title>2</title>");
+    QCOMPARE(runCommand(refresh, {}).err, QString());
+}
+
+void TestCommands::refreshWithoutNewsAsksLittle()
+{
+    QByteArray items;
+    for (int number = 1; number <= 50; ++number)
+        items += "<item><title>T</title><guid isPermaLink='false'>" + QByteArray::number(number)
+            + "</guid><link>https://example.org/" + QByteArray::number(number) + "</link></item>";
+    const QString feed = write("feed.xml", "Feed", items);
+    QVERIFY(runCommand(subscribe, {feed}).isFine);
+    write("feed.xml", "Feed", items + "<!-- later -->");
+    StatementGate::reset();
+    QCOMPARE(runCommand(refresh, {}).out, QString("Feed: nothing new\n"));
+    // The channels, the channel before and after the download, what is known of it, the keys, and the update.
+    QCOMPARE(StatementGate::statements().size(), 6);
+}
+
 void TestCommands::droppedLinksAreNotRead_data()
 {
     QTest::addColumn<StatementGate::Verdict>("verdict");
@@ -163,7 +211,7 @@ void TestCommands::droppedLinksAreNotRead_data()
 void TestCommands::droppedLinksAreNotRead()
 {
     QFETCH(StatementGate::Verdict, verdict);
-    const QString query = "SELECT ?link WHERE { <urn:uuid:";
+    const QString query = "SELECT ?s ?p ?v ";
     QVERIFY(runCommand(subscribe, {write("feed.xml", "Feed", item(2) + item(1))}).isFine);
     QVERIFY(runCommand(prune, {}, {{"keep", "0"}}).isFine);
     const QString uri = store().texts("SELECT ?c { ?c a mfo:FeedChannel }").value(0);
@@ -173,7 +221,7 @@ void TestCommands::droppedLinksAreNotRead()
     failQuery(query, 1, verdict);
     const CommandResult failed = runCommand(refresh, {});
     QVERIFY(!failed.isFine);
-    QVERIFY2(failed.err.contains("): could not read the links of deleted messages from the store: ")
+    QVERIFY2(failed.err.contains("): could not read what is known of the feed from the store: ")
                  && failed.err.endsWith("; refresh again\n") && failed.err.count('\n') == 1,
              qPrintable(failed.err));
     failQuery(query, 1, verdict);
