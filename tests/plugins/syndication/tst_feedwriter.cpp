@@ -1,0 +1,308 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "plugintest.h"
+
+#include <TidelReader/channels.h>
+#include <TidelReader/messages.h>
+#include <TidelReader/retention.h>
+
+#include <QDir>
+#include <QProcess>
+#include <QtTest>
+
+using namespace Tidel;
+
+namespace {
+
+QByteArray item(const QByteArray &id, const QByteArray &link, const QByteArray &text = "Text")
+{
+    const QByteArray guid = id.isEmpty() ? QByteArray() : "<guid isPermaLink='false'>" + id + "</guid>";
+    return "<item>" + guid + "<link>https://example.org/" + link + "</link><title>Item " + id
+        + "</title><description>" + text + "</description></item>";
+}
+
+QString linkOf(const QString &name) { return "https://example.org/" + name; }
+
+} // namespace
+
+/// What a second reading of a feed makes of its items.
+class TestFeedWriter : public PluginTest
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QVERIFY(prepare()); }
+    void init() { QVERIFY(begin()); }
+    void cleanup() { end(); }
+
+    void sameLink();
+    void sameLinkAfterTheOlderItemHasLeft();
+    void itemMovesToAnotherLink();
+    void itemTakesTheLinkOfAnother();
+    void itemsWithoutIdsAreKnownByTheirLinks();
+    void repeatedIdsIdentifyNothing();
+    void idThatIsUniqueLater();
+    void newAndChanged();
+    void twoFeedsOfOneMessage();
+    void droppedItemMoves();
+    void droppedItemDoesNotHideAnother();
+    void droppedKeysAreForgotten();
+    void detailsAreStored();
+    void notes();
+    void storeOfVersion01();
+
+private:
+    /// Writes the feed with \a items and reads it.
+    void read(const QByteArray &items)
+    {
+        const QString path = write("feed.xml", feed(items));
+        touch(path);
+        const bool isNew = channelUri().isEmpty();
+        VERIFY_ENDING(isNew ? subscribe("file://" + path) : refresh(), "downloadFeedsFinished");
+    }
+    /// Gives the file \a path a time of its own.
+    void touch(const QString &path)
+    {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(--m_age),
+                                 QFileDevice::FileModificationTime));
+    }
+    QStringList last(const char *property) const { return downloader().property(property).toStringList(); }
+    void drop(const QString &link) const
+    {
+        const Result<Store> store = Store::open();
+        QVERIFY(store);
+        const QString uri = *Messages(*store).uri(link);
+        QVERIFY(Retention(*store).drop(channelUri(), {uri}, [](int, const QList<FeedEnclosure> &) {}));
+    }
+    QStringList titles() const
+    {
+        return m_store->texts("SELECT ?t { ?m a mfo:FeedMessage ; nie:title ?t } ORDER BY ?t");
+    }
+
+    int m_age = -7200;
+};
+
+void TestFeedWriter::sameLink()
+{
+    read(item("2", "a") + item("1", "a"));
+    QCOMPARE(titles(), QStringList({"Item 1", "Item 2"}));
+    QCOMPARE(messageLinks().first(), linkOf("a"));
+    QVERIFY2(messageLinks().last().startsWith(linkOf("a#tidel-")), qPrintable(messageLinks().last()));
+    read(item("2", "a") + item("1", "a"));
+    QCOMPARE(last("newMessages") + last("changedMessages"), QStringList());
+}
+
+void TestFeedWriter::sameLinkAfterTheOlderItemHasLeft()
+{
+    read(item("1", "a"));
+    for (int round = 0; round < 2; ++round) {
+        read(item("2", "a"));
+        QCOMPARE(last("newMessages").size(), round == 0 ? 1 : 0);
+        QCOMPARE(last("changedMessages"), QStringList());
+        QCOMPARE(titles(), QStringList({"Item 1", "Item 2"}));
+    }
+    read(item("2", "a") + item("1", "a"));
+    QCOMPARE(last("newMessages") + last("changedMessages"), QStringList());
+    QCOMPARE(titles(), QStringList({"Item 1", "Item 2"}));
+}
+
+void TestFeedWriter::itemMovesToAnotherLink()
+{
+    read(item("1", "a"));
+    read(item("1", "moved") + item("2", "b"));
+    QCOMPARE(last("newMessages"), QStringList(linkOf("b")));
+    QCOMPARE(messageLinks(), QStringList({linkOf("a"), linkOf("b")}));
+    read(item("1", "moved", "Other text"));
+    QCOMPARE(last("changedMessages"), QStringList(linkOf("a")));
+}
+
+void TestFeedWriter::itemTakesTheLinkOfAnother()
+{
+    read(item("1", "a") + item("2", "b"));
+    read(item("1", "b") + item("2", "a"));
+    QCOMPARE(last("newMessages") + last("changedMessages"), QStringList());
+    QCOMPARE(m_store->texts("SELECT ?t { ?m nie:title ?t ; nie:links <" + linkOf("a") + "> }"),
+             QStringList("Item 1"));
+}
+
+void TestFeedWriter::itemsWithoutIdsAreKnownByTheirLinks()
+{
+    read(item({}, "a"));
+    read(item({}, "a", "Other text") + item({}, "b"));
+    QCOMPARE(last("changedMessages"), QStringList(linkOf("a")));
+    QCOMPARE(last("newMessages"), QStringList(linkOf("b")));
+    QCOMPARE(m_store->count("?m tidel:itemKey ?k"), 0);
+}
+
+void TestFeedWriter::repeatedIdsIdentifyNothing()
+{
+    read(item("1", "a") + item("1", "b"));
+    QCOMPARE(messageLinks(), QStringList({linkOf("a"), linkOf("b")}));
+    QCOMPARE(m_store->count("?m tidel:itemKey ?k"), 0);
+    read(item("1", "c") + item("1", "a") + item("1", "b"));
+    QCOMPARE(last("newMessages"), QStringList(linkOf("c")));
+    QCOMPARE(last("changedMessages"), QStringList());
+}
+
+void TestFeedWriter::idThatIsUniqueLater()
+{
+    read(item("1", "a") + item("1", "b"));
+    read(item("1", "a"));
+    QCOMPARE(last("newMessages") + last("changedMessages"), QStringList());
+    QCOMPARE(m_store->texts("SELECT ?l { ?m tidel:itemKey ?k ; nie:links ?l }"), QStringList(linkOf("a")));
+}
+
+void TestFeedWriter::newAndChanged()
+{
+    read(item("1", "a") + item("2", "b") + item("3", "c"));
+    QCOMPARE(last("newMessages").size(), 3);
+    QCOMPARE(last("changedMessages"), QStringList());
+    read(item("4", "d") + item("1", "a", "Text, 5 comments") + item("2", "b", "Better text")
+         + item("3", "c"));
+    QCOMPARE(last("newMessages"), QStringList(linkOf("d")));
+    QCOMPARE(last("changedMessages"), QStringList({linkOf("b"), linkOf("a")}));
+    read(item("4", "d") + item("1", "a", "Text, 6 comments") + item("2", "b", "<p>Better <b>text</b></p>"));
+    QCOMPARE(last("newMessages") + last("changedMessages"), QStringList());
+    VERIFY_ENDING(subscribe(m_server->url("/missing")), "downloadFeedsFailed");
+    QCOMPARE(last("changedMessages"), QStringList());
+}
+
+void TestFeedWriter::twoFeedsOfOneMessage()
+{
+    const QString first = "file://" + write("first.xml", feed(item("1", "a", "Of the first")));
+    const QString second = "file://" + write("second.xml", feed(item("x", "a", "Of the second")));
+    VERIFY_ENDING(subscribe(first), "downloadFeedsFinished");
+    VERIFY_ENDING(subscribe(second), "downloadFeedsFinished");
+    for (int round = 0; round < 2; ++round) {
+        touch(QUrl(first).toLocalFile());
+        touch(QUrl(second).toLocalFile());
+        VERIFY_ENDING(refresh({channelUri(first), channelUri(second)}), "downloadFeedsFinished");
+        QCOMPARE(last("newMessages") + last("changedMessages"), QStringList());
+        QCOMPARE(m_store->texts("SELECT ?d { ?m a mfo:FeedMessage ; nie:description ?d }"),
+                 QStringList("Of the first"));
+    }
+}
+
+void TestFeedWriter::droppedItemMoves()
+{
+    read(item("1", "a") + item("2", "b"));
+    drop(linkOf("a"));
+    read(item("1", "moved") + item("2", "b"));
+    QCOMPARE(messageLinks(), QStringList(linkOf("b")));
+    read(item("1", "a") + item("2", "b"));
+    QCOMPARE(messageLinks(), QStringList(linkOf("b")));
+}
+
+void TestFeedWriter::droppedItemDoesNotHideAnother()
+{
+    read(item("1", "a"));
+    drop(linkOf("a"));
+    read(item("2", "a") + item("1", "a"));
+    QCOMPARE(titles(), QStringList("Item 2"));
+}
+
+void TestFeedWriter::droppedKeysAreForgotten()
+{
+    read(item("1", "a") + item("2", "b"));
+    drop(linkOf("a"));
+    QCOMPARE(m_store->count("?c tidel:droppedKey ?k"), 1);
+    QCOMPARE(m_store->count("?c tidel:droppedLink ?l"), 0);
+    read(item("2", "b"));
+    QCOMPARE(m_store->count("?c tidel:droppedKey ?k"), 0);
+}
+
+void TestFeedWriter::detailsAreStored()
+{
+    const QString path = write(
+        "feed.xml",
+        "<rss version='2.0'><channel><title>Feed</title><link>https://example.org/</link>"
+        "<ttl>60</ttl><item><guid isPermaLink='false'>1</guid><title>One</title><category>garden</category>"
+        "<enclosure url='https://example.org/1.mp3' type='audio/mpeg' length='5'/>"
+        "<duration xmlns='http://www.itunes.com/dtds/podcast-1.0.dtd'>1:02:03</duration>"
+        "</item></channel></rss>");
+    VERIFY_ENDING(subscribe("file://" + path), "downloadFeedsFinished");
+    QCOMPARE(m_store->texts("SELECT ?w ?t { ?c tidel:website ?w ; tidel:minutesToLive ?t }"),
+             QStringList("https://example.org/ 60"));
+    QCOMPARE(m_store->texts("SELECT ?c { ?m a mfo:FeedMessage ; tidel:category ?c }"), QStringList("garden"));
+    QCOMPARE(m_store->texts("SELECT ?d { ?e a mfo:Enclosure ; tidel:duration ?d }"), QStringList("3723"));
+}
+
+// A note is told when the channel gets it, and again only if it was gone in between.
+void TestFeedWriter::notes()
+{
+    const QByteArray whole = feed(item("1", "a"));
+    const auto readBroken = [&](int lines) {
+        touch(write("feed.xml", QByteArray(whole).replace("</description>", QByteArray(lines, '\n'))));
+        VERIFY_ENDING(refresh(), "downloadFeedsFinished");
+    };
+    read(item("1", "a"));
+    QCOMPARE(last("newNotes"), QStringList());
+    readBroken(1);
+    QCOMPARE(last("newNotes").size(), 1);
+    QVERIFY2(last("newNotes").first().startsWith("was not well-formed: line "),
+             qPrintable(last("newNotes").first()));
+    const QStringList stored = m_store->texts("SELECT ?n { ?c tidel:note ?n }");
+    QCOMPARE(stored, last("newNotes"));
+    readBroken(2);
+    QCOMPARE(last("newNotes"), QStringList());
+    QVERIFY(m_store->texts("SELECT ?n { ?c tidel:note ?n }") != stored);
+    read(item("1", "a"));
+    QCOMPARE(m_store->count("?c tidel:note ?n"), 0);
+    readBroken(1);
+    QCOMPARE(last("newNotes").size(), 1);
+}
+
+/// A store that version 0.1 of the reader library made of the samples: one message is a favorite, one has
+/// downloaded files, and two
+/// were dropped.
+void TestFeedWriter::storeOfVersion01()
+{
+    const QString folder = m_store->dataFolder() + "/tidel";
+    QVERIFY(QDir().mkpath(folder));
+    QCOMPARE(QProcess::execute("tar", {"-xJf", TIDEL_TEST_DATA "/stores/0.1.tar.xz", "-C", folder}), 0);
+    const QDir samples(TIDEL_TEST_DATA "/feeds");
+    const Result<Store> store = Store::open();
+    QVERIFY(store);
+    const QString everyMessage = "SELECT ?m ?l ?c { ?m a mfo:FeedMessage ; nie:links ?l ; "
+                                 "nie:isLogicalPartOf ?c } ORDER BY ?m ?c";
+    const QStringList messages = m_store->texts(everyMessage);
+    QCOMPARE(messages.size(), 93);
+    const QString files =
+        "SELECT ?e ?l { ?e mfo:localLink ?l FILTER(STRSTARTS(STR(?l), 'file:')) } ORDER BY ?e";
+    const QStringList downloaded = m_store->texts(files);
+    QCOMPARE(downloaded.size(), 2);
+
+    const Result<QList<FeedChannel>> channels = Channels(*store).all();
+    QVERIFY(channels);
+    QCOMPARE(channels->size(), 19);
+    QStringList uris;
+    for (const FeedChannel &channel : *channels) {
+        const QString name = channel.link().section('/', -1);
+        QVERIFY(QFile::copy(samples.filePath(name), m_folder->filePath(name)));
+        QVERIFY(Channels(*store).edit(channel, channel.title(), m_server->url("/files/" + name)));
+        uris.append(channel.uri());
+    }
+    for (int round = 0; round < 2; ++round) {
+        VERIFY_ENDING(refresh(uris), "downloadFeedsFinished");
+        // Eight items have neither an identifier nor a link. Version 0.1 named them in another way.
+        QCOMPARE(last("newMessages").filter("urn:tidel:item:").size(), round == 0 ? 8 : 0);
+        QCOMPARE(last("newMessages").size(), round == 0 ? 8 : 0);
+        QCOMPARE(last("changedMessages"), QStringList());
+        m_store->update("DELETE { ?c tidel:entityTag ?e } WHERE { ?c tidel:entityTag ?e }");
+    }
+    const QStringList now = m_store->texts(everyMessage);
+    for (const QString &message : messages)
+        QVERIFY2(now.contains(message), qPrintable(message));
+    // The eight, and the two that Garden Notes has kept, which its feed does not show any more.
+    QVERIFY(m_store->count("?m tidel:digest ?d") >= 85);
+    QCOMPARE(m_store->count("?m tidel:itemKey ?k"), 41);
+    QVERIFY(m_store->count("?m tidel:author ?a") > 0);
+    QVERIFY(m_store->count("?c tidel:website ?w") > 0);
+    QCOMPARE(m_store->texts("SELECT ?l { ?m nao:hasTag nao:predefined-tag-favorite ; nie:links ?l }"),
+             QStringList("https://radio.example.org/episodes/1"));
+    QCOMPARE(m_store->texts(files), downloaded);
+}
+
+QTEST_GUILESS_MAIN(TestFeedWriter)
+#include "tst_feedwriter.moc"
