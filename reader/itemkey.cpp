@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-#include "itemkey.h"
+#include "itemkey_p.h"
 
 #include <QCryptographicHash>
 

@@ -12,9 +12,6 @@ namespace Tidel {
 /// \a channelUri. Keys are short, and those of different channels differ.
 TIDELREADER_EXPORT QString itemKey(const QString &channelUri, const QString &id);
 
-/// What all keys of items of the channel \a channelUri begin with.
-QString itemKeyPrefix(const QString &channelUri);
-
 } // namespace Tidel
 
 #endif

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "linkuse.h"
 
-#include "itemkey.h"
+#include "itemkey_p.h"
 #include "knownmessage_p.h"
 #include "statements_p.h"
 #include "store_p.h"

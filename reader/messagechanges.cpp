@@ -3,7 +3,7 @@
 
 #include "detailfields_p.h"
 #include "earlierversions_p.h"
-#include "itemkey.h"
+#include "itemkey_p.h"
 #include "likeness_p.h"
 #include "statements_p.h"
 

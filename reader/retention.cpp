@@ -3,7 +3,7 @@
 
 #include "detailfields_p.h"
 #include "headlines_p.h"
-#include "itemkey.h"
+#include "itemkey_p.h"
 #include "messageremoval_p.h"
 #include "statements_p.h"
 #include "writeturn.h"

@@ -65,7 +65,8 @@ void RefreshReport::addMessages(const FeedChannel &channel, const DownloadResult
     const QStringList changed = result.changedMessages();
     m_newMessages += int(added.size());
     m_changedMessages += int(changed.size());
-    for (const QString &note : result.newNotes())
+    const QStringList notes = result.newNotes();
+    for (const QString &note : notes)
         m_output.note(QStringLiteral("tidel: %1: %2").arg(channel.title(), note));
     m_output.line(channel.title() + QLatin1String(": ")
                   + countedNews(int(added.size()), int(changed.size())));
