@@ -97,12 +97,15 @@ void MessageChanges::compare(const Candidate &candidate, const Stored &stored)
         return;
     QVector<DetailValue> values = detailValues(candidate.message.details());
     values.append({Statements::digest, candidate.digest});
-    if (isChanged) {
+    // It may also have been another item with the same link, whose text must not be lost.
+    const bool isRenamed = !stored.message.title().isEmpty() && stored.message.title() != message.title();
+    if (isChanged || isRenamed) {
         const EarlierVersion earlier{QDateTime::currentDateTimeUtc(), stored.message.title(),
                                      stored.message.description(), stored.message.summary()};
         values.append({Statements::earlierVersionsName, withVersion(earlier, stored.earlierVersions)});
-        m_changedLinks.append(message.link());
     }
+    if (isChanged)
+        m_changedLinks.append(message.link());
     m_uris.append(candidate.known.uri);
     m_text += Statements::insertTexts(message, candidate.known.uri)
         + Statements::insertDetails(candidate.known.uri, values);

@@ -89,33 +89,49 @@ bool FeedWriter::isDropped(const ClaimedItem &claimed, const FeedMemory &memory)
 Result<FeedWriter::Claims> FeedWriter::claim(const ParsedFeed &feed, const KnownItems &known,
                                              const FeedMemory &memory) const
 {
-    const auto storedLink = [&](const NamedItem &item) { return known.link(keyOf(item)); };
     QSet<QString> reserved;
+    QHash<QString, Link> older; // Links of their own that items have in a store without keys, by key.
+    const auto storedLink = [&](const NamedItem &item) {
+        const QString key = keyOf(item);
+        const Link link = known.link(key);
+        return link.isNull() ? older.value(key) : link;
+    };
     while (true) {
         std::vector<ClaimedItem> items = feed.claimedItems(reserved, storedLink);
-        QList<Link> links;
-        QSet<QString> linksOfItemsWithKeys;
-        for (const ClaimedItem &claimed : items) {
-            if (!storedLink(*claimed.item).isNull())
-                continue;
-            links.append(claimed.link);
-            if (!keyOf(*claimed.item).isEmpty())
-                linksOfItemsWithKeys.insert(claimed.link.toString());
-        }
-        const Result<LinkUse> use = LinkUse::of(m_store, links, m_channelUri);
+        const Result<LinkUse> use = askAbout(items, known);
         if (!use)
             return Failure(use.error());
-        const int reservedBefore = int(reserved.size());
-        for (const Link &link : qAsConst(links)) {
-            const QString text = link.toString();
-            const bool isKnown = use->isInChannel(link) || memory.droppedLinks.contains(text);
-            if ((use->isOfChannel(link) && !isKnown)
-                || (use->isOfKnownItem(link) && linksOfItemsWithKeys.contains(text)))
-                reserved.insert(text);
+        const auto before = reserved.size() + older.size();
+        for (const ClaimedItem &claimed : items) {
+            const QString key = keyOf(*claimed.item);
+            if (!storedLink(*claimed.item).isNull())
+                continue;
+            const Link own = claimed.link.forItem(claimed.item->id);
+            const bool isKnown =
+                use->isInChannel(claimed.link) || memory.droppedLinks.contains(claimed.link.toString());
+            if (!key.isEmpty() && use->isInChannel(own) && !use->isOfKnownItem(own))
+                older.insert(key, own);
+            else if ((use->isOfChannel(claimed.link) && !isKnown)
+                     || (!key.isEmpty() && use->isOfKnownItem(claimed.link)))
+                reserved.insert(claimed.link.toString());
         }
-        if (reserved.size() == reservedBefore)
+        if (reserved.size() + older.size() == before)
             return Claims{std::move(items), *use};
     }
+}
+
+Result<LinkUse> FeedWriter::askAbout(const std::vector<ClaimedItem> &items, const KnownItems &known) const
+{
+    QList<Link> links;
+    for (const ClaimedItem &claimed : items) {
+        const QString key = keyOf(*claimed.item);
+        if (!known.link(key).isNull())
+            continue;
+        links.append(claimed.link);
+        if (!key.isEmpty())
+            links.append(claimed.link.forItem(claimed.item->id));
+    }
+    return LinkUse::of(m_store, links, m_channelUri);
 }
 
 Result<void> FeedWriter::writeMessages(const ParsedFeed &feed, const Claims &claims, const KnownItems &known,

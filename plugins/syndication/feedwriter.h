@@ -4,12 +4,15 @@
 
 #include "validators.h"
 
+#include <QHash>
 #include <QSet>
 #include <QStringList>
 
 #include <TidelReader/feeds.h>
 #include <TidelReader/knownitems.h>
 #include <TidelReader/messagewriter.h>
+
+#include <vector>
 
 namespace Tidel {
 
@@ -48,6 +51,8 @@ private:
     bool isDropped(const ClaimedItem &claimed, const FeedMemory &memory) const;
     /// Gives each item a link: the one under which it is stored, or one that nothing else has.
     Result<Claims> claim(const ParsedFeed &feed, const KnownItems &known, const FeedMemory &memory) const;
+    /// Asks about the links of those \a items that are not \a known, and about links of their own.
+    Result<LinkUse> askAbout(const std::vector<ClaimedItem> &items, const KnownItems &known) const;
     /// Stores the messages of \a claims.
     Result<void> writeMessages(const ParsedFeed &feed, const Claims &claims, const KnownItems &known,
                                const FeedMemory &memory);

@@ -325,7 +325,8 @@ void TestMessageChanges::olderMessageIsAdopted()
     QCOMPARE(written.added + written.changed, QStringList());
     QCOMPARE(uriOf("a"), messageUri("a"));
     QCOMPARE(storedTexts(), QStringList("New B C"));
-    QCOMPARE(Messages(reader()).earlierVersions(messageUri("a"))->size(), 0);
+    // It may have been another item with the same link.
+    QCOMPARE(Messages(reader()).earlierVersions(messageUri("a"))->value(0).title, QString("Title of a"));
     QCOMPARE(Messages(reader()).details({messageUri("a")})->value(messageUri("a")).authors,
              QStringList("Ada"));
     QCOMPARE(storedFiles("a"), linksOf({"a.mp3"}));
@@ -340,9 +341,10 @@ void TestMessageChanges::olderSharedMessageIsAdoptedOnce()
 {
     addMessages({"a"}, "news", 1);
     share("a", "radio");
-    write({said("a", {"Of the radio", {}, {}})}, "radio");
+    write({said("a", {"Title of a", "Of the radio", {}})}, "radio");
+    QCOMPARE(Messages(reader()).earlierVersions(messageUri("a"))->size(), 0);
     QCOMPARE(write({said("a", {"Of the news", {}, {}})}, "news").changed, QStringList());
-    QCOMPARE(storedTexts(), QStringList("Of the radio  "));
+    QCOMPARE(storedTexts(), QStringList("Title of a Of the radio "));
 }
 
 void TestMessageChanges::textFollowsTheFirstChannel()

@@ -36,6 +36,7 @@ private slots:
 
     void sameLink();
     void sameLinkAfterTheOlderItemHasLeft();
+    void sameLinkInAnOlderStore();
     void itemMovesToAnotherLink();
     void itemTakesTheLinkOfAnother();
     void itemsWithoutIdsAreKnownByTheirLinks();
@@ -105,6 +106,21 @@ void TestFeedWriter::sameLinkAfterTheOlderItemHasLeft()
     read(item("2", "a") + item("1", "a"));
     QCOMPARE(last("newMessages") + last("changedMessages"), QStringList());
     QCOMPARE(titles(), QStringList({"Item 1", "Item 2"}));
+}
+
+// Without a key, the message with the plain link cannot be told from a new item with this link. Its text is
+// kept.
+void TestFeedWriter::sameLinkInAnOlderStore()
+{
+    read(item("2", "a") + item("1", "a"));
+    m_store->update("DELETE { ?m tidel:itemKey ?k } WHERE { ?m tidel:itemKey ?k } "
+                    "DELETE { ?m tidel:digest ?d } WHERE { ?m tidel:digest ?d }");
+    for (int round = 0; round < 2; ++round) {
+        read(item("3", "a") + item("2", "a"));
+        QCOMPARE(last("newMessages") + last("changedMessages"), QStringList());
+        QCOMPARE(titles(), QStringList({"Item 2", "Item 3"}));
+        QCOMPARE(m_store->count("?m tidel:earlierVersions ?v FILTER(CONTAINS(?v, 'Item 1'))"), 1);
+    }
 }
 
 void TestFeedWriter::itemMovesToAnotherLink()
