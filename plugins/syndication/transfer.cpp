@@ -11,6 +11,7 @@ namespace Tidel {
 namespace {
 
 constexpr int maximumRedirects = 10;
+constexpr int pollInterval = 250; // In milliseconds.
 constexpr qint64 chunkSize = 64LL * 1024;
 // Longer validators are ignored, because they would be sent with every request.
 constexpr int maximumValidatorSize = 1024;
@@ -133,6 +134,9 @@ Transfer::Transfer(QNetworkAccessManager &network, const QNetworkRequest &reques
             end(m_size > 0 ? Outcome{FeedDownloadTimedOut, tooSlow} : noAnswer());
         });
     }
+    // Qt 6 sometimes does not tell that compressed bytes have arrived.
+    connect(&m_poll, &QTimer::timeout, this, &Transfer::readBytes);
+    m_poll.start(pollInterval);
     m_silence.start(limits.silence);
     m_duration.start(limits.duration);
 }
@@ -167,14 +171,16 @@ void Transfer::readHeaders()
 
 void Transfer::readBytes()
 {
-    m_silence.start();
     if (statusOf(*m_reply) >= 400) {
         end(refusal(*m_reply));
         return;
     }
     const qint64 sizeBefore = m_size;
-    while (!m_isOver && m_reply->bytesAvailable() > 0) {
+    while (!m_isOver) {
         const QByteArray bytes = m_reply->read(chunkSize);
+        if (bytes.isEmpty())
+            break;
+        m_silence.start();
         m_size += bytes.size();
         if (m_size > m_limits.bytes)
             end({FeedDownloadTooLarge, tooLarge(m_limits.bytes)});
@@ -216,6 +222,7 @@ void Transfer::end(const Outcome &outcome)
     if (m_isOver)
         return;
     m_isOver = true;
+    m_poll.stop();
     m_silence.stop();
     m_duration.stop();
     m_outcome = outcome;

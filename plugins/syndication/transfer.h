@@ -90,6 +90,7 @@ private:
     QIODevice &m_target;
     const TransferLimits m_limits;
     QNetworkReply *const m_reply;
+    QTimer m_poll;
     QTimer m_silence;
     QTimer m_duration;
     QString m_certificateProblem;
