@@ -80,7 +80,7 @@ private:
     const OnXmlError m_onError;
     XmlHandler &m_handler;
     const size_t m_textLimit;
-    xmlParserCtxt *m_context = nullptr;
+    std::unique_ptr<xmlParserCtxt, ContextDeleter> m_context;
     int m_position = 0;
     size_t m_textSize = 0;
     std::vector<XmlTag::Attribute> m_attributes;
@@ -109,17 +109,15 @@ xmlSAXHandler XmlParsing::handlers()
 XmlOutcome XmlParsing::run()
 {
     xmlSAXHandler handler = handlers();
-    const std::unique_ptr<xmlParserCtxt, ContextDeleter> context(
-        xmlCreateIOParserCtxt(&handler, nullptr, read, nullptr, this, XML_CHAR_ENCODING_UTF8));
-    if (!context) {
+    m_context.reset(xmlCreateIOParserCtxt(&handler, nullptr, read, nullptr, this, XML_CHAR_ENCODING_UTF8));
+    if (!m_context) {
         m_outcome.error = QStringLiteral("there is not enough memory");
         return m_outcome;
     }
-    m_context = context.get();
-    context->_private = this;
-    xmlCtxtUseOptions(context.get(),
+    m_context->_private = this;
+    xmlCtxtUseOptions(m_context.get(),
                       XML_PARSE_RECOVER | XML_PARSE_NOENT | XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
-    xmlParseDocument(context.get());
+    xmlParseDocument(m_context.get());
     return m_outcome;
 }
 
@@ -216,7 +214,7 @@ bool XmlParsing::count(size_t size)
 void XmlParsing::goOnIf(bool isWanted)
 {
     if (!isWanted)
-        xmlStopParser(m_context);
+        xmlStopParser(m_context.get());
 }
 
 } // namespace
