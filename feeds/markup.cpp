@@ -145,9 +145,18 @@ QString htmlOf(const Element *element)
     return isEncodedTwice(text) ? decodedOnce(text) : text;
 }
 
+// QString::replace() takes a time that grows with the square of the number of lines.
 QString htmlOfPlainText(const QString &text)
 {
-    return text.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br/>\n"));
+    const QString escaped = text.toHtmlEscaped();
+    QString html;
+    html.reserve(escaped.size());
+    for (const QChar c : escaped) {
+        if (c == QLatin1Char('\n'))
+            html += QLatin1String("<br/>");
+        html += c;
+    }
+    return html;
 }
 
 } // namespace Tidel
