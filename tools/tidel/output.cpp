@@ -56,6 +56,12 @@ void Output::note(const QString &text)
     writeLine(m_errors, text);
 }
 
+void Output::warnings(const QString &subject, const QStringList &warnings)
+{
+    for (const QString &warning : warnings)
+        note(QStringLiteral("tidel: %1: %2").arg(subject, warning));
+}
+
 void Output::progress(const QString &text)
 {
     if (!m_showsProgress)

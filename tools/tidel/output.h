@@ -25,6 +25,8 @@ public:
     void table(const Table &table);
     /// Writes one line for the user that is neither a result nor an error.
     void note(const QString &text);
+    /// Writes \a warnings about \a subject, such as the title of a channel, a line for each.
+    void warnings(const QString &subject, const QStringList &warnings);
     /// Writes one line of an error. The command then has failed.
     void error(const QString &text);
     /// Writes the text of \a error and \a advice as an error.

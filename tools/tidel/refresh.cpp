@@ -65,9 +65,7 @@ void RefreshReport::addMessages(const FeedChannel &channel, const DownloadResult
     const QStringList changed = result.changedMessages();
     m_newMessages += int(added.size());
     m_changedMessages += int(changed.size());
-    const QStringList notes = result.newNotes();
-    for (const QString &note : notes)
-        m_output.note(QStringLiteral("tidel: %1: %2").arg(channel.title(), note));
+    m_output.warnings(channel.title(), result.newNotes());
     m_output.line(channel.title() + QLatin1String(": ")
                   + countedNews(int(added.size()), int(changed.size())));
     list(channel, added, QString());

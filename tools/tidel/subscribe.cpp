@@ -47,14 +47,21 @@ QUrl channelAddress(const QUrl &address, const DownloadResult &result)
     return found.isEmpty() ? address : found.first().address;
 }
 
+void reportNew(const Store &store, const QString &argument, const QUrl &address, const DownloadResult &result,
+               Output &output)
+{
+    reportChannel(store, address,
+                  QStringLiteral("Subscribed: %1 (") + countedMessages(int(result.newMessages().size()))
+                      + QLatin1Char(')'),
+                  output);
+    output.warnings(shownAddress(argument), result.newNotes());
+}
+
 void report(const Store &store, const QString &argument, const DownloadResult &result, Output &output)
 {
     const QUrl address = channelAddress(documentUrl(argument), result);
     if (result.isOk())
-        reportChannel(store, address,
-                      QStringLiteral("Subscribed: %1 (") + countedMessages(int(result.newMessages().size()))
-                          + QLatin1Char(')'),
-                      output);
+        reportNew(store, argument, address, result, output);
     else if (result.error() == FeedDownloadAlreadyStored)
         reportChannel(store, address,
                       QStringLiteral("Already subscribed: %1 (\"tidel refresh\" downloads new messages)"),
