@@ -49,8 +49,8 @@ void TestFeedChoice::init()
 {
     m_dir = std::make_unique<QTemporaryDir>();
     for (const char *title : {"Garden", "Kitchen"}) {
-        const QByteArray document =
-            QByteArray("<rss version='2.0'><channel><title>") + title + "</title></channel></rss>";
+        const QByteArray document = QByteArray("<rss version='2.0'><channel><title>") + title
+            + "</title><item><title>Peas</title></item></channel></rss>";
         QVERIFY(write(QString(title).toLower() + ".xml", document));
     }
     QVERIFY(write("two.html", "<!DOCTYPE html>" + twoFeeds));
@@ -118,7 +118,7 @@ QStringList TestFeedChoice::channels() const
 void TestFeedChoice::onlyFeed()
 {
     QVERIFY(write("one.html", "<!DOCTYPE html>" + twoFeeds.left(twoFeeds.indexOf('>') + 1)));
-    QCOMPARE(run({"subscribe", path("one.html")}), QStringList({"Subscribed: Garden (0 messages)", "0"}));
+    QCOMPARE(run({"subscribe", path("one.html")}), QStringList({"Subscribed: Garden (1 message)", "0"}));
     QCOMPARE(run({"subscribe", path("one.html")}),
              QStringList({"Already subscribed: Garden (\"tidel refresh\" downloads new messages)", "0"}));
     QCOMPARE(channels(), QStringList("Garden"));
@@ -138,7 +138,7 @@ void TestFeedChoice::listed()
 void TestFeedChoice::byNumber()
 {
     QCOMPARE(run({"subscribe", path("two.html"), "--feed", "2"}),
-             QStringList({"Subscribed: Kitchen (0 messages)", "0"}));
+             QStringList({"Subscribed: Kitchen (1 message)", "0"}));
     QCOMPARE(channels(), QStringList("Kitchen"));
 }
 
@@ -154,7 +154,7 @@ void TestFeedChoice::wrongNumber()
 void TestFeedChoice::all()
 {
     QCOMPARE(run({"subscribe", path("two.html"), "--all"}),
-             QStringList({"Subscribed: Garden (0 messages)", "Subscribed: Kitchen (0 messages)", "0"}));
+             QStringList({"Subscribed: Garden (1 message)", "Subscribed: Kitchen (1 message)", "0"}));
 }
 
 void TestFeedChoice::severalPages()
@@ -163,7 +163,7 @@ void TestFeedChoice::severalPages()
     QVERIFY(write("plain.html", "<!DOCTYPE html><p>Nothing"));
     QCOMPARE(
         run({"subscribe", path("two.html"), path("plain.html"), path("other.html"), "--all"}),
-        QStringList({"Subscribed: Garden (0 messages)", "Subscribed: Kitchen (0 messages)",
+        QStringList({"Subscribed: Garden (1 message)", "Subscribed: Kitchen (1 message)",
                      "Already subscribed: Garden (\"tidel refresh\" downloads new messages)",
                      "Already subscribed: Kitchen (\"tidel refresh\" downloads new messages)",
                      "tidel: " + path("plain.html") + ": the document is a web page without feeds", "1"}));
@@ -173,8 +173,8 @@ void TestFeedChoice::missingFeed()
 {
     QVERIFY(QFile::remove(path("garden.xml")));
     QCOMPARE(run({"subscribe", path("two.html"), "--all"}),
-             QStringList({"Subscribed: Kitchen (0 messages)",
-                          "tidel: " + url("garden.xml") + ": no such file", "1"}));
+             QStringList(
+                 {"Subscribed: Kitchen (1 message)", "tidel: " + url("garden.xml") + ": no such file", "1"}));
 }
 
 void TestFeedChoice::misuse_data()
