@@ -189,7 +189,7 @@ Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &vali
 Result<void> FeedDownload::write(const ParsedFeed &feed, const Validators &validators,
                                  const FeedMemory &memory)
 {
-    FeedWriter writer(store(), m_channelUri);
+    FeedWriter writer(store(), m_channelUri, m_isSubscription);
     const Result<void> written = writer.write(feed, validators, memory);
     m_written = writer.written();
     m_newNotes = writer.newNotes();

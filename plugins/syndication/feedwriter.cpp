@@ -47,19 +47,19 @@ struct FeedWriter::Claims
     LinkUse use;
 };
 
-FeedWriter::FeedWriter(const Store &store, const QString &channelUri)
-    : m_store(store), m_channelUri(channelUri)
+FeedWriter::FeedWriter(const Store &store, const QString &channelUri, bool isNewChannel)
+    : m_store(store), m_channelUri(channelUri), m_isNewChannel(isNewChannel)
 {
 }
 
 Result<void> FeedWriter::write(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory)
 {
-    m_uniqueIds = feed.uniqueIds();
-    QStringList keys;
-    for (const QString &id : qAsConst(m_uniqueIds))
-        keys.append(itemKey(m_channelUri, id));
+    const QSet<QString> ids = feed.uniqueIds();
+    for (const QString &id : ids)
+        m_keys.insert(id, itemKey(m_channelUri, id));
     const ChannelDetails details = feed.channelDetails();
-    const Result<KnownItems> known = KnownItems::of(m_store, keys, m_channelUri);
+    const Result<KnownItems> known =
+        m_isNewChannel ? KnownItems() : KnownItems::of(m_store, m_keys.values(), m_channelUri);
     if (!known)
         return Failure(known.error());
     return claim(feed, *known, memory).and_then([&](const Claims &claims) {
@@ -75,10 +75,7 @@ Result<void> FeedWriter::write(const ParsedFeed &feed, const Validators &validat
     });
 }
 
-QString FeedWriter::keyOf(const NamedItem &item) const
-{
-    return m_uniqueIds.contains(item.record.id) ? itemKey(m_channelUri, item.record.id) : QString();
-}
+QString FeedWriter::keyOf(const NamedItem &item) const { return m_keys.value(item.record.id); }
 
 bool FeedWriter::isDropped(const ClaimedItem &claimed, const FeedMemory &memory) const
 {
@@ -101,15 +98,19 @@ Result<FeedWriter::Claims> FeedWriter::claim(const ParsedFeed &feed, const Known
         const Result<LinkUse> use = askAbout(items, known);
         if (!use)
             return Failure(use.error());
+        const Result<LinkUse> ownUse = askAboutOwnLinks(items, *use);
+        if (!ownUse)
+            return Failure(ownUse.error());
         const auto before = reserved.size() + older.size();
         for (const ClaimedItem &claimed : items) {
             const QString key = keyOf(*claimed.item);
             if (!storedLink(*claimed.item).isNull())
                 continue;
-            const Link own = claimed.link.forItem(claimed.item->id);
             const bool isKnown =
                 use->isInChannel(claimed.link) || memory.droppedLinks.contains(claimed.link.toString());
-            if (!key.isEmpty() && use->isInChannel(own) && !use->isOfKnownItem(own))
+            const bool isOfOlderItem = mayBeOfOlderItem(claimed, *use);
+            const Link own = isOfOlderItem ? claimed.link.forItem(claimed.item->id) : Link();
+            if (isOfOlderItem && ownUse->isInChannel(own) && !ownUse->isOfKnownItem(own))
                 older.insert(key, own);
             else if ((use->isOfChannel(claimed.link) && !isKnown)
                      || (!key.isEmpty() && use->isOfKnownItem(claimed.link)))
@@ -120,15 +121,27 @@ Result<FeedWriter::Claims> FeedWriter::claim(const ParsedFeed &feed, const Known
     }
 }
 
+bool FeedWriter::mayBeOfOlderItem(const ClaimedItem &claimed, const LinkUse &use) const
+{
+    return !keyOf(*claimed.item).isEmpty() && use.isInChannel(claimed.link)
+        && !use.isOfKnownItem(claimed.link);
+}
+
 Result<LinkUse> FeedWriter::askAbout(const std::vector<ClaimedItem> &items, const KnownItems &known) const
 {
     QList<Link> links;
     for (const ClaimedItem &claimed : items) {
-        const QString key = keyOf(*claimed.item);
-        if (!known.link(key).isNull())
-            continue;
-        links.append(claimed.link);
-        if (!key.isEmpty())
+        if (known.link(keyOf(*claimed.item)).isNull())
+            links.append(claimed.link);
+    }
+    return LinkUse::of(m_store, links, m_channelUri);
+}
+
+Result<LinkUse> FeedWriter::askAboutOwnLinks(const std::vector<ClaimedItem> &items, const LinkUse &use) const
+{
+    QList<Link> links;
+    for (const ClaimedItem &claimed : items) {
+        if (mayBeOfOlderItem(claimed, use))
             links.append(claimed.link.forItem(claimed.item->id));
     }
     return LinkUse::of(m_store, links, m_channelUri);

@@ -5,8 +5,6 @@
 #include "validators.h"
 
 #include <QHash>
-#include <QSet>
-#include <QStringList>
 
 #include <TidelReader/feeds.h>
 #include <TidelReader/knownitems.h>
@@ -29,8 +27,8 @@ struct NamedItem;
 class FeedWriter
 {
 public:
-    /// Writes to the channel \a channelUri, which exists.
-    FeedWriter(const Store &store, const QString &channelUri);
+    /// Writes to the channel \a channelUri, which exists. If \a isNewChannel is true, it has no messages.
+    FeedWriter(const Store &store, const QString &channelUri, bool isNewChannel);
 
     /// Stores the messages of \a feed that the channel neither has nor has dropped, changes those that say
     /// something else, and then stores \a validators. \a memory is what the store remembers of the channel.
@@ -51,8 +49,13 @@ private:
     bool isDropped(const ClaimedItem &claimed, const FeedMemory &memory) const;
     /// Gives each item a link: the one under which it is stored, or one that nothing else has.
     Result<Claims> claim(const ParsedFeed &feed, const KnownItems &known, const FeedMemory &memory) const;
-    /// Asks about the links of those \a items that are not \a known, and about links of their own.
+    /// Asks about the links of those \a items that are not \a known.
     Result<LinkUse> askAbout(const std::vector<ClaimedItem> &items, const KnownItems &known) const;
+    /// Asks about the links of their own that \a items may have in a store without keys.
+    Result<LinkUse> askAboutOwnLinks(const std::vector<ClaimedItem> &items, const LinkUse &use) const;
+    /// Returns true if the link of \a claimed may be that of another item in a store without keys; otherwise
+    /// returns false.
+    bool mayBeOfOlderItem(const ClaimedItem &claimed, const LinkUse &use) const;
     /// Stores the messages of \a claims.
     Result<void> writeMessages(const ParsedFeed &feed, const Claims &claims, const KnownItems &known,
                                const FeedMemory &memory);
@@ -61,7 +64,8 @@ private:
 
     Store m_store;
     const QString m_channelUri;
-    QSet<QString> m_uniqueIds;
+    const bool m_isNewChannel;
+    QHash<QString, QString> m_keys; ///< By the identifiers that are unique in the document.
     WrittenMessages m_written;
     QStringList m_newNotes;
 };
