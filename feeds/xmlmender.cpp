@@ -4,13 +4,13 @@
 #include "characters.h"
 #include "parsingcost.h"
 #include "rootelement.h"
+#include "tagrules.h"
+#include "xmlnames.h"
 
 #include <libxml/HTMLparser.h>
 
 #include <algorithm>
 #include <cctype>
-#include <cstring>
-#include <initializer_list>
 
 namespace Tidel {
 
@@ -20,62 +20,7 @@ constexpr size_t noElement = size_t(-1);
 // The parser refuses deeper documents.
 constexpr size_t maximumDepth = 300;
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
-
-bool isAsciiLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
-
-bool startsName(char c) { return isAsciiLetter(c) || c == '_'; }
-
-bool continuesName(char c)
-{
-    return startsName(c) || isdigit(uchar(c)) || c == '-' || c == '.' || c == ':' || uchar(c) >= 0x80;
-}
-
-bool continuesReference(char c) { return isAsciiLetter(c) || isdigit(uchar(c)); }
-
-/// The characters at the beginning of \a text for which \a belongs is true.
-std::string_view leading(std::string_view text, bool (*belongs)(char))
-{
-    const auto end = std::find_if_not(text.begin(), text.end(), belongs);
-    return text.substr(0, size_t(end - text.begin()));
-}
-
-std::string_view localName(std::string_view name)
-{
-    return name.substr(name.find(':') + 1); // npos + 1 is 0.
-}
-
-bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names)
-{
-    return std::find(names.begin(), names.end(), localName(name)) != names.end();
-}
-
-bool isItem(std::string_view name) { return isOneOf(name, {"item", "entry"}); }
-
-/// Returns true if \a name is an element with text but without elements of feeds in it; otherwise returns
-/// false.
-bool isPlainField(std::string_view name)
-{
-    return isOneOf(name,
-                   {"title", "link", "guid", "id", "pubDate", "published", "updated", "category", "comments",
-                    "language", "date", "creator", "subject"});
-}
-
-/// Returns true if HTML has no end tag for \a name; otherwise returns false.
-bool isEmptyTag(std::string_view name) { return isOneOf(name, {"br", "hr", "img", "input", "wbr"}); }
-
-bool isField(std::string_view name)
-{
-    return isPlainField(name)
-        || isOneOf(name,
-                   {"description", "summary", "content", "encoded", "enclosure", "author", "item", "entry"});
-}
-
-/// Returns true if an element \a name ends where the element \a next begins; otherwise returns false.
-bool endsBefore(std::string_view name, std::string_view next)
-{
-    return (isPlainField(name) && isField(next)) || (name == next && isOneOf(name, {"p", "li"}));
-}
+bool continuesReference(char c) { return continuesName(c) && c != '-' && c != '.' && c != ':'; }
 
 /// The code point of the entity \a name of HTML; 0 if there is none.
 unsigned codeOfEntity(std::string_view name)
@@ -83,39 +28,6 @@ unsigned codeOfEntity(std::string_view name)
     const std::string text(name);
     const htmlEntityDesc *entity = htmlEntityLookup(reinterpret_cast<const xmlChar *>(text.c_str()));
     return entity ? entity->value : 0;
-}
-
-/// The quoted text at the beginning of \a text, with its quotes. What is kept elsewhere, such as in a file,
-/// is empty.
-std::string_view quotedValue(std::string_view text)
-{
-    const size_t open = text.find_first_not_of(" \t\r\n");
-    if (open == std::string_view::npos || (text[open] != '"' && text[open] != '\''))
-        return "''";
-    const size_t close = text.find(text[open], open + 1);
-    return close == std::string_view::npos ? "''" : text.substr(open, close + 1 - open);
-}
-
-/// The size of the document type at the beginning of \a text; the size of its first tag if it has no end.
-size_t sizeOfDocumentType(std::string_view text)
-{
-    size_t depth = 0;
-    for (size_t at = 0; at < text.size(); ++at) {
-        const char c = text[at];
-        if (c == '"' || c == '\'')
-            at = text.find(c, at + 1);
-        else if (text.compare(at, 4, "<!--") == 0)
-            at = text.find("-->", at);
-        else if (c == '[')
-            ++depth;
-        else if (c == ']' && depth > 0)
-            --depth;
-        else if (c == '>' && depth == 0)
-            return at + 1;
-        if (at == std::string_view::npos)
-            break;
-    }
-    return std::min(text.find('>'), text.size() - 1) + 1;
 }
 
 } // namespace
@@ -178,21 +90,15 @@ void XmlMender::mendDeclaration()
 void XmlMender::mendDocumentType()
 {
     m_hasType = true;
-    const std::string_view type = m_text.substr(m_at, sizeOfDocumentType(m_text.substr(m_at)));
-    constexpr std::string_view declaration = "<!ENTITY ";
-    std::string declarations;
-    for (size_t at = type.find(declaration);
-         at != std::string_view::npos && m_entities.size() < maximumEntities;
-         at = type.find(declaration, at + 1)) {
-        const std::string_view rest = type.substr(at + declaration.size());
-        const std::string_view name = leading(rest, continuesName);
-        const std::string_view value = quotedValue(rest.substr(name.size()));
-        if (!name.empty() && m_entities.insert(name).second)
-            declarations.append(declaration).append(name).append(" ").append(value).append(">");
-    }
+    const DocumentType type = readDocumentType(m_text.substr(m_at));
+    m_entities = type.entities;
     if (!m_entities.empty())
-        m_mended.append("<!DOCTYPE feed [").append(declarations).append("]>");
-    skipTo(m_at + type.size());
+        m_mended += "<!DOCTYPE feed [";
+    for (const auto &[name, value] : m_entities)
+        m_mended.append("<!ENTITY ").append(name).append(" ").append(value).append(">");
+    if (!m_entities.empty())
+        m_mended += "]>";
+    skipTo(m_at + type.size);
 }
 
 void XmlMender::mendLiteral()
@@ -212,7 +118,7 @@ void XmlMender::mendLiteral()
 void XmlMender::mendStartTag()
 {
     const std::string_view name = leading(m_text.substr(m_at + 1), continuesName);
-    const size_t sameItem = isItem(name) ? depthOf(name) : noElement;
+    const size_t sameItem = isItemTag(name) ? depthOf(name) : noElement;
     if (sameItem != noElement)
         closeDownTo(sameItem);
     else if (!m_open.empty() && endsBefore(m_open.back(), name))
@@ -267,8 +173,8 @@ void XmlMender::mendValue()
     const char quote = current();
     if (quote != '"' && quote != '\'') {
         const size_t end = std::min(m_text.find_first_of(" \t\r\n<>", m_at), m_text.size());
-        const bool isEmptyTag = end > m_at && m_text[end - 1] == '/' && m_text.substr(end, 1) == ">";
-        mendText(isEmptyTag ? end - 1 : end);
+        const bool endsTag = end > m_at && m_text[end - 1] == '/' && m_text.substr(end, 1) == ">";
+        mendText(endsTag ? end - 1 : end);
         return;
     }
     ++m_at;

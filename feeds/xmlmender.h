@@ -2,9 +2,11 @@
 #ifndef TIDEL_XMLMENDER_H
 #define TIDEL_XMLMENDER_H
 
+#include "documenttype.h"
+
 #include <QByteArray>
 
-#include <set>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -72,7 +74,7 @@ private:
     size_t m_at = 0;
     std::string m_mended;
     std::vector<std::string_view> m_open; ///< The names of the open elements.
-    std::set<std::string_view> m_entities; ///< The entities that the document declares.
+    std::map<std::string_view, std::string_view> m_entities; ///< Those that the document declares.
     bool m_hasType = false; ///< True after the document type, of which there is one.
     bool m_isOver = false; ///< True after the end of the root element.
 };
