@@ -91,7 +91,7 @@ QStringList daysIn(const QStringList &texts)
 
 void setTimes(FeedRecord &feed, const Element &channel)
 {
-    constexpr quint64 minutesOfYear = 366 * 24 * 60;
+    constexpr quint64 minutesOfYear = Q_UINT64_C(366) * 24 * 60;
     const Element *ttl = channel.find({V::Core, "ttl"});
     feed.minutesToLive = ttl ? int(std::min(numberIn(ttl->text), minutesOfYear)) : 0;
     feed.skipHours = hoursIn(valuesIn(channel, "skiphours", "hour"));

@@ -14,7 +14,7 @@ namespace {
 constexpr int maximumDepth = 250;
 constexpr int maximumElements = 2 * 1000 * 1000;
 // What one item has in excess of this is ignored.
-constexpr size_t maximumKept = 50 * 1000;
+constexpr size_t maximumKept = 50000;
 
 /// The elements that hold elements instead of a text with markup.
 constexpr ElementName containers[] = {

@@ -10,7 +10,7 @@ namespace Tidel {
 namespace {
 
 // Some servers write warnings of a few lines before the feed.
-constexpr size_t maximumJunk = 64 * 1024;
+constexpr size_t maximumJunk = 65536;
 
 bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_'; }
 

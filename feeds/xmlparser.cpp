@@ -47,7 +47,7 @@ class XmlParsing
 public:
     XmlParsing(const QByteArray &document, OnXmlError onError, XmlHandler &handler)
         : m_document(document), m_onError(onError), m_handler(handler),
-          m_textLimit(size_t(document.size()) + 1024 * 1024)
+          m_textLimit(size_t(document.size()) + 1048576)
     {
     }
 
