@@ -158,8 +158,10 @@ Result<void> Channels::remove(const FeedChannel &channel, const RemovalStep &ste
         store.texts(Statements::messageUrisOf(channel.uri()), "find the messages of the channel");
     if (!messages)
         return Failure(messages.error());
-    const Result<void> emptied = inChunks(
-        *messages, [&](const QStringList &some) { return removeMessages(store, channel.uri(), some, step); });
+    const Result<void> emptied = inChunks(*messages, [&](const QStringList &some) {
+        return removeMessages(store, channel.uri(), some, Statements::removeMessages(some, channel.uri()),
+                              step);
+    });
     if (!emptied)
         return emptied;
 

@@ -3,32 +3,9 @@
 
 #include "statements_p.h"
 
-#include <QSet>
-
 namespace Tidel {
 
 namespace {
-
-QStringList without(const QStringList &list, const QStringList &others)
-{
-    const QSet<QString> left(others.begin(), others.end());
-    QStringList rest;
-    for (const QString &text : list) {
-        if (!left.contains(text))
-            rest.append(text);
-    }
-    return rest;
-}
-
-QString removal(const QStringList &shared, const QStringList &own, const QString &channelUri)
-{
-    QString text;
-    if (!shared.isEmpty())
-        text += Statements::release(shared, channelUri);
-    if (!own.isEmpty())
-        text += Statements::deleteResources(own);
-    return text;
-}
 
 QList<FeedEnclosure> files(const Answer &answer)
 {
@@ -70,25 +47,22 @@ Result<void> deleteReleased(StorePrivate &store, const QStringList &enclosures, 
 }
 
 Result<void> removeMessages(StorePrivate &store, const QString &channelUri, const QStringList &messages,
-                            const RemovalStep &step)
+                            const QString &removal, const RemovalStep &step)
 {
     const char *const attempt = "delete messages from the store";
-    const auto shared = store.texts(Statements::messagesOfOthers(messages, channelUri), attempt);
-    if (!shared)
-        return Failure(shared.error());
-    const QStringList own = without(messages, *shared);
     // The question comes before the update, which deletes what connects enclosures with their messages.
-    Result<QStringList> enclosures;
-    if (!own.isEmpty())
-        enclosures = store.texts(Statements::enclosuresOfOwners(own), attempt);
+    const auto enclosures = store.texts(Statements::enclosuresOfOwners(messages), attempt);
     if (!enclosures)
         return Failure(enclosures.error());
-    const Result<void> removed = store.update(Statements::update(removal(*shared, own, channelUri)), attempt);
+    const Result<void> removed = store.update(Statements::update(removal), attempt);
     if (!removed)
         return removed;
+    const auto left = store.texts(Statements::messagesAmong(messages, channelUri), attempt);
+    if (!left)
+        return Failure(left.error());
     QList<FeedEnclosure> deleted;
     const Result<void> released = deleteReleased(store, *enclosures, &deleted);
-    step(int(messages.size()), deleted);
+    step(int(messages.size() - left->size()), deleted);
     return released;
 }
 

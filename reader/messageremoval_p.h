@@ -10,12 +10,13 @@
 namespace Tidel {
 
 /**
- * Removes \a messages, at most chunkSize of them, from the channel in one update. Messages that other
- * channels hold stay with them. The others are deleted with the enclosures that belong to nothing else. The
- * time that this takes depends on how much is removed, not on the size of the store.
+ * Removes \a messages, at most chunkSize of them, from the channel by the update \a removal, which decides
+ * what it leaves: other programs may have changed the messages since somebody asked for them. Deletes the
+ * enclosures that belong to nothing else. The time that this takes depends on how much is removed, not on the
+ * size of the store.
  */
 Result<void> removeMessages(StorePrivate &store, const QString &channelUri, const QStringList &messages,
-                            const RemovalStep &step);
+                            const QString &removal, const RemovalStep &step);
 
 /// Deletes those of \a enclosures that belong to nothing, and appends them to \a deleted.
 Result<void> deleteReleased(StorePrivate &store, const QStringList &enclosures,

@@ -15,8 +15,9 @@ Result<void> Orphans::remove(const RemovalStep &step)
         store.texts(Statements::orphanMessages(), "find the messages that belong to no channel");
     if (!messages)
         return Failure(messages.error());
-    const Result<void> removed = inChunks(
-        *messages, [&](const QStringList &some) { return removeMessages(store, QString(), some, step); });
+    const Result<void> removed = inChunks(*messages, [&](const QStringList &some) {
+        return removeMessages(store, QString(), some, Statements::removeMessages(some, QString()), step);
+    });
     if (!removed)
         return removed;
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "retention.h"
 
-#include "detailfields_p.h"
 #include "headlines_p.h"
 #include "itemkey_p.h"
 #include "messageremoval_p.h"
@@ -9,34 +8,32 @@
 #include "writeturn.h"
 
 #include <QHash>
-#include <QSet>
 
 namespace Tidel {
 
 namespace {
 
-/// The values by which the channel remembers the messages of \a answer: their keys, and the links of those
-/// without a key.
-QVector<DetailValue> namesOfDropped(const Answer &answer, const QString &channelUri)
+/// Stores by what the channel knows the messages of \a answer: their keys, and the links of those without a
+/// key.
+QString rememberDropped(const Answer &answer, const QString &channelUri)
 {
     const QString prefix = itemKeyPrefix(channelUri);
-    QVector<DetailValue> names;
+    QVector<QPair<QString, QString>> keys;
     QHash<QString, QString> links;
-    QSet<QString> withKey;
     while (answer->next()) {
         const QString uri = answer->value(0).toString();
         const QString key = answer->value(2).toString();
         links.insert(uri, answer->value(1).toString());
-        if (!key.startsWith(prefix))
-            continue;
-        names.append({Statements::droppedKey, key});
-        withKey.insert(uri);
+        if (key.startsWith(prefix))
+            keys.append({uri, key});
     }
-    for (auto link = links.cbegin(); link != links.cend(); ++link) {
-        if (!withKey.contains(link.key()))
-            names.append({Statements::droppedLink, link.value()});
-    }
-    return names;
+    for (const auto &[uri, key] : qAsConst(keys))
+        links.remove(uri);
+    QVector<QPair<QString, QString>> ownLinks;
+    for (auto link = links.cbegin(); link != links.cend(); ++link)
+        ownLinks.append({link.key(), link.value()});
+    return Statements::insertDropped(channelUri, Statements::droppedKey, keys)
+        + Statements::insertDropped(channelUri, Statements::droppedLink, ownLinks);
 }
 
 } // namespace
@@ -64,26 +61,18 @@ Result<QList<FeedMessage>> Retention::headlines(const QStringList &uris) const
                          "read its oldest messages from the store");
 }
 
-// The names are stored before the messages are deleted, so that an interruption between the two loses
-// nothing.
+// One update remembers and deletes, so that both agree on which messages are favorites.
 Result<void> Retention::drop(const QString &channelUri, const QStringList &uris, const RemovalStep &step)
 {
     StorePrivate &store = StorePrivate::of(m_store);
     return inChunks(uris, [&](const QStringList &some) -> Result<void> {
         const WriteTurn turn;
-        const auto names =
-            store.run(Statements::linksAndKeys(some), "read its oldest messages from the store")
-                .map([&](const Answer &answer) { return namesOfDropped(answer, channelUri); });
-        if (!names)
-            return Failure(names.error());
-        if (!names->isEmpty()) {
-            const QString insertion = Statements::insertDetails(channelUri, *names);
-            const auto kept = store.update(Statements::update(insertion),
-                                           "keep the links of deleted messages in the store");
-            if (!kept)
-                return kept;
-        }
-        return removeMessages(store, channelUri, some, step);
+        return store.run(Statements::linksAndKeys(some), "read its oldest messages from the store")
+            .and_then([&](const Answer &answer) {
+                return removeMessages(
+                    store, channelUri, some,
+                    rememberDropped(answer, channelUri) + Statements::dropMessages(some, channelUri), step);
+            });
     });
 }
 

@@ -88,6 +88,10 @@ const QString enclosureColumns =
                    "OPTIONAL { ?e mfo:groupDefault ?default } OPTIONAL { ?e mfo:optional ?optional } "
                    "OPTIONAL { ?e mfo:image ?icon } OPTIONAL { ?e nie:mimeType ?type } }");
 
+/// Favorites are marked at any time, so that this stands in each statement that chooses or drops messages.
+const QString isNoFavorite =
+    QStringLiteral("FILTER NOT EXISTS { ?m nao:hasTag nao:predefined-tag-favorite } ");
+
 } // namespace
 
 const QString droppedLink = QStringLiteral("droppedLink");
@@ -379,8 +383,8 @@ QSparqlQuery deleteFavorite(const QString &messageUri)
 QSparqlQuery droppableCount(const QString &channelUri)
 {
     return select(QStringLiteral("SELECT (COUNT(DISTINCT ?m) AS ?n) WHERE { ?m a mfo:FeedMessage ; "
-                                 "nie:isLogicalPartOf ?:channel ; mfo:downloadedTime ?downloaded "
-                                 "FILTER NOT EXISTS { ?m nao:hasTag nao:predefined-tag-favorite } }"),
+                                 "nie:isLogicalPartOf ?:channel ; mfo:downloadedTime ?downloaded ")
+                      + isNoFavorite + QLatin1Char('}'),
                   {{"channel", QUrl(channelUri)}});
 }
 
@@ -388,11 +392,40 @@ QSparqlQuery droppableMessages(const QString &channelUri, int limit)
 {
     return select(
         QStringLiteral("SELECT ?m WHERE { ?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel ; "
-                       "mfo:downloadedTime ?downloaded OPTIONAL { ?m nie:contentCreated ?published } "
-                       "FILTER NOT EXISTS { ?m nao:hasTag nao:predefined-tag-favorite } } "
-                       "ORDER BY ?published ?downloaded LIMIT ?:limit"),
+                       "mfo:downloadedTime ?downloaded OPTIONAL { ?m nie:contentCreated ?published } ")
+            + isNoFavorite + QLatin1String("} ORDER BY ?published ?downloaded LIMIT ?:limit"),
         {{"channel", QUrl(channelUri)}, {"limit", limit}});
 }
+
+QString insertDropped(const QString &channelUri, const QString &name,
+                      const QVector<QPair<QString, QString>> &values)
+{
+    if (values.isEmpty())
+        return {};
+    QString pairs;
+    for (const auto &[uri, value] : values)
+        pairs += QLatin1Char('(') + iri(uri) + literal(value) + QLatin1Char(')');
+    return QLatin1String("INSERT { ") + iri(channelUri) + QLatin1Char(' ') + detail(name)
+        + QLatin1String(" ?name } WHERE { VALUES (?m ?name) { ") + pairs
+        + QLatin1String(" } ?m a mfo:FeedMessage ") + isNoFavorite + QLatin1String("} ");
+}
+
+namespace {
+
+/// Deletes those of \a messages that no other channel has, and takes the others out of the channel. Leaves
+/// those that do not pass \a filter.
+QString removal(const QStringList &messages, const QString &channelUri, const QString &filter)
+{
+    const QString chosen =
+        QLatin1String("WHERE { ") + valuesOf("m", messages) + QLatin1String("?m a mfo:FeedMessage ") + filter;
+    const QString channel = iri(channelUri);
+    return QLatin1String("DELETE { ?m a rdfs:Resource } ") + chosen
+        + QLatin1String("FILTER NOT EXISTS { ?m nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel FILTER(?c != ")
+        + channel + QLatin1String(") } } DELETE { ?m nie:isLogicalPartOf ") + channel + QLatin1String(" } ")
+        + chosen + QLatin1String("} ");
+}
+
+} // namespace
 
 QSparqlQuery enclosuresOf(const QString &messageUri)
 {
@@ -475,11 +508,20 @@ QSparqlQuery replaceFile(const FeedEnclosure &enclosure)
                   + replacement(enclosure.uri(), "nie:mimeType", literal(enclosure.mimeType())));
 }
 
-QSparqlQuery messagesOfOthers(const QStringList &messages, const QString &channelUri)
+QString removeMessages(const QStringList &messages, const QString &channelUri)
 {
-    return select(QLatin1String("SELECT DISTINCT ?m WHERE { ") + valuesOf("m", messages)
-                  + QLatin1String("?m nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel FILTER(?c != ")
-                  + iri(channelUri) + QLatin1String(") }"));
+    return removal(messages, channelUri, QString());
+}
+
+QString dropMessages(const QStringList &messages, const QString &channelUri)
+{
+    return removal(messages, channelUri, isNoFavorite);
+}
+
+QSparqlQuery messagesAmong(const QStringList &uris, const QString &channelUri)
+{
+    return select(QLatin1String("SELECT ?m WHERE { ") + valuesOf("m", uris)
+                  + QLatin1String("?m nie:isLogicalPartOf ") + iri(channelUri) + QLatin1String(" }"));
 }
 
 QSparqlQuery enclosuresOfOwners(const QStringList &owners)

@@ -144,8 +144,16 @@ QSparqlQuery replaceFile(const FeedEnclosure &enclosure);
 
 /// \name Removal
 /// @{
-/// Those of \a messages that a channel other than \a channelUri holds.
-QSparqlQuery messagesOfOthers(const QStringList &messages, const QString &channelUri);
+/// Removes \a messages from the channel: deletes those that no other channel has.
+QString removeMessages(const QStringList &messages, const QString &channelUri);
+/// As removeMessages(), and leaves favorites in the channel.
+QString dropMessages(const QStringList &messages, const QString &channelUri);
+/// Stores under the detail \a name of the channel by what it knows dropped messages: the second text of each
+/// pair. The first one is the URI of the message. Leaves favorites out.
+QString insertDropped(const QString &channelUri, const QString &name,
+                      const QVector<QPair<QString, QString>> &values);
+/// Those of \a uris that are in the channel.
+QSparqlQuery messagesAmong(const QStringList &uris, const QString &channelUri);
 /// The enclosures of \a owners, which are messages or channels.
 QSparqlQuery enclosuresOfOwners(const QStringList &owners);
 /// URI, remote link and local link of those of \a enclosures that belong to nothing.

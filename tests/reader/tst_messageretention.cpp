@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "readertest.h"
 
+#include <TidelReader/itemkey.h>
 #include <TidelReader/retention.h>
-
 #include <TidelReader/writeturn.h>
 
 #include <QRegularExpression>
@@ -30,7 +30,9 @@ private Q_SLOTS:
 
     void drop();
     void dropNothing();
-    void linksAreKeptBeforeMessagesAreDeleted();
+    void oneUpdateRemembersAndDeletes();
+    void changesInTheMeantime_data();
+    void changesInTheMeantime();
     void messagesWithoutLinks();
     void sharedMessages();
     void enclosures();
@@ -171,26 +173,58 @@ void TestMessageRetention::dropNothing()
     QCOMPARE(m_steps.lines(), QStringList());
 }
 
-void TestMessageRetention::linksAreKeptBeforeMessagesAreDeleted()
+void TestMessageRetention::oneUpdateRemembersAndDeletes()
 {
     addMessages({"a", "b"}, "news", 1);
     StatementGate::reset();
     VERIFY_OK(drop({"a", "b"}));
-    const QStringList statements = StatementGate::statements();
-    const int kept = int(statements.indexOf(QRegularExpression("^INSERT DATA .*droppedLink.*")));
-    const int deleted = int(statements.indexOf(QRegularExpression("^DELETE DATA .*urn:message:a.*")));
-    QVERIFY2(kept >= 0 && kept < deleted, qPrintable(statements.join('\n')));
+    const QStringList updates = StatementGate::statements().filter(QRegularExpression("^(?:INSERT|DELETE) "));
+    QVERIFY2(updates.size() == 1, qPrintable(updates.join('\n')));
+    QCOMPARE(droppedFrom("news"), linksOf({"a", "b"}));
+}
 
-    // The messages stay if their links cannot be kept.
-    addMessages({"c"}, "news", 3);
-    StatementGate::setJudge([](const QString &statement) {
-        return statement.contains("droppedLink") ? StatementGate::Refuse : StatementGate::Pass;
+void TestMessageRetention::changesInTheMeantime_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<bool>("isInTime");
+    QTest::newRow("before the links are read") << 0 << true;
+    QTest::newRow("before the enclosures are read") << 1 << true;
+    QTest::newRow("before the update") << 2 << true;
+    QTest::newRow("after the update") << 3 << false;
+    QTest::newRow("before enclosures are deleted") << 4 << false;
+}
+
+/// While messages are dropped, another program marks one as a favorite, and adds one to another channel.
+void TestMessageRetention::changesInTheMeantime()
+{
+    QFETCH(int, index);
+    QFETCH(bool, isInTime);
+    addMessages({"marked", "keyed", "joined", "other"}, "news");
+    store().update("INSERT { <urn:message:keyed> tidel:itemKey '" + itemKey(channelUri("news"), "1") + "' }");
+    addEnclosure("marked.ogg", messageUri("marked"));
+    addEnclosure("other.ogg", messageUri("other"));
+    StatementGate::setJudge([&, seen = 0](const QString &) mutable {
+        if (seen++ == index) {
+            store().update(
+                "INSERT { ?m nao:hasTag nao:predefined-tag-favorite } WHERE { ?m a mfo:FeedMessage "
+                "FILTER(?m IN (<urn:message:marked>, <urn:message:keyed>)) } "
+                "INSERT { ?m nie:isLogicalPartOf <urn:channel:radio> } WHERE { "
+                "?m a mfo:FeedMessage FILTER(?m = <urn:message:joined>) }");
+        }
+        return StatementGate::Pass;
     });
-    const auto failed = drop({"c"});
+    const auto dropped = drop({"marked", "keyed", "joined", "other"});
     StatementGate::reset();
-    QVERIFY(!failed);
-    QCOMPARE(failed.error().attempt(), QString("keep the links of deleted messages in the store"));
-    QCOMPARE(messagesIn("news"), QStringList("c"));
+    VERIFY_OK(dropped);
+    QCOMPARE(messagesIn("news"), isInTime ? QStringList({"keyed", "marked"}) : QStringList());
+    QCOMPARE(messagesIn("radio"), isInTime ? QStringList("joined") : QStringList());
+    QCOMPARE(droppedFrom("news"),
+             isInTime ? linksOf({"joined", "other"}) : linksOf({"joined", "marked", "other"}));
+    QCOMPARE(store().count("<urn:channel:news> tidel:droppedKey ?key"), isInTime ? 0 : 1);
+    QCOMPARE(store().count("?e a mfo:Enclosure"), isInTime ? 1 : 0);
+    QCOMPARE(m_steps.lines(),
+             QStringList(isInTime ? "2 urn:enclosure:other.ogg"
+                                  : "4 urn:enclosure:marked.ogg urn:enclosure:other.ogg"));
 }
 
 void TestMessageRetention::messagesWithoutLinks()
@@ -278,14 +312,10 @@ void TestMessageRetention::failureInALaterStep_data()
     QTest::addColumn<QString>("attempt");
     QTest::newRow("headlines") << "SELECT \\?m \\?link \\?key"
                                << "read its oldest messages from the store";
-    QTest::newRow("links") << "INSERT DATA"
-                           << "keep the links of deleted messages in the store";
-    QTest::newRow("other channels") << "SELECT DISTINCT \\?m"
-                                    << "delete messages from the store";
     QTest::newRow("enclosures") << "SELECT DISTINCT \\?e"
                                 << "delete messages from the store";
-    QTest::newRow("deletion") << "DELETE DATA"
-                              << "delete messages from the store";
+    QTest::newRow("update") << "INSERT"
+                            << "delete messages from the store";
 }
 
 /// The second step fails at its statement of one kind.

@@ -383,7 +383,7 @@ void TestPrune::failureDoesNotStopNextChannel()
     });
     const CommandResult result = pruned({}, 1);
     QVERIFY(!result.isFine);
-    QVERIFY2(result.err.startsWith("tidel: News: could not keep the links of deleted messages in the store: ")
+    QVERIFY2(result.err.startsWith("tidel: News: could not delete messages from the store: ")
                  && result.err.count('\n') == 1,
              qPrintable(result.err));
     QCOMPARE(result.out, QString("Radio: deleted 2 messages, 0 files\n"));
