@@ -16,6 +16,7 @@
 #include <QDateTime>
 #include <QFile>
 #include <QLoggingCategory>
+#include <QRegularExpression>
 
 // Tracker's own messages are for developers. They appear in a terminal only if this category is enabled.
 Q_LOGGING_CATEGORY(lcTracker, "tidel.sparql.tracker", QtFatalMsg)
@@ -115,7 +116,10 @@ const QString updateRefused = QStringLiteral("The update is refused");
 /// otherwise returns false. Tracker has no error code for that.
 bool isOutOfDate(const QSparqlError &error)
 {
-    return error.message().startsWith(updateRefused + QLatin1String(": database is locked"));
+    static const QRegularExpression locked(
+        QLatin1Char('^') + updateRefused
+        + QLatin1String(": (?:Could not \\w+ FTS text: )?database is locked"));
+    return locked.match(error.message()).hasMatch();
 }
 
 } // namespace
