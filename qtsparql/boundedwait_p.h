@@ -5,11 +5,11 @@
 #include <QDeadlineTimer>
 #include <QThread>
 
-/// Calls \a isDone every 10 ms until it returns true or 30 s have passed. Returns true if it returned true;
-/// otherwise returns false.
-template <typename Function> bool waitUntil(Function isDone)
+/// Calls \a isDone every 10 ms until it returns true or \a milliseconds have passed. Returns true if it
+/// returned true; otherwise returns false.
+template <typename Function> bool waitUntil(Function isDone, int milliseconds = 30000)
 {
-    const QDeadlineTimer deadline(30000);
+    const QDeadlineTimer deadline(milliseconds);
     while (!isDone()) {
         if (deadline.hasExpired())
             return false;

@@ -6,6 +6,7 @@
 #include "link.h"
 #include "messageremoval_p.h"
 #include "statements_p.h"
+#include "writeturn.h"
 
 #include <feedtrackersparql.h>
 
@@ -151,20 +152,11 @@ Result<void> Channels::edit(const FeedChannel &channel, const QString &title, co
     return store.update(Statements::update(changes), "change the channel in the store");
 }
 
-Result<void> Channels::remove(const FeedChannel &channel, const RemovalStep &step)
-{
-    StorePrivate &store = StorePrivate::of(m_store);
-    const auto messages =
-        store.texts(Statements::messageUrisOf(channel.uri()), "find the messages of the channel");
-    if (!messages)
-        return Failure(messages.error());
-    const Result<void> emptied = inChunks(*messages, [&](const QStringList &some) {
-        return removeMessages(store, channel.uri(), some, Statements::removeMessages(some, channel.uri()),
-                              step);
-    });
-    if (!emptied)
-        return emptied;
+namespace {
 
+/// Deletes \a channel, which has no messages, with its image.
+Result<void> removeEmptied(StorePrivate &store, const FeedChannel &channel, const RemovalStep &step)
+{
     const auto images =
         store.texts(Statements::enclosuresOfOwners({channel.uri()}), "find the image of the channel");
     if (!images)
@@ -180,6 +172,29 @@ Result<void> Channels::remove(const FeedChannel &channel, const RemovalStep &ste
     const Result<void> cleaned = deleteReleased(store, *images, &released);
     step(0, released);
     return cleaned;
+}
+
+} // namespace
+
+// Each turn asks again, because between two turns a refresh can add messages.
+Result<void> Channels::remove(const FeedChannel &channel, const RemovalStep &step)
+{
+    StorePrivate &store = StorePrivate::of(m_store);
+    while (true) {
+        const Result<WriteTurn> turn = WriteTurn::take();
+        if (!turn)
+            return Failure(turn.error());
+        const auto messages = store.texts(Statements::messageUrisOf(channel.uri(), chunkSize),
+                                          "find the messages of the channel");
+        if (!messages)
+            return Failure(messages.error());
+        if (messages->isEmpty())
+            return removeEmptied(store, channel, step);
+        const Result<void> removed = removeMessages(
+            store, channel.uri(), *messages, Statements::removeMessages(*messages, channel.uri()), step);
+        if (!removed)
+            return removed;
+    }
 }
 
 } // namespace Tidel

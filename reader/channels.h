@@ -44,7 +44,7 @@ public:
     /// another channel or a message has \a link.
     Result<void> edit(const FeedChannel &channel, const QString &title, const QString &link);
     /// Deletes \a channel with its messages, which stay with the other channels that hold them. \a step is
-    /// called after each update. The caller has its WriteTurn.
+    /// called after each update. Takes a WriteTurn for each hundred messages.
     Result<void> remove(const FeedChannel &channel, const RemovalStep &step);
 
 private:

@@ -3,6 +3,7 @@
 
 #include "messageremoval_p.h"
 #include "statements_p.h"
+#include "writeturn.h"
 
 namespace Tidel {
 
@@ -15,7 +16,10 @@ Result<void> Orphans::remove(const RemovalStep &step)
         store.texts(Statements::orphanMessages(), "find the messages that belong to no channel");
     if (!messages)
         return Failure(messages.error());
-    const Result<void> removed = inChunks(*messages, [&](const QStringList &some) {
+    const Result<void> removed = inChunks(*messages, [&](const QStringList &some) -> Result<void> {
+        const Result<WriteTurn> turn = WriteTurn::take();
+        if (!turn)
+            return Failure(turn.error());
         return removeMessages(store, QString(), some, Statements::removeMessages(some, QString()), step);
     });
     if (!removed)
@@ -26,7 +30,12 @@ Result<void> Orphans::remove(const RemovalStep &step)
     if (!enclosures)
         return Failure(enclosures.error());
     QList<FeedEnclosure> deleted;
-    const Result<void> released = deleteReleased(store, *enclosures, &deleted);
+    const Result<void> released = inChunks(*enclosures, [&](const QStringList &some) -> Result<void> {
+        const Result<WriteTurn> turn = WriteTurn::take();
+        if (!turn)
+            return Failure(turn.error());
+        return deleteReleased(store, some, &deleted);
+    });
     if (!deleted.isEmpty())
         step(0, deleted);
     return released;

@@ -16,7 +16,7 @@ public:
     explicit Orphans(const Store &store);
 
     /// Deletes them, and calls \a step after each update. A message without a link stays, and so does an
-    /// enclosure without a remote or a local link. The caller has its WriteTurn.
+    /// enclosure without a remote or a local link. Takes a WriteTurn for each hundred.
     Result<void> remove(const RemovalStep &step);
 
 private:

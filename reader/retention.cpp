@@ -66,7 +66,9 @@ Result<void> Retention::drop(const QString &channelUri, const QStringList &uris,
 {
     StorePrivate &store = StorePrivate::of(m_store);
     return inChunks(uris, [&](const QStringList &some) -> Result<void> {
-        const WriteTurn turn;
+        const Result<WriteTurn> turn = WriteTurn::take();
+        if (!turn)
+            return Failure(turn.error());
         return store.run(Statements::linksAndKeys(some), "read its oldest messages from the store")
             .and_then([&](const Answer &answer) {
                 return removeMessages(

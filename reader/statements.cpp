@@ -237,10 +237,11 @@ QSparqlQuery messagesOf(const QString &channelUri)
         {{"channel", QUrl(channelUri)}});
 }
 
-QSparqlQuery messageUrisOf(const QString &channelUri)
+QSparqlQuery messageUrisOf(const QString &channelUri, int limit)
 {
-    return select(QStringLiteral("SELECT ?m WHERE { ?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel }"),
-                  {{"channel", QUrl(channelUri)}});
+    return select(QStringLiteral("SELECT ?m WHERE { ?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel } "
+                                 "LIMIT ?:limit"),
+                  {{"channel", QUrl(channelUri)}, {"limit", limit}});
 }
 
 QSparqlQuery messageWithLink(const QUrl &address)

@@ -81,7 +81,7 @@ QString deleteDropped(const QString &channelUri, const QString &name, const QStr
 /// URI, title, text, link, date of publication, time of download, whether it is a favorite, summary.
 QSparqlQuery messagesOf(const QString &channelUri);
 /// The URIs of all messages of the channel.
-QSparqlQuery messageUrisOf(const QString &channelUri);
+QSparqlQuery messageUrisOf(const QString &channelUri, int limit);
 /// The URI of the message that has the link \a address.
 QSparqlQuery messageWithLink(const QUrl &address);
 /// The message \a uri, if it is stored.

@@ -2,9 +2,11 @@
 #ifndef TIDEL_WRITETURN_H
 #define TIDEL_WRITETURN_H
 
-#include "tidelreaderglobal.h"
+#include "error.h"
 
-#include <QFile>
+#include <memory>
+
+QT_FORWARD_DECLARE_CLASS(QFile)
 
 namespace Tidel {
 
@@ -12,21 +14,36 @@ namespace Tidel {
  * The turn of this process to change the store by several statements that must see the same store: to add
  * what the store does not have, or to delete what no other process adds to in the meantime.
  *
- * The constructor waits until no other process has its turn, for at most 30 seconds. The turn ends with the
- * object or with the process. A thread has one turn at a time; a second one would wait for the first. If the
- * lock file cannot be opened, the constructor does not wait.
+ * \code
+ * const Result<WriteTurn> turn = WriteTurn::take();
+ * if (!turn)
+ *     return Failure(turn.error());
+ * \endcode
+ *
+ * The turn ends with the object or with the process. Take one for each hundred messages or so: a program that
+ * waits gets the next turn, and waits in vain for a long one. A thread has one turn at
+ * a time; a second one would wait for the first.
  */
 class TIDELREADER_EXPORT WriteTurn
 {
 public:
-    /// Waits for the turn of this process.
-    WriteTurn();
+    /// Waits until no other process has its turn, for at most \a seconds. Fails with Error::StoreFailed,
+    /// which says who has the turn and for how long. Nothing may be written then.
+    static Result<WriteTurn> take(int seconds = 30);
+    /// Takes over the turn of \a other.
+    WriteTurn(WriteTurn &&other) noexcept;
     /// Ends the turn.
     ~WriteTurn();
-    Q_DISABLE_COPY(WriteTurn)
+
+    /// Returns true if no other process had a turn since the last one of this process, so that what was asked
+    /// in that one or later is still so; otherwise returns false.
+    bool followsOwn() const { return m_followsOwn; }
 
 private:
-    QFile m_file;
+    Q_DECL_HIDDEN WriteTurn(std::unique_ptr<QFile> lock, bool followsOwn);
+
+    std::unique_ptr<QFile> m_lock;
+    bool m_followsOwn;
 };
 
 } // namespace Tidel

@@ -94,7 +94,11 @@ Outcome EnclosureDownload::readEnclosure()
 
 void EnclosureDownload::transferred(const Transfer &transfer)
 {
-    const WriteTurn turn;
+    const Result<WriteTurn> turn = WriteTurn::take();
+    if (!turn) {
+        finish(storeFailed(turn.error(), "download it again"));
+        return;
+    }
     // Another process may have downloaded or deleted the enclosure in the meantime.
     Outcome outcome = readEnclosure();
     m_path = presentFile(m_enclosure);

@@ -134,7 +134,6 @@ void FeedDownload::read(const FeedDocument &document)
     }
     if (!m_itemBase.isEmpty())
         feed->nameItemsAfter(m_itemBase);
-    const WriteTurn turn;
     finish(m_isSubscription ? addChannel(*feed, document.validators)
                             : addMessages(*feed, document.validators));
 }
@@ -165,7 +164,8 @@ QVector<FeedLink> FeedDownload::foundFeeds() const
 
 Outcome FeedDownload::addChannel(const ParsedFeed &feed, const Validators &validators)
 {
-    const Result<QString> added = Channels(store()).add(feed.channel());
+    const Result<QString> added =
+        WriteTurn::take().and_then([&](const WriteTurn &) { return Channels(store()).add(feed.channel()); });
     if (!added && added.error().kind() == Error::AlreadyStored)
         return {FeedDownloadAlreadyStored, added.error().reason()};
     if (!added)
@@ -177,12 +177,15 @@ Outcome FeedDownload::addChannel(const ParsedFeed &feed, const Validators &valid
 
 Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &validators)
 {
-    const Result<FeedState> state = Feeds(store()).state(m_channelUri);
-    if (!state)
-        return channelNotRead(state.error(), QStringLiteral("the channel was deleted during the download"));
-    const Result<void> written = Feeds(store()).memory(m_channelUri).and_then([&](const FeedMemory &memory) {
-        return write(feed, validators, memory);
+    const Result<FeedMemory> memory = WriteTurn::take().and_then([&](const WriteTurn &) {
+        return Feeds(store()).state(m_channelUri).and_then([&](const FeedState &) {
+            return Feeds(store()).memory(m_channelUri);
+        });
     });
+    const Result<void> written =
+        memory.and_then([&](const FeedMemory &remembered) { return write(feed, validators, remembered); });
+    if (!written && written.error().kind() == Error::NotFound)
+        return {FeedDownloadNotFound, QStringLiteral("the channel was deleted during the download")};
     return written ? Outcome() : storeFailed(written.error(), "refresh again");
 }
 

@@ -5,6 +5,7 @@
 
 #include <TidelReader/itemkey.h>
 #include <TidelReader/linkuse.h>
+#include <TidelReader/writeturn.h>
 
 #include <algorithm>
 
@@ -39,6 +40,21 @@ QStringList newKinds(const QStringList &notes, const QStringList &before)
     return added;
 }
 
+// While one group is written, other programs wait.
+constexpr int groupSize = 100;
+
+/// Takes a turn in which the channel exists.
+Result<WriteTurn> takeTurn(const Store &store, const QString &channelUri)
+{
+    Result<WriteTurn> turn = WriteTurn::take();
+    if (!turn || turn->followsOwn())
+        return turn;
+    const Result<FeedState> state = Feeds(store).state(channelUri);
+    if (!state)
+        return Failure(state.error());
+    return turn;
+}
+
 } // namespace
 
 struct FeedWriter::Claims
@@ -57,22 +73,30 @@ Result<void> FeedWriter::write(const ParsedFeed &feed, const Validators &validat
     const QSet<QString> ids = feed.uniqueIds();
     for (const QString &id : ids)
         m_keys.insert(id, itemKey(m_channelUri, id));
-    const ChannelDetails details = feed.channelDetails();
     const Result<KnownItems> known =
         m_isNewChannel ? KnownItems() : KnownItems::of(m_store, m_keys.values(), m_channelUri);
     if (!known)
         return Failure(known.error());
     return claim(feed, *known, memory).and_then([&](const Claims &claims) {
-        return writeMessages(feed, claims, *known, memory)
-            .and_then([&] {
-                return Feeds(m_store).noteReading(m_channelUri, validators.entityTag, validators.lastModified,
-                                                  details, memory);
-            })
-            .and_then([&] {
-                m_newNotes = newKinds(details.notes, memory.details.notes);
-                return forgetDropped(claims, memory);
-            });
+        return writeMessages(feed, claims, *known, memory).and_then([&] {
+            return writeChannel(feed, validators, claims, memory);
+        });
     });
+}
+
+Result<void> FeedWriter::writeChannel(const ParsedFeed &feed, const Validators &validators,
+                                      const Claims &claims, const FeedMemory &memory)
+{
+    const ChannelDetails details = feed.channelDetails();
+    const Result<WriteTurn> turn = takeTurn(m_store, m_channelUri);
+    if (!turn)
+        return Failure(turn.error());
+    return Feeds(m_store)
+        .noteReading(m_channelUri, validators.entityTag, validators.lastModified, details, memory)
+        .and_then([&] {
+            m_newNotes = newKinds(details.notes, memory.details.notes);
+            return forgetDropped(claims, memory);
+        });
 }
 
 QString FeedWriter::keyOf(const NamedItem &item) const { return m_keys.value(item.record.id); }
@@ -159,7 +183,60 @@ Result<void> FeedWriter::writeMessages(const ParsedFeed &feed, const Claims &cla
         messages.append(message);
     }
     sortOldestFirst(messages);
-    return MessageWriter(m_store).write(messages, m_channelUri, claims.use, known, &m_written);
+    Result<void> result;
+    for (int from = 0; from < messages.size(); from += groupSize) {
+        const Result<void> done = writeGroup(messages.mid(from, groupSize), claims.use, known);
+        if (!done && result)
+            result = done;
+        // The other groups may be without the values that the store refuses.
+        if (!done && done.error().kind() != Error::StoreRefused)
+            break;
+    }
+    return result;
+}
+
+Result<void> FeedWriter::writeGroup(const QList<StorableMessage> &messages, const LinkUse &use,
+                                    const KnownItems &known)
+{
+    const Result<WriteTurn> turn = takeTurn(m_store, m_channelUri);
+    if (!turn)
+        return Failure(turn.error());
+    return turn->followsOwn() && m_isAlone ? store(messages, use, known) : writeAfterOthers(messages);
+}
+
+Result<void> FeedWriter::writeAfterOthers(const QList<StorableMessage> &messages)
+{
+    m_isAlone = false;
+    const Result<FeedMemory> memory = Feeds(m_store).memory(m_channelUri);
+    if (!memory)
+        return Failure(memory.error());
+    QList<StorableMessage> left;
+    QStringList keys;
+    QList<Link> links;
+    for (const StorableMessage &message : messages) {
+        if (memory->droppedKeys.contains(message.key())
+            || memory->droppedLinks.contains(message.link().toString()))
+            continue;
+        left.append(message);
+        links.append(message.link());
+        if (!message.key().isEmpty())
+            keys.append(message.key());
+    }
+    return KnownItems::of(m_store, keys, m_channelUri).and_then([&](const KnownItems &known) {
+        return LinkUse::of(m_store, links, m_channelUri).and_then([&](const LinkUse &use) {
+            return store(left, use, known);
+        });
+    });
+}
+
+Result<void> FeedWriter::store(const QList<StorableMessage> &messages, const LinkUse &use,
+                               const KnownItems &known)
+{
+    WrittenMessages written;
+    const Result<void> done = MessageWriter(m_store).write(messages, m_channelUri, use, known, &written);
+    m_written.added += written.added;
+    m_written.changed += written.changed;
+    return done;
 }
 
 Result<void> FeedWriter::forgetDropped(const Claims &claims, const FeedMemory &memory)

@@ -32,7 +32,8 @@ public:
 
     /// Stores the messages of \a feed that the channel neither has nor has dropped, changes those that say
     /// something else, and then stores \a validators. \a memory is what the store remembers of the channel.
-    /// The caller has its WriteTurn since before it read \a memory.
+    /// Takes a WriteTurn for each hundred messages; the last turn of this process was the one in which
+    /// \a memory was read. Fails with Error::NotFound if the channel is deleted in the meantime.
     Result<void> write(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory);
 
     /// The links of the messages that are new to the channel or changed, the oldest first.
@@ -59,6 +60,16 @@ private:
     /// Stores the messages of \a claims.
     Result<void> writeMessages(const ParsedFeed &feed, const Claims &claims, const KnownItems &known,
                                const FeedMemory &memory);
+    /// Stores some messages, at most a hundred, in one turn.
+    Result<void> writeGroup(const QList<StorableMessage> &messages, const LinkUse &use,
+                            const KnownItems &known);
+    /// As writeGroup(), after another process may have changed the store: asks again about \a messages.
+    Result<void> writeAfterOthers(const QList<StorableMessage> &messages);
+    /// Stores \a messages in the turn of the caller.
+    Result<void> store(const QList<StorableMessage> &messages, const LinkUse &use, const KnownItems &known);
+    /// Notes what \a feed says of itself, and forgets the dropped messages that it no longer contains.
+    Result<void> writeChannel(const ParsedFeed &feed, const Validators &validators, const Claims &claims,
+                              const FeedMemory &memory);
     /// Forgets the dropped messages that the feed no longer contains.
     Result<void> forgetDropped(const Claims &claims, const FeedMemory &memory);
 
@@ -67,6 +78,7 @@ private:
     const bool m_isNewChannel;
     QHash<QString, QString> m_keys; ///< By the identifiers that are unique in the document.
     WrittenMessages m_written;
+    bool m_isAlone = true; // No other process had a turn since the first one of this writer.
     QStringList m_newNotes;
 };
 

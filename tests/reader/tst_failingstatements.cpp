@@ -227,7 +227,7 @@ void TestFailingStatements::removals_data()
     QTest::addColumn<int>("statements");
     QTest::addColumn<Attempt>("attempt");
     using S = const Store &;
-    addAttempt("Channels::remove", 13, [](S s) { return Channels(s).remove(channel("news"), ignoreStep); });
+    addAttempt("Channels::remove", 15, [](S s) { return Channels(s).remove(channel("news"), ignoreStep); });
     addAttempt("Orphans::remove", 9, [](S s) { return Orphans(s).remove(ignoreStep); });
     addAttempt("Retention::drop", 10, [](S s) {
         return Retention(s).drop(channelUri("news"), messageUris(manyNames) + messageUris({"a", "shared"}),

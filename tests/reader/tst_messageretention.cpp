@@ -291,7 +291,7 @@ void TestMessageRetention::waitsForItsTurn()
     std::promise<void> begun;
     std::atomic<bool> hasEnded(false);
     std::thread other([&] {
-        const WriteTurn turn;
+        const auto turn = WriteTurn::take();
         begun.set_value();
         std::this_thread::sleep_for(std::chrono::milliseconds(200));
         hasEnded = true;
@@ -303,7 +303,7 @@ void TestMessageRetention::waitsForItsTurn()
     VERIFY_OK(dropped);
     QVERIFY(hasWaited);
     // The turn has ended.
-    const WriteTurn turn;
+    VERIFY_OK(WriteTurn::take(0));
 }
 
 void TestMessageRetention::failureInALaterStep_data()

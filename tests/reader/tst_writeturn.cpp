@@ -17,9 +17,16 @@ private slots:
     void init();
 
     void oneAfterTheOther();
+    void whoWaitsIsNext();
+    void whoHasIt();
+    void unreadableNotes_data();
+    void unreadableNotes();
+    void followsOwn();
     void withoutFolder();
 
 private:
+    QString lockFile() const { return m_dir->filePath("tidel/writing.lock"); }
+
     std::unique_ptr<QTemporaryDir> m_dir;
 };
 
@@ -28,18 +35,16 @@ void TestWriteTurn::init()
     m_dir = std::make_unique<QTemporaryDir>();
     QVERIFY(m_dir->isValid());
     qputenv("XDG_DATA_HOME", QFile::encodeName(m_dir->path()));
+    QVERIFY(QDir(m_dir->path()).mkdir("tidel"));
 }
 
 // For the system two threads that open the file are like two processes.
 void TestWriteTurn::oneAfterTheOther()
 {
-    QVERIFY(QDir(m_dir->path()).mkdir("tidel"));
-    std::optional<WriteTurn> mine(std::in_place);
+    std::optional<Result<WriteTurn>> mine(WriteTurn::take());
+    QVERIFY(mine->has_value());
     std::atomic<bool> isTheirs(false);
-    std::thread thread([&] {
-        const WriteTurn theirs;
-        isTheirs = true;
-    });
+    std::thread thread([&] { isTheirs = WriteTurn::take().has_value(); });
     QTest::qWait(200);
     const bool wasTooEarly = isTheirs;
     mine.reset();
@@ -48,12 +53,88 @@ void TestWriteTurn::oneAfterTheOther()
     QVERIFY(isTheirs);
 }
 
+void TestWriteTurn::whoWaitsIsNext()
+{
+    std::optional<Result<WriteTurn>> mine(WriteTurn::take());
+    std::atomic<bool> wasTheirs(false);
+    std::thread thread([&] {
+        const auto theirs = WriteTurn::take();
+        wasTheirs = theirs.has_value();
+    });
+    QTest::qWait(200);
+    mine.reset();
+    mine.emplace(WriteTurn::take());
+    const bool isSecond = wasTheirs;
+    mine.reset();
+    thread.join();
+    QVERIFY(isSecond);
+}
+
+void TestWriteTurn::whoHasIt()
+{
+    const auto mine = WriteTurn::take();
+    QVERIFY(mine);
+    QTest::qWait(1000);
+    const auto theirs = WriteTurn::take(0);
+    QVERIFY(!theirs);
+    QCOMPARE(theirs.error().kind(), Error::StoreFailed);
+    const QString who =
+        QString("could not write to the store: tst_writeturn (process %1) has been writing for ")
+            .arg(QCoreApplication::applicationPid());
+    const QString text = theirs.error().text();
+    QVERIFY2(text.startsWith(who) && text.endsWith(" seconds; wait until it has ended, or end it"),
+             qPrintable(text));
+    QVERIFY(text.mid(who.size()).section(' ', 0, 0).toInt() >= 1);
+}
+
+void TestWriteTurn::unreadableNotes_data()
+{
+    QTest::addColumn<QByteArray>("note");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("no numbers") << QByteArray("a b c");
+    QTest::newRow("not text") << QByteArray("\xff\0\n\n\n%1 %2", 9);
+    QTest::newRow("long") << QByteArray(1000000, '9');
+}
+
+void TestWriteTurn::unreadableNotes()
+{
+    QFETCH(QByteArray, note);
+    QFile file(lockFile());
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(note);
+    file.close();
+    const auto turn = WriteTurn::take();
+    QVERIFY(turn);
+    QVERIFY(!turn->followsOwn());
+}
+
+void TestWriteTurn::followsOwn()
+{
+    QVERIFY(!WriteTurn::take()->followsOwn());
+    QVERIFY(WriteTurn::take()->followsOwn());
+    QCOMPARE(QProcess::execute(QCoreApplication::applicationFilePath(), {"take"}), 0);
+    QVERIFY(!WriteTurn::take()->followsOwn());
+    QVERIFY(WriteTurn::take()->followsOwn());
+}
+
 void TestWriteTurn::withoutFolder()
 {
-    const WriteTurn one;
-    const WriteTurn two;
+    QVERIFY(QDir(m_dir->path()).rmdir("tidel"));
+    const auto turn = WriteTurn::take();
+    QVERIFY(!turn);
+    QCOMPARE(turn.error().kind(), Error::StoreFailed);
+    QVERIFY2(turn.error().text().contains("/tidel/writing-next.lock: "), qPrintable(turn.error().text()));
     QVERIFY(!QFile::exists(m_dir->filePath("tidel")));
 }
 
-QTEST_GUILESS_MAIN(TestWriteTurn)
+/// With the argument "take" the program is another process, which has a turn.
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    if (application.arguments().mid(1) == QStringList("take"))
+        return WriteTurn::take() ? 0 : 1;
+    TestWriteTurn test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_writeturn.moc"

@@ -6,14 +6,12 @@
 #include "removalreport.h"
 
 #include <TidelReader/orphans.h>
-#include <TidelReader/writeturn.h>
 
 namespace Tidel {
 
 void clean(const Store &store, const Arguments &, Output &output)
 {
     RemovalReport report(output);
-    const WriteTurn turn;
     const Result<void> removed = Orphans(store).remove(report.step());
     if (report.messages() > 0 || report.enclosures() > 0)
         output.line(QStringLiteral("Deleted: %1, %2, %3")

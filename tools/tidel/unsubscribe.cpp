@@ -6,7 +6,6 @@
 #include "removalreport.h"
 
 #include <TidelReader/channels.h>
-#include <TidelReader/writeturn.h>
 
 namespace Tidel {
 
@@ -16,7 +15,6 @@ void unsubscribe(const Store &store, const Arguments &arguments, Output &output)
     if (!channel)
         return;
     RemovalReport report(output);
-    const WriteTurn turn;
     const Result<void> removed = Channels(store).remove(*channel, report.step());
     if (removed)
         output.line(QStringLiteral("Unsubscribed: %1").arg(channel->title()));

@@ -59,7 +59,9 @@ private:
             messages.append(StorableMessage(links.last(), message));
             m_newMessages.append(links.last().toString());
         }
-        const WriteTurn turn;
+        const Result<WriteTurn> turn = WriteTurn::take();
+        if (!turn)
+            return Failure(turn.error());
         return Channels(store).add(channel).and_then([&](const QString &uri) {
             return LinkUse::of(store, links, uri).and_then([&](const LinkUse &use) {
                 return MessageWriter(store).write(messages, uri, use);
