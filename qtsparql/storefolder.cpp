@@ -48,6 +48,12 @@ QString StoreFolder::lockFailure() const
 
 bool StoreFolder::hasDatabase() const { return m_dir.exists(QStringLiteral("meta.db")) && !m_mark.exists(); }
 
+bool StoreFolder::removeOntologyCopy()
+{
+    const QString copy = QStringLiteral("ontologies.gvdb");
+    return m_dir.remove(copy) || !m_dir.exists(copy);
+}
+
 bool StoreFolder::beginMaking()
 {
     if (m_mark.exists()) {

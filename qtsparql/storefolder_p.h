@@ -30,6 +30,13 @@ public:
     /// Returns true if there is a complete database; otherwise returns false.
     bool hasDatabase() const;
 
+    /// Removes the copy of the ontology that Tracker keeps beside the database. Returns false if it is still
+    /// there; otherwise returns true.
+    ///
+    /// Tracker crashes when it reads a copy that a power loss has cut. Without the copy it opens a store in
+    /// the same time.
+    bool removeOntologyCopy();
+
     /// Marks the folder while a database is created in it, unless there is a complete database. Returns false
     /// if the folder is not writable; otherwise returns true.
     ///

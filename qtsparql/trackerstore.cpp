@@ -163,7 +163,9 @@ std::unique_ptr<TrackerStore> TrackerStore::open(const QString &folder, QSparqlE
     if (error->isValid())
         return nullptr;
     Access access = Access::Reading;
-    std::unique_ptr<Handle> handle = place.hasDatabase() ? connect(folder, access, error) : nullptr;
+    // Only opening for reading looks at the copy.
+    const bool isReadable = place.hasDatabase() && place.removeOntologyCopy();
+    std::unique_ptr<Handle> handle = isReadable ? connect(folder, access, error) : nullptr;
     if (!handle || !handle->hasOurOntology()) {
         access = Access::Writing;
         handle = openForWriting(&place, error);

@@ -37,7 +37,8 @@ private Q_SLOTS:
     void damagedDatabase_data();
     void damagedDatabase();
     void damagedPages();
-    void damagedCacheIsMadeAnew();
+    void damagedOntologyCopyIsNotRead_data();
+    void damagedOntologyCopyIsNotRead();
     void unfinishedCreationIsBegunAnew_data();
     void unfinishedCreationIsBegunAnew();
     void wholeStoreIsNeverBegunAnew();
@@ -327,14 +328,35 @@ void TestConnection::damagedPages()
     }
 }
 
-void TestConnection::damagedCacheIsMadeAnew()
+void TestConnection::damagedOntologyCopyIsNotRead_data()
 {
+    QTest::addColumn<int>("whole");
+    QTest::addColumn<QByteArray>("rest");
+    QTest::newRow("empty") << 0 << QByteArray();
+    QTest::newRow("rubbish") << 0 << rubbish(1000);
+    QTest::newRow("cut in its head") << 100 << QByteArray();
+    QTest::newRow("cut at a page") << 8192 << QByteArray();
+    QTest::newRow("end not written") << 4096 << QByteArray(50000, '\0');
+}
+
+void TestConnection::damagedOntologyCopyIsNotRead()
+{
+    QFETCH(int, whole);
+    QFETCH(QByteArray, rest);
     const QTemporaryDir dir;
     const QString folder = filledStore(dir);
-    overwrite(folder + QStringLiteral("/ontologies.gvdb"), rubbish(1000));
-    const auto connection = ScratchStore::connect(folder);
-    QVERIFY2(connection->isValid(), qPrintable(connection->lastError().message()));
-    QCOMPARE(ScratchStore::rows(*connection, selectTitles), QStringList(QStringLiteral("one")));
+    QFile copy(folder + QStringLiteral("/ontologies.gvdb"));
+    QVERIFY(copy.open(QIODevice::ReadOnly));
+    const QByteArray content = copy.read(whole);
+    QCOMPARE(content.size(), whole);
+    overwrite(copy.fileName(), content + rest);
+    for (int i = 0; i < 2; ++i) {
+        const auto connection = ScratchStore::connect(folder);
+        QVERIFY2(connection->isValid(), qPrintable(connection->lastError().message()));
+        QCOMPARE(ScratchStore::rows(*connection, selectTitles), QStringList(QStringLiteral("one")));
+        VERIFY_DONE(ScratchStore::run(*connection, QStringLiteral("INSERT { <urn:two> a mfo:FeedMessage }"),
+                                      QSparqlQuery::InsertStatement));
+    }
 }
 
 void TestConnection::unfinishedCreationIsBegunAnew_data()
