@@ -3,6 +3,9 @@
 
 #include "boundedwait_p.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace {
 
 /// Locks \a lock. QLockFile's own waiting gets slower and slower; one of eight programs would wait six
@@ -47,6 +50,20 @@ QString StoreFolder::lockFailure() const
 }
 
 bool StoreFolder::hasDatabase() const { return m_dir.exists(QStringLiteral("meta.db")) && !m_mark.exists(); }
+
+QSparqlError StoreFolder::refuseReadOnly() const
+{
+    const QStringList names = m_dir.entryList({QStringLiteral("meta.db*")}, QDir::Files);
+    for (const QString &name : names) {
+        // QFileInfo asks for the user who started the program, SQLite for the one as whom it runs.
+        if (faccessat(AT_FDCWD, QFile::encodeName(m_dir.filePath(name)).constData(), W_OK, AT_EACCESS) != 0)
+            return connectionError(
+                QStringLiteral("Cannot write to the store in %1: its file %2 is read-only for this program; "
+                               "check the owner and the permissions of the file, and the file system")
+                    .arg(m_dir.path(), name));
+    }
+    return QSparqlError();
+}
 
 bool StoreFolder::removeOntologyCopy()
 {

@@ -30,6 +30,11 @@ public:
     /// Returns true if there is a complete database; otherwise returns false.
     bool hasDatabase() const;
 
+    /// Returns an error if there is a file of the database that this process may not write.
+    ///
+    /// Tracker opens such a database for writing. It reports success of updates that it does not store.
+    QSparqlError refuseReadOnly() const;
+
     /// Removes the copy of the ontology that Tracker keeps beside the database. Returns false if it is still
     /// there; otherwise returns true.
     ///

@@ -203,7 +203,9 @@ std::unique_ptr<TrackerStore::Handle> TrackerStore::connect(const QString &folde
 /// Opens the database for writing and creates it if it does not exist.
 std::unique_ptr<TrackerStore::Handle> TrackerStore::openForWriting(StoreFolder *place, QSparqlError *error)
 {
-    *error = QSparqlError();
+    *error = place->refuseReadOnly();
+    if (error->isValid())
+        return nullptr;
     std::unique_ptr<Handle> handle =
         place->beginMaking() ? connect(place->path(), Access::Writing, error) : nullptr;
     if (handle && place->endMaking())
