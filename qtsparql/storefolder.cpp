@@ -16,6 +16,14 @@ bool waitFor(QLockFile *lock)
         && lock->isLocked();
 }
 
+const QString damageMark = QStringLiteral("damaged");
+
+void touch(const QString &fileName)
+{
+    QFile file(fileName);
+    file.open(QIODevice::WriteOnly);
+}
+
 QSparqlError connectionError(const QString &message)
 {
     return QSparqlError(message, QSparqlError::ConnectionError);
@@ -49,7 +57,21 @@ QString StoreFolder::lockFailure() const
                          "and the free space");
 }
 
-bool StoreFolder::hasDatabase() const { return m_dir.exists(QStringLiteral("meta.db")) && !m_mark.exists(); }
+bool StoreFolder::hasDatabase() const
+{
+    return m_dir.exists(QStringLiteral("meta.db")) && !m_mark.exists() && !m_dir.exists(damageMark);
+}
+
+void StoreFolder::noteDamage() const { touch(m_dir.filePath(damageMark)); }
+
+void StoreFolder::prepareCheck() const
+{
+    // Tracker checks a database if it finds this file, and removes it even if the database fails.
+    if (m_dir.exists(damageMark))
+        touch(m_dir.filePath(QStringLiteral(".meta.isrunning")));
+}
+
+void StoreFolder::forgetDamage() { m_dir.remove(damageMark); }
 
 QSparqlError StoreFolder::refuseReadOnly() const
 {

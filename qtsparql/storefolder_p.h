@@ -27,8 +27,16 @@ public:
     /// the folder when it is destroyed.
     QSparqlError enter();
 
-    /// Returns true if there is a complete database; otherwise returns false.
+    /// Returns true if there is a complete database that was not found damaged; otherwise returns false.
     bool hasDatabase() const;
+
+    /// Marks the database as damaged. As long as the mark is there, prepareCheck() makes Tracker check the
+    /// whole database before it opens it for writing.
+    void noteDamage() const;
+    /// Makes Tracker check a database that is marked as damaged.
+    void prepareCheck() const;
+    /// Removes the mark of damage, if there is one.
+    void forgetDamage();
 
     /// Returns an error if there is a file of the database that this process may not write.
     ///

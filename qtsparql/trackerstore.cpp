@@ -112,6 +112,21 @@ QSparqlError refuseNull(const QString &statement)
 
 const QString updateRefused = QStringLiteral("The update is refused");
 
+const QString cannotOpen =
+    QStringLiteral("Cannot open the store in %1, which may be damaged or of another version; to start with "
+                   "an empty store, move the folder away%2");
+const QString foundDamaged =
+    QStringLiteral("Cannot open the store in %1: its database is damaged; put back a copy of the folder, or "
+                   "move the folder away to start with an empty store%2");
+
+/// Returns true if \a error says that the content of the database is damaged; otherwise returns false.
+bool isDamage(const QSparqlError &error)
+{
+    const QString message = error.message();
+    return message.contains(QLatin1String("Corrupt db file"))
+        || message.contains(QLatin1String("database disk image is malformed"));
+}
+
 /// Returns true if SQLite refused the update because another process wrote after the update had read;
 /// otherwise returns false. Tracker has no error code for that.
 bool isOutOfDate(const QSparqlError &error)
@@ -165,7 +180,7 @@ std::unique_ptr<TrackerStore> TrackerStore::open(const QString &folder, QSparqlE
     Access access = Access::Reading;
     // Only opening for reading looks at the copy.
     const bool isReadable = place.hasDatabase() && place.removeOntologyCopy();
-    std::unique_ptr<Handle> handle = isReadable ? connect(folder, access, error) : nullptr;
+    std::unique_ptr<Handle> handle = isReadable ? connect(place, access, error) : nullptr;
     if (!handle || !handle->hasOurOntology()) {
         access = Access::Writing;
         handle = openForWriting(&place, error);
@@ -174,12 +189,12 @@ std::unique_ptr<TrackerStore> TrackerStore::open(const QString &folder, QSparqlE
                   : nullptr;
 }
 
-/// Opens the database in \a folder. For writing, the compiled-in ontology is used. On failure, sets \a error
+/// Opens the database in \a place. For writing, the compiled-in ontology is used. On failure, sets \a error
 /// and returns null.
-std::unique_ptr<TrackerStore::Handle> TrackerStore::connect(const QString &folder, Access access,
+std::unique_ptr<TrackerStore::Handle> TrackerStore::connect(const StoreFolder &place, Access access,
                                                             QSparqlError *error)
 {
-    const GObjectPtr<GFile> store(g_file_new_for_path(QFile::encodeName(folder).constData()));
+    const GObjectPtr<GFile> store(g_file_new_for_path(QFile::encodeName(place.path()).constData()));
     const GObjectPtr<GFile> ontology(
         g_file_new_for_uri((QByteArrayLiteral("resource://") + ontologyPath).constData()));
     const bool isForWriting = access == Access::Writing;
@@ -190,13 +205,12 @@ std::unique_ptr<TrackerStore::Handle> TrackerStore::connect(const QString &folde
         store.get(), isForWriting ? ontology.get() : nullptr, nullptr, &cause));
     if (!cause)
         return handle;
-    const QString what =
-        QStringLiteral(
-            "Cannot open the store in %1, which may be damaged or of another version; to start with an "
-            "empty store, move the folder away")
-            .arg(folder);
-    *error = fromGError(what, cause);
-    error->setType(QSparqlError::ConnectionError);
+    *error = fromGError(QString(), cause);
+    const bool isDamaged = isDamage(*error);
+    if (isDamaged)
+        place.noteDamage();
+    *error = QSparqlError((isDamaged ? foundDamaged : cannotOpen).arg(place.path(), error->message()),
+                          QSparqlError::ConnectionError, error->number());
     return nullptr;
 }
 
@@ -206,10 +220,12 @@ std::unique_ptr<TrackerStore::Handle> TrackerStore::openForWriting(StoreFolder *
     *error = place->refuseReadOnly();
     if (error->isValid())
         return nullptr;
-    std::unique_ptr<Handle> handle =
-        place->beginMaking() ? connect(place->path(), Access::Writing, error) : nullptr;
-    if (handle && place->endMaking())
+    place->prepareCheck();
+    std::unique_ptr<Handle> handle = place->beginMaking() ? connect(*place, Access::Writing, error) : nullptr;
+    if (handle && place->endMaking()) {
+        place->forgetDamage();
         return handle;
+    }
     if (!error->isValid())
         *error = QSparqlError(
             QStringLiteral(
@@ -223,14 +239,25 @@ std::unique_ptr<TrackerStore::Handle> TrackerStore::openForWriting(StoreFolder *
 /// every update at once.
 QSparqlError TrackerStore::becomeWritable()
 {
-    if (m_access == Access::Writing)
-        return QSparqlError();
+    if (m_access == Access::Writing || m_damage.isValid())
+        return m_damage;
     StoreFolder place(m_folder);
     QSparqlError error = place.enter();
     std::unique_ptr<Handle> handle = error.isValid() ? nullptr : openForWriting(&place, &error);
     if (handle) {
         m_handle = std::move(handle);
         m_access = Access::Writing;
+    }
+    return error;
+}
+
+/// Returns \a error. If it tells of damage, nothing more is written, and the database is checked before it is
+/// opened again.
+QSparqlError TrackerStore::noted(const QSparqlError &error)
+{
+    if (isDamage(error)) {
+        StoreFolder(m_folder).noteDamage();
+        m_damage = error;
     }
     return error;
 }
@@ -244,7 +271,7 @@ QSparqlError TrackerStore::select(const QString &statement, SparqlTable *table)
         m_handle->connection.get(), TrackerDialect::toTracker(statement).toUtf8().constData(), nullptr,
         &error));
     if (!cursor)
-        return fromGError(QStringLiteral("The query is refused"), error);
+        return noted(fromGError(QStringLiteral("The query is refused"), error));
 
     SparqlTable rows;
     const int columns = tracker_sparql_cursor_get_n_columns(cursor.get());
@@ -257,7 +284,7 @@ QSparqlError TrackerStore::select(const QString &statement, SparqlTable *table)
     // An open cursor would keep the read transaction open until the result is deleted.
     tracker_sparql_cursor_close(cursor.get());
     if (error)
-        return fromGError(QStringLiteral("The query failed"), error);
+        return noted(fromGError(QStringLiteral("The query failed"), error));
     *table = std::move(rows);
     return QSparqlError();
 }
@@ -269,7 +296,7 @@ QSparqlError TrackerStore::update(const QString &statement)
     if (const QSparqlError refusal = refuseNull(statement); refusal.isValid())
         return refusal;
     if (const QSparqlError failure = becomeWritable(); failure.isValid())
-        return failure;
+        return noted(failure);
     const QByteArray text =
         TrackerDialect::toTracker(TrackerDialect::withoutEmptySubjects(statement)).toUtf8();
     QSparqlError error;
@@ -280,7 +307,7 @@ QSparqlError TrackerStore::update(const QString &statement)
     if (!hasRun)
         error.setMessage(error.message()
                          + QLatin1String("; other programs write to it all the time, try again later"));
-    return error;
+    return noted(error);
 }
 
 QSparqlError TrackerStore::updateOnce(const QByteArray &text)

@@ -36,15 +36,17 @@ private:
     struct Handle;
     enum class Access { Reading, Writing };
 
-    static std::unique_ptr<Handle> connect(const QString &folder, Access access, QSparqlError *error);
+    static std::unique_ptr<Handle> connect(const StoreFolder &place, Access access, QSparqlError *error);
     static std::unique_ptr<Handle> openForWriting(StoreFolder *place, QSparqlError *error);
     TrackerStore(const QString &folder, std::unique_ptr<Handle> handle, Access access);
     QSparqlError becomeWritable();
+    QSparqlError noted(const QSparqlError &error);
     QSparqlError updateOnce(const QByteArray &text);
 
     const QString m_folder;
     std::unique_ptr<Handle> m_handle;
     Access m_access;
+    QSparqlError m_damage; // refuses updates from then on
 };
 
 #endif

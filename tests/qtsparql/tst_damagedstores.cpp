@@ -15,6 +15,9 @@ class TestDamagedStores : public QObject
 private Q_SLOTS:
     void readOnlyFile_data();
     void readOnlyFile();
+    void damageIsRefusedUntilRestored();
+    void connectionThatMetDamageWritesNoMore();
+    void damageThatAStatementMeets();
 };
 
 namespace {
@@ -23,6 +26,48 @@ const QString insertOne = QStringLiteral("INSERT { <urn:one> a mfo:FeedMessage ;
 const QString insertTwo = QStringLiteral("INSERT { <urn:two> a mfo:FeedMessage ; nie:title \"two\" }");
 const QString selectTitles = QStringLiteral("SELECT ?t { ?s a mfo:FeedMessage ; nie:title ?t } ORDER BY ?t");
 const QStringList one(QStringLiteral("one"));
+
+ScratchStore::Result insert(const QString &folder, const QString &statement)
+{
+    const auto connection = ScratchStore::connect(folder);
+    return ScratchStore::run(*connection, statement, QSparqlQuery::InsertStatement);
+}
+
+QStringList titles(const QString &folder)
+{
+    return ScratchStore::rows(*ScratchStore::connect(folder), selectTitles);
+}
+
+/// Overwrites pages of the database in \a folder. The tables of messages are not there.
+void damage(const QString &folder)
+{
+    QFile file(folder + QStringLiteral("/meta.db"));
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.seek(file.size() / 2));
+    const QByteArray bytes(20000, 'x');
+    QCOMPARE(file.write(bytes), qint64(bytes.size()));
+}
+
+QByteArray contentOf(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void setContent(const QString &fileName, const QByteArray &content)
+{
+    QFile file(fileName);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), qint64(content.size()));
+}
+
+/// Replaces the database in \a folder by a copy. Connections that are open keep the file that they have.
+void restore(const QString &folder, const QByteArray &database)
+{
+    for (const char *name : {"/meta.db", "/meta.db-wal", "/meta.db-shm"})
+        QFile::remove(folder + QString::fromLatin1(name));
+    setContent(folder + QStringLiteral("/meta.db"), database);
+}
 
 /// Takes from this thread what the user root may do to the files of others.
 class OrdinaryUser
@@ -70,6 +115,73 @@ void TestDamagedStores::readOnlyFile()
     QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner));
     VERIFY_DONE(ScratchStore::run(*connection, insertTwo, QSparqlQuery::InsertStatement));
     QCOMPARE(store.rows(selectTitles).size(), 2);
+}
+
+void TestDamagedStores::damageIsRefusedUntilRestored()
+{
+    const QTemporaryDir dir;
+    VERIFY_DONE(insert(dir.path(), insertOne));
+    const QString database = dir.filePath(QStringLiteral("meta.db"));
+    const QByteArray sound = contentOf(database);
+    damage(dir.path());
+    const QByteArray damaged = contentOf(database);
+    // Tracker leaves this file when its program ends uncleanly.
+    setContent(dir.filePath(QStringLiteral(".meta.isrunning")), QByteArray());
+    for (int i = 0; i < 3; ++i) {
+        const auto result = insert(dir.path(), insertTwo);
+        VERIFY_REFUSED(result, ConnectionError);
+        const QString message = result->lastError().message();
+        QVERIFY2(message.contains(dir.path()) && message.contains(QStringLiteral("is damaged; put back")),
+                 qPrintable(message));
+        QVERIFY(contentOf(database) == damaged);
+    }
+    QVERIFY(!ScratchStore::connect(dir.path())->isValid());
+
+    restore(dir.path(), sound);
+    VERIFY_DONE(insert(dir.path(), insertTwo));
+    QCOMPARE(titles(dir.path()).size(), 2);
+    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("damaged"))));
+}
+
+void TestDamagedStores::connectionThatMetDamageWritesNoMore()
+{
+    const QTemporaryDir dir;
+    VERIFY_DONE(insert(dir.path(), insertOne));
+    damage(dir.path());
+    setContent(dir.filePath(QStringLiteral(".meta.isrunning")), QByteArray());
+    const auto connection = ScratchStore::connect(dir.path());
+    for (int i = 0; i < 2; ++i) {
+        const auto result = ScratchStore::run(*connection, insertTwo, QSparqlQuery::InsertStatement);
+        VERIFY_REFUSED(result, ConnectionError);
+        QCOMPARE(ScratchStore::rows(*connection, selectTitles), one);
+        QFile::remove(dir.filePath(QStringLiteral("damaged")));
+    }
+}
+
+void TestDamagedStores::damageThatAStatementMeets()
+{
+    const QTemporaryDir dir;
+    VERIFY_DONE(
+        insert(dir.path(), QStringLiteral("INSERT { <urn:n> a mfo:FeedMessage ; nie:title \"needle\" }")));
+    const QString database = dir.filePath(QStringLiteral("meta.db"));
+    const QByteArray sound = contentOf(database);
+    const int pageSize = uchar(sound.at(16)) << 8 | uchar(sound.at(17));
+    QByteArray damaged = sound;
+    for (int at = 0; (at = damaged.indexOf("needle", at)) > 0;)
+        damaged.replace(at / pageSize * pageSize, pageSize, QByteArray(pageSize, 'x'));
+    setContent(database, damaged);
+
+    for (int i = 0; i < 2; ++i) {
+        const auto connection = ScratchStore::connect(dir.path());
+        QVERIFY2(connection->isValid() == (i == 0), qPrintable(connection->lastError().message()));
+        const auto result = ScratchStore::run(*connection, selectTitles, QSparqlQuery::SelectStatement);
+        QVERIFY(result->hasError());
+        const QString message = result->lastError().message();
+        QVERIFY2(message.contains(QLatin1String(i == 0 ? "malformed" : "is damaged; put back")),
+                 qPrintable(message));
+    }
+    restore(dir.path(), sound);
+    QCOMPARE(titles(dir.path()), QStringList(QStringLiteral("needle")));
 }
 
 QTEST_GUILESS_MAIN(TestDamagedStores)
