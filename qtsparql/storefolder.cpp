@@ -3,8 +3,17 @@
 
 #include "boundedwait_p.h"
 
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+#include <QLoggingCategory>
+
+#include <algorithm>
+
 #include <fcntl.h>
 #include <unistd.h>
+
+Q_LOGGING_CATEGORY(lcStore, "tidel.sparql.store")
 
 namespace {
 
@@ -16,12 +25,25 @@ bool waitFor(QLockFile *lock)
         && lock->isLocked();
 }
 
+const QString creationMark = QStringLiteral("creating");
+const QString ontologyCopy = QStringLiteral("ontologies.gvdb");
 const QString damageMark = QStringLiteral("damaged");
 
-void touch(const QString &fileName)
+bool touch(const QString &fileName)
 {
     QFile file(fileName);
-    file.open(QIODevice::WriteOnly);
+    return file.open(QIODevice::WriteOnly);
+}
+
+/// Writes the file or folder to the disk. Returns false if that fails; otherwise returns true.
+bool isSynced(const QString &path)
+{
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0)
+        return false;
+    const bool isDone = fsync(descriptor) == 0;
+    ::close(descriptor);
+    return isDone;
 }
 
 QSparqlError connectionError(const QString &message)
@@ -31,10 +53,7 @@ QSparqlError connectionError(const QString &message)
 
 } // namespace
 
-StoreFolder::StoreFolder(const QString &path)
-    : m_dir(path), m_lock(path + QLatin1String("/opening.lock")), m_mark(path + QLatin1String("/creating"))
-{
-}
+StoreFolder::StoreFolder(const QString &path) : m_dir(path), m_lock(path + QLatin1String("/opening.lock")) { }
 
 QSparqlError StoreFolder::enter()
 {
@@ -57,25 +76,26 @@ QString StoreFolder::lockFailure() const
                          "and the free space");
 }
 
-bool StoreFolder::hasDatabase() const
+bool StoreFolder::isMade() const
 {
-    return m_dir.exists(QStringLiteral("meta.db")) && !m_mark.exists() && !m_dir.exists(damageMark);
+    return m_dir.exists(QStringLiteral("meta.db")) && !m_dir.exists(creationMark);
 }
+
+bool StoreFolder::isDamaged() const { return m_dir.exists(damageMark); }
 
 void StoreFolder::noteDamage() const { touch(m_dir.filePath(damageMark)); }
 
-void StoreFolder::prepareCheck() const
+void StoreFolder::requestCheck() const
 {
-    // Tracker checks a database if it finds this file, and removes it even if the database fails.
-    if (m_dir.exists(damageMark))
-        touch(m_dir.filePath(QStringLiteral(".meta.isrunning")));
+    // Tracker leaves this file when its program does not end well.
+    touch(m_dir.filePath(QStringLiteral(".meta.isrunning")));
 }
 
 void StoreFolder::forgetDamage() { m_dir.remove(damageMark); }
 
 QSparqlError StoreFolder::refuseReadOnly() const
 {
-    const QStringList names = m_dir.entryList({QStringLiteral("meta.db*")}, QDir::Files);
+    const QStringList names = databaseFiles();
     for (const QString &name : names) {
         // QFileInfo asks for the user who started the program, SQLite for the one as whom it runs.
         if (faccessat(AT_FDCWD, QFile::encodeName(m_dir.filePath(name)).constData(), W_OK, AT_EACCESS) != 0)
@@ -87,20 +107,55 @@ QSparqlError StoreFolder::refuseReadOnly() const
     return QSparqlError();
 }
 
-bool StoreFolder::removeOntologyCopy()
+bool StoreFolder::removeOntologyCopy() { return m_dir.remove(ontologyCopy) || !m_dir.exists(ontologyCopy); }
+
+bool StoreFolder::beginMaking() { return touch(m_dir.filePath(creationMark)) && isSynced(m_dir.path()); }
+
+bool StoreFolder::sync() const
 {
-    const QString copy = QStringLiteral("ontologies.gvdb");
-    return m_dir.remove(copy) || !m_dir.exists(copy);
+    // The folder above may be one that only others can read.
+    isSynced(m_dir.filePath(QStringLiteral("..")));
+    const QStringList files = databaseFiles() + QStringList(ontologyCopy);
+    return std::all_of(files.cbegin(), files.cend(),
+                       [this](const QString &name) { return isSynced(m_dir.filePath(name)); })
+        && isSynced(m_dir.path());
 }
 
-bool StoreFolder::beginMaking()
+bool StoreFolder::endMaking() { return m_dir.remove(creationMark); }
+
+bool StoreFolder::holdsData() const
 {
-    if (m_mark.exists()) {
-        const QStringList remains = m_dir.entryList({QStringLiteral("meta.db*")}, QDir::Files);
-        for (const QString &name : remains)
-            m_dir.remove(name);
-    }
-    return m_dir.exists(QStringLiteral("meta.db")) || m_mark.open(QIODevice::WriteOnly);
+    // The third file is an index of the second one.
+    return QFileInfo(m_dir.filePath(QStringLiteral("meta.db"))).size() > 0
+        || QFileInfo(m_dir.filePath(QStringLiteral("meta.db-wal"))).size() > 0;
 }
 
-bool StoreFolder::endMaking() { return !m_mark.isOpen() || m_mark.remove(); }
+QStringList StoreFolder::databaseFiles() const
+{
+    return m_dir.entryList({QStringLiteral("meta.db*")}, QDir::Files);
+}
+
+bool StoreFolder::setAside()
+{
+    const QString aside =
+        QDateTime::currentDateTime().toString(QStringLiteral("'aside'-yyyy-MM-dd-hhmmss-zzz"));
+    const QStringList names = databaseFiles();
+    const bool isDone =
+        m_dir.mkdir(aside) && std::all_of(names.cbegin(), names.cend(), [&](const QString &name) {
+            return m_dir.rename(name, aside + QLatin1Char('/') + name);
+        });
+    if (isDone)
+        qCWarning(lcStore).noquote().nospace()
+            << "The database in " << m_dir.path()
+            << " cannot be opened and was moved away, because its creation had not been completed. An empty "
+               "one takes its place. If you miss anything, look into "
+            << m_dir.filePath(aside);
+    return isDone;
+}
+
+void StoreFolder::removeDatabase()
+{
+    const QStringList names = databaseFiles();
+    for (const QString &name : names)
+        m_dir.remove(name);
+}

@@ -5,7 +5,6 @@
 #include "qsparqlerror.h"
 
 #include <QDir>
-#include <QFile>
 #include <QLockFile>
 
 /**
@@ -27,14 +26,15 @@ public:
     /// the folder when it is destroyed.
     QSparqlError enter();
 
-    /// Returns true if there is a complete database that was not found damaged; otherwise returns false.
-    bool hasDatabase() const;
+    /// Returns true if there is a complete database; otherwise returns false.
+    bool isMade() const;
+    /// Returns true if the database is marked as damaged; otherwise returns false.
+    bool isDamaged() const;
 
-    /// Marks the database as damaged. As long as the mark is there, prepareCheck() makes Tracker check the
-    /// whole database before it opens it for writing.
+    /// Marks the database as damaged.
     void noteDamage() const;
-    /// Makes Tracker check a database that is marked as damaged.
-    void prepareCheck() const;
+    /// Makes Tracker check the whole database before it opens it for writing.
+    void requestCheck() const;
     /// Removes the mark of damage, if there is one.
     void forgetDamage();
 
@@ -50,22 +50,31 @@ public:
     /// the same time.
     bool removeOntologyCopy();
 
-    /// Marks the folder while a database is created in it, unless there is a complete database. Returns false
-    /// if the folder is not writable; otherwise returns true.
+    /// Marks the folder while a database is created in it. Returns false if the folder is not writable;
+    /// otherwise returns true.
     ///
-    /// Tracker cannot open a database whose creation was interrupted. Such a database contains no data, and
-    /// it is removed if the mark is found.
+    /// Tracker cannot open a database whose creation was interrupted.
     bool beginMaking();
-    /// Removes the mark. Returns false if it could not be removed or another object removed it; otherwise
-    /// returns true.
+    /// Writes all files to the disk, so that a power loss cannot undo the creation after its mark has gone.
+    /// The database must be closed. Returns false if that fails; otherwise returns true.
+    bool sync() const;
+    /// Removes the mark. Returns false if that fails; otherwise returns true.
     bool endMaking();
+
+    /// Returns true if the files of the database are not all empty; otherwise returns false.
+    bool holdsData() const;
+    /// Moves the database into a folder of its own and warns of it. Returns false if that fails; otherwise
+    /// returns true.
+    bool setAside();
+    /// Removes the database.
+    void removeDatabase();
 
 private:
     QString lockFailure() const;
+    QStringList databaseFiles() const;
 
     QDir m_dir;
     QLockFile m_lock;
-    QFile m_mark;
 };
 
 #endif

@@ -99,6 +99,11 @@ SparqlTable::Cell readCell(TrackerSparqlCursor *cursor, int column)
     }
 }
 
+QSparqlError connectionError(const QString &message)
+{
+    return QSparqlError(message, QSparqlError::ConnectionError);
+}
+
 QSparqlError refuseNull(const QString &statement)
 {
     // Tracker reads a statement up to the first null character only.
@@ -125,6 +130,12 @@ bool isDamage(const QSparqlError &error)
     const QString message = error.message();
     return message.contains(QLatin1String("Corrupt db file"))
         || message.contains(QLatin1String("database disk image is malformed"));
+}
+
+/// Returns true if \a error says that there is no database of Tracker in the file; otherwise returns false.
+bool isUseless(const QSparqlError &error)
+{
+    return isDamage(error) || error.message().contains(QLatin1String("got version 0,"));
 }
 
 /// Returns true if SQLite refused the update because another process wrote after the update had read;
@@ -179,7 +190,7 @@ std::unique_ptr<TrackerStore> TrackerStore::open(const QString &folder, QSparqlE
         return nullptr;
     Access access = Access::Reading;
     // Only opening for reading looks at the copy.
-    const bool isReadable = place.hasDatabase() && place.removeOntologyCopy();
+    const bool isReadable = place.isMade() && !place.isDamaged() && place.removeOntologyCopy();
     std::unique_ptr<Handle> handle = isReadable ? connect(place, access, error) : nullptr;
     if (!handle || !handle->hasOurOntology()) {
         access = Access::Writing;
@@ -214,25 +225,50 @@ std::unique_ptr<TrackerStore::Handle> TrackerStore::connect(const StoreFolder &p
     return nullptr;
 }
 
+/// Creates the database. One whose creation was interrupted is used if it can be opened. On failure, sets
+/// \a error and returns false.
+bool TrackerStore::make(StoreFolder *place, QSparqlError *error)
+{
+    *error = connectionError(
+        QStringLiteral(
+            "Cannot write in the folder of the store, %1; check the permissions and the free space")
+            .arg(place->path()));
+    if (!place->beginMaking())
+        return false;
+    bool isNew = !place->holdsData();
+    if (isNew)
+        place->removeDatabase();
+    else
+        place->requestCheck();
+    QSparqlError refusal;
+    bool isOpened = connect(*place, Access::Writing, &refusal) != nullptr;
+    if (!isOpened && !isNew && isUseless(refusal)) {
+        isNew = place->setAside();
+        isOpened = isNew && connect(*place, Access::Writing, &refusal);
+    }
+    if (!isOpened)
+        *error = refusal;
+    // If the disk is full, Tracker can report success of a creation that failed.
+    const bool isMade =
+        isOpened && place->sync() && connect(*place, Access::Writing, &refusal) && place->endMaking();
+    if (!isMade && isNew)
+        place->removeDatabase();
+    return isMade;
+}
+
 /// Opens the database for writing and creates it if it does not exist.
 std::unique_ptr<TrackerStore::Handle> TrackerStore::openForWriting(StoreFolder *place, QSparqlError *error)
 {
     *error = place->refuseReadOnly();
-    if (error->isValid())
+    if (error->isValid() || (!place->isMade() && !make(place, error)))
         return nullptr;
-    place->prepareCheck();
-    std::unique_ptr<Handle> handle = place->beginMaking() ? connect(*place, Access::Writing, error) : nullptr;
-    if (handle && place->endMaking()) {
+    if (place->isDamaged())
+        place->requestCheck();
+    *error = QSparqlError();
+    std::unique_ptr<Handle> handle = connect(*place, Access::Writing, error);
+    if (handle)
         place->forgetDamage();
-        return handle;
-    }
-    if (!error->isValid())
-        *error = QSparqlError(
-            QStringLiteral(
-                "Cannot write in the folder of the store, %1; check the permissions and the free space")
-                .arg(place->path()),
-            QSparqlError::ConnectionError);
-    return nullptr;
+    return handle;
 }
 
 /// Opens the store for writing. The new connection also replaces the one for reading, so that queries see

@@ -37,6 +37,7 @@ private:
     enum class Access { Reading, Writing };
 
     static std::unique_ptr<Handle> connect(const StoreFolder &place, Access access, QSparqlError *error);
+    static bool make(StoreFolder *place, QSparqlError *error);
     static std::unique_ptr<Handle> openForWriting(StoreFolder *place, QSparqlError *error);
     TrackerStore(const QString &folder, std::unique_ptr<Handle> handle, Access access);
     QSparqlError becomeWritable();

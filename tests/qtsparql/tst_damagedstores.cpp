@@ -3,9 +3,16 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
 #include <QTest>
 
+#include <csignal>
+
 #include <sys/fsuid.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 /// Stores that are damaged, half-made or not to be written.
 class TestDamagedStores : public QObject
@@ -18,9 +25,18 @@ private Q_SLOTS:
     void damageIsRefusedUntilRestored();
     void connectionThatMetDamageWritesNoMore();
     void damageThatAStatementMeets();
+    void creationIsOnTheDiskBeforeItsMarkGoes();
+    void powerLossDuringTheCreation_data();
+    void powerLossDuringTheCreation();
+    void creationWithoutSpaceLeavesNothing();
+    void leftOverMarkOfTheCreation();
+    void damagedStoreWithTheMarkIsSetAside();
 };
 
 namespace {
+
+/// What was written to the disk while the mark of the creation was there.
+QStringList syncedWithMark;
 
 const QString insertOne = QStringLiteral("INSERT { <urn:one> a mfo:FeedMessage ; nie:title \"one\" }");
 const QString insertTwo = QStringLiteral("INSERT { <urn:two> a mfo:FeedMessage ; nie:title \"two\" }");
@@ -82,7 +98,40 @@ private:
     const int m_before;
 };
 
+/// Makes the writing of files fail beyond a size.
+class SmallFiles
+{
+public:
+    explicit SmallFiles(rlim_t size) : m_signalBefore(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{size, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~SmallFiles()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_signalBefore);
+    }
+
+private:
+    Q_DISABLE_COPY(SmallFiles)
+
+    void (*const m_signalBefore)(int);
+    rlimit m_before = {};
+};
+
 } // namespace
+
+/// Called by the library in place of the one of the C library.
+extern "C" int fsync(int descriptor)
+{
+    const QString path = QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(descriptor));
+    const QString folder = QFileInfo(path).isDir() ? path : QFileInfo(path).path();
+    if (QFile::exists(folder + QStringLiteral("/creating")))
+        syncedWithMark.append(path);
+    return int(syscall(SYS_fsync, descriptor));
+}
 
 void TestDamagedStores::readOnlyFile_data()
 {
@@ -182,6 +231,93 @@ void TestDamagedStores::damageThatAStatementMeets()
     }
     restore(dir.path(), sound);
     QCOMPARE(titles(dir.path()), QStringList(QStringLiteral("needle")));
+}
+
+void TestDamagedStores::creationIsOnTheDiskBeforeItsMarkGoes()
+{
+    const QTemporaryDir dir;
+    syncedWithMark.clear();
+    VERIFY_DONE(insert(dir.path(), insertOne));
+    // First the mark itself.
+    QCOMPARE(syncedWithMark.value(0), dir.path());
+    for (const QString &name : {QStringLiteral("meta.db"), QStringLiteral("ontologies.gvdb")}) {
+        const int synced = syncedWithMark.indexOf(dir.filePath(name));
+        QVERIFY2(synced > 0 && synced < syncedWithMark.lastIndexOf(dir.path()), qPrintable(name));
+    }
+    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("creating"))));
+}
+
+void TestDamagedStores::powerLossDuringTheCreation_data()
+{
+    QTest::addColumn<int>("cutTo");
+    QTest::addColumn<int>("zerosFrom");
+    for (int size : {0, 1, 16, 100, 8192, 100000, 500000})
+        QTest::addRow("cut to %d", size) << size << size;
+    for (int size : {0, 8192, 100000, 500000})
+        QTest::addRow("zeros from %d", size) << -1 << size;
+}
+
+void TestDamagedStores::powerLossDuringTheCreation()
+{
+    QFETCH(int, cutTo);
+    QFETCH(int, zerosFrom);
+    const QTemporaryDir dir;
+    ScratchStore::connect(dir.path());
+    const QString database = dir.filePath(QStringLiteral("meta.db"));
+    const QByteArray whole = contentOf(database);
+    QVERIFY(whole.size() > 500000);
+    const QByteArray rest(cutTo < 0 ? whole.size() - zerosFrom : 0, '\0');
+    setContent(database, whole.left(zerosFrom) + rest);
+    setContent(dir.filePath(QStringLiteral("creating")), QByteArray());
+    setContent(dir.filePath(QStringLiteral("ontologies.gvdb")), QByteArray());
+
+    for (int i = 0; i < 2; ++i) {
+        VERIFY_DONE(insert(dir.path(), insertOne));
+        QCOMPARE(titles(dir.path()), one);
+    }
+    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("creating"))));
+}
+
+void TestDamagedStores::creationWithoutSpaceLeavesNothing()
+{
+    const QTemporaryDir dir;
+    {
+        const SmallFiles limit(100000);
+        for (int i = 0; i < 2; ++i)
+            QVERIFY(!ScratchStore::connect(dir.path())->isValid());
+    }
+    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("meta.db"))));
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList());
+    VERIFY_DONE(insert(dir.path(), insertOne));
+}
+
+void TestDamagedStores::leftOverMarkOfTheCreation()
+{
+    const QTemporaryDir dir;
+    VERIFY_DONE(insert(dir.path(), insertOne));
+    setContent(dir.filePath(QStringLiteral("creating")), QByteArray());
+    QCOMPARE(titles(dir.path()), one);
+    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("creating"))));
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList());
+}
+
+void TestDamagedStores::damagedStoreWithTheMarkIsSetAside()
+{
+    const QTemporaryDir dir;
+    VERIFY_DONE(insert(dir.path(), insertOne));
+    damage(dir.path());
+    const QByteArray damaged = contentOf(dir.filePath(QStringLiteral("meta.db")));
+    setContent(dir.filePath(QStringLiteral("creating")), QByteArray());
+    const QRegularExpression warning(
+        QStringLiteral("The database in %1 .* was moved away.* look into %1/aside-\\d{4}-").arg(dir.path()));
+    QTest::ignoreMessage(QtWarningMsg, warning);
+    QCOMPARE(titles(dir.path()), QStringList());
+
+    const QStringList aside = QDir(dir.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    QCOMPARE(aside.size(), 1);
+    QVERIFY(contentOf(dir.filePath(aside.first() + QStringLiteral("/meta.db"))) == damaged);
+    VERIFY_DONE(insert(dir.path(), insertTwo));
+    QCOMPARE(titles(dir.path()).size(), 1);
 }
 
 QTEST_GUILESS_MAIN(TestDamagedStores)
