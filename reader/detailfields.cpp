@@ -189,14 +189,22 @@ Result<QHash<QString, Details>> readDetails(StorePrivate &store, const QStringLi
     return read.map([&] { return details; });
 }
 
-#define TIDEL_DETAILS(Details)                                                                               \
-    template QStringList detailNames<Details>();                                                             \
-    template QVector<DetailValue> detailValues(const Details &);                                             \
-    template void addDetail(Details &, const QString &, const QVariant &);                                   \
-    template Result<QHash<QString, Details>> readDetails(StorePrivate &, const QStringList &, const char *);
-TIDEL_DETAILS(MessageDetails)
-TIDEL_DETAILS(EnclosureDetails)
-TIDEL_DETAILS(ChannelDetails)
-#undef TIDEL_DETAILS
+template QStringList detailNames<MessageDetails>();
+template QVector<DetailValue> detailValues(const MessageDetails &);
+template void addDetail(MessageDetails &, const QString &, const QVariant &);
+template Result<QHash<QString, MessageDetails>> readDetails(StorePrivate &, const QStringList &,
+                                                            const char *);
+
+template QStringList detailNames<EnclosureDetails>();
+template QVector<DetailValue> detailValues(const EnclosureDetails &);
+template void addDetail(EnclosureDetails &, const QString &, const QVariant &);
+template Result<QHash<QString, EnclosureDetails>> readDetails(StorePrivate &, const QStringList &,
+                                                              const char *);
+
+template QStringList detailNames<ChannelDetails>();
+template QVector<DetailValue> detailValues(const ChannelDetails &);
+template void addDetail(ChannelDetails &, const QString &, const QVariant &);
+template Result<QHash<QString, ChannelDetails>> readDetails(StorePrivate &, const QStringList &,
+                                                            const char *);
 
 } // namespace Tidel
