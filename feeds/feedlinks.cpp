@@ -20,7 +20,7 @@ namespace {
 
 constexpr int maximumLinks = 50;
 
-/// A link as a page or a header writes it: its attributes by name, of which "href" is the address.
+/// The attributes of a link in a page or a header, by name. "href" is the address.
 using LinkAttributes = QHash<QString, QString>;
 
 bool isOnWeb(const QUrl &url)

@@ -22,9 +22,8 @@ enum class Vocabulary {
     Other
 };
 
-/// The vocabulary of the elements with the namespace \a uri and the prefix \a prefix, both of which may be
-/// empty. The prefix decides if the namespace is missing or unknown; an element without a prefix is of
-/// Vocabulary::Core.
+/// The vocabulary of the elements with the namespace \a uri and the prefix \a prefix. Both may be empty. The
+/// prefix decides if the namespace is missing or unknown; an element without a prefix is of Vocabulary::Core.
 Vocabulary vocabularyOf(std::string_view uri, std::string_view prefix);
 
 /// Returns true if \a uri is the namespace of Atom 0.3 or 1.0; otherwise returns false.

@@ -75,7 +75,7 @@ private:
     std::string m_mended;
     std::vector<std::string_view> m_open; ///< The names of the open elements.
     std::map<std::string_view, std::string_view> m_entities; ///< Those that the document declares.
-    bool m_hasType = false; ///< True after the document type, of which there is one.
+    bool m_hasType = false; ///< True after the document type. Later ones are left out.
     bool m_isOver = false; ///< True after the end of the root element.
 };
 

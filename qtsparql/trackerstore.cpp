@@ -287,8 +287,8 @@ QSparqlError TrackerStore::becomeWritable()
     return error;
 }
 
-/// Returns \a error. If it tells of damage, nothing more is written, and the database is checked before it is
-/// opened again.
+/// Returns \a error. If it reports damage, this object writes nothing more, and the next opening checks the
+/// database.
 QSparqlError TrackerStore::noted(const QSparqlError &error)
 {
     if (isDamage(error)) {
