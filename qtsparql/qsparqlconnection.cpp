@@ -5,8 +5,6 @@
 #include "sparqltableresult_p.h"
 #include "trackerstore_p.h"
 
-#include <QDir>
-#include <QStandardPaths>
 #include <QUuid>
 
 #include <chrono>
@@ -14,16 +12,6 @@
 namespace {
 
 QString trackerDriver() { return QStringLiteral("QTRACKER_DIRECT"); }
-
-QString storeFolder(const QSparqlConnectionOptions &options)
-{
-    QString folder = options.databaseName();
-    if (folder.isEmpty())
-        folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
-            + QLatin1String("/tidel/store");
-    // The first update opens the store again. The current folder can be another one then.
-    return QDir(folder).absolutePath();
-}
 
 /// Returns a UUID of version 7, which begins with the time. Resources that are created together are then
 /// neighbours in the store's index of names, and an update changes few pages of a large index.
@@ -58,7 +46,7 @@ QSparqlConnection::QSparqlConnection(const QString &driverName, const QSparqlCon
     : QObject(parent), d(new QSparqlConnectionPrivate{driverName, options})
 {
     if (d->driverName == trackerDriver()) {
-        d->store = sharedStore(storeFolder(d->options), &d->error);
+        d->store = sharedStore(d->options, &d->error);
     } else {
         d->error = QSparqlError(QStringLiteral("There is no driver \"%1\"; use one of these: %2")
                                     .arg(d->driverName, drivers().join(QLatin1String(", "))),

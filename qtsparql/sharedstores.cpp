@@ -1,14 +1,27 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "sharedstores_p.h"
 
+#include "qsparqlconnectionoptions.h"
 #include "trackerstore_p.h"
 
+#include <QDir>
 #include <QFile>
 #include <QHash>
+#include <QStandardPaths>
 
 #include <sys/stat.h>
 
 namespace {
+
+QString storeFolder(const QSparqlConnectionOptions &options)
+{
+    QString folder = options.databaseName();
+    if (folder.isEmpty())
+        folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+            + QLatin1String("/tidel/store");
+    // The first update opens the store again. The current folder can be another one then.
+    return QDir(folder).absolutePath();
+}
 
 /// Distinguishes a database from another one that replaced it. The file system does not reuse the number of
 /// an open file.
@@ -38,8 +51,9 @@ struct OpenStore
 
 } // namespace
 
-std::shared_ptr<TrackerStore> sharedStore(const QString &folder, QSparqlError *error)
+std::shared_ptr<TrackerStore> sharedStore(const QSparqlConnectionOptions &options, QSparqlError *error)
 {
+    const QString folder = storeFolder(options);
     thread_local QHash<QString, OpenStore> openStores;
     OpenStore &known = openStores[folder];
     if (auto store = known.store.lock(); store && known.database == databaseIn(folder))

@@ -2,18 +2,18 @@
 #ifndef SHAREDSTORES_P_H
 #define SHAREDSTORES_P_H
 
-#include <QString>
-
 #include <memory>
 
+class QSparqlConnectionOptions;
 class QSparqlError;
 class TrackerStore;
 
 /**
- * Returns the open store in \a folder. If it cannot be opened, sets \a error and returns null.
+ * Returns the open store in the folder that \a options name, `tidel/store` below the user's data folder if
+ * they name none. If it cannot be opened, sets \a error and returns null.
  *
  * All connections of a thread share the store, because Tracker reads the whole database when it opens it.
  */
-std::shared_ptr<TrackerStore> sharedStore(const QString &folder, QSparqlError *error);
+std::shared_ptr<TrackerStore> sharedStore(const QSparqlConnectionOptions &options, QSparqlError *error);
 
 #endif

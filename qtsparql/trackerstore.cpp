@@ -4,14 +4,9 @@
 #include "boundedwait_p.h"
 #include "ontology_p.h"
 #include "storefolder_p.h"
+#include "tracker_p.h"
 #include "trackerdialect_p.h"
-
-// The library has a new name since version 3.8.
-#if __has_include(<tinysparql.h>)
-#include <tinysparql.h>
-#else
-#include <libtracker-sparql/tracker-sparql.h>
-#endif
+#include "turtlestream_p.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -22,12 +17,6 @@
 Q_LOGGING_CATEGORY(lcTracker, "tidel.sparql.tracker", QtFatalMsg)
 
 namespace {
-
-struct GObjectDeleter
-{
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-template <typename T> using GObjectPtr = std::unique_ptr<T, GObjectDeleter>;
 
 QSparqlError::ErrorType kindOf(const GError *error)
 {
@@ -351,11 +340,40 @@ QSparqlError TrackerStore::updateOnce(const QByteArray &text)
     GError *error = nullptr;
     lastCriticalMessage.clear();
     tracker_sparql_connection_update(m_handle->connection.get(), text.constData(), nullptr, &error);
-    if (error)
-        return fromGError(updateRefused, error);
-    // If a commit fails, for example because the disk is full, Tracker logs that and reports success.
+    return error ? fromGError(updateRefused, error) : afterCommit();
+}
+
+/// Returns the error of the last commit. If a commit fails, for example because the disk is full, Tracker
+/// logs that and reports success.
+QSparqlError TrackerStore::afterCommit()
+{
     return lastCriticalMessage.isEmpty()
         ? QSparqlError()
         : QSparqlError(QStringLiteral("The update failed: ") + lastCriticalMessage,
                        QSparqlError::BackendError);
+}
+
+QSparqlError TrackerStore::writeTurtle(const QString &description, QIODevice *device)
+{
+    GError *error = nullptr;
+    const QByteArray text = TrackerDialect::toTracker(description).toUtf8();
+    return ::writeTurtle(m_handle->connection.get(), text, device, &error)
+        ? QSparqlError()
+        : noted(fromGError(QStringLiteral("The description failed"), error));
+}
+
+QSparqlError TrackerStore::readTurtle(const QString &fileName)
+{
+    if (const QSparqlError failure = becomeWritable(); failure.isValid())
+        return noted(failure);
+    GError *error = nullptr;
+    lastCriticalMessage.clear();
+    if (::readTurtle(m_handle->connection.get(), fileName, &error))
+        return afterCommit();
+    // The file cannot be read or decompressed.
+    const bool isOfFile = error->domain == G_IO_ERROR;
+    QSparqlError result = fromGError(QStringLiteral("The file is refused"), error);
+    if (isOfFile)
+        result.setType(QSparqlError::StatementError);
+    return noted(result);
 }

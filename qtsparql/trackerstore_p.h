@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class QIODevice;
 class StoreFolder;
 
 /**
@@ -31,6 +32,10 @@ public:
     /// Runs an update, which can contain several operations. If one of them fails, none has an effect. If
     /// other processes write at the same time, the update is repeated for at most half a minute.
     QSparqlError update(const QString &statement);
+    /// Writes what the query \a description describes to \a device, see SparqlTurtle::write().
+    QSparqlError writeTurtle(const QString &description, QIODevice *device);
+    /// Adds what the file \a fileName says, see SparqlTurtle::read().
+    QSparqlError readTurtle(const QString &fileName);
 
 private:
     struct Handle;
@@ -43,6 +48,7 @@ private:
     QSparqlError becomeWritable();
     QSparqlError noted(const QSparqlError &error);
     QSparqlError updateOnce(const QByteArray &text);
+    static QSparqlError afterCommit();
 
     const QString m_folder;
     std::unique_ptr<Handle> m_handle;

@@ -35,7 +35,9 @@ public:
         Ambiguous, ///< Several channels have this name.
         AlreadyStored, ///< The store has a channel with this link.
         LinkInUse, ///< Another channel or a message has this link.
-        PluginUnusable ///< A file is not a usable download plug-in, or there is none.
+        PluginUnusable, ///< A file is not a usable download plug-in, or there is none.
+        FileFailed, ///< A file of the user cannot be read or written, or holds something else.
+        NotEmpty ///< The archive already holds something.
     };
 
     /// An error of \a kind. \a attempt completes the sentence "could not ...", and may be empty. \a reason

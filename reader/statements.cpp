@@ -568,4 +568,19 @@ QSparqlQuery orphanEnclosures()
                                  "?e nie:isLogicalPartOf ?owner . ?owner a mfo:FeedElement } }"));
 }
 
+QSparqlQuery archiveSize()
+{
+    return select(QStringLiteral("SELECT ?class COUNT(?r) WHERE { ?r a ?class "
+                                 "FILTER(?class IN (mfo:FeedChannel, mfo:FeedMessage, mfo:Enclosure)) } "
+                                 "GROUP BY ?class"));
+}
+
+QSparqlQuery archive()
+{
+    return QSparqlQuery(
+        QStringLiteral("DESCRIBE ?r { ?r a ?class FILTER(?class IN "
+                       "(mfo:FeedChannel, mfo:FeedMessage, mfo:Enclosure, nie:DataObject)) }"),
+        QSparqlQuery::DescribeStatement);
+}
+
 } // namespace Tidel::Statements

@@ -142,6 +142,14 @@ QString linkEnclosure(const QString &remoteLink, const QString &ownerUri);
 QSparqlQuery replaceFile(const FeedEnclosure &enclosure);
 /// @}
 
+/// \name Archive
+/// @{
+/// Class, number of resources, for channels, messages and enclosures. No row for a class without resources.
+QSparqlQuery archiveSize();
+/// Describes all that this library stores.
+QSparqlQuery archive();
+/// @}
+
 /// \name Removal
 /// @{
 /// Removes \a messages from the channel: deletes those that no other channel has.

@@ -96,6 +96,11 @@ const Command commands[] = {
      {{"keep", "N", "The number of messages to keep in addition to favorites."},
       {"dry-run", nullptr, "Shows what would be deleted, and deletes nothing."}},
      misuseOfPrune},
+    {"backup", "FILE", "Copy the whole archive, without downloaded files, into one file.",
+     "The name of the copy, such as archive.ttl.gz: compressed Turtle. A file of this name is replaced.", 1,
+     1, backup},
+    {"restore", "FILE", "Fill an empty archive from a backup.", "A file that \"tidel backup\" has written.",
+     1, 1, restore},
     {"clean", "", "Delete messages without a channel and enclosures without a message.", "", 0, 0, clean},
 };
 

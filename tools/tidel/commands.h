@@ -29,6 +29,10 @@ void unfavorite(const Store &store, const Arguments &arguments, Output &output);
 void prune(const Store &store, const Arguments &arguments, Output &output);
 /// Deletes messages without a channel and enclosures without a message.
 void clean(const Store &store, const Arguments &arguments, Output &output);
+/// Copies the whole archive into the file of this name.
+void backup(const Store &store, const Arguments &arguments, Output &output);
+/// Fills the empty archive from the backup of this name.
+void restore(const Store &store, const Arguments &arguments, Output &output);
 /// Lists all channels.
 void listChannels(const Store &store, const Arguments &arguments, Output &output);
 /// Lists the messages of the channel with this name.

@@ -16,6 +16,7 @@ class Store;
 } // namespace Tidel
 
 using Command = void (*)(const Tidel::Store &, const Tidel::Arguments &, Tidel::Output &);
+Q_DECLARE_METATYPE(Command)
 using Options = QHash<QString, QString>;
 
 /// The result of a command.

@@ -7,8 +7,6 @@
 
 using namespace Tidel;
 
-Q_DECLARE_METATYPE(Command)
-
 /// Tests listings when the store fails. tst_tidel tests the rest.
 class TestListings : public CommandTestCase
 {

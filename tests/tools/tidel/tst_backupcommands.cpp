@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "commandtest.h"
+
+#include <commands.h>
+
+#include <QDir>
+#include <QtTest>
+
+using namespace Tidel;
+
+class TestBackupCommands : public CommandTestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void backupAndRestore();
+    void restoreIntoAnotherArchive();
+    void unreadableBackup();
+    void failures_data();
+    void failures();
+};
+
+void TestBackupCommands::backupAndRestore()
+{
+    addChannel("News", {message("a", day(1), {"a.ogg"}), message("b")});
+    addFavorite("b");
+    const QStringList before = everythingIn(store());
+    const QString file = home() + "/archive.ttl.gz";
+    const CommandResult written = runCommand(backup, {file});
+    QCOMPARE(written.err, QString());
+    QVERIFY(written.isFine);
+    const QRegularExpression report("^" + file
+                                    + R"(: 1 channel, 2 messages, 1 enclosure in [0-9.]+ (bytes|KiB)\n$)");
+    QVERIFY2(report.match(written.out).hasMatch(), qPrintable(written.out));
+
+    QDir(store().dataFolder() + "/tidel/store").removeRecursively();
+    const CommandResult restored = runCommand(restore, {file});
+    QCOMPARE(restored.err, QString());
+    QVERIFY(restored.isFine);
+    QCOMPARE(restored.out, QString("Restored: 1 channel, 2 messages, 1 enclosure\n"));
+    QCOMPARE(everythingIn(store()), before);
+}
+
+void TestBackupCommands::restoreIntoAnotherArchive()
+{
+    const QString file = home() + "/archive.ttl.gz";
+    addChannel("News", {message("a")});
+    QVERIFY(runCommand(backup, {file}).isFine);
+    const QStringList before = everythingIn(store());
+    const CommandResult refused = runCommand(restore, {file});
+    QVERIFY(!refused.isFine);
+    QCOMPARE(refused.out, QString());
+    QCOMPARE(refused.err,
+             "tidel: could not restore the backup: the archive is not empty; "
+             "to start with an empty archive, move the folder "
+                 + store().dataFolder() + "/tidel away\n");
+    QCOMPARE(everythingIn(store()), before);
+}
+
+void TestBackupCommands::unreadableBackup()
+{
+    const CommandResult result = runCommand(restore, {home() + "/none"});
+    QVERIFY(!result.isFine);
+    QCOMPARE(result.err,
+             "tidel: could not restore the backup: " + home()
+                 + "/none: the file does not exist or cannot be read; check its name\n");
+}
+
+void TestBackupCommands::failures_data()
+{
+    QTest::addColumn<Command>("command");
+    QTest::newRow("backup") << Command(backup);
+    QTest::newRow("restore") << Command(restore);
+}
+
+void TestBackupCommands::failures()
+{
+    QFETCH(Command, command);
+    const QString file = home() + "/archive.ttl.gz";
+    QVERIFY(runCommand(backup, {file}).isFine);
+    failEverywhere(
+        command, {file}, {}, [] {}, [&] { QCOMPARE(everythingIn(store()), QStringList()); });
+}
+
+QTEST_GUILESS_MAIN(TestBackupCommands)
+#include "tst_backupcommands.moc"

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "commands.h"
+
+#include "output.h"
+#include "phrases.h"
+
+#include <QFileInfo>
+#include <QLocale>
+#include <QStandardPaths>
+
+#include <TidelReader/backup.h>
+
+namespace Tidel {
+
+namespace {
+
+QString shown(const Backup::Size &size)
+{
+    return QStringLiteral("%1, %2, %3")
+        .arg(countedChannels(size.channels), countedMessages(size.messages),
+             countedEnclosures(size.enclosures));
+}
+
+QString advice(const Error &error)
+{
+    if (error.kind() != Error::NotEmpty)
+        return {};
+    return QStringLiteral("; to start with an empty archive, move the folder %1/tidel away")
+        .arg(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
+}
+
+} // namespace
+
+void backup(const Store &store, const Arguments &arguments, Output &output)
+{
+    const QString fileName = arguments.names.first();
+    output.progress(QStringLiteral("Writing %1...").arg(fileName));
+    const Result<Backup::Size> size = Backup(store).write(fileName);
+    if (size)
+        output.line(
+            QStringLiteral("%1: %2 in %3")
+                .arg(fileName, shown(*size), QLocale::c().formattedDataSize(QFileInfo(fileName).size())));
+    else
+        output.failure(size.error());
+}
+
+void restore(const Store &store, const Arguments &arguments, Output &output)
+{
+    output.progress(QStringLiteral("Restoring %1...").arg(arguments.names.first()));
+    const Result<Backup::Size> size = Backup(store).restore(arguments.names.first());
+    if (size)
+        output.line(QStringLiteral("Restored: %1").arg(shown(*size)));
+    else
+        output.failure(size.error(), advice(size.error()));
+}
+
+} // namespace Tidel
