@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "trackerstore_p.h"
 
+#include "absence_p.h"
 #include "boundedwait_p.h"
 #include "ontology_p.h"
 #include "storefolder_p.h"
@@ -293,8 +294,8 @@ QSparqlError TrackerStore::select(const QString &statement, SparqlTable *table)
         return refusal;
     GError *error = nullptr;
     const GObjectPtr<TrackerSparqlCursor> cursor(tracker_sparql_connection_query(
-        m_handle->connection.get(), TrackerDialect::toTracker(statement).toUtf8().constData(), nullptr,
-        &error));
+        m_handle->connection.get(), TrackerDialect::toTracker(withNotExists(statement)).toUtf8().constData(),
+        nullptr, &error));
     if (!cursor)
         return noted(fromGError(QStringLiteral("The query is refused"), error));
 
