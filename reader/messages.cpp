@@ -26,6 +26,23 @@ Result<QList<FeedMessage>> Messages::ofChannel(const QString &channelUri) const
         });
 }
 
+Result<FeedMessage> Messages::get(const QString &messageUri) const
+{
+    const Result<Answer> answer = StorePrivate::of(m_store).run(Statements::messageInFull(messageUri),
+                                                                "read the message from the store");
+    if (!answer)
+        return Failure(answer.error());
+    if (!(*answer)->next())
+        return Failure(Error(Error::NotFound, {}, QStringLiteral("no such message")));
+    return extractMessage((*answer)->current());
+}
+
+Result<QStringList> Messages::channelTitles(const QString &messageUri) const
+{
+    return StorePrivate::of(m_store).texts(Statements::channelTitlesOf(messageUri),
+                                           "read the channels of the message from the store");
+}
+
 Result<QList<FeedMessage>> Messages::headlines(const QStringList &links) const
 {
     return readHeadlines(StorePrivate::of(m_store), links, Statements::headlinesOfLinks,

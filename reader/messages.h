@@ -23,6 +23,10 @@ public:
 
     /// The messages of the channel, the newest first, each once, without ids, base URLs and enclosures.
     Result<QList<FeedMessage>> ofChannel(const QString &channelUri) const;
+    /// The message \a messageUri, with what ofChannel() gives. Fails with Error::NotFound.
+    Result<FeedMessage> get(const QString &messageUri) const;
+    /// The titles of the channels that the message belongs to, in alphabetical order.
+    Result<QStringList> channelTitles(const QString &messageUri) const;
     /// The messages with \a links, the newest first, with titles, links and dates only. Links that no message
     /// has are left out.
     Result<QList<FeedMessage>> headlines(const QStringList &links) const;

@@ -237,6 +237,26 @@ QSparqlQuery messagesOf(const QString &channelUri)
         {{"channel", QUrl(channelUri)}});
 }
 
+QSparqlQuery messageInFull(const QString &messageUri)
+{
+    return select(
+        QStringLiteral(
+            "SELECT ?m ?title ?text ?link ?published ?downloaded "
+            "(EXISTS { ?m nao:hasTag nao:predefined-tag-favorite } AS ?isFavorite) ?summary WHERE { "
+            "?m a mfo:FeedMessage FILTER(?m = ?:message) OPTIONAL { ?m nie:title ?title } "
+            "OPTIONAL { ?m nie:description ?text } OPTIONAL { ?m nie:subject ?summary } "
+            "OPTIONAL { ?m nie:links ?link } OPTIONAL { ?m mfo:downloadedTime ?downloaded } "
+            "OPTIONAL { ?m nie:contentCreated ?published } } LIMIT 1"),
+        {{"message", QUrl(messageUri)}});
+}
+
+QSparqlQuery channelTitlesOf(const QString &messageUri)
+{
+    return select(QStringLiteral("SELECT ?title WHERE { ?:message nie:isLogicalPartOf ?c . "
+                                 "?c a mfo:FeedChannel ; nie:title ?title } ORDER BY ?title"),
+                  {{"message", QUrl(messageUri)}});
+}
+
 QSparqlQuery messageUrisOf(const QString &channelUri, int limit)
 {
     return select(QStringLiteral("SELECT ?m WHERE { ?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel } "

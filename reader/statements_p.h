@@ -80,6 +80,10 @@ QString deleteDropped(const QString &channelUri, const QString &name, const QStr
 /// @{
 /// URI, title, text, link, date of publication, time of download, whether it is a favorite, summary.
 QSparqlQuery messagesOf(const QString &channelUri);
+/// As messagesOf(), of the message \a messageUri alone.
+QSparqlQuery messageInFull(const QString &messageUri);
+/// The titles of the channels that the message belongs to.
+QSparqlQuery channelTitlesOf(const QString &messageUri);
 /// The URIs of all messages of the channel.
 QSparqlQuery messageUrisOf(const QString &channelUri, int limit);
 /// The URI of the message that has the link \a address.

@@ -37,6 +37,8 @@ void restore(const Store &store, const Arguments &arguments, Output &output);
 void listChannels(const Store &store, const Arguments &arguments, Output &output);
 /// Lists the messages of the channel with this name.
 void listMessages(const Store &store, const Arguments &arguments, Output &output);
+/// Shows the messages with these names.
+void showMessages(const Store &store, const Arguments &arguments, Output &output);
 /// Lists the enclosures of the message with this name.
 void listEnclosures(const Store &store, const Arguments &arguments, Output &output);
 
@@ -46,6 +48,8 @@ QString misuseOfSubscribe(const Arguments &arguments);
 QString misuseOfDownload(const Arguments &arguments);
 /// Returns what is wrong with the options of edit; empty if they are valid.
 QString misuseOfEdit(const Arguments &arguments);
+/// Returns what is wrong with the options of show; empty if they are valid.
+QString misuseOfShow(const Arguments &arguments);
 /// Returns what is wrong with the options of prune; empty if they are valid.
 QString misuseOfPrune(const Arguments &arguments);
 

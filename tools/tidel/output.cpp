@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "output.h"
 
+#include "pager.h"
 #include "table.h"
 #include "terminaltext.h"
 
@@ -21,12 +22,19 @@ void writeLine(FILE *stream, const QString &text)
     fwrite(utf8.constData(), 1, size_t(utf8.size()), stream);
 }
 
+/// The size of \a terminal; zeros if it is unknown.
+winsize sizeOf(FILE *terminal)
+{
+    winsize size = {};
+    ioctl(fileno(terminal), TIOCGWINSZ, &size);
+    return size;
+}
+
 /// The number of characters in a line of \a terminal; the largest number if it is unknown.
 int lineLength(FILE *terminal)
 {
-    winsize size = {};
-    const bool isKnown = ioctl(fileno(terminal), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-    return isKnown ? size.ws_col : std::numeric_limits<int>::max();
+    const int columns = sizeOf(terminal).ws_col;
+    return columns > 0 ? columns : std::numeric_limits<int>::max();
 }
 
 } // namespace
@@ -47,6 +55,36 @@ void Output::table(const Table &table)
     const QStringList lines = table.lines();
     for (const QString &text : lines)
         line(text);
+}
+
+void Output::page(const QStringList &lines)
+{
+    eraseProgress();
+    const int rows = sizeOf(m_results).ws_row;
+    if (rows > 0 && lines.size() >= rows && isatty(fileno(m_results)) == 1) {
+        QByteArray text;
+        for (const QString &each : lines)
+            text += terminalText(each).toUtf8() + '\n';
+        fflush(m_results);
+        if (showInPager(text))
+            return;
+    }
+    for (const QString &each : lines)
+        line(each);
+}
+
+void Output::document(const QByteArray &utf8)
+{
+    if (isatty(fileno(m_results)) == 1)
+        page(QString::fromUtf8(utf8).trimmed().split(QLatin1Char('\n')));
+    else
+        fwrite(utf8.constData(), 1, size_t(utf8.size()), m_results);
+}
+
+int Output::width() const
+{
+    const int columns = sizeOf(m_results).ws_col;
+    return columns > 0 ? columns : 80;
 }
 
 void Output::note(const QString &text)

@@ -2,7 +2,9 @@
 #ifndef TIDEL_OUTPUT_H
 #define TIDEL_OUTPUT_H
 
+#include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <cstdio>
 
@@ -23,6 +25,12 @@ public:
     void line(const QString &text);
     /// Writes the lines of \a table as results.
     void table(const Table &table);
+    /// Writes \a lines as results. On a terminal that is too short for them, shows them in a pager.
+    void page(const QStringList &lines);
+    /// Writes \a utf8, which another program is to read, as it is. On a terminal, writes it as page() does.
+    void document(const QByteArray &utf8);
+    /// The number of columns for results: those of the terminal, or 80 if the results go elsewhere.
+    int width() const;
     /// Writes one line for the user that is neither a result nor an error.
     void note(const QString &text);
     /// Writes \a warnings about \a subject, such as the title of a channel, a line for each.
