@@ -21,6 +21,7 @@ SparqlToken SparqlLexer::next()
     const Extent extent = extentOfNext();
     const SparqlToken token{extent.kind, m_position, m_text.mid(m_position, extent.length)};
     m_position = token.end();
+    follow(token);
     return token;
 }
 
@@ -45,7 +46,7 @@ SparqlLexer::Extent SparqlLexer::extentOfNext() const
         // An escaped character in a prefixed name. It can be a quote or a number sign.
         return {SparqlToken::Other, m_position + 1 < m_text.size() ? 2 : 1};
     case u'<':
-        if (const int length = iriLength())
+        if (const int length = isComparison() ? 0 : iriLength())
             return {SparqlToken::Iri, length};
         break;
     default: break;
@@ -53,6 +54,30 @@ SparqlLexer::Extent SparqlLexer::extentOfNext() const
     if (first.isSpace())
         return {SparqlToken::Space, spaceLength()};
     return {SparqlToken::Other, qMax(1, wordLength(m_position))};
+}
+
+/// Returns true if the angle bracket compares a value with a placeholder; otherwise returns false.
+bool SparqlLexer::isComparison() const
+{
+    // `(?a<?:limit&&?b>?c)` has only characters that an IRI can contain. A comparison stands in parentheses;
+    // pasted text, which can begin like a placeholder, stands between braces.
+    const bool isPossible = m_isAfterValue && (m_brackets & 1);
+    return isPossible && (standsAt(m_position + 1, u"?:") || standsAt(m_position + 1, u"$:"));
+}
+
+/// Remembers the brackets that are open behind \a token, and whether it can be the end of a value.
+void SparqlLexer::follow(const SparqlToken &token)
+{
+    if (token.kind == SparqlToken::Space || token.kind == SparqlToken::Comment)
+        return;
+    const QChar first = token.text[0];
+    m_isAfterValue = token.kind != SparqlToken::Other || first == u')' || isWordCharacter(first);
+    if (token.kind != SparqlToken::Other)
+        return;
+    if (first == u'(' || first == u'{' || first == u'[')
+        m_brackets = m_brackets << 1 | quint64(first == u'(');
+    else if (first == u')' || first == u'}' || first == u']')
+        m_brackets >>= 1;
 }
 
 SparqlLexer::Extent SparqlLexer::variableExtent() const
@@ -96,13 +121,10 @@ int SparqlLexer::stringLength() const
     return int(m_text.size()) - m_position;
 }
 
-/// Returns 0 if the angle bracket is a comparison.
+/// Returns 0 if the angle bracket does not begin an IRI.
 int SparqlLexer::iriLength() const
 {
     int end = m_position + 1;
-    // `?a<?:limit&&?b>?c` has only characters that an IRI can contain.
-    if (standsAt(end, u"?:") || standsAt(end, u"$:"))
-        return 0;
     while (end < m_text.size() && !isForbiddenInIri(m_text[end]))
         ++end;
     return standsAt(end, u">") ? end + 1 - m_position : 0;

@@ -34,6 +34,9 @@ struct SparqlToken
  * Divides a statement into tokens. It distinguishes literals, IRIs, variables and comments from the rest.
  *
  * The tokens cover the whole text. The lexer reports no errors; the parser of the store does that.
+ *
+ * `<?:name` is the beginning of an IRI, except behind a value within parentheses: there it can be a
+ * comparison with a placeholder.
  */
 class SparqlLexer
 {
@@ -53,6 +56,8 @@ private:
         int length;
     };
     Extent extentOfNext() const;
+    bool isComparison() const;
+    void follow(const SparqlToken &token);
     Extent variableExtent() const;
     int spaceLength() const;
     int commentLength() const;
@@ -63,6 +68,8 @@ private:
 
     QStringView m_text;
     int m_position = 0;
+    quint64 m_brackets = 0; // a bit for each open bracket, the lowest for the innermost; 1 is a parenthesis
+    bool m_isAfterValue = false;
 };
 
 #endif

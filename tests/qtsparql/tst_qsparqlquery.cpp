@@ -104,6 +104,8 @@ void TestQuery::placeholder_data()
     unchanged("unterminated long string", "\"\"\" ?:a \"\"");
 
     unchanged("IRI", "<http://example.org/?:a>");
+    unchanged("IRI that begins like a placeholder",
+              "INSERT { <urn:m> nie:links <?:a> ; nie:title <$:a&&b> }");
     unchanged("IRI with a number sign", "<http://example.org/#x?:a>");
     row("behind an IRI with a number sign", "<http://example.org/#x> ?:a", "<http://example.org/#x> 1");
     row("less than", "FILTER(?x < ?:a && ?y > 3)", "FILTER(?x < 1 && ?y > 3)");

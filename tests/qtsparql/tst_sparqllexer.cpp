@@ -86,7 +86,16 @@ void TestLexer::tokens_data()
     row("IRI that looks like other things", "<?_a> <'> <#> <$a>", "I I I I");
     row("less than", "?a < ?b", "V O V");
     row("less and greater than", "?a < ?b && ?c > ?d", "V O V OO V O V");
-    row("less than a placeholder", "?a<?:b&&?c>?d", "VOPOOVOV");
+    row("less than a placeholder", "(?a<?:b&&?c>?d)", "OVOPOOVOVO");
+    row("less than a placeholder of the other mark", "(3<$:b&&?c>?d)", "OOOPOOVOVO");
+    row("less than a placeholder, with blanks and a comment", "(f(?a) #\n<?:b&&?c>?d)", "OOOVO # OPOOVOVO");
+    row("IRI that begins like a placeholder", "<?:a> <$:a> <?:a&&b>", "I I I");
+    row("such an IRI behind a value", "?a <?:b&&c>", "V I");
+    row("such an IRI in parentheses", "(<?:a>/<?:b>=<?:c>, <?:d>)", "OIOIOIO IO");
+    row("such an IRI in braces in parentheses", "(?a{?b <?:c>}<?:d>)", "OVOV IOIO");
+    row("such an IRI in square brackets", "([nie:links <?:a>])", "OOOOO IOO");
+    row("such an IRI behind parentheses", "(?a) <?:b>", "OVO I");
+    row("deep brackets", "((((?a<?:b&&?c>?d))))", "OOOOVOPOOVOVOOOO");
     row("less or equal", "?a<=3", "VOOO");
     row("blank inside", "<a b>", "OO OO");
     row("quote inside", "<a\">", "OOS");
