@@ -7,6 +7,20 @@
 #include "feedmessage_p.h"
 #include "streamlist_p.h"
 
+#include <QTimeZone>
+
+namespace {
+
+/// Returns an invalid time if the zone of \a time is unknown, as a stream can have it; otherwise returns
+/// \a time. Qt 5 crashes when it writes an unknown zone.
+QDateTime writable(const QDateTime &time)
+{
+    const bool isZoneUnknown = time.timeSpec() == Qt::TimeZone && !time.timeZone().isValid();
+    return isZoneUnknown ? QDateTime() : time;
+}
+
+} // namespace
+
 QDataStream &operator<<(QDataStream &stream, const FeedEnclosure &enclosure)
 {
     return stream << enclosure.uri() << enclosure.remoteUrl() << enclosure.localUrl()
@@ -34,8 +48,9 @@ QDataStream &operator>>(QDataStream &stream, QList<FeedEnclosure> &enclosures)
 QDataStream &operator<<(QDataStream &stream, const FeedMessage &message)
 {
     return stream << message.title() << message.link() << message.description() << message.summary()
-                  << message.baseUrl() << message.publishedDate() << message.downloadedTime()
-                  << message.isFavorite() << message.id() << message.enclosures();
+                  << message.baseUrl() << writable(message.publishedDate())
+                  << writable(message.downloadedTime()) << message.isFavorite() << message.id()
+                  << message.enclosures();
 }
 
 QDataStream &operator>>(QDataStream &stream, FeedMessage &message)
@@ -57,8 +72,8 @@ QDataStream &operator>>(QDataStream &stream, QList<FeedMessage> &messages)
 QDataStream &operator<<(QDataStream &stream, const FeedChannel &channel)
 {
     return stream << channel.type() << channel.title() << channel.uri() << channel.link() << channel.icon()
-                  << channel.description() << channel.subscribedTime() << channel.updatedTime()
-                  << channel.lastModifiedTime() << channel.messages();
+                  << channel.description() << writable(channel.subscribedTime())
+                  << writable(channel.updatedTime()) << channel.lastModifiedTime() << channel.messages();
 }
 
 QDataStream &operator>>(QDataStream &stream, FeedChannel &channel)

@@ -200,6 +200,8 @@ private slots:
     void changedBits();
     void randomBytes_data() { addStreamForms(); }
     void randomBytes();
+    void unknownTimeZone_data();
+    void unknownTimeZone();
     void arrivesPieceByPiece();
 };
 
@@ -337,6 +339,45 @@ void tst_HostileStreams::randomBytes()
             byte = char(random.bounded(4) ? 0 : random.bounded(round % 2 ? 256 : 16));
         checkHostile(bytes, form);
     }
+}
+
+void tst_HostileStreams::unknownTimeZone_data()
+{
+    QTest::addColumn<QString>("zone");
+    for (const char *zone : {"Nowhere/Land", "-No Time Zone Specified!", "UTC+99:00"})
+        QTest::newRow(zone) << QString(zone);
+}
+
+/// Qt 5 crashes if it writes a time whose zone it does not know.
+void tst_HostileStreams::unknownTimeZone()
+{
+    QFETCH(QString, zone);
+    constexpr qint8 InAZone = 3;
+    const QByteArray time = streamed(QDate(2026, 1, 1), QTime(1, 2, 3), InAZone, zone);
+    const QByteArray text = streamed(QString());
+
+    FeedMessage message;
+    QCOMPARE(readFrom(text.repeated(4) + streamed(QUrl()) + time + time + streamed(true) + text
+                          + streamed(quint32(0)),
+                      message),
+             QDataStream::Ok);
+    QVERIFY(!message.publishedDate().isValid());
+    QVERIFY(!message.downloadedTime().isValid());
+    FeedMessage messageBack;
+    QCOMPARE(readFrom(written(message), messageBack), QDataStream::Ok);
+    QVERIFY(!messageBack.publishedDate().isValid());
+    QVERIFY(!messageBack.downloadedTime().isValid());
+    QVERIFY(messageBack.isFavorite());
+
+    FeedChannel channel;
+    QCOMPARE(readFrom(text.repeated(4) + written(FeedEnclosure()) + text + time + time + text
+                          + streamed(quint32(0)),
+                      channel),
+             QDataStream::Ok);
+    FeedChannel channelBack;
+    QCOMPARE(readFrom(written(channel), channelBack), QDataStream::Ok);
+    QVERIFY(!channelBack.subscribedTime().isValid());
+    QVERIFY(!channelBack.updatedTime().isValid());
 }
 
 /// A transaction does not notice that a list is incomplete when its bytes end behind an element. So the
