@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "qsparqlresult.h"
 
+#include <QEvent>
+
 class QSparqlResultPrivate
 {
 public:
-    const QString query;
+    QString query;
     const QSparqlQuery::StatementType type;
     QSparqlError error = QSparqlError();
     int pos = QSparql::BeforeFirstRow;
@@ -62,3 +64,12 @@ QString QSparqlResult::stringValue(int index) const { return value(index).toStri
 bool QSparqlResult::boolValue() const { return d->boolValue; }
 
 void QSparqlResult::setBoolValue(bool value) { d->boolValue = value; }
+
+bool QSparqlResult::event(QEvent *event)
+{
+    if (event->type() != QEvent::Close)
+        return QObject::event(event);
+    d->query.clear();
+    d->pos = QSparql::BeforeFirstRow;
+    return true;
+}

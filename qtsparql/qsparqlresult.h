@@ -26,6 +26,9 @@ class QSparqlResultPrivate;
  * \endcode
  * A result with an error has no rows. The caller of exec() owns the result. The result does not need the
  * connection.
+ *
+ * A result that is deleted later keeps its memory until then. The event QEvent::Close frees it at once: the
+ * rows and the text of the statement are gone.
  */
 class Q_SPARQL_EXPORT QSparqlResult : public QObject
 {
@@ -82,6 +85,10 @@ public:
 
     /// Returns the answer to an ASK statement.
     bool boolValue() const;
+
+    /// Frees the text of the statement if \a event is QEvent::Close, and moves before the first row. A class
+    /// with rows frees these too.
+    bool event(QEvent *event) override;
 
 protected:
     /// Constructs the result of the statement \a query.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "sparqltableresult_p.h"
 
+#include <QEvent>
+
 SparqlTableResult::SparqlTableResult(const QString &query, QSparqlQuery::StatementType type,
                                      SparqlTable table)
     : QSparqlResult(query, type), m_table(std::move(table))
@@ -49,6 +51,13 @@ QVariant SparqlTableResult::value(int index) const
 {
     const SparqlTable::Cell *found = cell(index);
     return found ? found->value : QVariant();
+}
+
+bool SparqlTableResult::event(QEvent *event)
+{
+    if (event->type() == QEvent::Close)
+        m_table = SparqlTable();
+    return QSparqlResult::event(event);
 }
 
 const SparqlTable::Cell *SparqlTableResult::cell(int index) const

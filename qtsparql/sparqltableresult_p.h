@@ -20,11 +20,12 @@ public:
     QSparqlResultRow current() const override;
     QSparqlBinding binding(int index) const override;
     QVariant value(int index) const override;
+    bool event(QEvent *event) override;
 
 private:
     const SparqlTable::Cell *cell(int index) const;
 
-    const SparqlTable m_table;
+    SparqlTable m_table;
 };
 
 #endif

@@ -2,6 +2,7 @@
 #ifndef STORERESULT_P_H
 #define STORERESULT_P_H
 
+#include <QEvent>
 #include <QSparqlResult>
 
 #include <memory>
@@ -10,10 +11,15 @@ class QSparqlConnection;
 class QSparqlQuery;
 struct QstTraceOrigin;
 
-/// Deletes a result when control returns to the event loop.
+/// Deletes a result when control returns to the event loop. A host may never do that, so its rows go at once.
 struct DeleteLater
 {
-    void operator()(QObject *object) const { object->deleteLater(); }
+    void operator()(QSparqlResult *result) const
+    {
+        QEvent close(QEvent::Close);
+        static_cast<QObject *>(result)->event(&close);
+        result->deleteLater();
+    }
 };
 
 /// A finished result without an error; null on failure.

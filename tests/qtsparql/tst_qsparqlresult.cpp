@@ -2,6 +2,7 @@
 #include "scratchstore.h"
 
 #include <QDateTime>
+#include <QEvent>
 #include <QTest>
 
 class TestResult : public QObject
@@ -33,6 +34,8 @@ private Q_SLOTS:
     void constructAndDescribe();
     void keepsTheStatement();
     void variableNames();
+    void closing();
+    void closingAfterAnError();
 };
 
 namespace {
@@ -474,6 +477,36 @@ void TestResult::variableNames()
     QCOMPARE(result->current().variableName(0), QStringLiteral("_t"));
     QCOMPARE(result->current().variableName(1), QStringLiteral("s"));
     QCOMPARE(result->current().variableName(2), QStringLiteral("one"));
+}
+
+void TestResult::closing()
+{
+    const ThreeTitles store;
+    const auto result = store.titles();
+    VERIFY_DONE(result);
+    QVERIFY(result->last());
+    QEvent other(QEvent::Show);
+    QVERIFY(!result->event(&other));
+    QCOMPARE(result->size(), 3);
+
+    QEvent close(QEvent::Close);
+    QVERIFY(result->event(&close));
+    QCOMPARE(result->size(), 0);
+    QCOMPARE(result->query(), QString());
+    QVERIFY(!result->isValid());
+    QVERIFY(!result->value(0).isValid());
+    QVERIFY(result->current().isEmpty());
+    QVERIFY(!result->first());
+}
+
+void TestResult::closingAfterAnError()
+{
+    const ScratchStore store;
+    const auto result = store.select(QStringLiteral("no statement"));
+    QEvent close(QEvent::Close);
+    QVERIFY(result->event(&close));
+    QVERIFY(result->hasError());
+    QVERIFY(!result->next());
 }
 
 QTEST_GUILESS_MAIN(TestResult)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include <TidelReader/channels.h>
+#include <TidelReader/messages.h>
 #include <TidelReader/store.h>
 
 #include <messagelog.h>
@@ -29,6 +30,7 @@ private Q_SLOTS:
     void copiesShareOneConnection();
     void assignment();
     void failuresAreTraced();
+    void resultsNeedNoEventLoop();
 
 private:
     QString folder() const { return m_store->dataFolder() + "/tidel/store"; }
@@ -159,6 +161,26 @@ void TestStoreHandle::failuresAreTraced()
         QVERIFY2(text.contains("read the channels from the store") && text.contains("SELECT ?c ?title ?link"),
                  qPrintable(text));
     }
+}
+
+/// A host that never returns to its event loop does not collect results.
+void TestStoreHandle::resultsNeedNoEventLoop()
+{
+    const Store store = *Store::open();
+    FeedChannel channel;
+    channel.setTitle("News");
+    channel.setLink("https://example.org/news");
+    const auto uri = Channels(store).add(channel);
+    QVERIFY(uri);
+    QVERIFY(Messages(store).ofChannel(*uri));
+    QVERIFY(!Messages(store).uri("https://example.org/none"));
+    StatementGate::failAt(0, StatementGate::Refuse);
+    QVERIFY(!Messages(store).ofChannel(*uri));
+
+    const QList<QPointer<QSparqlResult>> results = StatementGate::results();
+    QVERIFY(results.size() > 3);
+    for (const QPointer<QSparqlResult> &result : results)
+        QVERIFY(result.isNull());
 }
 
 QTEST_GUILESS_MAIN(TestStoreHandle)

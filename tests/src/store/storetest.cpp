@@ -144,8 +144,8 @@ int indexOfStatement(const QStringList &journal, int number)
     return index;
 }
 
-/// Reports results that were deleted before control returned to the event loop, or that were not deleted
-/// then.
+/// Reports results that were deleted before control returned to the event loop, that kept their memory until
+/// then, or that were not deleted then.
 void checkResults(QStringList *lines)
 {
     const QList<QPointer<QSparqlResult>> results = StatementGate::results();
@@ -155,6 +155,10 @@ void checkResults(QStringList *lines)
     };
     if (living() != results.size())
         lines->append("a result is deleted at once");
+    for (const QPointer<QSparqlResult> &result : results) {
+        if (result && !result->query().isEmpty())
+            lines->append("a result keeps its memory: " + result->query());
+    }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     if (living() != 0)
         lines->append("a result is never deleted");
