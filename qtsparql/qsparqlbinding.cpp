@@ -84,8 +84,9 @@ QString iri(const QString &text)
 
 QString dateTimeText(const QDateTime &time)
 {
-    // The offsets of historical time zones include seconds, which ISO 8601 cannot express.
-    const int offset = time.offsetFromUtc();
+    // The offsets of historical time zones include seconds, which ISO 8601 cannot express. A stream can
+    // contain any offset; XML Schema has those up to 14 hours.
+    const int offset = qAbs(time.offsetFromUtc()) <= 14 * 3600 ? time.offsetFromUtc() : 0;
     return time.toOffsetFromUtc(offset - offset % 60).toString(Qt::ISODate);
 }
 

@@ -149,6 +149,10 @@ void TestBinding::termOfAValue_data()
     time("east", at(QTime(9, 5, 3), 5 * 3600 + 30 * 60), "\"2026-11-21T09:05:03+05:30\"^^xsd:dateTime");
     time("west", at(QTime(9, 5, 3), -3 * 3600), "\"2026-11-21T09:05:03-03:00\"^^xsd:dateTime");
     time("no offset", at(QTime(9, 5, 3), 0), "\"2026-11-21T09:05:03Z\"^^xsd:dateTime");
+    time("largest offset", at(QTime(9, 5, 3), 14 * 3600), "\"2026-11-21T09:05:03+14:00\"^^xsd:dateTime");
+    time("too large an offset", at(QTime(20, 5, 3), 15 * 3600), "\"2026-11-21T05:05:03Z\"^^xsd:dateTime");
+    time("too small an offset", at(QTime(9, 5, 3), -14 * 3600 - 60),
+         "\"2026-11-21T23:06:03Z\"^^xsd:dateTime");
     time("milliseconds are left out", QDateTime(QDate(2026, 11, 21), QTime(9, 5, 3, 999), Qt::UTC),
          "\"2026-11-21T09:05:03Z\"^^xsd:dateTime");
 
