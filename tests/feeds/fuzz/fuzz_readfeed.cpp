@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-// Reads any bytes as a feed, as a download does: from the document to the messages.
+// Reads any bytes as a feed, as a download does: from the document to the messages, or to the feeds of a web
+// page.
 #include <feedparser.h>
+#include <webpage.h>
 
 #include <iterator>
 
@@ -25,8 +27,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     document.address = QUrl(QStringLiteral("https://example.org/feed"));
     document.charset = charsetFor(size);
     const auto feed = ParsedFeed::parse(document, document.address);
-    if (!feed)
+    if (!feed) {
+        WebPage page(document);
+        while (!page.takePlace().isEmpty()) { }
         return 0;
+    }
     feed->channel();
     feed->channelDetails();
     for (const ClaimedItem &claimed : feed->claimedItems())
