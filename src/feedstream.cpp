@@ -11,12 +11,18 @@
 
 namespace {
 
-/// Returns an invalid time if the zone of \a time is unknown, as a stream can have it; otherwise returns
-/// \a time. Qt 5 crashes when it writes an unknown zone.
-QDateTime writable(const QDateTime &time)
+/// Returns an invalid time if the zone of \a time is unknown; otherwise returns \a time. Qt 5 crashes when it
+/// writes or prints a time with such a zone, which a stream can contain.
+QDateTime withKnownZone(const QDateTime &time)
 {
-    const bool isZoneUnknown = time.timeSpec() == Qt::TimeZone && !time.timeZone().isValid();
-    return isZoneUnknown ? QDateTime() : time;
+    const bool isUnknown = time.timeSpec() == Qt::TimeZone && !time.timeZone().isValid();
+    return isUnknown ? QDateTime() : time;
+}
+
+void readTime(QDataStream &stream, QDateTime &time)
+{
+    stream >> time;
+    time = withKnownZone(time);
 }
 
 } // namespace
@@ -48,8 +54,8 @@ QDataStream &operator>>(QDataStream &stream, QList<FeedEnclosure> &enclosures)
 QDataStream &operator<<(QDataStream &stream, const FeedMessage &message)
 {
     return stream << message.title() << message.link() << message.description() << message.summary()
-                  << message.baseUrl() << writable(message.publishedDate())
-                  << writable(message.downloadedTime()) << message.isFavorite() << message.id()
+                  << message.baseUrl() << withKnownZone(message.publishedDate())
+                  << withKnownZone(message.downloadedTime()) << message.isFavorite() << message.id()
                   << message.enclosures();
 }
 
@@ -60,8 +66,9 @@ QDataStream &operator>>(QDataStream &stream, FeedMessage &message)
     QUrl baseUrl;
     stream >> d.title >> d.link >> d.description >> d.summary >> baseUrl;
     d.baseUrl = baseUrl;
-    stream >> d.publishedDate >> d.downloadedTime >> d.favorite >> d.id;
-    return stream >> d.enclosures;
+    readTime(stream, d.publishedDate);
+    readTime(stream, d.downloadedTime);
+    return stream >> d.favorite >> d.id >> d.enclosures;
 }
 
 QDataStream &operator>>(QDataStream &stream, QList<FeedMessage> &messages)
@@ -72,14 +79,15 @@ QDataStream &operator>>(QDataStream &stream, QList<FeedMessage> &messages)
 QDataStream &operator<<(QDataStream &stream, const FeedChannel &channel)
 {
     return stream << channel.type() << channel.title() << channel.uri() << channel.link() << channel.icon()
-                  << channel.description() << writable(channel.subscribedTime())
-                  << writable(channel.updatedTime()) << channel.lastModifiedTime() << channel.messages();
+                  << channel.description() << withKnownZone(channel.subscribedTime())
+                  << withKnownZone(channel.updatedTime()) << channel.lastModifiedTime() << channel.messages();
 }
 
 QDataStream &operator>>(QDataStream &stream, FeedChannel &channel)
 {
     FeedChannelPrivate &d = *channel.d;
     stream >> d.type >> d.title >> d.uri >> d.link >> d.icon >> d.description;
-    stream >> d.subscribedTime >> d.updatedTime >> d.lastModifiedTime;
-    return stream >> d.messages;
+    readTime(stream, d.subscribedTime);
+    readTime(stream, d.updatedTime);
+    return stream >> d.lastModifiedTime >> d.messages;
 }

@@ -9,6 +9,7 @@
 #include <QRandomGenerator>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimeZone>
 #include <QtTest>
 
 #include <memory>
@@ -348,21 +349,25 @@ void tst_HostileStreams::unknownTimeZone_data()
         QTest::newRow(zone) << QString(zone);
 }
 
-/// Qt 5 crashes if it writes a time whose zone it does not know.
+/// Qt 5 crashes if it writes or prints a time whose zone it does not know.
 void tst_HostileStreams::unknownTimeZone()
 {
     QFETCH(QString, zone);
     constexpr qint8 InAZone = 3;
     const QByteArray time = streamed(QDate(2026, 1, 1), QTime(1, 2, 3), InAZone, zone);
-    const QByteArray text = streamed(QString());
+    const QByteArray empty = streamed(QString());
 
     FeedMessage message;
-    QCOMPARE(readFrom(text.repeated(4) + streamed(QUrl()) + time + time + streamed(true) + text
+    QCOMPARE(readFrom(empty.repeated(4) + streamed(QUrl()) + time + time + streamed(true) + empty
                           + streamed(quint32(0)),
                       message),
              QDataStream::Ok);
     QVERIFY(!message.publishedDate().isValid());
     QVERIFY(!message.downloadedTime().isValid());
+    QString text;
+    QDebug(&text) << message;
+    QVERIFY(!text.isEmpty());
+    message.setPublishedDate(QDateTime(QDate(2026, 1, 1), QTime(1, 2, 3), QTimeZone(zone.toLatin1())));
     FeedMessage messageBack;
     QCOMPARE(readFrom(written(message), messageBack), QDataStream::Ok);
     QVERIFY(!messageBack.publishedDate().isValid());
@@ -370,10 +375,13 @@ void tst_HostileStreams::unknownTimeZone()
     QVERIFY(messageBack.isFavorite());
 
     FeedChannel channel;
-    QCOMPARE(readFrom(text.repeated(4) + written(FeedEnclosure()) + text + time + time + text
+    QCOMPARE(readFrom(empty.repeated(4) + written(FeedEnclosure()) + empty + time + time + empty
                           + streamed(quint32(0)),
                       channel),
              QDataStream::Ok);
+    text.clear();
+    QDebug(&text) << channel;
+    QVERIFY(!text.isEmpty());
     FeedChannel channelBack;
     QCOMPARE(readFrom(written(channel), channelBack), QDataStream::Ok);
     QVERIFY(!channelBack.subscribedTime().isValid());
