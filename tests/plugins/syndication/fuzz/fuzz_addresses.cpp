@@ -51,11 +51,11 @@ void checkName(const QUrl &address)
 
 void checkDocument(const QString &argument)
 {
-    // The argument of a program has no null characters.
-    const QUrl url = documentUrl(argument.left(argument.indexOf(QChar(u'\0'))));
-    if (!url.isLocalFile())
-        return;
-    require(QDir::isAbsolutePath(url.toLocalFile()), "a local document has an absolute path");
+    const QUrl url = documentUrl(argument);
+    const QString path = url.toLocalFile();
+    // The name of a file cannot have a null character.
+    require(!url.isLocalFile() || path.isEmpty() || QDir::isAbsolutePath(path),
+            "a local document has an absolute path or none");
 }
 
 } // namespace
