@@ -82,6 +82,8 @@ QSparqlResult *QSparqlConnection::exec(const QSparqlQuery &query)
                            : new SparqlTableResult(statement, type, std::move(table));
 }
 
+QSparqlError QSparqlConnection::sync() { return isValid() ? d->store->sync() : d->error; }
+
 QUrl QSparqlConnection::createUrn() const
 {
     return QUrl(QLatin1String("urn:uuid:") + timeOrderedUuid().toString(QUuid::WithoutBraces));

@@ -21,8 +21,9 @@ class QSparqlConnectionPrivate;
  *
  * The only driver is "QTRACKER_DIRECT": a Tracker database inside this process, in the folder
  * QSparqlConnectionOptions::databaseName(). The constructor opens the database and creates it if it does not
- * exist. Several processes can use one database at the same time. A connection must only be used in the
- * thread that created it.
+ * exist. If nothing can be written beside the database, the connection reads a copy in a temporary folder.
+ * Several processes can use one database at the same time. An update waits for those that write. A connection
+ * must only be used in the thread that created it.
  *
  * \code
  * QSparqlConnection connection("QTRACKER_DIRECT");
@@ -62,6 +63,12 @@ public:
      * lastError(). If one operation of an update fails, the whole update has no effect.
      */
     QSparqlResult *exec(const QSparqlQuery &query);
+
+    /**
+     * Writes the updates that have finished to the disk. Until then a power loss, not the end of a program,
+     * can undo the last ones. Returns an error if that fails, or lastError() if the connection is not valid.
+     */
+    QSparqlError sync();
 
     /// Returns a new, unique URN, `urn:uuid:...`. Later URNs are sorted after earlier ones.
     QUrl createUrn() const;

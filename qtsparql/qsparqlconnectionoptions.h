@@ -33,7 +33,13 @@ public:
     /// Exchanges these options with \a other.
     void swap(QSparqlConnectionOptions &other) noexcept { d.swap(other.d); }
 
-    /// Sets the option \a name to \a value. An invalid value removes the option.
+    /**
+     * Sets the option \a name to \a value. An invalid value removes the option.
+     *
+     * The driver knows the option "patience": how many milliseconds the opening of the store and an update
+     * wait for other programs, 30,000 by default. Connections of one thread share a store with the patience
+     * of the first one.
+     */
     void setOption(const QString &name, const QVariant &value);
     /// Returns the value of the option \a name. It is invalid if the option is not set.
     QVariant option(const QString &name) const;

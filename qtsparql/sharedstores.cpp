@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "sharedstores_p.h"
 
+#include "patientwait_p.h"
 #include "qsparqlconnectionoptions.h"
 #include "trackerstore_p.h"
 
@@ -21,6 +22,12 @@ QString storeFolder(const QSparqlConnectionOptions &options)
             + QLatin1String("/tidel/store");
     // The first update opens the store again. The current folder can be another one then.
     return QDir(folder).absolutePath();
+}
+
+int patience(const QSparqlConnectionOptions &options)
+{
+    const QVariant value = options.option(QStringLiteral("patience"));
+    return value.isValid() ? value.toInt() : usualPatience;
 }
 
 /// Distinguishes a database from another one that replaced it. The file system does not reuse the number of
@@ -58,7 +65,7 @@ std::shared_ptr<TrackerStore> sharedStore(const QSparqlConnectionOptions &option
     OpenStore &known = openStores[folder];
     if (auto store = known.store.lock(); store && known.database == databaseIn(folder))
         return store;
-    const std::shared_ptr<TrackerStore> store = TrackerStore::open(folder, error);
+    const std::shared_ptr<TrackerStore> store = TrackerStore::open(folder, patience(options), error);
     known = {store, databaseIn(folder)};
     return store;
 }

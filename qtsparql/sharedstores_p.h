@@ -10,7 +10,8 @@ class TrackerStore;
 
 /**
  * Returns the open store in the folder that \a options name, `tidel/store` below the user's data folder if
- * they name none. If it cannot be opened, sets \a error and returns null.
+ * they name none. If it cannot be opened, sets \a error and returns null. An open store has the patience with
+ * which it was opened.
  *
  * All connections of a thread share the store, because Tracker reads the whole database when it opens it.
  */

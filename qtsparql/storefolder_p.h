@@ -2,16 +2,19 @@
 #ifndef STOREFOLDER_P_H
 #define STOREFOLDER_P_H
 
+#include "filelock_p.h"
 #include "qsparqlerror.h"
 
 #include <QDir>
-#include <QLockFile>
+#include <QTemporaryDir>
+
+#include <memory>
 
 /**
  * The folder of a store while a program opens the database in it.
  *
- * Only one object of all processes can be in a folder. Two processes that create the same database at the
- * same time would damage it.
+ * Only one object of all processes can enter a folder. Two processes that create the same database at the
+ * same time would damage it. Nothing has to be entered to read a complete database.
  */
 class StoreFolder
 {
@@ -22,9 +25,12 @@ public:
     /// Returns the path of the folder.
     QString path() const { return m_dir.path(); }
 
-    /// Creates the folder if it does not exist and waits until no other object is in it. The object leaves
-    /// the folder when it is destroyed.
-    QSparqlError enter();
+    /// Creates the folder if it does not exist and waits until no other object is in it, for at most
+    /// \a milliseconds. The object leaves the folder when it is destroyed. Fails if this process may not write
+    /// the folder or a file of the database.
+    QSparqlError enter(int milliseconds);
+    /// Takes the permissions of the folder and its files from all but their owner.
+    void tighten() const;
 
     /// Returns true if there is a complete database; otherwise returns false.
     bool isMade() const;
@@ -38,10 +44,9 @@ public:
     /// Removes the mark of damage, if there is one.
     void forgetDamage();
 
-    /// Returns an error if there is a file of the database that this process may not write.
-    ///
-    /// Tracker opens such a database for writing. It reports success of updates that it does not store.
-    QSparqlError refuseReadOnly() const;
+    /// Returns a folder with a copy of the database, which other programs do not change while it is copied.
+    /// Returns null if that fails.
+    std::unique_ptr<QTemporaryDir> copy() const;
 
     /// Removes the copy of the ontology that Tracker keeps beside the database. Returns false if it is still
     /// there; otherwise returns true.
@@ -58,6 +63,8 @@ public:
     /// Writes all files to the disk, so that a power loss cannot undo the creation after its mark has gone.
     /// The database must be closed. Returns false if that fails; otherwise returns true.
     bool sync() const;
+    /// Writes the updates that are complete to the disk. Returns 0, or the error number of the system.
+    int syncUpdates() const;
     /// Removes the mark. Returns false if that fails; otherwise returns true.
     bool endMaking();
 
@@ -70,11 +77,14 @@ public:
     void removeDatabase();
 
 private:
-    QString lockFailure() const;
+    bool create() const;
+    QSparqlError refuseReadOnly() const;
     QStringList databaseFiles() const;
+    QString states() const;
+    bool copyTo(const QString &folder) const;
 
     QDir m_dir;
-    QLockFile m_lock;
+    std::unique_ptr<FileLock> m_lock;
 };
 
 #endif

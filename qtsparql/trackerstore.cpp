@@ -2,8 +2,9 @@
 #include "trackerstore_p.h"
 
 #include "absence_p.h"
-#include "boundedwait_p.h"
+#include "obstacle_p.h"
 #include "ontology_p.h"
+#include "sqlitewaiting_p.h"
 #include "storefolder_p.h"
 #include "tracker_p.h"
 #include "trackerdialect_p.h"
@@ -13,6 +14,9 @@
 #include <QFile>
 #include <QLoggingCategory>
 #include <QRegularExpression>
+
+#include <algorithm>
+#include <iterator>
 
 // Tracker's own messages are for developers. They appear in a terminal only if this category is enabled.
 Q_LOGGING_CATEGORY(lcTracker, "tidel.sparql.tracker", QtFatalMsg)
@@ -107,12 +111,42 @@ QSparqlError refuseNull(const QString &statement)
 
 const QString updateRefused = QStringLiteral("The update is refused");
 
-const QString cannotOpen =
-    QStringLiteral("Cannot open the store in %1, which may be damaged or of another version; to start with "
-                   "an empty store, move the folder away%2");
-const QString foundDamaged =
-    QStringLiteral("Cannot open the store in %1: its database is damaged; put back a copy of the folder, or "
-                   "move the folder away to start with an empty store%2");
+/// What the store says, and what that means for the user.
+struct Meaning
+{
+    const char *said;
+    const char *meant;
+};
+
+const QString cannotMake = QStringLiteral("Cannot create the database of the store in %1: %2");
+
+const Meaning meaningsOfRefusals[] = {
+    {"Corrupt db file",
+     "its database is damaged; put back a copy of the folder, or move the folder away to start with an empty store"},
+    {"database disk image is malformed",
+     "its database is damaged; put back a copy of the folder, or move the folder away to start with an empty store"},
+    {"got version 0,",
+     "there is no database in it, or a damaged one; put back a copy of the folder, or move the folder away to start with an empty store"},
+    {"version is too old",
+     "its database was made by an older version of Tracker; open it with that version, or move the folder away to start with an empty store"},
+    {"version is too new",
+     "its database was made by a newer version of Tracker; update Tracker, or move the folder away to start with an empty store"},
+};
+
+const Meaning meaningsOfFailures[] = {
+    {"database or disk is full", "the disk is full; free some space and try again"},
+    {"No space left on device", "the disk is full; free some space and try again"},
+    {"database disk image is malformed",
+     "the database is damaged; put back a copy of the folder of the store"},
+};
+
+template <int size> QString meaning(const Meaning (&meanings)[size], const QString &said)
+{
+    const auto found = std::find_if(std::begin(meanings), std::end(meanings), [&](const Meaning &each) {
+        return said.contains(QLatin1String(each.said));
+    });
+    return found == std::end(meanings) ? QString() : QString::fromLatin1(found->meant);
+}
 
 /// Returns true if \a error says that the content of the database is damaged; otherwise returns false.
 bool isDamage(const QSparqlError &error)
@@ -142,6 +176,10 @@ bool isOutOfDate(const QSparqlError &error)
 
 struct TrackerStore::Handle
 {
+    explicit Handle(const QString &path) : folder(path) { }
+
+    const QString folder;
+    std::unique_ptr<QTemporaryDir> copy; // if the folder is one
     GObjectPtr<TrackerSparqlConnection> connection;
 
     ~Handle();
@@ -151,6 +189,8 @@ struct TrackerStore::Handle
 
 TrackerStore::Handle::~Handle()
 {
+    // Closing cleans up. If others are in the way, the next program that closes the store does it.
+    const SqliteWaiting waiting(folder, 1000);
     if (connection)
         tracker_sparql_connection_close(connection.get());
 }
@@ -164,30 +204,28 @@ bool TrackerStore::Handle::hasOurOntology() const
         && tracker_sparql_cursor_get_boolean(answer.get(), 0);
 }
 
-TrackerStore::TrackerStore(const QString &folder, std::unique_ptr<Handle> handle, Access access)
-    : m_folder(folder), m_handle(std::move(handle)), m_access(access)
-{
-}
+TrackerStore::TrackerStore(const QString &folder, int patience) : m_folder(folder), m_patience(patience) { }
 
 TrackerStore::~TrackerStore() = default;
 
-std::unique_ptr<TrackerStore> TrackerStore::open(const QString &folder, QSparqlError *error)
+std::unique_ptr<TrackerStore> TrackerStore::open(const QString &folder, int patience, QSparqlError *error)
 {
     routeTrackerMessages();
+    std::unique_ptr<TrackerStore> store(new TrackerStore(folder, patience));
     StoreFolder place(folder);
-    *error = place.enter();
-    if (error->isValid())
-        return nullptr;
-    Access access = Access::Reading;
-    // Only opening for reading looks at the copy.
-    const bool isReadable = place.isMade() && !place.isDamaged() && place.removeOntologyCopy();
-    std::unique_ptr<Handle> handle = isReadable ? connect(place, access, error) : nullptr;
-    if (!handle || !handle->hasOurOntology()) {
-        access = Access::Writing;
-        handle = openForWriting(&place, error);
+    store->m_handle = openForReading(&place);
+    if (!store->m_handle && place.isMade() && !obstacleIn(folder).isEmpty())
+        store->m_handle = openCopy(place, error);
+    else if (!store->m_handle) {
+        *error = place.enter(patience);
+        // Another process may have made the store in the meantime.
+        store->m_handle = error->isValid() ? nullptr : openForReading(&place);
+        if (!store->m_handle && !error->isValid()) {
+            store->m_access = Access::Writing;
+            store->m_handle = openForWriting(&place, error);
+        }
     }
-    return handle ? std::unique_ptr<TrackerStore>(new TrackerStore(folder, std::move(handle), access))
-                  : nullptr;
+    return store->m_handle ? std::move(store) : nullptr;
 }
 
 /// Opens the database in \a place. For writing, the compiled-in ontology is used. On failure, sets \a error
@@ -200,31 +238,68 @@ std::unique_ptr<TrackerStore::Handle> TrackerStore::connect(const StoreFolder &p
         g_file_new_for_uri((QByteArrayLiteral("resource://") + ontologyPath).constData()));
     const bool isForWriting = access == Access::Writing;
     GError *cause = nullptr;
-    auto handle = std::make_unique<Handle>();
-    handle->connection.reset(tracker_sparql_connection_new(
-        isForWriting ? TRACKER_SPARQL_CONNECTION_FLAGS_NONE : TRACKER_SPARQL_CONNECTION_FLAGS_READONLY,
-        store.get(), isForWriting ? ontology.get() : nullptr, nullptr, &cause));
+    auto handle = std::make_unique<Handle>(place.path());
+    SqliteWaiting::govern([&] {
+        handle->connection.reset(tracker_sparql_connection_new(
+            isForWriting ? TRACKER_SPARQL_CONNECTION_FLAGS_NONE : TRACKER_SPARQL_CONNECTION_FLAGS_READONLY,
+            store.get(), isForWriting ? ontology.get() : nullptr, nullptr, &cause));
+    });
     if (!cause)
         return handle;
     *error = fromGError(QString(), cause);
-    const bool isDamaged = isDamage(*error);
-    if (isDamaged)
+    if (isDamage(*error))
         place.noteDamage();
-    *error = QSparqlError((isDamaged ? foundDamaged : cannotOpen).arg(place.path(), error->message()),
-                          QSparqlError::ConnectionError, error->number());
+    QString why = meaning(meaningsOfRefusals, error->message());
+    if (why.isEmpty())
+        why = obstacleIn(place.path());
+    if (why.isEmpty())
+        why = QStringLiteral("it may be damaged; to start with an empty store, move the folder away");
+    *error = QSparqlError(
+        QStringLiteral("Cannot open the store in %1: %2%3").arg(place.path(), why, error->message()),
+        QSparqlError::ConnectionError, error->number());
     return nullptr;
+}
+
+/// Opens the database without waiting for anybody. Returns null if that fails or something has to be done to
+/// the database first.
+std::unique_ptr<TrackerStore::Handle> TrackerStore::openForReading(StoreFolder *place)
+{
+    // Only opening for reading looks at the copy of the ontology.
+    if (!place->isMade() || place->isDamaged() || !place->removeOntologyCopy())
+        return nullptr;
+    QSparqlError refusal;
+    std::unique_ptr<Handle> handle = connect(*place, Access::Reading, &refusal);
+    return handle && handle->hasOurOntology() ? std::move(handle) : nullptr;
+}
+
+/// Opens a copy of the database in \a place. On failure, sets \a error and returns null.
+std::unique_ptr<TrackerStore::Handle> TrackerStore::openCopy(const StoreFolder &place, QSparqlError *error)
+{
+    std::unique_ptr<QTemporaryDir> copy = place.copy();
+    if (!copy) {
+        *error = connectionError(
+            QStringLiteral("Cannot open the store in %1: %2; a copy for reading could not be made in %3")
+                .arg(place.path(), obstacleIn(place.path()), QDir::tempPath()));
+        return nullptr;
+    }
+    const StoreFolder copied(copy->path());
+    if (place.isDamaged())
+        copied.requestCheck();
+    // A copy can be extended to the compiled-in ontology.
+    std::unique_ptr<Handle> handle = connect(copied, Access::Writing, error);
+    if (handle)
+        handle->copy = std::move(copy);
+    return handle;
 }
 
 /// Creates the database. One whose creation was interrupted is used if it can be opened. On failure, sets
 /// \a error and returns false.
 bool TrackerStore::make(StoreFolder *place, QSparqlError *error)
 {
-    *error = connectionError(
-        QStringLiteral(
-            "Cannot write in the folder of the store, %1; check the permissions and the free space")
-            .arg(place->path()));
-    if (!place->beginMaking())
+    if (!place->beginMaking()) {
+        *error = connectionError(cannotMake.arg(place->path(), obstacleIn(place->path())));
         return false;
+    }
     bool isNew = !place->holdsData();
     if (isNew)
         place->removeDatabase();
@@ -236,28 +311,32 @@ bool TrackerStore::make(StoreFolder *place, QSparqlError *error)
         isNew = place->setAside();
         isOpened = isNew && connect(*place, Access::Writing, &refusal);
     }
-    if (!isOpened)
-        *error = refusal;
     // If the disk is full, Tracker can report success of a creation that failed.
     const bool isMade =
         isOpened && place->sync() && connect(*place, Access::Writing, &refusal) && place->endMaking();
-    if (!isMade && isNew)
+    if (isMade)
+        return true;
+    // Its removal makes space.
+    const QString why = obstacleIn(place->path());
+    *error = isOpened || !why.isEmpty() ? connectionError(cannotMake.arg(place->path(), why)) : refusal;
+    if (isNew)
         place->removeDatabase();
-    return isMade;
+    return false;
 }
 
 /// Opens the database for writing and creates it if it does not exist.
 std::unique_ptr<TrackerStore::Handle> TrackerStore::openForWriting(StoreFolder *place, QSparqlError *error)
 {
-    *error = place->refuseReadOnly();
-    if (error->isValid() || (!place->isMade() && !make(place, error)))
+    if (!place->isMade() && !make(place, error))
         return nullptr;
     if (place->isDamaged())
         place->requestCheck();
     *error = QSparqlError();
     std::unique_ptr<Handle> handle = connect(*place, Access::Writing, error);
-    if (handle)
+    if (handle) {
         place->forgetDamage();
+        place->tighten();
+    }
     return handle;
 }
 
@@ -268,7 +347,7 @@ QSparqlError TrackerStore::becomeWritable()
     if (m_access == Access::Writing || m_damage.isValid())
         return m_damage;
     StoreFolder place(m_folder);
-    QSparqlError error = place.enter();
+    QSparqlError error = place.enter(m_patience);
     std::unique_ptr<Handle> handle = error.isValid() ? nullptr : openForWriting(&place, &error);
     if (handle) {
         m_handle = std::move(handle);
@@ -277,15 +356,22 @@ QSparqlError TrackerStore::becomeWritable()
     return error;
 }
 
-/// Returns \a error. If it reports damage, this object writes nothing more, and the next opening checks the
-/// database.
-QSparqlError TrackerStore::noted(const QSparqlError &error)
+/// Returns \a error with its meaning for the user. If it reports damage, this object writes nothing more, and
+/// the next opening checks the database.
+QSparqlError TrackerStore::explained(const QSparqlError &error)
 {
+    QSparqlError result = error;
+    if (error.type() == QSparqlError::BackendError) {
+        const QString known = meaning(meaningsOfFailures, error.message());
+        const QString why = known.isEmpty() ? obstacleIn(m_folder) : known;
+        if (!why.isEmpty())
+            result.setMessage(why + QLatin1String(": ") + error.message());
+    }
     if (isDamage(error)) {
         StoreFolder(m_folder).noteDamage();
-        m_damage = error;
+        m_damage = result;
     }
-    return error;
+    return result;
 }
 
 QSparqlError TrackerStore::select(const QString &statement, SparqlTable *table)
@@ -297,7 +383,7 @@ QSparqlError TrackerStore::select(const QString &statement, SparqlTable *table)
         m_handle->connection.get(), TrackerDialect::toTracker(withNotExists(statement)).toUtf8().constData(),
         nullptr, &error));
     if (!cursor)
-        return noted(fromGError(QStringLiteral("The query is refused"), error));
+        return explained(fromGError(QStringLiteral("The query is refused"), error));
 
     SparqlTable rows;
     const int columns = tracker_sparql_cursor_get_n_columns(cursor.get());
@@ -310,7 +396,7 @@ QSparqlError TrackerStore::select(const QString &statement, SparqlTable *table)
     // An open cursor would keep the read transaction open until the result is deleted.
     tracker_sparql_cursor_close(cursor.get());
     if (error)
-        return noted(fromGError(QStringLiteral("The query failed"), error));
+        return explained(fromGError(QStringLiteral("The query failed"), error));
     *table = std::move(rows);
     return QSparqlError();
 }
@@ -322,18 +408,18 @@ QSparqlError TrackerStore::update(const QString &statement)
     if (const QSparqlError refusal = refuseNull(statement); refusal.isValid())
         return refusal;
     if (const QSparqlError failure = becomeWritable(); failure.isValid())
-        return noted(failure);
+        return explained(failure);
     const QByteArray text =
         TrackerDialect::toTracker(TrackerDialect::withoutEmptySubjects(statement)).toUtf8();
-    QSparqlError error;
-    const bool hasRun = waitUntil([&] {
-        error = updateOnce(text);
-        return !isOutOfDate(error);
-    });
-    if (!hasRun)
-        error.setMessage(error.message()
-                         + QLatin1String("; other programs write to it all the time, try again later"));
-    return noted(error);
+    SqliteWaiting waiting(m_folder, m_patience);
+    while (true) {
+        const QSparqlError error = updateOnce(text);
+        if (!isOutOfDate(error))
+            return explained(error);
+        if (!waiting.goOn())
+            return QSparqlError(error.message() + QLatin1String(": ") + waiting.failure(), error.type(),
+                                error.number());
+    }
 }
 
 QSparqlError TrackerStore::updateOnce(const QByteArray &text)
@@ -360,13 +446,13 @@ QSparqlError TrackerStore::writeTurtle(const QString &description, QIODevice *de
     const QByteArray text = TrackerDialect::toTracker(description).toUtf8();
     return ::writeTurtle(m_handle->connection.get(), text, device, &error)
         ? QSparqlError()
-        : noted(fromGError(QStringLiteral("The description failed"), error));
+        : explained(fromGError(QStringLiteral("The description failed"), error));
 }
 
 QSparqlError TrackerStore::readTurtle(const QString &fileName)
 {
     if (const QSparqlError failure = becomeWritable(); failure.isValid())
-        return noted(failure);
+        return explained(failure);
     GError *error = nullptr;
     lastCriticalMessage.clear();
     if (::readTurtle(m_handle->connection.get(), fileName, &error))
@@ -376,5 +462,13 @@ QSparqlError TrackerStore::readTurtle(const QString &fileName)
     QSparqlError result = fromGError(QStringLiteral("The file is refused"), error);
     if (isOfFile)
         result.setType(QSparqlError::StatementError);
-    return noted(result);
+    return explained(result);
+}
+
+QSparqlError TrackerStore::sync() const
+{
+    const int error = StoreFolder(m_folder).syncUpdates();
+    return error == 0 ? QSparqlError()
+                      : QSparqlError(QStringLiteral("The updates may not be on the disk: ") + obstacle(error),
+                                     QSparqlError::BackendError, error);
 }

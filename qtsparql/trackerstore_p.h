@@ -5,6 +5,9 @@
 #include "qsparqlerror.h"
 #include "sparqltable_p.h"
 
+#include <QTemporaryDir>
+
+#include <functional>
 #include <memory>
 
 class QIODevice;
@@ -22,20 +25,26 @@ class TrackerStore
 {
 public:
     /// Opens the database in \a folder and creates it if it does not exist. If that fails, sets \a error and
-    /// returns null.
-    static std::unique_ptr<TrackerStore> open(const QString &folder, QSparqlError *error);
+    /// returns null. A complete database is opened without waiting. Everything else waits for other programs,
+    /// for at most \a patience milliseconds each time.
+    ///
+    /// If the database is complete, but nothing can be written beside it, this is a copy of it in a temporary
+    /// folder.
+    static std::unique_ptr<TrackerStore> open(const QString &folder, int patience, QSparqlError *error);
     /// Closes the database.
     ~TrackerStore();
 
     /// Runs a query and stores its rows in \a table.
     QSparqlError select(const QString &statement, SparqlTable *table);
     /// Runs an update, which can contain several operations. If one of them fails, none has an effect. If
-    /// other processes write at the same time, the update is repeated for at most half a minute.
+    /// other processes write at the same time, the update waits and is repeated.
     QSparqlError update(const QString &statement);
     /// Writes what the query \a description describes to \a device, see SparqlTurtle::write().
     QSparqlError writeTurtle(const QString &description, QIODevice *device);
     /// Adds what the file \a fileName says, see SparqlTurtle::read().
     QSparqlError readTurtle(const QString &fileName);
+    /// Writes the updates of all programs to the disk. Until then a power loss can undo them.
+    QSparqlError sync() const;
 
 private:
     struct Handle;
@@ -43,16 +52,19 @@ private:
 
     static std::unique_ptr<Handle> connect(const StoreFolder &place, Access access, QSparqlError *error);
     static bool make(StoreFolder *place, QSparqlError *error);
+    static std::unique_ptr<Handle> openForReading(StoreFolder *place);
     static std::unique_ptr<Handle> openForWriting(StoreFolder *place, QSparqlError *error);
-    TrackerStore(const QString &folder, std::unique_ptr<Handle> handle, Access access);
+    static std::unique_ptr<Handle> openCopy(const StoreFolder &place, QSparqlError *error);
+    TrackerStore(const QString &folder, int patience);
     QSparqlError becomeWritable();
-    QSparqlError noted(const QSparqlError &error);
+    QSparqlError explained(const QSparqlError &error);
     QSparqlError updateOnce(const QByteArray &text);
     static QSparqlError afterCommit();
 
     const QString m_folder;
+    const int m_patience;
     std::unique_ptr<Handle> m_handle;
-    Access m_access;
+    Access m_access = Access::Reading;
     QSparqlError m_damage; // refuses updates from then on
 };
 

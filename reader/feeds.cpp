@@ -93,7 +93,8 @@ Result<void> Feeds::noteReading(const QString &channelUri, const QString &entity
     if (sorted(detailValues(details)) != sorted(detailValues(memory.details)))
         text += Statements::deleteDetails({channelUri}, detailNames<ChannelDetails>())
             + Statements::insertDetails(channelUri, detailValues(details));
-    return StorePrivate::of(m_store).update(Statements::update(text), "note the download in the store");
+    return StorePrivate::of(m_store).updateLoosely(Statements::update(text),
+                                                   "note the download in the store");
 }
 
 Result<void> Feeds::forgetDropped(const QString &channelUri, const QStringList &links,
@@ -101,7 +102,7 @@ Result<void> Feeds::forgetDropped(const QString &channelUri, const QStringList &
 {
     const auto forget = [&](const QString &name, const QStringList &values) {
         return inChunks(values, [&](const QStringList &some) {
-            return StorePrivate::of(m_store).update(
+            return StorePrivate::of(m_store).updateLoosely(
                 Statements::update(Statements::deleteDropped(channelUri, name, some)),
                 "forget the links of deleted messages in the store");
         });

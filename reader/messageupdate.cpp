@@ -70,7 +70,7 @@ Result<void> MessageUpdate::run()
         if (text.isEmpty())
             return {};
         QList<FeedEnclosure> deleted;
-        return m_store.update(Statements::update(text), "add messages to the store").and_then([&] {
+        return m_store.updateLoosely(Statements::update(text), "add messages to the store").and_then([&] {
             return deleteReleased(m_store, m_changes.released(), &deleted);
         });
     });

@@ -68,9 +68,20 @@ Result<int> StorePrivate::number(const QSparqlQuery &statement, const char *atte
     });
 }
 
-Result<void> StorePrivate::update(const QSparqlQuery &statement, const char *attempt)
+Result<void> StorePrivate::updateLoosely(const QSparqlQuery &statement, const char *attempt)
 {
     return run(statement, attempt).map([](const Answer &) {});
+}
+
+Result<void> StorePrivate::update(const QSparqlQuery &statement, const char *attempt)
+{
+    return updateLoosely(statement, attempt).and_then([&]() -> Result<void> {
+        const QSparqlError error = connection.sync();
+        if (!error.isValid())
+            return {};
+        QST_CRITICAL("TidelReader") << attempt << error.message();
+        return Failure(Error(Error::StoreFailed, QString::fromLatin1(attempt), error.message()));
+    });
 }
 
 } // namespace Tidel

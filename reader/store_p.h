@@ -33,8 +33,10 @@ public:
     Result<QStringList> texts(const QSparqlQuery &statement, const char *attempt);
     /// As run(), and returns the number in the first column of the first row; 0 if there is no row.
     Result<int> number(const QSparqlQuery &statement, const char *attempt);
-    /// As run(), for updates.
+    /// As run(), for updates. What was changed is on the disk when the function returns.
     Result<void> update(const QSparqlQuery &statement, const char *attempt);
+    /// As update(), but a power loss can undo the change. For what the next refresh writes again.
+    Result<void> updateLoosely(const QSparqlQuery &statement, const char *attempt);
 
     QSparqlConnection connection;
 };

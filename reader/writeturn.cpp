@@ -1,70 +1,25 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "writeturn.h"
 
-#include "../qtsparql/boundedwait_p.h"
+#include "../qtsparql/filelock_p.h"
+#include "../qtsparql/obstacle_p.h"
 
 #include <QCoreApplication>
-#include <QDateTime>
-#include <QFile>
 #include <QStandardPaths>
-
-#include <cerrno>
-
-#include <sys/file.h>
 
 namespace Tidel {
 
 namespace {
 
-// QLockFile is not used here: it polls less and less often, and removes a lock that was held for long.
-std::unique_ptr<QFile> openLock(const char *name)
+std::unique_ptr<FileLock> openLock(const char *name)
 {
-    auto file = std::make_unique<QFile>(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
-                                        + QLatin1String("/tidel/") + QLatin1String(name));
-    file->open(QIODevice::ReadWrite | QIODevice::Unbuffered);
-    return file;
+    return std::make_unique<FileLock>(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+                                      + QLatin1String("/tidel/") + QLatin1String(name));
 }
-
-bool lock(const QFile &file) { return flock(file.handle(), LOCK_EX | LOCK_NB) == 0; }
 
 Failure failure(const QString &reason)
 {
     return Failure(Error(Error::StoreFailed, QStringLiteral("write to the store"), reason));
-}
-
-/// What a process writes into the lock file when its turn begins.
-struct Holder
-{
-    qint64 process;
-    qint64 since; // seconds since 1970
-    QString name;
-};
-
-constexpr int noteSize = 200;
-
-// The note has always the same size: some file systems wait for the disk when a file that was cut is closed.
-void note(QFile *file, const Holder &holder)
-{
-    const QString text = QStringLiteral("%1 %2 %3").arg(holder.process).arg(holder.since).arg(holder.name);
-    file->seek(0);
-    file->write(text.toUtf8().leftJustified(noteSize, ' ', true));
-}
-
-Holder holderOf(QFile *file)
-{
-    const QString text = QString::fromUtf8(file->read(noteSize)).simplified();
-    const QLatin1Char space(' ');
-    return {text.section(space, 0, 0).toLongLong(), text.section(space, 1, 1).toLongLong(),
-            text.section(space, 2)};
-}
-
-QString waitedFor(const Holder &holder)
-{
-    return QStringLiteral(
-               "%1 (process %2) has been writing for %3 seconds; wait until it has ended, or end it")
-        .arg(holder.name)
-        .arg(holder.process)
-        .arg(QDateTime::currentSecsSinceEpoch() - holder.since);
 }
 
 } // namespace
@@ -73,29 +28,32 @@ QString waitedFor(const Holder &holder)
 // first, and so cannot overtake.
 Result<WriteTurn> WriteTurn::take(int seconds)
 {
-    const std::unique_ptr<QFile> next = openLock("writing-next.lock");
-    std::unique_ptr<QFile> turn = openLock("writing.lock");
-    for (const QFile *file : {next.get(), turn.get()}) {
-        if (!file->isOpen())
-            return failure(QStringLiteral("cannot open %1: %2; check the permissions and the free space")
-                               .arg(file->fileName(), file->errorString()));
+    const std::unique_ptr<FileLock> next = openLock("writing-next.lock");
+    std::unique_ptr<FileLock> turn = openLock("writing.lock");
+    for (const FileLock *file : {next.get(), turn.get()}) {
+        if (file->error() != 0)
+            return failure(QStringLiteral("cannot open %1: %2").arg(file->path(), obstacle(file->error())));
     }
     bool isNext = false;
     const auto isReached = [&] {
-        isNext = isNext || lock(*next);
-        return isNext && lock(*turn);
+        isNext = isNext || next->tryLock();
+        return isNext && turn->tryLock();
     };
-    // Who waits may have been stopped; that is no reason to fail while nobody has the turn.
-    const bool isMine = waitUntil(isReached, seconds * 1000) || lock(*turn);
-    if (!isMine)
-        return failure(waitedFor(holderOf(turn.get())));
-    const qint64 process = QCoreApplication::applicationPid();
-    const bool followsOwn = holderOf(turn.get()).process == process;
-    note(turn.get(), {process, QDateTime::currentSecsSinceEpoch(), QCoreApplication::applicationName()});
+    PatientWait wait(seconds * 1000, "writing");
+    while (!isReached()) {
+        if (wait.goOn([&] { return turn->holder(); }))
+            continue;
+        // Who waits may have been stopped; that is no reason to fail while nobody has the turn.
+        if (turn->tryLock())
+            break;
+        return failure(wait.failure(turn->holder()));
+    }
+    const bool followsOwn = turn->holder().process == QCoreApplication::applicationPid();
+    turn->note();
     return WriteTurn(std::move(turn), followsOwn);
 }
 
-WriteTurn::WriteTurn(std::unique_ptr<QFile> lock, bool followsOwn)
+WriteTurn::WriteTurn(std::unique_ptr<FileLock> lock, bool followsOwn)
     : m_lock(std::move(lock)), m_followsOwn(followsOwn)
 {
 }

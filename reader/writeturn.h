@@ -6,7 +6,7 @@
 
 #include <memory>
 
-QT_FORWARD_DECLARE_CLASS(QFile)
+class FileLock;
 
 namespace Tidel {
 
@@ -27,8 +27,9 @@ namespace Tidel {
 class TIDELREADER_EXPORT WriteTurn
 {
 public:
-    /// Waits until no other process has its turn, for at most \a seconds. Fails with Error::StoreFailed,
-    /// which says who has the turn and for how long. Nothing may be written then.
+    /// Waits until no other process has its turn, for at most \a seconds. After two seconds a message of the
+    /// logging category "tidel.waiting" says who has it. Fails with Error::StoreFailed, which says who has
+    /// the turn and for how long. Nothing may be written then.
     static Result<WriteTurn> take(int seconds = 30);
     /// Takes over the turn of \a other.
     WriteTurn(WriteTurn &&other) noexcept;
@@ -40,9 +41,9 @@ public:
     bool followsOwn() const { return m_followsOwn; }
 
 private:
-    Q_DECL_HIDDEN WriteTurn(std::unique_ptr<QFile> lock, bool followsOwn);
+    Q_DECL_HIDDEN WriteTurn(std::unique_ptr<FileLock> lock, bool followsOwn);
 
-    std::unique_ptr<QFile> m_lock;
+    std::unique_ptr<FileLock> m_lock;
     bool m_followsOwn;
 };
 

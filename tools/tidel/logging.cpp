@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "logging.h"
 
+#include "notices.h"
+
 #include <QFileInfo>
 #include <QStringList>
 
@@ -30,6 +32,7 @@ QString structured(const QMessageLogContext &context, const QString &text)
 // The logger prints an empty line to standard output for each message that is not structured.
 void logEveryMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
+    showNotice(type, context, text);
     logMessage(type, context, isStructured(text) ? text : structured(context, text));
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "commandline.h"
+#include "notices.h"
 
 #include <QCoreApplication>
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
@@ -10,9 +11,6 @@
 #include <cstdlib>
 
 namespace {
-
-// Traces are written only if the user asks for a log.
-void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) { }
 
 /// Uses UTF-8 for file names and output, even if the environment has no character set, as in a cron job.
 void useUtf8()
@@ -36,7 +34,8 @@ void nameTimeZone()
 
 int main(int argc, char **argv)
 {
-    qInstallMessageHandler(dropMessage);
+    // Traces are written only if the user asks for a log.
+    qInstallMessageHandler(Tidel::showNotice);
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("tidel"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TIDEL_VERSION));

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "sqlitewaiting_p.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QThread>
+#include <QVector>
+
+#include <algorithm>
+
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+namespace {
+
+thread_local SqliteWaiting *current = nullptr;
+thread_local QVector<sqlite3 *> *opened = nullptr;
+
+/// Called by SQLite when it closes the connection \a database.
+void noteClosed(void *database)
+{
+    if (opened)
+        opened->removeAll(static_cast<sqlite3 *>(database));
+}
+
+void doNothing(sqlite3_context *, int, sqlite3_value **) { }
+
+/// Called by SQLite for each connection that any thread opens.
+int noteOpened(sqlite3 *database, char **, const sqlite3_api_routines *)
+{
+    if (!opened)
+        return SQLITE_OK;
+    opened->append(database);
+    // SQLite tells of the end of a connection only those who gave it a function.
+    return sqlite3_create_function_v2(database, "tidel_connection", 0, SQLITE_UTF8, database, doNothing,
+                                      nullptr, nullptr, noteClosed);
+}
+
+/// Called by SQLite while another process keeps a lock. \a count is the number of calls for the same lock.
+int waitForOthers(void *, int count)
+{
+    // The locks of most updates are short.
+    const unsigned pause = count < 10 ? 1 : 10;
+    if (!current) {
+        QThread::msleep(pause);
+        return count * 10 < usualPatience;
+    }
+    // If nobody writes, a program that only reads keeps SQLite from emptying its log. This can wait.
+    const bool isWorthwhile = count % 100 != 99 || current->writer().process != 0;
+    return isWorthwhile && current->goOn(pause);
+}
+
+/// Returns the process of a line of /proc/locks if it is a lock for writing to the database whose index is
+/// the file \a inode; otherwise returns 0.
+qint64 writerOf(const QByteArray &line, ino_t inode)
+{
+    // 1: POSIX  ADVISORY  WRITE 5907 fe:00:10953269 120 120
+    const QList<QByteArray> words = line.simplified().split(' ');
+    // SQLite's lock for writing is this byte of the index.
+    const bool isWriter = words.size() == 8 && words.at(1) == "POSIX" && words.at(3) == "WRITE"
+        && words.at(5).endsWith(':' + QByteArray::number(qulonglong(inode))) && words.at(6) == "120";
+    return isWriter ? words.at(4).toLongLong() : 0;
+}
+
+} // namespace
+
+SqliteWaiting::SqliteWaiting(const QString &folder, int milliseconds)
+    : m_folder(folder), m_wait(milliseconds, "writing"), m_previous(current)
+{
+    current = this;
+}
+
+SqliteWaiting::~SqliteWaiting() { current = m_previous; }
+
+// Tracker sets its own waiting time when it has opened a connection, and so before this function ends.
+void SqliteWaiting::govern(const std::function<void()> &open)
+{
+    QVector<sqlite3 *> connections;
+    opened = &connections;
+    const auto entry = reinterpret_cast<void (*)()>(noteOpened);
+    sqlite3_auto_extension(entry);
+    open();
+    opened = nullptr;
+    for (sqlite3 *connection : qAsConst(connections))
+        sqlite3_busy_handler(connection, waitForOthers, nullptr);
+}
+
+// The file of the index is not opened here: closing it would release the locks that SQLite has on it.
+Holder SqliteWaiting::writer() const
+{
+    struct stat index;
+    if (stat(QFile::encodeName(m_folder + QLatin1String("/meta.db-shm")).constData(), &index) != 0)
+        return {};
+    QFile locks(QStringLiteral("/proc/locks"));
+    locks.open(QIODevice::ReadOnly);
+    const QList<QByteArray> lines = locks.readAll().split('\n');
+    for (const QByteArray &line : lines) {
+        const qint64 process = writerOf(line, index.st_ino);
+        if (process != 0 && process != QCoreApplication::applicationPid())
+            return {process, 0, nameOfProcess(process)};
+    }
+    return {};
+}
