@@ -77,12 +77,12 @@ QSparqlResult *QSparqlConnection::exec(const QSparqlQuery &query)
 
     const bool isUpdate = type == QSparqlQuery::InsertStatement || type == QSparqlQuery::DeleteStatement;
     SparqlTable table;
-    const QSparqlError error = isUpdate ? d->store->update(statement) : d->store->select(statement, &table);
+    QSparqlError error = isUpdate ? d->store->update(statement) : d->store->select(statement, &table);
+    if (isUpdate && !error.isValid() && d->options.option(QStringLiteral("durable")).toBool())
+        error = d->store->sync();
     return error.isValid() ? new SparqlTableResult(statement, type, error)
                            : new SparqlTableResult(statement, type, std::move(table));
 }
-
-QSparqlError QSparqlConnection::sync() { return isValid() ? d->store->sync() : d->error; }
 
 QUrl QSparqlConnection::createUrn() const
 {

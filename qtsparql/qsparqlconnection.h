@@ -64,12 +64,6 @@ public:
      */
     QSparqlResult *exec(const QSparqlQuery &query);
 
-    /**
-     * Writes the updates that have finished to the disk. Until then a power loss, not the end of a program,
-     * can undo the last ones. Returns an error if that fails, or lastError() if the connection is not valid.
-     */
-    QSparqlError sync();
-
     /// Returns a new, unique URN, `urn:uuid:...`. Later URNs are sorted after earlier ones.
     QUrl createUrn() const;
 

@@ -36,9 +36,11 @@ public:
     /**
      * Sets the option \a name to \a value. An invalid value removes the option.
      *
-     * The driver knows the option "patience": how many milliseconds the opening of the store and an update
-     * wait for other programs, 30,000 by default. Connections of one thread share a store with the patience
-     * of the first one.
+     * The driver knows these options:
+     * - "patience": how many milliseconds the opening of the store and an update wait for other programs,
+     *   30,000 by default. Connections of one thread share a store with the patience of the first one.
+     * - "durable": if it is true, an update is on the disk when its result has finished. By default a power
+     *   loss, but not the end of a program, can undo the last updates.
      */
     void setOption(const QString &name, const QVariant &value);
     /// Returns the value of the option \a name. It is invalid if the option is not set.

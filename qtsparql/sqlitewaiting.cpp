@@ -37,18 +37,20 @@ int noteOpened(sqlite3 *database, char **, const sqlite3_api_routines *)
 }
 
 /// Called by SQLite while another process keeps a lock. \a count is the number of calls for the same lock.
-int waitForOthers(void *, int count)
+int waitForOthers(void *database, int count)
 {
     // The locks of most updates are short.
     const unsigned pause = count < 10 ? 1 : 10;
-    if (!current) {
-        QThread::msleep(pause);
-        return count * 10 < usualPatience;
-    }
-    // If nobody writes, a program that only reads keeps SQLite from emptying its log. This can wait.
-    const bool isWorthwhile = count % 100 != 99 || current->writer().process != 0;
-    return isWorthwhile && current->goOn(pause);
+    const bool isInUpdate = sqlite3_get_autocommit(static_cast<sqlite3 *>(database)) == 0;
+    if (current && isInUpdate)
+        return current->goOn(pause);
+    // SQLite empties its log, which can wait until the next time.
+    QThread::msleep(pause);
+    return count < 100;
 }
+
+/// Called by SQLite before it commits an update. Tracker takes some statements that SQLite refused for done.
+int refuseIncomplete(void *) { return current && current->isOver(); }
 
 /// Returns the process of a line of /proc/locks if it is a lock for writing to the database whose index is
 /// the file \a inode; otherwise returns 0.
@@ -81,10 +83,19 @@ void SqliteWaiting::govern(const std::function<void()> &open)
     sqlite3_auto_extension(entry);
     open();
     opened = nullptr;
-    for (sqlite3 *connection : qAsConst(connections))
-        sqlite3_busy_handler(connection, waitForOthers, nullptr);
+    for (sqlite3 *connection : qAsConst(connections)) {
+        sqlite3_busy_handler(connection, waitForOthers, connection);
+        sqlite3_commit_hook(connection, refuseIncomplete, nullptr);
+    }
 }
 
+bool SqliteWaiting::goOn(unsigned pause)
+{
+    m_isOver = m_isOver || !m_wait.goOn([this] { return writer(); }, pause);
+    return !m_isOver;
+}
+
+/// Returns the other process that writes to the database; one without a number if there is none.
 // The file of the index is not opened here: closing it would release the locks that SQLite has on it.
 Holder SqliteWaiting::writer() const
 {

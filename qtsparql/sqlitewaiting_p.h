@@ -5,8 +5,8 @@
 #include "patientwait_p.h"
 
 /**
- * How long the connections of SQLite that this thread uses wait for other processes, as long as the object
- * lives. Tracker lets them wait for 100 s each time, without a word.
+ * How long the updates of this thread wait for other processes, as long as the object lives. Tracker alone
+ * would wait for 100 s each time, without a word, and then report success.
  */
 class SqliteWaiting
 {
@@ -19,21 +19,21 @@ public:
     static void govern(const std::function<void()> &open);
 
     /// Sleeps and returns true. Returns false if the time is over.
-    bool goOn(unsigned pause = 10)
-    {
-        return m_wait.goOn([this] { return writer(); }, pause);
-    }
+    bool goOn(unsigned pause = 10);
+    /// Returns true if goOn() has returned false; otherwise returns false. Nothing is committed from then on.
+    bool isOver() const { return m_isOver; }
     /// Says for whom this object waited in vain.
     QString failure() const { return m_wait.failure(writer()); }
-    /// Returns the other process that writes to the database; one without a number if there is none.
-    Holder writer() const;
 
 private:
     Q_DISABLE_COPY(SqliteWaiting)
 
+    Holder writer() const;
+
     const QString m_folder;
     PatientWait m_wait;
     SqliteWaiting *const m_previous;
+    bool m_isOver = false;
 };
 
 #endif

@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
-#include <QStandardPaths>
 
 #include <algorithm>
 #include <cerrno>
@@ -160,8 +159,7 @@ bool StoreFolder::copyTo(const QString &folder) const
 std::unique_ptr<QTemporaryDir> StoreFolder::copy() const
 {
     // The second one is in memory, where there is space if the disk is full.
-    for (const QString &place :
-         {QDir::tempPath(), QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation)}) {
+    for (const QString &place : {QDir::tempPath(), qEnvironmentVariable("XDG_RUNTIME_DIR")}) {
         auto folder = std::make_unique<QTemporaryDir>(place + QLatin1String("/tidel-XXXXXX"));
         const QString before = states();
         if (folder->isValid() && copyTo(folder->path()) && states() == before)

@@ -26,8 +26,8 @@ public:
     QString path() const { return m_dir.path(); }
 
     /// Creates the folder if it does not exist and waits until no other object is in it, for at most
-    /// \a milliseconds. The object leaves the folder when it is destroyed. Fails if this process may not write
-    /// the folder or a file of the database.
+    /// \a milliseconds. The object leaves the folder when it is destroyed. Fails if this process may not
+    /// write the folder or a file of the database.
     QSparqlError enter(int milliseconds);
     /// Takes the permissions of the folder and its files from all but their owner.
     void tighten() const;
@@ -44,6 +44,8 @@ public:
     /// Removes the mark of damage, if there is one.
     void forgetDamage();
 
+    /// Returns an error if this process may not write the folder or a file of the database.
+    QSparqlError refuseReadOnly() const;
     /// Returns a folder with a copy of the database, which other programs do not change while it is copied.
     /// Returns null if that fails.
     std::unique_ptr<QTemporaryDir> copy() const;
@@ -78,7 +80,6 @@ public:
 
 private:
     bool create() const;
-    QSparqlError refuseReadOnly() const;
     QStringList databaseFiles() const;
     QString states() const;
     bool copyTo(const QString &folder) const;

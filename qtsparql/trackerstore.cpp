@@ -125,6 +125,7 @@ const Meaning meaningsOfRefusals[] = {
      "its database is damaged; put back a copy of the folder, or move the folder away to start with an empty store"},
     {"database disk image is malformed",
      "its database is damaged; put back a copy of the folder, or move the folder away to start with an empty store"},
+    {"does not have enough space", "the disk is full; free some space and try again"},
     {"got version 0,",
      "there is no database in it, or a damaged one; put back a copy of the folder, or move the folder away to start with an empty store"},
     {"version is too old",
@@ -213,19 +214,30 @@ std::unique_ptr<TrackerStore> TrackerStore::open(const QString &folder, int pati
     routeTrackerMessages();
     std::unique_ptr<TrackerStore> store(new TrackerStore(folder, patience));
     StoreFolder place(folder);
-    store->m_handle = openForReading(&place);
-    if (!store->m_handle && place.isMade() && !obstacleIn(folder).isEmpty())
+    bool isReadOnly = place.isMade() && place.refuseReadOnly().isValid();
+    if (!isReadOnly)
+        store->m_handle = openForReading(&place);
+    if (!store->m_handle)
+        isReadOnly = isReadOnly || (place.isMade() && !obstacleIn(folder).isEmpty());
+    if (isReadOnly)
         store->m_handle = openCopy(place, error);
-    else if (!store->m_handle) {
-        *error = place.enter(patience);
-        // Another process may have made the store in the meantime.
-        store->m_handle = error->isValid() ? nullptr : openForReading(&place);
-        if (!store->m_handle && !error->isValid()) {
-            store->m_access = Access::Writing;
-            store->m_handle = openForWriting(&place, error);
-        }
-    }
+    else if (!store->m_handle)
+        store->openInTurn(&place, error);
     return store->m_handle ? std::move(store) : nullptr;
+}
+
+/// Opens what no other process opens at the same time. On failure, sets \a error.
+void TrackerStore::openInTurn(StoreFolder *place, QSparqlError *error)
+{
+    *error = place->enter(m_patience);
+    if (error->isValid())
+        return;
+    // Another process may have made the store in the meantime.
+    m_handle = openForReading(place);
+    if (m_handle)
+        return;
+    m_access = Access::Writing;
+    m_handle = openForWriting(place, error);
 }
 
 /// Opens the database in \a place. For writing, the compiled-in ontology is used. On failure, sets \a error
@@ -412,14 +424,13 @@ QSparqlError TrackerStore::update(const QString &statement)
     const QByteArray text =
         TrackerDialect::toTracker(TrackerDialect::withoutEmptySubjects(statement)).toUtf8();
     SqliteWaiting waiting(m_folder, m_patience);
-    while (true) {
-        const QSparqlError error = updateOnce(text);
-        if (!isOutOfDate(error))
-            return explained(error);
-        if (!waiting.goOn())
-            return QSparqlError(error.message() + QLatin1String(": ") + waiting.failure(), error.type(),
-                                error.number());
-    }
+    QSparqlError error = updateOnce(text);
+    while (isOutOfDate(error) && waiting.goOn())
+        error = updateOnce(text);
+    if (waiting.isOver())
+        return QSparqlError(updateRefused + QLatin1String(": ") + waiting.failure(),
+                            QSparqlError::BackendError);
+    return explained(error);
 }
 
 QSparqlError TrackerStore::updateOnce(const QByteArray &text)

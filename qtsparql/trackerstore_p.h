@@ -56,6 +56,7 @@ private:
     static std::unique_ptr<Handle> openForWriting(StoreFolder *place, QSparqlError *error);
     static std::unique_ptr<Handle> openCopy(const StoreFolder &place, QSparqlError *error);
     TrackerStore(const QString &folder, int patience);
+    void openInTurn(StoreFolder *place, QSparqlError *error);
     QSparqlError becomeWritable();
     QSparqlError explained(const QSparqlError &error);
     QSparqlError updateOnce(const QByteArray &text);

@@ -22,9 +22,16 @@ Result<Store> Store::open()
         Error(Error::StoreUnavailable, QStringLiteral("open the store"), connection.lastError().message()));
 }
 
-StorePrivate::StorePrivate() : connection(QStringLiteral("QTRACKER_DIRECT")) { }
-
 namespace {
+
+const QString driver = QStringLiteral("QTRACKER_DIRECT");
+
+QSparqlConnectionOptions durableOptions()
+{
+    QSparqlConnectionOptions options;
+    options.setOption(QStringLiteral("durable"), true);
+    return options;
+}
 
 Error::Kind kindOf(const QSparqlError &error)
 {
@@ -35,10 +42,22 @@ Error::Kind kindOf(const QSparqlError &error)
 
 } // namespace
 
+StorePrivate::StorePrivate() : connection(driver)
+{
+    // Another attempt would wait once more.
+    if (connection.isValid())
+        durable.emplace(driver, durableOptions());
+}
+
 Result<Answer> StorePrivate::run(const QSparqlQuery &statement, const char *attempt)
 {
+    return run(statement, attempt, &connection);
+}
+
+Result<Answer> StorePrivate::run(const QSparqlQuery &statement, const char *attempt, QSparqlConnection *on)
+{
     QST_DEBUG("TidelReader") << attempt;
-    Answer answer(connection.exec(statement));
+    Answer answer(on->exec(statement));
     if (answer)
         answer->waitForFinished();
     if (answer && !answer->hasError())
@@ -68,20 +87,14 @@ Result<int> StorePrivate::number(const QSparqlQuery &statement, const char *atte
     });
 }
 
+Result<void> StorePrivate::update(const QSparqlQuery &statement, const char *attempt)
+{
+    return run(statement, attempt, &*durable).map([](const Answer &) {});
+}
+
 Result<void> StorePrivate::updateLoosely(const QSparqlQuery &statement, const char *attempt)
 {
     return run(statement, attempt).map([](const Answer &) {});
-}
-
-Result<void> StorePrivate::update(const QSparqlQuery &statement, const char *attempt)
-{
-    return updateLoosely(statement, attempt).and_then([&]() -> Result<void> {
-        const QSparqlError error = connection.sync();
-        if (!error.isValid())
-            return {};
-        QST_CRITICAL("TidelReader") << attempt << error.message();
-        return Failure(Error(Error::StoreFailed, QString::fromLatin1(attempt), error.message()));
-    });
 }
 
 } // namespace Tidel

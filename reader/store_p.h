@@ -11,6 +11,7 @@
 #include <QSparqlResult>
 
 #include <memory>
+#include <optional>
 
 namespace Tidel {
 
@@ -39,6 +40,11 @@ public:
     Result<void> updateLoosely(const QSparqlQuery &statement, const char *attempt);
 
     QSparqlConnection connection;
+
+private:
+    Result<Answer> run(const QSparqlQuery &statement, const char *attempt, QSparqlConnection *on);
+
+    std::optional<QSparqlConnection> durable; // shares the open store with the other one
 };
 
 /// The rows of \a answer as values, each resource of the first column once. A resource with two values of one

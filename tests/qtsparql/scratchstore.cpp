@@ -9,9 +9,8 @@ QString ScratchStore::folder() const { return m_dir.filePath(QStringLiteral("sto
 
 ScratchStore::Connection ScratchStore::connect() const { return connect(folder()); }
 
-ScratchStore::Connection ScratchStore::connect(const QString &folder)
+ScratchStore::Connection ScratchStore::connect(const QString &folder, QSparqlConnectionOptions options)
 {
-    QSparqlConnectionOptions options;
     options.setDatabaseName(folder);
     return std::make_unique<QSparqlConnection>(QStringLiteral("QTRACKER_DIRECT"), options);
 }

@@ -36,8 +36,9 @@ public:
     /// the statement fails.
     QStringList rows(const QString &statement) const;
 
-    /// Opens a connection to the store in \a folder.
-    static Connection connect(const QString &folder);
+    /// Opens a connection to the store in \a folder, with other \a options if there are some.
+    static Connection connect(const QString &folder,
+                              QSparqlConnectionOptions options = QSparqlConnectionOptions());
     /// Runs \a statement on \a connection.
     static Result run(QSparqlConnection &connection, const QString &statement,
                       QSparqlQuery::StatementType type);

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "scratchstore.h"
 
+#include "../../qtsparql/filelock_p.h"
+
 #include <QCoreApplication>
-#include <QLockFile>
 #include <QTextStream>
 
 #include <cstdio>
@@ -75,11 +76,20 @@ bool provoke(QSparqlConnection &connection)
         == QStringList(QStringLiteral("/tmp/a.mp3"));
 }
 
+/// Reads all messages again and again.
+bool read(QSparqlConnection &connection)
+{
+    while (done(ScratchStore::run(connection, QStringLiteral("SELECT ?s ?t { ?s nie:title ?t }"),
+                                  QSparqlQuery::SelectStatement))) { }
+    return false;
+}
+
 bool run(const QString &command, const QString &folder, const QStringList &rest)
 {
     if (command == QLatin1String("lock")) {
-        QLockFile lock(folder + QLatin1String("/opening.lock"));
-        const bool locked = lock.tryLock(0);
+        FileLock lock(folder + QLatin1String("/opening.lock"));
+        const bool locked = lock.tryLock();
+        lock.note();
         say(locked ? QStringLiteral("locked") : QStringLiteral("not locked"));
         waitForLine();
         return locked;
@@ -91,6 +101,8 @@ bool run(const QString &command, const QString &folder, const QStringList &rest)
     }
     if (command == QLatin1String("write"))
         return write(*connection, rest.value(0), rest.value(1).toInt());
+    if (command == QLatin1String("read"))
+        return read(*connection);
     if (command == QLatin1String("raise"))
         return raise(*connection, rest.value(0).toInt());
     if (command == QLatin1String("provoke"))

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
+#include "ordinaryuser.h"
 #include "scratchstore.h"
 
 #include <QDir>
@@ -9,7 +10,6 @@
 
 #include <csignal>
 
-#include <sys/fsuid.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -84,19 +84,6 @@ void restore(const QString &folder, const QByteArray &database)
         QFile::remove(folder + QString::fromLatin1(name));
     setContent(folder + QStringLiteral("/meta.db"), database);
 }
-
-/// Takes from this thread what the user root may do to the files of others.
-class OrdinaryUser
-{
-public:
-    OrdinaryUser() : m_before(setfsuid(65534)) { }
-    ~OrdinaryUser() { setfsuid(uid_t(m_before)); }
-
-private:
-    Q_DISABLE_COPY(OrdinaryUser)
-
-    const int m_before;
-};
 
 /// Makes the writing of files fail beyond a size.
 class SmallFiles

@@ -7,6 +7,8 @@
 #include <optional>
 #include <thread>
 
+#include <sys/stat.h>
+
 using namespace Tidel;
 
 class TestWriteTurn : public QObject
@@ -19,6 +21,8 @@ private slots:
     void oneAfterTheOther();
     void whoWaitsIsNext();
     void whoHasIt();
+    void saysForWhomItWaits();
+    void privateFiles();
     void unreadableNotes_data();
     void unreadableNotes();
     void followsOwn();
@@ -85,6 +89,27 @@ void TestWriteTurn::whoHasIt()
     QVERIFY2(text.startsWith(who) && text.endsWith(" seconds; wait until it has ended, or end it"),
              qPrintable(text));
     QVERIFY(text.mid(who.size()).section(' ', 0, 0).toInt() >= 1);
+}
+
+void TestWriteTurn::saysForWhomItWaits()
+{
+    const auto mine = WriteTurn::take();
+    QVERIFY(mine);
+    const QRegularExpression notice(
+        QString("^Waiting for tst_writeturn \\(process %1\\), which has been writing for \\d+ seconds$")
+            .arg(QCoreApplication::applicationPid()));
+    QTest::ignoreMessage(QtInfoMsg, notice);
+    QVERIFY(!WriteTurn::take(3));
+}
+
+void TestWriteTurn::privateFiles()
+{
+    const mode_t before = umask(0);
+    const bool isTaken = WriteTurn::take().has_value();
+    umask(before);
+    QVERIFY(isTaken);
+    const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
+    QCOMPARE(QFile::permissions(lockFile()) & others, QFile::Permissions());
 }
 
 void TestWriteTurn::unreadableNotes_data()

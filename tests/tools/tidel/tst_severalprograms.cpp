@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include <TidelReader/writeturn.h>
 
+#include <heldlocks.h>
 #include <storetest.h>
 
 #include <QProcess>
@@ -24,6 +25,7 @@ private slots:
     void othersWriteBetweenGroups_data();
     void othersWriteBetweenGroups();
     void unsubscribedDuringRefresh();
+    void suspendedDuringRefresh();
 
 private:
     /// Writes a feed with items of the numbers below \a count.
@@ -120,6 +122,34 @@ void TestSeveralPrograms::unsubscribedDuringRefresh()
     QCOMPARE(messages(), 0);
     QCOMPARE(store().count("?c tidel:digest ?d"), 0);
     QCOMPARE(store().count("?c nie:contentLastModified ?time"), 0);
+}
+
+void TestSeveralPrograms::suspendedDuringRefresh()
+{
+    const QString feed = write("one.xml", 1);
+    VERIFY_END(start({"subscribe", feed}));
+    write("one.xml", itemCount);
+    const auto refresh = start({"refresh"});
+    QTRY_VERIFY_WITH_TIMEOUT(messages() > 1, 60000);
+    // The lock of its turn.
+    QVERIFY(stopWithLock(refresh->processId(), "WRITE", 0, 0));
+    const int before = messages();
+    VERIFY_END(start({"channels"}));
+
+    const auto edit = start({"edit", feed, "--title", "Edited"});
+    const auto prune = start({"prune", "--keep", "0"});
+    VERIFY_END(edit);
+    QVERIFY(prune->waitForReadyRead(60000));
+    const QByteArray notice = prune->readLine();
+    const QByteArray expected =
+        QStringLiteral("tidel: Waiting for tidel (process %1), which has been writing for ")
+            .arg(refresh->processId())
+            .toUtf8();
+    QVERIFY2(notice.startsWith(expected), notice.constData());
+    QCOMPARE(messages(), before);
+    kill(pid_t(refresh->processId()), SIGCONT);
+    VERIFY_END(prune);
+    VERIFY_END(refresh);
 }
 
 QTEST_GUILESS_MAIN(TestSeveralPrograms)

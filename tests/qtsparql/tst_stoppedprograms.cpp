@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "helper.h"
+#include "scratchstore.h"
+
+#include <heldlocks.h>
+
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QRegularExpression>
+#include <QTest>
+
+/// Programs that were stopped, as Ctrl-Z does, while others need the store.
+class TestStoppedPrograms : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void whileOpening_data();
+    void whileOpening();
+    void whileWriting();
+    void whileReading();
+};
+
+namespace {
+
+const QString insertOne = QStringLiteral("INSERT { <urn:one> a mfo:FeedMessage ; nie:title \"one\" }");
+const QString countTitles = QStringLiteral("SELECT COUNT(?s) { ?s nie:title ?t }");
+
+ScratchStore::Connection connectTo(const QString &folder, int patience)
+{
+    QSparqlConnectionOptions options;
+    options.setOption(QStringLiteral("patience"), patience);
+    return ScratchStore::connect(folder, options);
+}
+
+QString failure(const QString &folder, int patience)
+{
+    const auto connection = connectTo(folder, patience);
+    return ScratchStore::run(*connection, insertOne, QSparqlQuery::InsertStatement)->lastError().message();
+}
+
+/// Says that \a message names \a process as suspended.
+bool names(const QString &message, qint64 process)
+{
+    const QRegularExpression words(
+        QStringLiteral(
+            "tidel_store_hel\\S* \\(process %1\\) has been (writing|opening it) for \\d+ seconds and is "
+            "suspended; continue it with \"kill -CONT %1\", or end it$")
+            .arg(process));
+    return words.match(message).hasMatch();
+}
+
+} // namespace
+
+void TestStoppedPrograms::whileOpening_data()
+{
+    QTest::addColumn<bool>("isMade");
+    QTest::newRow("new store") << false;
+    QTest::newRow("existing store") << true;
+}
+
+void TestStoppedPrograms::whileOpening()
+{
+    QFETCH(bool, isMade);
+    const QTemporaryDir dir;
+    if (isMade)
+        QVERIFY(ScratchStore::connect(dir.path())->isValid());
+    Helper holder({QStringLiteral("lock"), dir.path()});
+    holder.go();
+    QVERIFY(holder.reads(QStringLiteral("locked")));
+    kill(pid_t(holder.process()), SIGSTOP);
+    // However old the lock is, its holder is alive.
+    QFile lock(dir.filePath(QStringLiteral("opening.lock")));
+    QVERIFY(lock.open(QIODevice::ReadWrite));
+    lock.setFileTime(QDateTime::currentDateTime().addDays(-1), QFileDevice::FileModificationTime);
+
+    // Nothing but reading is possible.
+    const auto reader = connectTo(dir.path(), 0);
+    QCOMPARE(reader->isValid(), isMade);
+    if (isMade)
+        QCOMPARE(ScratchStore::rows(*reader, countTitles), QStringList(QStringLiteral("0")));
+    const QString message = failure(dir.path(), 100);
+    QVERIFY2(names(message, holder.process()), qPrintable(message));
+
+    kill(pid_t(holder.process()), SIGCONT);
+    holder.go();
+    QCOMPARE(failure(dir.path(), 30000), QString());
+}
+
+void TestStoppedPrograms::whileWriting()
+{
+    const ScratchStore store;
+    Helper writer({QStringLiteral("write"), store.folder(), QStringLiteral("w"), QStringLiteral("100000")});
+    writer.go();
+    QVERIFY(stopWithLock(writer.process(), "WRITE", 120, 120));
+
+    // With another path, the connections do not share an open store.
+    const QTemporaryDir links;
+    const QString link = links.filePath(QStringLiteral("link"));
+    QVERIFY(QFile::link(store.folder(), link));
+    const auto reader = connectTo(link, 2200);
+    QCOMPARE(ScratchStore::rows(*reader, QStringLiteral("ASK { <urn:one> nie:title ?t }")).size(), 1);
+    const QString before = ScratchStore::rows(*reader, countTitles).value(0);
+    const QRegularExpression notice(
+        QStringLiteral("^Waiting for tidel_store_hel\\S* \\(process %1\\), which has been writing for \\d+ "
+                       "seconds$")
+            .arg(writer.process()));
+    QTest::ignoreMessage(QtInfoMsg, notice);
+    const auto result = ScratchStore::run(*reader, insertOne, QSparqlQuery::InsertStatement);
+    VERIFY_REFUSED(result, BackendError);
+    const QString message = result->lastError().message();
+    QVERIFY2(names(message, writer.process()), qPrintable(message));
+    QCOMPARE(ScratchStore::rows(*reader, countTitles), QStringList(before));
+
+    kill(pid_t(writer.process()), SIGCONT);
+    VERIFY_DONE(ScratchStore::run(*reader, insertOne, QSparqlQuery::InsertStatement));
+}
+
+// SQLite cannot empty its log then. Tracker alone would wait 100 s when it closes the store.
+void TestStoppedPrograms::whileReading()
+{
+    const ScratchStore store;
+    VERIFY_DONE(store.update(QStringLiteral("INSERT { <urn:two> a mfo:FeedMessage ; nie:title \"two\" }")));
+    Helper reader({QStringLiteral("read"), store.folder()});
+    reader.go();
+    QVERIFY(stopWithLock(reader.process(), "READ", 123, 127));
+    QElapsedTimer clock;
+    clock.start();
+    QCOMPARE(failure(store.folder() + QStringLiteral("/../store"), 30000), QString());
+    QVERIFY2(clock.elapsed() < 60000, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY(holdsLock(reader.process(), "READ", 123, 127));
+    QCOMPARE(store.rows(countTitles), QStringList(QStringLiteral("2")));
+}
+
+QTEST_GUILESS_MAIN(TestStoppedPrograms)
+#include "tst_stoppedprograms.moc"
