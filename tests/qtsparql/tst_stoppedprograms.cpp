@@ -9,6 +9,9 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <dlfcn.h>
+#include <sqlite3.h>
+
 /// Programs that were stopped, as Ctrl-Z does, while others need the store.
 class TestStoppedPrograms : public QObject
 {
@@ -19,6 +22,7 @@ private Q_SLOTS:
     void whileOpening();
     void whileWriting();
     void whileReading();
+    void lockThatIsFreeTooLate();
 };
 
 namespace {
@@ -39,6 +43,9 @@ QString failure(const QString &folder, int patience)
     return ScratchStore::run(*connection, insertOne, QSparqlQuery::InsertStatement)->lastError().message();
 }
 
+/// The connection that keeps the database locked until another one has given up.
+sqlite3 *blocker = nullptr;
+
 /// Says that \a message names \a process as suspended.
 bool names(const QString &message, qint64 process)
 {
@@ -51,6 +58,20 @@ bool names(const QString &message, qint64 process)
 }
 
 } // namespace
+
+/// Called by Tracker in place of the one of SQLite.
+extern "C" int sqlite3_step(sqlite3_stmt *statement)
+{
+    using Step = int (*)(sqlite3_stmt *);
+    static const auto step = reinterpret_cast<Step>(dlsym(RTLD_NEXT, "sqlite3_step"));
+    const int result = step(statement);
+    if (result == SQLITE_BUSY && blocker) {
+        sqlite3_exec(blocker, "ROLLBACK", nullptr, nullptr, nullptr);
+        sqlite3_close(blocker);
+        blocker = nullptr;
+    }
+    return result;
+}
 
 void TestStoppedPrograms::whileOpening_data()
 {
@@ -75,13 +96,14 @@ void TestStoppedPrograms::whileOpening()
     lock.setFileTime(QDateTime::currentDateTime().addDays(-1), QFileDevice::FileModificationTime);
 
     // Nothing but reading is possible.
-    const auto reader = connectTo(dir.path(), 0);
+    auto reader = connectTo(dir.path(), 0);
     QCOMPARE(reader->isValid(), isMade);
     if (isMade)
         QCOMPARE(ScratchStore::rows(*reader, countTitles), QStringList(QStringLiteral("0")));
     const QString message = failure(dir.path(), 100);
     QVERIFY2(names(message, holder.process()), qPrintable(message));
 
+    reader.reset();
     kill(pid_t(holder.process()), SIGCONT);
     holder.go();
     QCOMPARE(failure(dir.path(), 30000), QString());
@@ -130,6 +152,27 @@ void TestStoppedPrograms::whileReading()
     QVERIFY2(clock.elapsed() < 60000, qPrintable(QString::number(clock.elapsed())));
     QVERIFY(holdsLock(reader.process(), "READ", 123, 127));
     QCOMPARE(store.rows(countTitles), QStringList(QStringLiteral("2")));
+}
+
+// Tracker goes on after a statement that SQLite refused, and would commit the others.
+void TestStoppedPrograms::lockThatIsFreeTooLate()
+{
+    const QTemporaryDir dir;
+    const auto connection = connectTo(dir.path(), 100);
+    VERIFY_DONE(ScratchStore::run(*connection, QStringLiteral("INSERT { <urn:c> a mfo:FeedChannel }"),
+                                  QSparqlQuery::InsertStatement));
+    const QString statement = QStringLiteral(
+        "INSERT { <urn:one> a mfo:FeedMessage ; nie:title \"one\" ; nie:isLogicalPartOf <urn:c> }");
+    QCOMPARE(sqlite3_open(QFile::encodeName(dir.filePath(QStringLiteral("meta.db"))).constData(), &blocker),
+             SQLITE_OK);
+    QCOMPARE(sqlite3_exec(blocker, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+    const auto result = ScratchStore::run(*connection, statement, QSparqlQuery::InsertStatement);
+    QVERIFY(!blocker);
+    VERIFY_REFUSED(result, BackendError);
+    const QString everything = QStringLiteral("SELECT ?p ?o { <urn:one> ?p ?o }");
+    QCOMPARE(ScratchStore::rows(*connection, everything), QStringList());
+    VERIFY_DONE(ScratchStore::run(*connection, statement, QSparqlQuery::InsertStatement));
+    QVERIFY(ScratchStore::rows(*connection, everything).size() > 3);
 }
 
 QTEST_GUILESS_MAIN(TestStoppedPrograms)
