@@ -43,6 +43,8 @@ Result<void> checkLink(const Channels &channels, StorePrivate &store, const Feed
     return messages->isEmpty() ? Result<void>() : inUse(QStringLiteral("is the link of a message"));
 }
 
+Error alreadyStored() { return Error(Error::AlreadyStored, {}, QStringLiteral("is subscribed already")); }
+
 } // namespace
 
 Channels::Channels(const Store &store) : m_store(store) { }
@@ -121,7 +123,7 @@ Result<QString> Channels::add(const FeedChannel &channel)
     if (!known)
         return known;
     if (!known->isEmpty())
-        return Failure(Error(Error::AlreadyStored, {}, QStringLiteral("is subscribed already")));
+        return Failure(alreadyStored());
 
     const QString newUri = store.connection.createUrn().toString();
     QString insertion = Statements::insertChannel(channel, newUri);
@@ -134,7 +136,12 @@ Result<QString> Channels::add(const FeedChannel &channel)
             insertion += Statements::insertEnclosure(channel.icon(), store.connection.createUrn().toString());
         insertion += Statements::linkEnclosure(icon, newUri);
     }
-    return store.update(Statements::update(insertion), attempt).map([&] { return newUri; });
+    const Result<void> added = store.update(Statements::update(insertion), attempt);
+    if (added)
+        return newUri;
+    const bool isOutOfDate =
+        added.error().kind() == Error::StoreRefused && !uri(channel.link()).value_or(QString()).isEmpty();
+    return Failure(isOutOfDate ? alreadyStored() : added.error());
 }
 
 Result<void> Channels::edit(const FeedChannel &channel, const QString &title, const QString &link)
@@ -158,20 +165,12 @@ namespace {
 Result<void> removeEmptied(StorePrivate &store, const FeedChannel &channel, const RemovalStep &step)
 {
     const auto images =
-        store.texts(Statements::enclosuresOfOwners({channel.uri()}), "find the image of the channel");
+        readFiles(store, Statements::enclosuresOfOwners({channel.uri()}), "find the image of the channel");
     if (!images)
         return Failure(images.error());
-    QString deletion = Statements::deleteChannel(channel.uri(), channel.link());
-    if (!images->isEmpty())
-        deletion += Statements::release(*images, channel.uri());
-    const Result<void> deleted =
-        store.update(Statements::update(deletion), "delete the channel from the store");
-    if (!deleted)
-        return deleted;
-    QList<FeedEnclosure> released;
-    const Result<void> cleaned = deleteReleased(store, *images, &released);
-    step(0, released);
-    return cleaned;
+    return updateAndRelease(store, Statements::deleteChannel(channel.uri(), channel.link()), *images,
+                            "delete the channel from the store")
+        .map([&](const QList<FeedEnclosure> &deleted) { step(0, deleted); });
 }
 
 } // namespace
@@ -190,8 +189,10 @@ Result<void> Channels::remove(const FeedChannel &channel, const RemovalStep &ste
             return Failure(messages.error());
         if (messages->isEmpty())
             return removeEmptied(store, channel, step);
-        const Result<void> removed = removeMessages(
-            store, channel.uri(), *messages, Statements::removeMessages(*messages, channel.uri()), step);
+        // If this is interrupted, a refresh brings back what the feed shows.
+        const QString removal = Statements::forgetValidators(channel.uri())
+            + Statements::removeMessages(*messages, channel.uri());
+        const Result<void> removed = removeMessages(store, channel.uri(), *messages, removal, step);
         if (!removed)
             return removed;
     }

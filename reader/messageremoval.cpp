@@ -31,18 +31,39 @@ QStringList urisOf(const QList<FeedEnclosure> &enclosures)
 
 } // namespace
 
-Result<void> deleteReleased(StorePrivate &store, const QStringList &enclosures, QList<FeedEnclosure> *deleted)
+Result<QList<FeedEnclosure>> readFiles(StorePrivate &store, const QSparqlQuery &question, const char *attempt)
 {
-    return inChunks(enclosures, [&](const QStringList &some) {
-        return store.run(Statements::releasedEnclosures(some), "find the enclosures that belong to nothing")
-            .map(files)
-            .and_then([&](const QList<FeedEnclosure> &released) -> Result<void> {
-                if (released.isEmpty())
-                    return {};
-                const QString deletion = Statements::deleteResources(urisOf(released));
-                return store.update(Statements::update(deletion), "delete enclosures from the store")
-                    .map([&] { *deleted += released; });
-            });
+    return store.run(question, attempt).map(files);
+}
+
+QString deletionOfReleased(const QStringList &enclosures)
+{
+    QString text;
+    for (int from = 0; from < enclosures.size(); from += chunkSize)
+        text += Statements::deleteReleased(enclosures.mid(from, chunkSize));
+    return text;
+}
+
+Result<QList<FeedEnclosure>> updateAndRelease(StorePrivate &store, const QString &change,
+                                              const QList<FeedEnclosure> &enclosures, const char *attempt)
+{
+    const QStringList uris = urisOf(enclosures);
+    const Result<void> updated = store.update(Statements::update(change + deletionOfReleased(uris)), attempt);
+    if (!updated)
+        return Failure(updated.error());
+    QSet<QString> left;
+    const Result<void> asked = inChunks(uris, [&](const QStringList &some) {
+        return store.texts(Statements::enclosuresAmong(some), attempt).map([&](const QStringList &found) {
+            left.unite(QSet<QString>(found.begin(), found.end()));
+        });
+    });
+    return asked.map([&] {
+        QList<FeedEnclosure> deleted;
+        for (const FeedEnclosure &enclosure : enclosures) {
+            if (!left.contains(enclosure.uri()))
+                deleted.append(enclosure);
+        }
+        return deleted;
     });
 }
 
@@ -51,19 +72,14 @@ Result<void> removeMessages(StorePrivate &store, const QString &channelUri, cons
 {
     const char *const attempt = "delete messages from the store";
     // The question comes before the update, which deletes what connects enclosures with their messages.
-    const auto enclosures = store.texts(Statements::enclosuresOfOwners(messages), attempt);
+    const auto enclosures = readFiles(store, Statements::enclosuresOfOwners(messages), attempt);
     if (!enclosures)
         return Failure(enclosures.error());
-    const Result<void> removed = store.update(Statements::update(removal), attempt);
-    if (!removed)
-        return removed;
-    const auto left = store.texts(Statements::messagesAmong(messages, channelUri), attempt);
-    if (!left)
-        return Failure(left.error());
-    QList<FeedEnclosure> deleted;
-    const Result<void> released = deleteReleased(store, *enclosures, &deleted);
-    step(int(messages.size() - left->size()), deleted);
-    return released;
+    const auto deleted = updateAndRelease(store, removal, *enclosures, attempt);
+    if (!deleted)
+        return Failure(deleted.error());
+    return store.texts(Statements::messagesAmong(messages, channelUri), attempt)
+        .map([&](const QStringList &left) { step(int(messages.size() - left.size()), *deleted); });
 }
 
 } // namespace Tidel

@@ -9,18 +9,26 @@
 
 namespace Tidel {
 
+/// The enclosures in the rows of \a question: URI, remote link, local link.
+Result<QList<FeedEnclosure>> readFiles(StorePrivate &store, const QSparqlQuery &question,
+                                       const char *attempt);
+
+/// The pieces of an update that delete those of \a enclosures that belong to nothing.
+QString deletionOfReleased(const QStringList &enclosures);
+
+/// Changes the store by the pieces \a change, and in the same update deletes those of \a enclosures that then
+/// belong to nothing. Returns these.
+Result<QList<FeedEnclosure>> updateAndRelease(StorePrivate &store, const QString &change,
+                                              const QList<FeedEnclosure> &enclosures, const char *attempt);
+
 /**
  * Removes \a messages, at most chunkSize of them, from the channel by the update \a removal, which decides
- * what it leaves: other programs may have changed the messages since somebody asked for them. Deletes the
- * enclosures that belong to nothing else. The time that this takes depends on how much is removed, not on the
- * size of the store.
+ * what it leaves: other programs may have changed the messages since somebody asked for them. The same update
+ * deletes the enclosures that belong to nothing else. The time that this takes depends on how much is
+ * removed, not on the size of the store.
  */
 Result<void> removeMessages(StorePrivate &store, const QString &channelUri, const QStringList &messages,
                             const QString &removal, const RemovalStep &step);
-
-/// Deletes those of \a enclosures that belong to nothing, and appends them to \a deleted.
-Result<void> deleteReleased(StorePrivate &store, const QStringList &enclosures,
-                            QList<FeedEnclosure> *deleted);
 
 } // namespace Tidel
 

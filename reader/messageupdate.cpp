@@ -22,6 +22,7 @@ void MessageUpdate::insert(const StorableMessage &message)
         values.append({Statements::itemKey, message.key()});
     m_text += Statements::insertMessage(message.message(), uri, m_channelUri)
         + Statements::insertDetails(uri, values);
+    m_newLinks.append(message.link().toString());
     m_addedLinks.append(message.link().toString());
     addEnclosures(message);
 }
@@ -47,11 +48,10 @@ void MessageUpdate::addEnclosures(const StorableMessage &message)
     for (const FeedEnclosure &enclosure : enclosures) {
         const QString remoteUrl = enclosure.remoteUrl();
         m_pairs.append({remoteUrl, message.link().toString()});
-        if (m_seenRemoteLinks.contains(remoteUrl))
+        if (m_enclosures.contains(remoteUrl))
             continue;
-        m_seenRemoteLinks.insert(remoteUrl);
         m_remoteLinks.append(remoteUrl);
-        m_enclosures.append({enclosure, message.enclosureDetails(remoteUrl)});
+        m_enclosures.insert(remoteUrl, {enclosure, message.enclosureDetails(remoteUrl)});
     }
 }
 
@@ -62,40 +62,77 @@ Result<void> MessageUpdate::run()
         return compared;
     for (const StorableMessage &message : m_changes.rewritten())
         addEnclosures(message);
-    QString text = m_changes.text() + m_text;
-    if (!m_joinedLinks.isEmpty())
-        text += Statements::linkMessages(m_joinedLinks, m_channelUri);
-    return enclosures().and_then([&](const QString &enclosures) -> Result<void> {
-        text += enclosures;
-        if (text.isEmpty())
-            return {};
-        QList<FeedEnclosure> deleted;
-        return m_store.updateLoosely(Statements::update(text), "add messages to the store").and_then([&] {
-            return deleteReleased(m_store, m_changes.released(), &deleted);
-        });
+    const Result<void> asked = findNewEnclosures();
+    if (!asked)
+        return asked;
+    const QString text = refusals() + m_changes.text() + m_text + joins() + enclosures()
+        + deletionOfReleased(m_changes.released());
+    return text.isEmpty() ? Result<void>()
+                          : m_store.updateLoosely(Statements::update(text), "add messages to the store");
+}
+
+Result<bool> MessageUpdate::isOutOfDate() const
+{
+    const char *const attempt = "look up in the store what it refused";
+    const auto isKnown = [&](const QStringList &links, QSparqlQuery (*question)(const QStringList &)) {
+        bool isAnyKnown = false;
+        return inChunks(links,
+                        [&](const QStringList &some) {
+                            return m_store.texts(question(some), attempt).map([&](const QStringList &found) {
+                                isAnyKnown |= !found.isEmpty();
+                            });
+                        })
+            .map([&] { return isAnyKnown; });
+    };
+    return isKnown(m_newLinks, Statements::knownLinks).and_then([&](bool isAnyKnown) {
+        return isAnyKnown ? Result<bool>(true) : isKnown(m_newRemoteLinks, Statements::knownRemoteLinks);
     });
 }
 
-Result<QString> MessageUpdate::enclosures() const
+QString MessageUpdate::refusals() const
 {
-    if (m_enclosures.isEmpty())
-        return QString();
+    QString text;
+    if (!m_newLinks.isEmpty())
+        text += Statements::refuseLinks(m_newLinks);
+    for (int from = 0; from < m_newRemoteLinks.size(); from += chunkSize)
+        text += Statements::refuseRemoteLinks(m_newRemoteLinks.mid(from, chunkSize));
+    return text;
+}
+
+QString MessageUpdate::joins() const
+{
+    return m_joinedLinks.isEmpty() ? QString() : Statements::linkMessages(m_joinedLinks, m_channelUri);
+}
+
+Result<void> MessageUpdate::findNewEnclosures()
+{
     QSet<QString> known;
-    const Result<void> asked = inChunks(m_remoteLinks, [&](const QStringList &links) {
-        return m_store.texts(Statements::knownRemoteLinks(links), "look up enclosures in the store")
-            .map([&](const QStringList &found) { known.unite(QSet<QString>(found.begin(), found.end())); });
-    });
-    return asked.map([&] {
-        QString text;
-        for (const NewEnclosure &candidate : m_enclosures) {
-            if (known.contains(candidate.enclosure.remoteUrl()))
-                continue;
-            const QString uri = newUri();
-            text += Statements::insertEnclosure(candidate.enclosure, uri)
-                + Statements::insertDetails(uri, detailValues(candidate.details));
-        }
-        return text + Statements::linkEnclosures(m_pairs);
-    });
+    return inChunks(m_remoteLinks,
+                    [&](const QStringList &links) {
+                        return m_store
+                            .texts(Statements::knownRemoteLinks(links), "look up enclosures in the store")
+                            .map([&](const QStringList &found) {
+                                known.unite(QSet<QString>(found.begin(), found.end()));
+                            });
+                    })
+        .map([&] {
+            for (const QString &link : qAsConst(m_remoteLinks)) {
+                if (!known.contains(link))
+                    m_newRemoteLinks.append(link);
+            }
+        });
+}
+
+QString MessageUpdate::enclosures() const
+{
+    QString text;
+    for (const QString &link : m_newRemoteLinks) {
+        const NewEnclosure candidate = m_enclosures.value(link);
+        const QString uri = newUri();
+        text += Statements::insertEnclosure(candidate.enclosure, uri)
+            + Statements::insertDetails(uri, detailValues(candidate.details));
+    }
+    return m_pairs.isEmpty() ? text : text + Statements::linkEnclosures(m_pairs);
 }
 
 } // namespace Tidel

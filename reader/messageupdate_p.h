@@ -4,8 +4,8 @@
 
 #include "messagechanges_p.h"
 
+#include <QHash>
 #include <QPair>
-#include <QSet>
 
 namespace Tidel {
 
@@ -23,8 +23,11 @@ public:
     void change(const StorableMessage &message, const KnownMessage &known);
     /// Gives the enclosures of \a message, which was added before, to the message with its link.
     void addEnclosures(const StorableMessage &message);
-    /// Asks the store what else it has to know, and changes it.
+    /// Asks the store what else it has to know, and changes it. The store refuses the update if it has got a
+    /// new message or enclosure in the meantime.
     Result<void> run();
+    /// Returns true if the store refused the update for that reason; otherwise returns false.
+    Result<bool> isOutOfDate() const;
 
     /// The links of the messages that are new to the channel.
     const QStringList &addedLinks() const { return m_addedLinks; }
@@ -33,8 +36,14 @@ public:
 
 private:
     QString newUri() const { return m_store.connection.createUrn().toString(); }
-    /// Inserts the enclosures that the store does not have, and gives all of them to their messages.
-    Result<QString> enclosures() const;
+    /// Asks which enclosures the store does not have.
+    Result<void> findNewEnclosures();
+    /// Makes the store refuse the update if another program has stored what is new here.
+    QString refusals() const;
+    /// Gives stored messages to the channel.
+    QString joins() const;
+    /// Inserts the new enclosures, and gives all enclosures to their messages.
+    QString enclosures() const;
 
     /// An enclosure with a URI of its own.
     struct NewEnclosure
@@ -47,11 +56,12 @@ private:
     const QString m_channelUri;
     MessageChanges m_changes;
     QString m_text;
+    QStringList m_newLinks;
     QStringList m_joinedLinks;
     QStringList m_addedLinks;
-    QList<NewEnclosure> m_enclosures;
-    QStringList m_remoteLinks;
-    QSet<QString> m_seenRemoteLinks;
+    QHash<QString, NewEnclosure> m_enclosures; // by remote link
+    QStringList m_remoteLinks; // of m_enclosures, in order
+    QStringList m_newRemoteLinks; // which the store does not have
     QList<QPair<QString, QString>> m_pairs; // remote link, link of the message
 };
 

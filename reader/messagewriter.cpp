@@ -20,7 +20,7 @@ Failure failure(Error::Kind kind, const char *reason)
 class MessageWriter::Groups
 {
 public:
-    Groups(StorePrivate &store, const QString &channelUri, const LinkUse &use, const KnownItems &items)
+    Groups(const Store &store, const QString &channelUri, const LinkUse &use, const KnownItems &items)
         : m_store(store), m_channelUri(channelUri), m_use(use), m_items(items)
     {
     }
@@ -44,15 +44,36 @@ public:
 private:
     Result<void> writeAtOnce(const QList<StorableMessage> &messages)
     {
-        MessageUpdate update(m_store, m_channelUri);
-        QSet<QString> seen;
+        QList<Link> links;
         for (const StorableMessage &message : messages) {
             if (message.link().isNull())
                 return failure(Error::StoreRefused, "a message has no link");
-            add(&update, message, seen);
+            links.append(message.link());
+        }
+        Result<LinkUse> use = m_use;
+        while (use) {
+            bool isOutOfDate = false;
+            const Result<void> written = write(messages, *use, &isOutOfDate);
+            if (!isOutOfDate)
+                return written;
+            use = LinkUse::of(m_store, links, m_channelUri);
+        }
+        return Failure(use.error());
+    }
+
+    /// Writes \a messages. Sets \a isOutOfDate if the store has got some of them since \a use was asked for.
+    Result<void> write(const QList<StorableMessage> &messages, const LinkUse &use, bool *isOutOfDate)
+    {
+        MessageUpdate update(StorePrivate::of(m_store), m_channelUri);
+        QSet<QString> seen;
+        for (const StorableMessage &message : messages) {
+            add(&update, message, use, seen);
             seen.insert(message.link().toString());
         }
-        return update.run().map([&] {
+        const Result<void> written = update.run();
+        if (!written && written.error().kind() == Error::StoreRefused)
+            *isOutOfDate = update.isOutOfDate().value_or(false);
+        return written.map([&] {
             m_links.unite(seen);
             m_written.added += update.addedLinks();
             m_written.changed += update.changedLinks();
@@ -60,23 +81,24 @@ private:
     }
 
     /// Adds \a message to \a update, which has messages with the links \a seen.
-    void add(MessageUpdate *update, const StorableMessage &message, const QSet<QString> &seen) const
+    void add(MessageUpdate *update, const StorableMessage &message, const LinkUse &use,
+             const QSet<QString> &seen) const
     {
         const QString link = message.link().toString();
         const KnownMessage *known = m_items.message(message.key());
         if (!known)
-            known = m_use.message(link);
+            known = use.message(link);
         if (seen.contains(link) || m_links.contains(link))
             update->addEnclosures(message);
         else if (known)
             update->change(message, *known);
-        else if (m_use.isOfMessage(message.link()))
+        else if (use.isOfMessage(message.link()))
             update->join(message);
         else
             update->insert(message);
     }
 
-    StorePrivate &m_store;
+    const Store m_store;
     const QString m_channelUri;
     const LinkUse &m_use;
     const KnownItems &m_items;
@@ -93,7 +115,7 @@ Result<void> MessageWriter::write(const QList<StorableMessage> &messages, const 
     if (channelUri.isEmpty()
         || Statements::iri(channelUri) != QLatin1Char('<') + channelUri + QLatin1Char('>'))
         return failure(Error::NotFound, "no such channel");
-    Groups groups(StorePrivate::of(m_store), channelUri, use, items);
+    Groups groups(m_store, channelUri, use, items);
     Result<void> result;
     for (int from = 0; from < messages.size(); from += chunkSize) {
         const Result<void> done = groups.write(messages.mid(from, chunkSize));

@@ -25,20 +25,17 @@ Result<void> Orphans::remove(const RemovalStep &step)
     if (!removed)
         return removed;
 
-    const auto enclosures =
-        store.texts(Statements::orphanEnclosures(), "find the enclosures that belong to nothing");
+    const char *const attempt = "find the enclosures that belong to nothing";
+    const auto enclosures = readFiles(store, Statements::orphanEnclosures(), attempt);
     if (!enclosures)
         return Failure(enclosures.error());
-    QList<FeedEnclosure> deleted;
-    const Result<void> released = inChunks(*enclosures, [&](const QStringList &some) -> Result<void> {
+    return inChunks(*enclosures, [&](const QList<FeedEnclosure> &some) -> Result<void> {
         const Result<WriteTurn> turn = WriteTurn::take();
         if (!turn)
             return Failure(turn.error());
-        return deleteReleased(store, some, &deleted);
+        return updateAndRelease(store, QString(), some, "delete enclosures from the store")
+            .map([&](const QList<FeedEnclosure> &deleted) { step(0, deleted); });
     });
-    if (!deleted.isEmpty())
-        step(0, deleted);
-    return released;
 }
 
 } // namespace Tidel

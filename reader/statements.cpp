@@ -42,6 +42,14 @@ QString valuesOf(const char *variable, const QStringList &addresses)
     return text + QLatin1String("} ");
 }
 
+/// Makes the store refuse the update if \a pattern, which names ?x, matches anything. The property has at
+/// most one value. Tracker reads the pattern in the transaction that it writes in.
+QString refusalIf(const QString &pattern)
+{
+    return QLatin1String("INSERT { ?x nie:comment 'known' , 'new' } WHERE { ") + pattern
+        + QLatin1String("} ");
+}
+
 QString term(const QVariant &value) { return QSparqlBinding(QString(), value).toString(); }
 
 /// "FILTER(?variable IN (...)) ". For texts this is fast, while VALUES makes Tracker read all of them.
@@ -161,15 +169,17 @@ QSparqlQuery titleOfLink(const QString &link)
 
 QString insertChannel(const FeedChannel &channel, const QString &uri)
 {
-    return piece(QStringLiteral("INSERT { ?:link a nie:DataObject ; nie:created ?:now . "
-                                "?:channel a mfo:FeedChannel ; nie:title ?:title ; nie:characterSet ?:type ; "
-                                "mfo:image ?:image ; nie:links ?:link } "),
-                 {{"link", QUrl(channel.link())},
-                  {"now", localTimeText()},
-                  {"channel", QUrl(uri)},
-                  {"title", channel.title()},
-                  {"type", channel.type()},
-                  {"image", channel.icon().localUrl()}});
+    return refusalIf(QLatin1String("?x a mfo:FeedChannel ; nie:links ") + iri(channel.link())
+                     + QLatin1Char(' '))
+        + piece(QStringLiteral("INSERT { ?:link a nie:DataObject ; nie:created ?:now . "
+                               "?:channel a mfo:FeedChannel ; nie:title ?:title ; nie:characterSet ?:type ; "
+                               "mfo:image ?:image ; nie:links ?:link } "),
+                {{"link", QUrl(channel.link())},
+                 {"now", localTimeText()},
+                 {"channel", QUrl(uri)},
+                 {"title", channel.title()},
+                 {"type", channel.type()},
+                 {"image", channel.icon().localUrl()}});
 }
 
 QString replaceTitle(const QString &channelUri, const QString &title)
@@ -177,10 +187,15 @@ QString replaceTitle(const QString &channelUri, const QString &title)
     return replacement(channelUri, "nie:title", literal(title));
 }
 
-QString replaceLink(const QString &channelUri, const QString &oldLink, const QString &newLink)
+QString forgetValidators(const QString &channelUri)
 {
     return replacement(channelUri, "tidel:entityTag", QString())
-        + replacement(channelUri, "tidel:lastModified", QString())
+        + replacement(channelUri, "tidel:lastModified", QString());
+}
+
+QString replaceLink(const QString &channelUri, const QString &oldLink, const QString &newLink)
+{
+    return forgetValidators(channelUri)
         + piece(QStringLiteral(
                     "INSERT { ?:channel nie:identifier ?:first } WHERE { ?:channel a mfo:FeedChannel "
                     "FILTER NOT EXISTS { ?:channel nie:identifier ?known } } "
@@ -195,8 +210,10 @@ QString replaceLink(const QString &channelUri, const QString &oldLink, const QSt
 
 QString deleteChannel(const QString &channelUri, const QString &link)
 {
-    return piece(QStringLiteral("DELETE { ?:link a rdfs:Resource } WHERE { ?:link a nie:DataObject } "),
-                 {{"link", QUrl(link)}})
+    return piece(QStringLiteral("DELETE { ?:link a rdfs:Resource } WHERE { ?:link a nie:DataObject } "
+                                "DELETE { ?part nie:isLogicalPartOf ?:channel } "
+                                "WHERE { ?part nie:isLogicalPartOf ?:channel } "),
+                 {{"link", QUrl(link)}, {"channel", QUrl(channelUri)}})
         + deleteResources({channelUri});
 }
 
@@ -359,6 +376,17 @@ QString insertMessage(const FeedMessage &message, const QString &uri, const QStr
     return insert + QLatin1String(" } ");
 }
 
+QSparqlQuery knownLinks(const QStringList &links)
+{
+    return select(QLatin1String("SELECT ?link WHERE { ") + valuesOf("link", links)
+                  + QLatin1String("?m nie:links ?link ; a mfo:FeedMessage }"));
+}
+
+QString refuseLinks(const QStringList &links)
+{
+    return refusalIf(valuesOf("link", links) + QLatin1String("?x nie:links ?link ; a mfo:FeedMessage "));
+}
+
 QString deleteTexts(const QStringList &uris)
 {
     return QLatin1String("DELETE { ?s ?p ?v } ")
@@ -505,6 +533,11 @@ QString insertEnclosure(const FeedEnclosure &enclosure, const QString &uri)
                   {"typeIcon", enclosure.typeIcon()}});
 }
 
+QString refuseRemoteLinks(const QStringList &links)
+{
+    return refusalIf(valuesOf("link", links) + QLatin1String("?x mfo:remoteLink ?link ; a mfo:Enclosure "));
+}
+
 QString linkEnclosures(const QList<QPair<QString, QString>> &pairs)
 {
     QString values;
@@ -547,16 +580,23 @@ QSparqlQuery messagesAmong(const QStringList &uris, const QString &channelUri)
 
 QSparqlQuery enclosuresOfOwners(const QStringList &owners)
 {
-    return select(QLatin1String("SELECT DISTINCT ?e WHERE { ") + valuesOf("owner", owners)
-                  + QLatin1String("?e nie:isLogicalPartOf ?owner ; a mfo:Enclosure }"));
+    return select(QLatin1String("SELECT DISTINCT ?e ?remote ?local WHERE { ") + valuesOf("owner", owners)
+                  + QLatin1String("?e nie:isLogicalPartOf ?owner ; a mfo:Enclosure "
+                                  "OPTIONAL { ?e mfo:remoteLink ?remote } "
+                                  "OPTIONAL { ?e mfo:localLink ?local } }"));
 }
 
-QSparqlQuery releasedEnclosures(const QStringList &enclosures)
+QSparqlQuery enclosuresAmong(const QStringList &uris)
 {
-    return select(QLatin1String("SELECT ?e ?remote ?local WHERE { ") + valuesOf("e", enclosures)
-                  + QLatin1String("?e a mfo:Enclosure OPTIONAL { ?e mfo:remoteLink ?remote } "
-                                  "OPTIONAL { ?e mfo:localLink ?local } FILTER NOT EXISTS { "
-                                  "?e nie:isLogicalPartOf ?owner . ?owner a mfo:FeedElement } }"));
+    return select(QLatin1String("SELECT ?e WHERE { ") + valuesOf("e", uris)
+                  + QLatin1String("?e a mfo:Enclosure }"));
+}
+
+QString deleteReleased(const QStringList &enclosures)
+{
+    return QLatin1String("DELETE { ?e a rdfs:Resource } WHERE { ") + valuesOf("e", enclosures)
+        + QLatin1String("?e a mfo:Enclosure FILTER NOT EXISTS { "
+                        "?e nie:isLogicalPartOf ?owner . ?owner a mfo:FeedElement } } ");
 }
 
 QString release(const QStringList &parts, const QString &ownerUri)
@@ -583,9 +623,10 @@ QSparqlQuery orphanMessages()
 
 QSparqlQuery orphanEnclosures()
 {
-    return select(QStringLiteral("SELECT DISTINCT ?e WHERE { ?e a mfo:Enclosure ; mfo:remoteLink ?remote ; "
-                                 "mfo:localLink ?local FILTER NOT EXISTS { "
-                                 "?e nie:isLogicalPartOf ?owner . ?owner a mfo:FeedElement } }"));
+    return select(
+        QStringLiteral("SELECT ?e ?remote ?local WHERE { ?e a mfo:Enclosure ; mfo:remoteLink ?remote ; "
+                       "mfo:localLink ?local FILTER NOT EXISTS { "
+                       "?e nie:isLogicalPartOf ?owner . ?owner a mfo:FeedElement } }"));
 }
 
 QSparqlQuery archiveSize()

@@ -60,13 +60,16 @@ QSparqlQuery messageCounts();
 QSparqlQuery channelWithLink(const QString &link);
 /// The title of the channel that has \a link.
 QSparqlQuery titleOfLink(const QString &link);
-/// The channel \a uri with title, type, link and image path, subscribed to now.
+/// The channel \a uri with title, type, link and image path, subscribed to now. The store refuses the update
+/// if a channel has the link.
 QString insertChannel(const FeedChannel &channel, const QString &uri);
 QString replaceTitle(const QString &channelUri, const QString &title);
+/// Makes the next refresh read the whole document.
+QString forgetValidators(const QString &channelUri);
 /// Moves the time of subscription from \a oldLink to \a newLink, forgets the validators, which belong to the
 /// old document, and keeps the first link as `nie:identifier`.
 QString replaceLink(const QString &channelUri, const QString &oldLink, const QString &newLink);
-/// Deletes the channel and the description of its link.
+/// Deletes the channel, the description of its link, and that anything belongs to the channel.
 QString deleteChannel(const QString &channelUri, const QString &link);
 /// Link, first link if it is another one, entity tag, last-modified text.
 QSparqlQuery feedState(const QString &channelUri);
@@ -106,6 +109,10 @@ QSparqlQuery texts(const QStringList &uris);
 /// The earlier versions of the message, as one text.
 QSparqlQuery earlierVersions(const QString &messageUri);
 QString insertMessage(const FeedMessage &message, const QString &uri, const QString &channelUri);
+/// Those of \a links that are links of messages.
+QSparqlQuery knownLinks(const QStringList &links);
+/// Makes the store refuse the update if a message has one of \a links.
+QString refuseLinks(const QStringList &links);
 /// Deletes title, text and summary of the messages \a uris.
 QString deleteTexts(const QStringList &uris);
 /// Gives the message \a uri title, text and summary, and replaces its date of publication if there is one.
@@ -137,6 +144,8 @@ QSparqlQuery enclosuresWithLink(const QUrl &address);
 QSparqlQuery knownRemoteLinks(const QStringList &links);
 /// Inserts an enclosure that belongs to nothing yet.
 QString insertEnclosure(const FeedEnclosure &enclosure, const QString &uri);
+/// Makes the store refuse the update if an enclosure has one of the remote \a links.
+QString refuseRemoteLinks(const QStringList &links);
 /// Makes stored enclosures parts of stored messages. \a pairs holds a remote link and the link of a message
 /// for each.
 QString linkEnclosures(const QList<QPair<QString, QString>> &pairs);
@@ -166,10 +175,13 @@ QString insertDropped(const QString &channelUri, const QString &name,
                       const QVector<QPair<QString, QString>> &values);
 /// Those of \a uris that are in the channel.
 QSparqlQuery messagesAmong(const QStringList &uris, const QString &channelUri);
-/// The enclosures of \a owners, which are messages or channels.
+/// URI, remote link and local link of the enclosures of \a owners, which are messages or channels. An
+/// enclosure of several owners or with several links is in several rows.
 QSparqlQuery enclosuresOfOwners(const QStringList &owners);
-/// URI, remote link and local link of those of \a enclosures that belong to nothing.
-QSparqlQuery releasedEnclosures(const QStringList &enclosures);
+/// Those of \a uris that are enclosures.
+QSparqlQuery enclosuresAmong(const QStringList &uris);
+/// Deletes those of \a enclosures that belong to neither a message nor a channel.
+QString deleteReleased(const QStringList &enclosures);
 /// Deletes that \a parts belong to \a ownerUri.
 QString release(const QStringList &parts, const QString &ownerUri);
 /// Deletes all that the store says of \a resources.

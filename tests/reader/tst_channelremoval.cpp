@@ -196,6 +196,7 @@ void TestChannelRemoval::failureInALaterStep()
 {
     addChannel("news");
     addMessages(numberedNames("m", 150), "news");
+    store().update("INSERT { <urn:channel:news> tidel:entityTag 'tag' ; tidel:lastModified 'then' }");
     const FeedChannel channel = stored("news");
     int updates = 0;
     StatementGate::setJudge([&updates](const QString &statement) {
@@ -208,6 +209,8 @@ void TestChannelRemoval::failureInALaterStep()
     QCOMPARE(failed.error().attempt(), QString("delete messages from the store"));
     QCOMPARE(m_steps.lines(), QStringList("100"));
     QCOMPARE(messagesIn("news").size(), 50);
+    // Otherwise a server would answer that nothing has changed, and a refresh would bring nothing back.
+    QCOMPARE(store().count("<urn:channel:news> tidel:entityTag|tidel:lastModified ?value"), 0);
     VERIFY_OK(remove("news"));
     QCOMPARE(m_steps.lines(), QStringList({"100", "50", "0"}));
     QCOMPARE(store().count("?m a mfo:FeedMessage"), 0);

@@ -100,6 +100,8 @@ private slots:
     void sameLinkInTwoGroups();
     void enclosureIsSharedByNewMessages();
     void enclosuresBelongToNothingElse();
+    void anotherProgramIsFaster_data();
+    void anotherProgramIsFaster();
     void linkOfAChannelIsNoKnownMessage();
     void hostileValues_data();
     void hostileValues();
@@ -318,6 +320,46 @@ void TestMessageWriter::enclosuresBelongToNothingElse()
 {
     QVERIFY(write(numbered(3, episode)));
     QCOMPARE(m_store->count("?e a mfo:Enclosure ; nie:isLogicalPartOf ?m"), 3);
+}
+
+void TestMessageWriter::anotherProgramIsFaster_data()
+{
+    QTest::addColumn<QString>("update");
+    QTest::addColumn<int>("added");
+    QTest::newRow("message of another channel") << "INSERT { <urn:other> a mfo:FeedMessage ; nie:links <"
+            + linkOf(1) + "> ; nie:isLogicalPartOf <urn:d> }"
+                                                << 2;
+    QTest::newRow("message of the same channel")
+        << "INSERT { <urn:other> a mfo:FeedMessage ; nie:links <" + linkOf(1)
+            + "> ; nie:isLogicalPartOf <urn:c> ; nie:title 't' ; nie:description 'd' ; nie:subject 's' }"
+        << 1;
+    QTest::newRow("enclosure") << "INSERT { <urn:other> a mfo:Enclosure ; mfo:remoteLink <" + fileOf(1)
+            + "> }" << 2;
+}
+
+/// Between the questions and the update another program adds what the update would add.
+void TestMessageWriter::anotherProgramIsFaster()
+{
+    QFETCH(QString, update);
+    QFETCH(int, added);
+    const QList<StorableMessage> messages = storable({episode(1), episode(2)});
+    const auto use = LinkUse::of(*m_reader, linksOf(messages), channelUri);
+    QVERIFY(use);
+    StatementGate::setJudge([&, isFirst = true](const QString &statement) mutable {
+        if (isFirst && statement.startsWith("INSERT")) {
+            isFirst = false;
+            m_store->update(update);
+        }
+        return StatementGate::Pass;
+    });
+    WrittenMessages written;
+    QVERIFY(MessageWriter(*m_reader).write(messages, channelUri, *use, {}, &written));
+    StatementGate::reset();
+    QCOMPARE(written.added.size(), added);
+    QCOMPARE(m_store->count("?m a mfo:FeedMessage ; nie:isLogicalPartOf <urn:c>"), 2);
+    QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 2);
+    QCOMPARE(m_store->count("?e a mfo:Enclosure"), 2);
+    QCOMPARE(messagesWithoutTheirFile(), 0);
 }
 
 void TestMessageWriter::linkOfAChannelIsNoKnownMessage()

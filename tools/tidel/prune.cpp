@@ -35,8 +35,7 @@ void drop(Retention &retention, const FeedChannel &channel, const QStringList &u
             QStringLiteral("%1: deleted %2, %3")
                 .arg(channel.title(), countedMessages(report.messages()), countedFiles(report.files())));
     if (!dropped)
-        output.failure(channel.title(), dropped.error(),
-                       QStringLiteral("; prune again, then run \"tidel clean\""));
+        output.failure(channel.title(), dropped.error(), QStringLiteral("; prune again"));
 }
 
 } // namespace

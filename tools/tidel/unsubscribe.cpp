@@ -21,7 +21,7 @@ void unsubscribe(const Store &store, const Arguments &arguments, Output &output)
     else
         output.failure(
             channel->title(), removed.error(),
-            QStringLiteral("; unsubscribe again, or run \"tidel clean\" if the channel is deleted"));
+            QStringLiteral("; unsubscribe again; a refresh brings back what the feed still shows"));
 }
 
 } // namespace Tidel
