@@ -644,4 +644,129 @@ QSparqlQuery archive()
         QSparqlQuery::DescribeStatement);
 }
 
+namespace {
+
+/// The class of a kind, and the property that identifies its resources.
+struct KindTerms
+{
+    const char *className;
+    const char *link;
+};
+
+KindTerms termsOf(Kind kind)
+{
+    static const KindTerms terms[] = {{"mfo:FeedChannel", "nie:links"},
+                                      {"mfo:FeedMessage", "nie:links"},
+                                      {"mfo:Enclosure", "mfo:remoteLink"}};
+    return terms[int(kind)];
+}
+
+/// "?x a CLASS ".
+QString isOf(Kind kind)
+{
+    return QLatin1String("?x a ") + QLatin1String(termsOf(kind).className) + QLatin1Char(' ');
+}
+
+QString lacks(const QString &property)
+{
+    return QStringLiteral("FILTER NOT EXISTS { ?x %1 ?value } ").arg(property);
+}
+
+const QString isLinkWithoutTime =
+    QStringLiteral("?x a mfo:FeedChannel ; nie:links ?link FILTER NOT EXISTS { ?link nie:created ?time } ");
+
+} // namespace
+
+QSparqlQuery linksOfSeveral(Kind kind)
+{
+    return select(
+        QLatin1String("SELECT ?link WHERE { ") + isOf(kind) + QLatin1String("; ")
+        + QLatin1String(termsOf(kind).link)
+        + QLatin1String(" ?link FILTER(?link != <>) } GROUP BY ?link HAVING(COUNT(DISTINCT ?x) > 1)"));
+}
+
+QSparqlQuery resourcesWithLink(Kind kind, const QString &link)
+{
+    return select(QLatin1String("SELECT ?x WHERE { ") + isOf(kind) + QLatin1String("; ")
+                  + QLatin1String(termsOf(kind).link) + QLatin1Char(' ') + iri(link)
+                  + QLatin1String(" } ORDER BY tracker:id(?x)"));
+}
+
+QSparqlQuery withSeveralValues(Kind kind, const QString &property)
+{
+    return select(QLatin1String("SELECT ?x WHERE { ") + isOf(kind) + QLatin1String("; ") + property
+                  + QLatin1String(" ?value } GROUP BY ?x HAVING(COUNT(?value) > 1)"));
+}
+
+QSparqlQuery withoutValue(Kind kind, const QString &property)
+{
+    return select(QLatin1String("SELECT ?x WHERE { ") + isOf(kind) + lacks(property) + QLatin1Char('}'));
+}
+
+QSparqlQuery channelsWithoutTime()
+{
+    return select(QLatin1String("SELECT ?x WHERE { ") + isLinkWithoutTime + QLatin1Char('}'));
+}
+
+QString insertEmptyTexts(Kind kind, const QString &property)
+{
+    return QLatin1String("INSERT { ?x ") + property + QLatin1String(" '' } WHERE { ") + isOf(kind)
+        + lacks(property) + QLatin1String("} ");
+}
+
+QString insertDownloadTimes()
+{
+    return QLatin1String("INSERT { ?x mfo:downloadedTime \"") + localTimeText()
+        + QLatin1String("Z\"^^xsd:dateTime } WHERE { ") + isOf(Kind::Message)
+        + lacks(QStringLiteral("mfo:downloadedTime")) + QLatin1String("} ");
+}
+
+QString insertSubscriptionTimes()
+{
+    return QLatin1String("INSERT { ?link a nie:DataObject ; nie:created \"") + localTimeText()
+        + QLatin1String("\"^^xsd:dateTime } WHERE { ") + isLinkWithoutTime + QLatin1String("} ");
+}
+
+QString insertLink(const QString &uri, const QString &link)
+{
+    return QLatin1String("INSERT DATA { ") + iri(uri) + QLatin1String(" nie:links ") + iri(link)
+        + QLatin1String(" } ");
+}
+
+QSparqlQuery everythingOf(const QString &uri)
+{
+    return select(QLatin1String("SELECT ?p ?v WHERE { ") + iri(uri) + QLatin1String(" ?p ?v }"));
+}
+
+QString insertValue(const QString &uri, const QString &property, const QString &term)
+{
+    return QLatin1String("INSERT DATA { ") + iri(uri) + QLatin1Char(' ') + iri(property) + QLatin1Char(' ')
+        + term + QLatin1String(" } ");
+}
+
+QString replaceValue(const QString &uri, const QString &property, const QString &term)
+{
+    return replacement(uri, iri(property).toLatin1().constData(), term);
+}
+
+QString moveParts(const QString &fromUri, const QString &toUri)
+{
+    return piece(
+        QStringLiteral("INSERT { ?x nie:isLogicalPartOf ?:to } WHERE { ?x nie:isLogicalPartOf ?:from } "
+                       "DELETE { ?x nie:isLogicalPartOf ?:from } "
+                       "WHERE { ?x nie:isLogicalPartOf ?:from } "),
+        {{"from", QUrl(fromUri)}, {"to", QUrl(toUri)}});
+}
+
+QSparqlQuery localFiles()
+{
+    return select(QStringLiteral("SELECT ?e ?local WHERE { ?e a mfo:Enclosure ; mfo:localLink ?local "
+                                 "FILTER(?local != <>) }"));
+}
+
+QString forgetFile(const QString &enclosureUri)
+{
+    return replacement(enclosureUri, "mfo:localLink", iri(QString()));
+}
+
 } // namespace Tidel::Statements

@@ -192,6 +192,39 @@ QSparqlQuery orphanMessages();
 QSparqlQuery orphanEnclosures();
 /// @}
 
+/// \name Check
+/// These read all resources of a kind.
+/// @{
+enum class Kind { Channel, Message, Enclosure };
+/// The links that identify several resources of \a kind.
+QSparqlQuery linksOfSeveral(Kind kind);
+/// The resources of \a kind that have \a link, the oldest first.
+QSparqlQuery resourcesWithLink(Kind kind, const QString &link);
+QSparqlQuery withSeveralValues(Kind kind, const QString &property);
+QSparqlQuery withoutValue(Kind kind, const QString &property);
+/// The channels whose link has no time of subscription.
+QSparqlQuery channelsWithoutTime();
+/// Gives empty texts to the resources without a value.
+QString insertEmptyTexts(Kind kind, const QString &property);
+/// Gives a time of download to the messages without one: now.
+QString insertDownloadTimes();
+/// Gives a time of subscription to the links of channels without one: now.
+QString insertSubscriptionTimes();
+QString insertLink(const QString &uri, const QString &link);
+/// Property and value of all that the store says of \a uri.
+QSparqlQuery everythingOf(const QString &uri);
+/// \a property is a full name, \a term a literal or a resource as it stands in a statement.
+QString insertValue(const QString &uri, const QString &property, const QString &term);
+/// As insertValue(), and deletes the values before.
+QString replaceValue(const QString &uri, const QString &property, const QString &term);
+/// What belongs to \a fromUri belongs to \a toUri then.
+QString moveParts(const QString &fromUri, const QString &toUri);
+/// Enclosure and local link of the downloaded enclosures.
+QSparqlQuery localFiles();
+/// Leaves the enclosure without a local link.
+QString forgetFile(const QString &enclosureUri);
+/// @}
+
 } // namespace Tidel::Statements
 
 #endif

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_FILECHECK_P_H
+#define TIDEL_FILECHECK_P_H
+
+#include "store_p.h"
+
+#include <QStringList>
+
+namespace Tidel {
+
+/// The paths of downloaded files that are not there any more. A file whose folder is missing too does not
+/// count: the folder may be on a disk that is not there now.
+Result<QStringList> findMissingFiles(StorePrivate &store);
+
+/// Deletes from the store where these files were.
+Result<void> forgetMissingFiles(StorePrivate &store);
+
+/// The paths of parts of files in the download folder that no download can be writing any more.
+Result<QStringList> findUnfinishedFiles(StorePrivate &store);
+
+/// The paths of the other files in the download folder that belong to no enclosure.
+Result<QStringList> findUnknownFiles(StorePrivate &store);
+
+/// Removes the files \a paths. Fails with the first one that cannot be removed.
+Result<void> removeFiles(const QStringList &paths);
+
+} // namespace Tidel
+
+#endif
