@@ -769,4 +769,63 @@ QString forgetFile(const QString &enclosureUri)
     return replacement(enclosureUri, "mfo:localLink", iri(QString()));
 }
 
+QSparqlQuery namespaces()
+{
+    return select(QStringLiteral("SELECT ?n ?prefix WHERE { ?n a nrl:Namespace ; nrl:prefix ?prefix }"));
+}
+
+QSparqlQuery classes() { return select(QStringLiteral("SELECT ?c WHERE { ?c a rdfs:Class }")); }
+
+QSparqlQuery properties()
+{
+    return select(QStringLiteral("SELECT ?p ?range WHERE { ?p a rdf:Property ; rdfs:range ?range }"));
+}
+
+QSparqlQuery resources() { return select(QStringLiteral("SELECT ?x WHERE { ?x a rdfs:Resource }")); }
+
+QString typeFact(const QString &uri, const QString &className)
+{
+    return iri(uri) + QLatin1String(" a ") + iri(className) + QLatin1String(" . ");
+}
+
+QString fact(const QString &uri, const QString &property, const QVariant &value)
+{
+    return iri(uri) + QLatin1Char(' ') + iri(property) + QLatin1Char(' ') + term(value)
+        + QLatin1String(" . ");
+}
+
+QSparqlQuery insertFacts(const QStringList &facts)
+{
+    return update(QLatin1String("INSERT DATA { ") + facts.join(QString()) + QLatin1Char('}'));
+}
+
+QSparqlQuery countOf(Kind kind)
+{
+    return select(QLatin1String("SELECT (COUNT(?x) AS ?n) WHERE { ") + isOf(kind) + QLatin1Char('}'));
+}
+
+QSparqlQuery countOfFavorites()
+{
+    return select(QLatin1String("SELECT (COUNT(?x) AS ?n) WHERE { ") + isOf(Kind::Message)
+                  + QLatin1String("; nao:hasTag nao:predefined-tag-favorite }"));
+}
+
+namespace {
+
+const QString isStray = QStringLiteral(
+    "?x a mfo:FeedMessage FILTER NOT EXISTS { ?x nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel } ");
+
+} // namespace
+
+QSparqlQuery countOfStrays()
+{
+    return select(QLatin1String("SELECT (COUNT(?x) AS ?n) WHERE { ") + isStray + QLatin1Char('}'));
+}
+
+QString adoptStrays(const QString &channelUri)
+{
+    return QLatin1String("INSERT { ?x nie:isLogicalPartOf ") + iri(channelUri) + QLatin1String(" } WHERE { ")
+        + isStray + QLatin1String("} ");
+}
+
 } // namespace Tidel::Statements

@@ -225,6 +225,29 @@ QSparqlQuery localFiles();
 QString forgetFile(const QString &enclosureUri);
 /// @}
 
+/// \name Copying
+/// @{
+/// Namespace, prefix.
+QSparqlQuery namespaces();
+QSparqlQuery classes();
+/// Property, class or datatype of its values.
+QSparqlQuery properties();
+/// All resources.
+QSparqlQuery resources();
+/// \a uri belongs to the class.
+QString typeFact(const QString &uri, const QString &className);
+/// \a uri has \a value as \a property, a full name.
+QString fact(const QString &uri, const QString &property, const QVariant &value);
+QSparqlQuery insertFacts(const QStringList &facts);
+/// The number of resources of \a kind.
+QSparqlQuery countOf(Kind kind);
+QSparqlQuery countOfFavorites();
+/// The number of messages that belong to no channel.
+QSparqlQuery countOfStrays();
+/// Makes these messages belong to the channel.
+QString adoptStrays(const QString &channelUri);
+/// @}
+
 } // namespace Tidel::Statements
 
 #endif

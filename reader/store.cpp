@@ -2,6 +2,8 @@
 #include "store.h"
 #include "store_p.h"
 
+#include <QSparqlConnectionOptions>
+
 #include <qsttrace.h>
 
 namespace Tidel {
@@ -26,9 +28,15 @@ namespace {
 
 const QString driver = QStringLiteral("QTRACKER_DIRECT");
 
-QSparqlConnectionOptions durableOptions()
+QSparqlConnectionOptions optionsOf(const QString &folder)
 {
     QSparqlConnectionOptions options;
+    options.setDatabaseName(folder);
+    return options;
+}
+
+QSparqlConnectionOptions durable(QSparqlConnectionOptions options)
+{
     options.setOption(QStringLiteral("durable"), true);
     return options;
 }
@@ -42,11 +50,11 @@ Error::Kind kindOf(const QSparqlError &error)
 
 } // namespace
 
-StorePrivate::StorePrivate() : connection(driver)
+StorePrivate::StorePrivate(const QString &folder) : connection(driver, optionsOf(folder))
 {
     // Another attempt would wait once more.
     if (connection.isValid())
-        durable.emplace(driver, durableOptions());
+        durableConnection.emplace(driver, durable(connection.options()));
 }
 
 Result<Answer> StorePrivate::run(const QSparqlQuery &statement, const char *attempt)
@@ -89,7 +97,7 @@ Result<int> StorePrivate::number(const QSparqlQuery &statement, const char *atte
 
 Result<void> StorePrivate::update(const QSparqlQuery &statement, const char *attempt)
 {
-    return run(statement, attempt, &*durable).map([](const Answer &) {});
+    return run(statement, attempt, &*durableConnection).map([](const Answer &) {});
 }
 
 Result<void> StorePrivate::updateLoosely(const QSparqlQuery &statement, const char *attempt)

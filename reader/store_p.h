@@ -22,7 +22,8 @@ using Answer = std::unique_ptr<QSparqlResult>;
 class StorePrivate : public QSharedData
 {
 public:
-    StorePrivate();
+    /// Opens the store in \a folder; the store of the user if it is empty.
+    explicit StorePrivate(const QString &folder = QString());
 
     /// The connection of \a store.
     static StorePrivate &of(const Store &store) { return *store.d; }
@@ -44,7 +45,7 @@ public:
 private:
     Result<Answer> run(const QSparqlQuery &statement, const char *attempt, QSparqlConnection *on);
 
-    std::optional<QSparqlConnection> durable; // shares the open store with the other one
+    std::optional<QSparqlConnection> durableConnection; // shares the open store with the other one
 };
 
 /// The rows of \a answer as values, each resource of the first column once. A resource with two values of one

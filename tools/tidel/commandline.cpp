@@ -36,10 +36,12 @@ struct Command
     const char *details; ///< Describes the arguments.
     int minimumArguments;
     int maximumArguments;
-    void (*run)(const Store &, const Arguments &, Output &);
+    void (*run)(const Store &, const Arguments &,
+                Output &); ///< Null for a command that opens the store itself.
     std::vector<Option> options = {};
     /// Returns what is wrong with the options; empty if they are valid. Null if there is nothing to check.
     QString (*misuse)(const Arguments &) = nullptr;
+    void (*runAlone)(const Arguments &, Output &) = nullptr; ///< In place of run().
 };
 
 const char *const aChannel = "The title, link, file or URI of a channel.";
@@ -113,6 +115,18 @@ const Command commands[] = {
     {"restore", "FILE", "Fill an empty archive from a backup.", "A file that \"tidel backup\" has written.",
      1, 1, restore},
     {"clean", "", "Delete messages without a channel and enclosures without a message.", "", 0, 0, clean},
+    {"check",
+     "[--repair [--yes]]",
+     "Check that the store is sound: its database, its contents and the downloaded files.",
+     "",
+     0,
+     0,
+     nullptr,
+     {{"repair", nullptr,
+       "Mends what can be mended without a loss, and saves what can be read of a damaged database."},
+      {"yes", nullptr, "Repairs without asking."}},
+     misuseOfCheck,
+     check},
 };
 
 const Command *findCommand(const QString &name)
@@ -213,8 +227,12 @@ QString commandList()
                "\n\"tidel COMMAND --help\" describes a command. Put arguments that begin with - after --.");
 }
 
-int runWithStore(const Command &command, const Arguments &arguments, Output &output)
+int run(const Command &command, const Arguments &arguments, Output &output)
 {
+    if (command.runAlone) {
+        command.runAlone(arguments, output);
+        return exitCode(output);
+    }
     const Result<Store> store = Store::open();
     if (store)
         command.run(*store, arguments, output);
@@ -234,7 +252,7 @@ int runCommand(const Command &command, const QStringList &arguments, Output &out
     for (const Option &option : command.options)
         parser.addOption(parserOption(option));
     const QString syntax = QLatin1String(command.syntax);
-    if (!syntax.isEmpty())
+    if (*command.details)
         parser.addPositionalArgument(argumentName(syntax), QLatin1String(command.details), syntax);
 
     if (!parser.parse(QStringList{name} + arguments))
@@ -245,7 +263,7 @@ int runCommand(const Command &command, const QStringList &arguments, Output &out
     const QString problem = misuse(command, given);
     if (!problem.isEmpty())
         return usageError(output, QStringLiteral("%1: %2").arg(name, problem), help);
-    return runWithStore(command, given, output);
+    return run(command, given, output);
 }
 
 } // namespace

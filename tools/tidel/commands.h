@@ -33,6 +33,8 @@ void clean(const Store &store, const Arguments &arguments, Output &output);
 void backup(const Store &store, const Arguments &arguments, Output &output);
 /// Fills the empty archive from the backup of this name.
 void restore(const Store &store, const Arguments &arguments, Output &output);
+/// Checks that the store is sound, and repairs it if that is asked for.
+void check(const Arguments &arguments, Output &output);
 /// Lists all channels.
 void listChannels(const Store &store, const Arguments &arguments, Output &output);
 /// Lists the messages of the channel with this name.
@@ -50,6 +52,8 @@ QString misuseOfDownload(const Arguments &arguments);
 QString misuseOfEdit(const Arguments &arguments);
 /// Returns what is wrong with the options of show; empty if they are valid.
 QString misuseOfShow(const Arguments &arguments);
+/// Returns what is wrong with the options of check; empty if they are valid.
+QString misuseOfCheck(const Arguments &arguments);
 /// Returns what is wrong with the options of prune; empty if they are valid.
 QString misuseOfPrune(const Arguments &arguments);
 

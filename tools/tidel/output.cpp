@@ -2,6 +2,7 @@
 #include "output.h"
 
 #include "pager.h"
+#include "phrases.h"
 #include "table.h"
 #include "terminaltext.h"
 
@@ -126,11 +127,14 @@ void Output::error(const QString &text)
     note(QLatin1String("tidel: ") + text);
 }
 
-void Output::failure(const Error &error, const QString &advice) { this->error(error.text() + advice); }
+void Output::failure(const Error &error, const QString &advice)
+{
+    this->error(error.text() + damageAdvice(error) + advice);
+}
 
 void Output::failure(const QString &subject, const Error &error, const QString &advice)
 {
-    this->error(subject + QLatin1String(": ") + error.text() + advice);
+    this->error(subject + QLatin1String(": ") + error.text() + damageAdvice(error) + advice);
 }
 
 bool Output::finish()

@@ -38,6 +38,8 @@ QString countedFiles(int count) { return counted(count, "file"); }
 
 QString countedChannels(int count) { return counted(count, "channel"); }
 
+QString countedFavorites(int count) { return counted(count, "favorite"); }
+
 QString shownTime(const QDateTime &time)
 {
     return time.isValid() ? time.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm"))
@@ -49,6 +51,15 @@ QString messageAdvice(const Error &error)
     return error.kind() == Error::NotFound
         ? QStringLiteral("; \"tidel messages CHANNEL\" shows the links of messages")
         : QString();
+}
+
+QString damageAdvice(const Error &error)
+{
+    for (const char *word : {"damaged", "Corrupt db file", "malformed", "not a database"}) {
+        if (error.reason().contains(QLatin1String(word)))
+            return QStringLiteral("; \"tidel check --repair\" saves what can be read of a damaged database");
+    }
+    return {};
 }
 
 QString shownAddress(const QString &address)

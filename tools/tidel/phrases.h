@@ -22,11 +22,17 @@ QString countedFiles(int count);
 /// Returns "1 channel", "2 channels" and so on.
 QString countedChannels(int count);
 
+/// Returns "1 favorite", "2 favorites" and so on.
+QString countedFavorites(int count);
+
 /// Returns \a time in local time, such as "2026-11-03 10:00"; "(no date)" if it is invalid.
 QString shownTime(const QDateTime &time);
 
 /// Returns the advice for \a error if a message was not found; otherwise returns an empty text.
 QString messageAdvice(const Error &error);
+
+/// Returns the advice for \a error if the database is damaged; otherwise returns an empty text.
+QString damageAdvice(const Error &error);
 
 /// Returns \a address without its password.
 QString shownAddress(const QString &address);

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "storedatabase.h"
+
+#include "damagedtables_p.h"
+#include "databasefiles_p.h"
+#include "salvage_p.h"
+#include "statements_p.h"
+#include "store_p.h"
+#include "writeturn.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLockFile>
+#include <QStandardPaths>
+
+namespace Tidel {
+
+namespace {
+
+const char *const attempt = "check the database";
+constexpr int lockTimeout = 30000;
+
+/// Returns true if the names of resources can be read; otherwise returns false.
+bool isReadable(SqliteFile &file)
+{
+    bool hasRow = false;
+    file.read(QStringLiteral("SELECT ID FROM Resource LIMIT 1"),
+              [&](const QVariantList &) { hasRow = true; });
+    return hasRow;
+}
+
+/// The damaged database, or a copy with a sound beginning, in \a newFolder. Null if nothing helps.
+Result<std::unique_ptr<SqliteFile>> openDamaged(const QString &folder, const QString &newFolder)
+{
+    auto file = std::make_unique<SqliteFile>(databaseIn(folder));
+    if (isReadable(*file))
+        return file;
+    constexpr int header = 100;
+    constexpr int firstPage = 8192;
+    const QString copy = newFolder + QLatin1String("/damaged.db");
+    for (int size : {header, firstPage}) {
+        const Result<void> copied = copyWithBeginning(databaseIn(folder), databaseIn(newFolder), size, copy);
+        if (!copied)
+            return Failure(copied.error());
+        file = std::make_unique<SqliteFile>(copy);
+        if (isReadable(*file))
+            return file;
+    }
+    return Failure(
+        Error(Error::StoreUnavailable, QStringLiteral("salvage the database in %1").arg(folder),
+              QStringLiteral("nothing in it can be read; put back a copy of the folder, or move the "
+                             "folder away to start with an empty store")));
+}
+
+/// Fills the new store in \a newFolder with what can be read in \a folder.
+Result<SavedContents> fill(const QString &folder, const QString &newFolder,
+                           const StoreDatabase::Progress &progress)
+{
+    StorePrivate target(newFolder);
+    return target.number(Statements::countOf(Statements::Kind::Message), "create a new store")
+        .and_then([&](int) { return openDamaged(folder, newFolder); })
+        .and_then(
+            [&](const std::unique_ptr<SqliteFile> &file) { return copyResources(*file, target, progress); })
+        .and_then([&] { return adoptMessages(target); })
+        .and_then([&] { return countContents(target); });
+}
+
+} // namespace
+
+QString StoreDatabase::folder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+        + QLatin1String("/tidel/store");
+}
+
+bool StoreDatabase::exists() { return QFile::exists(databaseIn(folder())); }
+
+Result<QStringList> StoreDatabase::damage()
+{
+    SqliteFile file(databaseIn(folder()));
+    QStringList findings;
+    const SqliteFile::Outcome outcome = file.check(&findings);
+    if (outcome == SqliteFile::Failed)
+        return Failure(Error(Error::StoreUnavailable, QString::fromLatin1(attempt),
+                             QStringLiteral("%1: %2").arg(databaseIn(folder()), file.error())));
+    if (outcome == SqliteFile::Damaged && findings.isEmpty())
+        findings.append(file.error());
+    if (findings.isEmpty() && !isReadable(file))
+        findings.append(QStringLiteral("the tables of the store are missing"));
+    return findings;
+}
+
+Result<SavedContents> StoreDatabase::salvage(const Progress &progress)
+{
+    const Result<WriteTurn> turn = WriteTurn::take();
+    if (!turn)
+        return Failure(turn.error());
+    QLockFile lock(folder() + QLatin1String("/opening.lock"));
+    if (!lock.tryLock(lockTimeout))
+        return Failure(Error(Error::StoreFailed, QStringLiteral("lock the store"),
+                             QStringLiteral("another program is opening it; end that program or try again")));
+    const QString newFolder = folder() + QLatin1String("/salvaged");
+    QDir(newFolder).removeRecursively();
+    Result<SavedContents> saved = fill(folder(), newFolder, progress);
+    if (!saved)
+        return saved;
+    const Result<QString> damaged = replaceDatabase(folder(), newFolder);
+    if (!damaged)
+        return Failure(damaged.error());
+    QDir(newFolder).removeRecursively();
+    saved->damagedFolder = *damaged;
+    return saved;
+}
+
+} // namespace Tidel
