@@ -177,6 +177,11 @@ Result<void> copyResources(SqliteFile &file, StorePrivate &target, const StoreDa
     return {};
 }
 
+Result<void> requestWholeReading(StorePrivate &store)
+{
+    return store.update(Statements::update(Statements::forgetReadings()), attempt);
+}
+
 Result<void> adoptMessages(StorePrivate &store)
 {
     const char *const adoption = "find messages without a channel";

@@ -12,6 +12,9 @@ namespace Tidel {
 /// Leaves what describes the ontology. A resource whose name is lost gets a new one.
 Result<void> copyResources(SqliteFile &file, StorePrivate &target, const StoreDatabase::Progress &progress);
 
+/// Makes the next refresh bring back what is lost and what the feeds still show.
+Result<void> requestWholeReading(StorePrivate &store);
+
 /// Gives the messages without a channel to a new one.
 Result<void> adoptMessages(StorePrivate &store);
 

@@ -714,6 +714,21 @@ QString insertEmptyTexts(Kind kind, const QString &property)
         + lacks(property) + QLatin1String("} ");
 }
 
+QString insertTitlesOfChannels()
+{
+    return QLatin1String("INSERT { ?x nie:title ?text } WHERE { ") + isOf(Kind::Channel)
+        + QLatin1String("; nie:links ?link ") + lacks(QStringLiteral("nie:title"))
+        + QLatin1String("BIND(STR(?link) AS ?text) } ");
+}
+
+QString forgetReadings()
+{
+    QString text;
+    for (const char *property : {"tidel:entityTag", "tidel:lastModified", "tidel:digest"})
+        text += QStringLiteral("DELETE { ?x %1 ?v } WHERE { ?x %1 ?v } ").arg(QLatin1String(property));
+    return text;
+}
+
 QString insertDownloadTimes()
 {
     return QLatin1String("INSERT { ?x mfo:downloadedTime \"") + localTimeText()

@@ -206,6 +206,10 @@ QSparqlQuery withoutValue(Kind kind, const QString &property);
 QSparqlQuery channelsWithoutTime();
 /// Gives empty texts to the resources without a value.
 QString insertEmptyTexts(Kind kind, const QString &property);
+/// Gives channels without a title their link as title.
+QString insertTitlesOfChannels();
+/// Makes the next refresh read all documents and write all of their messages.
+QString forgetReadings();
 /// Gives a time of download to the messages without one: now.
 QString insertDownloadTimes();
 /// Gives a time of subscription to the links of channels without one: now.

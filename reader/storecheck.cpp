@@ -146,7 +146,9 @@ Result<void> addMissingValues(StorePrivate &store)
     if (!turn)
         return Failure(turn.error());
     return addMissingLinks(store).and_then([&] {
-        QString text = Statements::insertSubscriptionTimes() + Statements::insertDownloadTimes();
+        // The feed may still show what is missing.
+        QString text = Statements::forgetReadings() + Statements::insertSubscriptionTimes()
+            + Statements::insertDownloadTimes() + Statements::insertTitlesOfChannels();
         for (const Property &property : necessaryTexts)
             text += Statements::insertEmptyTexts(property.kind, nameOf(property));
         return store.update(Statements::update(text), "add missing values to the store");

@@ -10,6 +10,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QHash>
 #include <QLockFile>
 #include <QStandardPaths>
 
@@ -29,6 +30,29 @@ bool isReadable(SqliteFile &file)
     return hasRow;
 }
 
+/// Returns true if \a file describes the ontology as \a sound does; otherwise returns false. Then the same
+/// version of the library has made both, and their tables begin in the same places.
+bool isOfSameVersion(SqliteFile &file, SqliteFile &sound)
+{
+    const auto namesIn = [](SqliteFile &database) {
+        QHash<qlonglong, QString> names;
+        readRows(database, namesTable(), [&](const QVariantList &row) {
+            names.insert(row.first().toLongLong(), row.last().toString());
+        });
+        return names;
+    };
+    const QHash<qlonglong, QString> names = namesIn(file);
+    const QHash<qlonglong, QString> expected = namesIn(sound);
+    int found = 0;
+    for (auto name = expected.cbegin(); name != expected.cend(); ++name) {
+        const QString other = names.value(name.key(), *name);
+        if (other != *name)
+            return false;
+        found += names.contains(name.key());
+    }
+    return found > expected.size() / 2;
+}
+
 /// The damaged database, or a copy with a sound beginning, in \a newFolder. Null if nothing helps.
 Result<std::unique_ptr<SqliteFile>> openDamaged(const QString &folder, const QString &newFolder)
 {
@@ -36,14 +60,15 @@ Result<std::unique_ptr<SqliteFile>> openDamaged(const QString &folder, const QSt
     if (isReadable(*file))
         return file;
     constexpr int header = 100;
-    constexpr int firstPage = 8192;
+    constexpr int firstPage = 8192; // in which the tables are listed
     const QString copy = newFolder + QLatin1String("/damaged.db");
     for (int size : {header, firstPage}) {
         const Result<void> copied = copyWithBeginning(databaseIn(folder), databaseIn(newFolder), size, copy);
         if (!copied)
             return Failure(copied.error());
         file = std::make_unique<SqliteFile>(copy);
-        if (isReadable(*file))
+        SqliteFile sound(databaseIn(newFolder));
+        if (isReadable(*file) && (size == header || isOfSameVersion(*file, sound)))
             return file;
     }
     return Failure(
@@ -62,6 +87,7 @@ Result<SavedContents> fill(const QString &folder, const QString &newFolder,
         .and_then(
             [&](const std::unique_ptr<SqliteFile> &file) { return copyResources(*file, target, progress); })
         .and_then([&] { return adoptMessages(target); })
+        .and_then([&] { return requestWholeReading(target); })
         .and_then([&] { return countContents(target); });
 }
 
