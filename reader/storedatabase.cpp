@@ -14,6 +14,8 @@
 #include <QLockFile>
 #include <QStandardPaths>
 
+#include <algorithm>
+
 namespace Tidel {
 
 namespace {
@@ -21,13 +23,12 @@ namespace {
 const char *const attempt = "check the database";
 constexpr int lockTimeout = 30000;
 
-/// Returns true if the names of resources can be read; otherwise returns false.
+/// Returns true if the list of tables can be read; otherwise returns false.
 bool isReadable(SqliteFile &file)
 {
-    bool hasRow = false;
-    file.read(QStringLiteral("SELECT ID FROM Resource LIMIT 1"),
-              [&](const QVariantList &) { hasRow = true; });
-    return hasRow;
+    const QVector<Table> tables = tablesOf(file);
+    return std::any_of(tables.cbegin(), tables.cend(),
+                       [](const Table &table) { return table.name == namesTable().name; });
 }
 
 /// Returns true if \a file describes the ontology as \a sound does; otherwise returns false. Then the same

@@ -102,47 +102,53 @@ void EnclosureDownload::transferred(const Transfer &transfer)
     // Another process may have downloaded or deleted the enclosure in the meantime.
     Outcome outcome = readEnclosure();
     m_path = presentFile(m_enclosure);
-    const bool isMissing = outcome.isFine() && m_path.isEmpty();
-    if (isMissing)
-        outcome = keepFile(QUrl(m_enclosure.remoteUrl()));
-    if (isMissing && outcome.isFine())
-        outcome = noteFile(transfer.mimeType());
+    if (outcome.isFine() && m_path.isEmpty())
+        outcome = keepFile(transfer.mimeType());
     finish(outcome);
 }
 
-Outcome EnclosureDownload::keepFile(const QUrl &address)
+// The store is told first. If this is interrupted, the next download finds no file and begins again. A file
+// that the store does not know would stay for ever.
+Outcome EnclosureDownload::keepFile(const QString &mimeType)
 {
-    const bool isWritten = m_file.flush() && m_file.setPermissions(usualPermissions());
-    const EnclosureName name(address);
-    for (int i = 1; isWritten && i <= maximumNames; ++i) {
-        const QString path = QDir(m_folder).absoluteFilePath(name.attempt(i));
-        if (QFileInfo::exists(path) || QFileInfo(path).isSymLink())
-            continue;
-        if (m_file.rename(path)) {
-            m_file.setAutoRemove(false);
-            m_path = path;
-            return {};
-        }
-        if (!QFileInfo::exists(path))
-            break;
+    if (!m_file.flush() || !m_file.setPermissions(usualPermissions()))
+        return notWritten(m_file.errorString());
+    const QString path = freePath(QUrl(m_enclosure.remoteUrl()));
+    const Outcome noted = noteFile(path, mimeType);
+    if (!noted.isFine())
+        return noted;
+    if (!m_file.rename(path)) {
+        m_enclosure.setLocalUrl(QString());
+        Enclosures(store()).setFile(m_enclosure);
+        return notWritten(m_file.errorString());
     }
-    return notWritten(m_file.errorString());
+    m_file.setAutoRemove(false);
+    m_path = path;
+    return {};
 }
 
-Outcome EnclosureDownload::noteFile(const QString &mimeType)
+QString EnclosureDownload::freePath(const QUrl &address) const
 {
-    const QUrl file = QUrl::fromLocalFile(m_path);
+    const EnclosureName name(address);
+    const QDir folder(m_folder);
+    int number = 1;
+    const auto isTaken = [](const QString &path) {
+        return QFileInfo::exists(path) || QFileInfo(path).isSymLink();
+    };
+    while (number < maximumNames && isTaken(folder.absoluteFilePath(name.attempt(number))))
+        ++number;
+    return folder.absoluteFilePath(name.attempt(number));
+}
+
+Outcome EnclosureDownload::noteFile(const QString &path, const QString &mimeType)
+{
     const qint64 size = m_file.size();
-    m_file.close();
-    m_enclosure.setLocalUrl(Link::encoded(file));
+    m_enclosure.setLocalUrl(Link::encoded(QUrl::fromLocalFile(path)));
     m_enclosure.setLength(size > std::numeric_limits<unsigned int>::max() ? 0 : unsigned(size));
     if (!mimeType.isEmpty())
         m_enclosure.setMimeType(mimeType);
     const Result<void> noted = Enclosures(store()).setFile(m_enclosure);
-    if (noted)
-        return {};
-    return {FeedDownloadStoreFailed,
-            QStringLiteral("%1; the downloaded file is %2").arg(noted.error().text(), m_path)};
+    return noted ? Outcome() : storeFailed(noted.error(), "download it again");
 }
 
 QVariantMap EnclosureDownload::results() const

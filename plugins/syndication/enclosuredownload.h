@@ -37,10 +37,12 @@ private:
     Outcome prepare();
     /// Reads the enclosure from the store.
     Outcome readEnclosure();
-    /// Renames the complete file after \a address. The new name is not used in the folder yet.
-    Outcome keepFile(const QUrl &address);
-    /// Stores the location, size and type of the file.
-    Outcome noteFile(const QString &mimeType);
+    /// Stores where the complete file will be, and moves it there.
+    Outcome keepFile(const QString &mimeType);
+    /// The first path in the folder for a file from \a address that does not exist.
+    QString freePath(const QUrl &address) const;
+    /// Stores \a path and the size and type of the file.
+    Outcome noteFile(const QString &path, const QString &mimeType);
 
     const QString m_uri;
     const QString m_folder;
