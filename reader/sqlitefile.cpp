@@ -48,7 +48,7 @@ void bind(sqlite3_stmt *statement, const QVariant &parameter)
 
 } // namespace
 
-SqliteFile::SqliteFile(const QString &path)
+SqliteFile::SqliteFile(const QString &path, Reading reading)
     : m_opened(
         sqlite3_open_v2(QFile::encodeName(path).constData(), &m_database, SQLITE_OPEN_READONLY, nullptr))
 {
@@ -57,6 +57,8 @@ SqliteFile::SqliteFile(const QString &path)
         sqlite3_create_function(m_database, name, 1, flags, nullptr, sameValue, nullptr, nullptr);
     for (const char *name : {"TRACKER", "TRACKER_TITLE"})
         sqlite3_create_collation(m_database, name, SQLITE_UTF8, nullptr, sameOrder);
+    // It does not make the file writable.
+    sqlite3_db_config(m_database, SQLITE_DBCONFIG_WRITABLE_SCHEMA, int(reading == Tolerant), nullptr);
     sqlite3_busy_timeout(m_database, 30000);
 }
 

@@ -26,7 +26,14 @@ public:
         Failed ///< Something else; see error().
     };
 
-    explicit SqliteFile(const QString &path);
+    /// How the list of tables is read.
+    enum Reading {
+        Strict, ///< If a part of the list is damaged, nothing can be read.
+        Tolerant ///< Then the tables in the other parts can be read. The file may also be shorter than it
+                 ///< says.
+    };
+
+    explicit SqliteFile(const QString &path, Reading reading);
     ~SqliteFile();
 
     /// What SQLite said of the last failure.

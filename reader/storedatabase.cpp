@@ -57,7 +57,7 @@ bool isOfSameVersion(SqliteFile &file, SqliteFile &sound)
 /// The damaged database, or a copy with a sound beginning, in \a newFolder. Null if nothing helps.
 Result<std::unique_ptr<SqliteFile>> openDamaged(const QString &folder, const QString &newFolder)
 {
-    auto file = std::make_unique<SqliteFile>(databaseIn(folder));
+    auto file = std::make_unique<SqliteFile>(databaseIn(folder), SqliteFile::Tolerant);
     if (isReadable(*file))
         return file;
     constexpr int header = 100;
@@ -67,8 +67,8 @@ Result<std::unique_ptr<SqliteFile>> openDamaged(const QString &folder, const QSt
         const Result<void> copied = copyWithBeginning(databaseIn(folder), databaseIn(newFolder), size, copy);
         if (!copied)
             return Failure(copied.error());
-        file = std::make_unique<SqliteFile>(copy);
-        SqliteFile sound(databaseIn(newFolder));
+        file = std::make_unique<SqliteFile>(copy, SqliteFile::Tolerant);
+        SqliteFile sound(databaseIn(newFolder), SqliteFile::Strict);
         if (isReadable(*file) && (size == header || isOfSameVersion(*file, sound)))
             return file;
     }
@@ -104,7 +104,7 @@ bool StoreDatabase::exists() { return QFile::exists(databaseIn(folder())); }
 
 Result<QStringList> StoreDatabase::damage()
 {
-    SqliteFile file(databaseIn(folder()));
+    SqliteFile file(databaseIn(folder()), SqliteFile::Strict);
     QStringList findings;
     const SqliteFile::Outcome outcome = file.check(&findings);
     if (outcome == SqliteFile::Failed)
