@@ -90,6 +90,7 @@ private slots:
     void imageBelongsToItsChannel();
     void favoritesInListing();
     void markersInTitles();
+    void noFileThatTheStoreDoesNotKnow();
 
 private:
     QString write(const QString &name, const QByteArray &title, const QByteArray &items) const;
@@ -345,6 +346,31 @@ void TestCommands::markersInTitles()
     QVERIFY(QFile::remove(feed));
     const CommandResult gone = runCommand(refresh, {});
     QVERIFY2(gone.err.startsWith("tidel: 100%1 %2 %3 (file://"), qPrintable(gone.err));
+}
+
+/// A download that is interrupted when it is recorded leaves no file behind.
+void TestCommands::noFileThatTheStoreDoesNotKnow()
+{
+    const QString link = QUrl::fromLocalFile(write("song.ogg", "", "")).toString();
+    const QString path = home() + "/Downloads/tidel/song.ogg";
+    addChannel("News", {message("a", day(1), {"song.ogg"})});
+    store().update(QString("DELETE { ?e mfo:remoteLink ?l } INSERT { ?e mfo:remoteLink <%1> } "
+                           "WHERE { ?e mfo:remoteLink ?l }")
+                       .arg(link));
+    int updates = 0;
+    StatementGate::setJudge([&](const QString &statement) {
+        if (!statement.contains("INSERT") || !statement.contains("mfo:localLink"))
+            return StatementGate::Pass;
+        if (QFile::exists(path))
+            QTest::qFail("the file is there before the store knows it", __FILE__, __LINE__);
+        return ++updates == 1 ? StatementGate::NoResult : StatementGate::Pass;
+    });
+    QVERIFY(!runCommand(download, {linkOf("a")}).isFine);
+    QVERIFY(!QFile::exists(path));
+    const CommandResult downloaded = runCommand(download, {linkOf("a")});
+    QVERIFY2(downloaded.isFine, qPrintable(downloaded.err));
+    QCOMPARE(updates, 2);
+    QVERIFY(QFile::exists(path));
 }
 
 QTEST_GUILESS_MAIN(TestCommands)
