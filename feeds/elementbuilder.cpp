@@ -67,10 +67,25 @@ void appendEscaped(std::string &target, std::string_view text)
     }
 }
 
+/// At most \a size bytes of \a text, without a part of a character.
+std::string_view beginning(std::string_view text, size_t size)
+{
+    if (text.size() <= size)
+        return text;
+    while (size > 0 && (uchar(text[size]) & 0xc0) == 0x80)
+        --size;
+    return text.substr(0, size);
+}
+
+/// The base for what is in an element with the `xml:base` \a reference in one with \a base; empty if it is
+/// too long.
 QString resolved(const QString &base, std::string_view reference)
 {
+    if (reference.size() > size_t(maximumBaseLength))
+        return QString();
     const QString text = QString::fromUtf8(reference.data(), int(reference.size())).trimmed();
-    return base.isEmpty() ? text : QUrl(base).resolved(QUrl(text)).toString();
+    const QString whole = base.isEmpty() ? text : QUrl(base).resolved(QUrl(text)).toString();
+    return whole.size() <= maximumBaseLength ? whole : QString();
 }
 
 } // namespace
@@ -90,8 +105,11 @@ bool ElementBuilder::startElement(const XmlTag &tag)
     }
     const bool isRoot = m_path.empty();
     const Vocabulary vocabulary = vocabularyOfTag(tag);
-    if (!isRoot && (!m_markup.empty() || !isContainer(*m_path.back())))
+    const bool isMarkup = !isRoot && (!m_markup.empty() || !isContainer(*m_path.back()));
+    if (isMarkup && room() > 0)
         startMarkup(tag);
+    else if (isMarkup)
+        m_ignored = 1;
     else if (!isRoot && (vocabulary == Vocabulary::Other || m_kept > maximumKept))
         m_ignored = 1;
     else
@@ -156,7 +174,7 @@ void ElementBuilder::startMarkup(const XmlTag &tag)
     }
     element.text.append("<").append(tag.name);
     for (const XmlTag::Attribute &attribute : tag.attributes) {
-        if (!attribute.prefix.empty())
+        if (!attribute.prefix.empty() || attribute.value.size() > room())
             continue;
         element.text.append(" ").append(attribute.name).append("=\"");
         appendEscaped(element.text, attribute.value);
@@ -200,15 +218,21 @@ void ElementBuilder::endItem()
     m_takeItem(*m_path.back());
 }
 
+size_t ElementBuilder::room() const
+{
+    return maximumSourceSize - std::min(m_path.back()->text.size(), size_t(maximumSourceSize));
+}
+
 bool ElementBuilder::text(std::string_view text, bool isLiteral)
 {
     if (m_ignored > 0 || m_path.empty())
         return true;
     Element &element = *m_path.back();
+    const std::string_view part = beginning(text, room());
     if (element.hasMarkup && !isLiteral)
-        appendEscaped(element.text, text);
+        appendEscaped(element.text, part);
     else
-        element.text += text;
+        element.text += part;
     return true;
 }
 

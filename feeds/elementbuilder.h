@@ -34,6 +34,8 @@ private:
     void startMarkup(const XmlTag &tag);
     void endMarkup();
     void endItem();
+    /// The number of bytes that the text of the current element may still grow by.
+    size_t room() const;
 
     const std::function<void(const Element &)> m_takeItem;
     Element m_root;

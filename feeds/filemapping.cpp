@@ -118,7 +118,7 @@ void keepBest(QVector<Rendition> &renditions, const Rendition &candidate)
             known = candidate;
         return;
     }
-    if (renditions.size() < maximumFiles)
+    if (renditions.size() <= maximumFiles)
         renditions.append(candidate);
 }
 
@@ -156,7 +156,8 @@ void add(QVector<FileRecord> &files, const FileRecord &file)
         known.mimeType = known.mimeType.isEmpty() ? file.mimeType : known.mimeType;
         return;
     }
-    if (files.size() < maximumFiles)
+    // One too many shows that some were left out.
+    if (files.size() <= maximumFiles)
         files.append(file);
 }
 

@@ -3,6 +3,7 @@
 
 #include "feeddate.h"
 #include "feedlimits.h"
+#include "itemlist.h"
 #include "markup.h"
 #include "webaddress.h"
 
@@ -41,7 +42,7 @@ QJsonValue valueOf(const QJsonObject &object, const char *name) { return object.
 
 QString textOf(const QJsonObject &object, const char *name)
 {
-    return cleanText(valueOf(object, name).toString()).trimmed();
+    return cleanText(valueOf(object, name).toString().left(maximumSourceSize)).trimmed();
 }
 
 QString lineOf(const QJsonObject &object, const char *name) { return textOf(object, name).simplified(); }
@@ -121,11 +122,14 @@ QVector<FileRecord> filesOf(const QJsonObject &item)
     const QJsonArray attachments = valueOf(item, "attachments").toArray();
     QVector<FileRecord> files;
     for (const QJsonValue &attachment : attachments) {
+        // One too many shows that some were left out.
+        if (files.size() > maximumFiles)
+            break;
         const FileRecord file = fileOf(attachment.toObject());
         if (!file.address.text.isEmpty())
             files.append(file);
     }
-    return files.mid(0, maximumFiles);
+    return files;
 }
 
 /// Fills the texts of \a record. The summary is the text if there is no other.
@@ -184,13 +188,29 @@ FeedRecord feedOf(const QJsonObject &feed)
 
     const QStringList authors = authorsOf(feed);
     const QJsonArray items = valueOf(feed, "items").toArray();
+    ItemList list;
     for (const QJsonValue &item : items) {
         if (item.isObject())
-            record.items.push_back(itemOf(item.toObject(), authors));
+            list.add(itemOf(item.toObject(), authors));
     }
-    if (record.items.empty())
-        record.notes.append(QStringLiteral("has no items"));
+    list.moveTo(record);
     return record;
+}
+
+// A value of two bytes takes a hundred times as much when it is parsed.
+bool hasManyValues(const QByteArray &document)
+{
+    int values = 0;
+    bool isText = false;
+    for (auto at = document.begin(); at != document.end() && values <= maximumValues; ++at) {
+        if (*at == '"')
+            isText = !isText;
+        else if (isText && *at == '\\' && at + 1 != document.end())
+            ++at;
+        else if (!isText && (*at == ',' || *at == ':' || *at == '[' || *at == '{'))
+            ++values;
+    }
+    return values > maximumValues;
 }
 
 bool isFeed(const QJsonObject &object)
@@ -203,6 +223,9 @@ bool isFeed(const QJsonObject &object)
 
 tl::expected<FeedRecord, FeedRefusal> readJsonFeed(const QByteArray &document)
 {
+    if (hasManyValues(document))
+        return tl::make_unexpected(FeedRefusal{
+            QStringLiteral("the document is too complex: it has more than %1 values").arg(maximumValues)});
     QJsonParseError error;
     const QJsonObject feed = QJsonDocument::fromJson(document, &error).object();
     if (error.error != QJsonParseError::NoError) {

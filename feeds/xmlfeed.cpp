@@ -3,6 +3,7 @@
 
 #include "channelmapping.h"
 #include "elementbuilder.h"
+#include "itemlist.h"
 #include "itemmapping.h"
 #include "parsingcost.h"
 #include "rootelement.h"
@@ -14,15 +15,17 @@ namespace Tidel {
 
 namespace {
 
+constexpr int maximumShownName = 100;
+
 /// What was read of a document.
 struct Reading
 {
-    std::vector<ItemRecord> items;
-    ElementBuilder builder{[this](const Element &item) { items.push_back(mapItem(item)); }};
+    ItemList items;
+    ElementBuilder builder{[this](const Element &item) { items.add(mapItem(item)); }};
     XmlOutcome outcome;
 };
 
-std::unique_ptr<Reading> read(const QByteArray &document, OnXmlError onError)
+std::unique_ptr<Reading> read(std::string_view document, OnXmlError onError)
 {
     auto reading = std::make_unique<Reading>();
     reading->outcome = parseXml(document, onError, reading->builder);
@@ -56,10 +59,10 @@ QString obstacleOf(const Reading &reading)
         return QStringLiteral("the document is not a feed: it is neither XML nor JSON");
     if (root.name == "encrypteddata")
         return QStringLiteral("the document is encrypted");
-    const bool isEmpty = reading.items.empty() && !root.find({Vocabulary::Core, "channel"});
+    const bool isEmpty = reading.items.isEmpty() && !root.find({Vocabulary::Core, "channel"});
     if (!isRootOfFeed(root.name) || (root.name != "feed" && isEmpty))
         return QStringLiteral("the document is XML but not a feed: its root element is <%1>")
-            .arg(QString::fromStdString(root.name));
+            .arg(QString::fromStdString(root.name).left(maximumShownName));
     return QString();
 }
 
@@ -79,22 +82,23 @@ tl::expected<FeedRecord, FeedRefusal> readXmlFeed(const QByteArray &document)
     FeedRecord feed;
     std::unique_ptr<Reading> reading;
     if (!isCostlyToParse(view(document)))
-        reading = read(document, OnXmlError::Stop);
+        reading = read(view(document), OnXmlError::Stop);
     if (!reading || reading->outcome.needsMending() || !reading->builder.obstacle().isEmpty()) {
         const QString error = reading ? errorOf(*reading) : QStringLiteral("it declares too much");
         if (!error.isEmpty())
             feed.notes.append(QStringLiteral("was not well-formed: ") + error);
         reading.reset();
-        reading = read(XmlMender::mended(document), OnXmlError::GoOn);
+        const std::optional<std::string> mended = XmlMender::mended(view(document));
+        if (!mended)
+            return refusal(QStringLiteral("the document is too complex: too much of it must be mended"));
+        reading = read(*mended, OnXmlError::GoOn);
     }
     const QString obstacle = obstacleOf(*reading);
     if (!obstacle.isEmpty())
         return refusal(obstacle);
     feed.format = formatOf(reading->builder.root());
-    feed.items = std::move(reading->items);
+    reading->items.moveTo(feed);
     mapChannel(reading->builder.root(), feed);
-    if (feed.items.empty())
-        feed.notes.append(QStringLiteral("has no items"));
     return feed;
 }
 

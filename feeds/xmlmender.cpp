@@ -32,18 +32,20 @@ unsigned codeOfEntity(std::string_view name)
 
 } // namespace
 
-QByteArray XmlMender::mended(const QByteArray &document)
+std::optional<std::string> XmlMender::mended(std::string_view document)
 {
-    XmlMender mender({document.constData(), size_t(document.size())});
-    mender.m_mended.reserve(size_t(document.size()) + 1024);
+    XmlMender mender(document);
+    mender.m_mended.reserve(mender.m_capacity);
     mender.mendDocument();
-    return QByteArray::fromStdString(mender.m_mended);
+    if (mender.isTooLarge())
+        return std::nullopt;
+    return std::move(mender.m_mended);
 }
 
 void XmlMender::mendDocument()
 {
     skipTo(startOfFeed(m_text));
-    while (m_at < m_text.size() && !m_isOver) {
+    while (m_at < m_text.size() && !m_isOver && !isTooLarge()) {
         const size_t markup = find("<");
         if (m_open.empty())
             skipTo(markup);
@@ -206,7 +208,7 @@ void XmlMender::mendEndTag()
 
 void XmlMender::mendText(size_t end)
 {
-    while (m_at < end) {
+    while (m_at < end && !isTooLarge()) {
         const size_t start = m_at;
         while (m_at < end && isPlainInXml(m_text[m_at]))
             ++m_at;
@@ -252,8 +254,8 @@ void XmlMender::mendNumber()
 {
     const std::string_view rest = m_text.substr(m_at + 2, 16);
     const bool isHex = !rest.empty() && (rest.front() == 'x' || rest.front() == 'X');
-    const std::string digits(
-        leading(rest.substr(isHex ? 1 : 0), [](char c) { return isxdigit(uchar(c)) != 0; }));
+    const std::string digits(leading(rest.substr(isHex ? 1 : 0),
+                                     [](char c) { return isxdigit(static_cast<unsigned char>(c)) != 0; }));
     char *end = nullptr;
     const unsigned long code = strtoul(digits.c_str(), &end, isHex ? 16 : 10);
     const auto used = size_t(end - digits.c_str());

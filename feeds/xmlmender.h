@@ -4,9 +4,8 @@
 
 #include "documenttype.h"
 
-#include <QByteArray>
-
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,8 +30,8 @@ constexpr std::string_view cutInstruction = "tidel-cut";
 class XmlMender
 {
 public:
-    /// Returns \a document, in UTF-8, as well-formed XML.
-    static QByteArray mended(const QByteArray &document);
+    /// Returns \a document, in UTF-8, as well-formed XML; nothing if that is more than twice as large.
+    static std::optional<std::string> mended(std::string_view document);
 
 private:
     explicit XmlMender(std::string_view document) : m_text(document) { }
@@ -59,6 +58,8 @@ private:
     /// @}
 
     void open(std::string_view name);
+    /// Returns true if the result is too large; otherwise returns false.
+    bool isTooLarge() const { return m_mended.size() > 2 * m_capacity; }
     /// Ends the elements inside of the outermost \a depth elements.
     void closeDownTo(size_t depth);
     /// The number of elements around the innermost open element \a name; noElement if none is open.
@@ -71,6 +72,7 @@ private:
     size_t findEnd(std::string_view text) const;
 
     const std::string_view m_text;
+    const size_t m_capacity = m_text.size() + 512 * 1024;
     size_t m_at = 0;
     std::string m_mended;
     std::vector<std::string_view> m_open; ///< The names of the open elements.

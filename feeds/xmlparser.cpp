@@ -7,7 +7,6 @@
 #include <libxml/parser.h>
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 
 namespace Tidel {
@@ -31,7 +30,8 @@ struct ContextDeleter
 /// What is wrong, for a person.
 QString reasonOf(const xmlError &error)
 {
-    const QString message = QString::fromUtf8(error.message).simplified();
+    // The message may contain a name of the document, of any length.
+    const QString message = QString::fromUtf8(error.message).simplified().left(200);
     if (message.startsWith(QLatin1String("StartTag")))
         return QStringLiteral("a < that begins no tag");
     if (error.code == XML_ERR_ENTITYREF_SEMICOL_MISSING
@@ -45,9 +45,8 @@ QString reasonOf(const xmlError &error)
 class XmlParsing
 {
 public:
-    XmlParsing(const QByteArray &document, OnXmlError onError, XmlHandler &handler)
-        : m_document(document), m_onError(onError), m_handler(handler),
-          m_textLimit(size_t(document.size()) + 1048576)
+    XmlParsing(std::string_view document, OnXmlError onError, XmlHandler &handler)
+        : m_document(document), m_onError(onError), m_handler(handler), m_textLimit(document.size() + 1048576)
     {
     }
 
@@ -76,12 +75,12 @@ private:
     bool count(size_t size);
     void goOnIf(bool isWanted);
 
-    const QByteArray &m_document;
+    const std::string_view m_document;
     const OnXmlError m_onError;
     XmlHandler &m_handler;
     const size_t m_textLimit;
     std::unique_ptr<xmlParserCtxt, ContextDeleter> m_context;
-    int m_position = 0;
+    size_t m_position = 0;
     size_t m_textSize = 0;
     std::vector<XmlTag::Attribute> m_attributes;
     XmlOutcome m_outcome;
@@ -124,10 +123,9 @@ XmlOutcome XmlParsing::run()
 int XmlParsing::read(void *parsing, char *buffer, int size)
 {
     auto &self = *static_cast<XmlParsing *>(parsing);
-    const int available = std::min(size, int(self.m_document.size()) - self.m_position);
-    memcpy(buffer, self.m_document.constData() + self.m_position, size_t(available));
+    const size_t available = self.m_document.copy(buffer, size_t(size), self.m_position);
     self.m_position += available;
-    return available;
+    return int(available);
 }
 
 void XmlParsing::startElement(void *context, const xmlChar *name, const xmlChar *prefix, const xmlChar *uri,
@@ -138,11 +136,11 @@ void XmlParsing::startElement(void *context, const xmlChar *name, const xmlChar 
     constexpr int step = 5;
     XmlParsing &self = of(context);
     self.m_attributes.clear();
-    size_t size = 0;
+    size_t size = view(name).size();
     for (const xmlChar **value = values; value < values + ptrdiff_t(count) * step; value += step) {
         const auto *const text = reinterpret_cast<const char *>(value[3]);
         self.m_attributes.push_back({view(value[1]), view(value[0]), {text, size_t(value[4] - value[3])}});
-        size += self.m_attributes.back().value.size();
+        size += self.m_attributes.back().name.size() + self.m_attributes.back().value.size();
     }
     if (self.count(size))
         self.goOnIf(self.m_handler.startElement({view(uri), view(prefix), view(name), self.m_attributes}));
@@ -219,7 +217,7 @@ void XmlParsing::goOnIf(bool isWanted)
 
 } // namespace
 
-XmlOutcome parseXml(const QByteArray &document, OnXmlError onError, XmlHandler &handler)
+XmlOutcome parseXml(std::string_view document, OnXmlError onError, XmlHandler &handler)
 {
     return XmlParsing(document, onError, handler).run();
 }

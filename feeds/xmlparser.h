@@ -2,7 +2,6 @@
 #ifndef TIDEL_XMLPARSER_H
 #define TIDEL_XMLPARSER_H
 
-#include <QByteArray>
 #include <QString>
 
 #include <string_view>
@@ -60,7 +59,7 @@ struct XmlOutcome
 };
 
 /// Parses  document, in UTF-8, for  handler. Never opens a file or connection for the document.
-XmlOutcome parseXml(const QByteArray &document, OnXmlError onError, XmlHandler &handler);
+XmlOutcome parseXml(std::string_view document, OnXmlError onError, XmlHandler &handler);
 
 } // namespace Tidel
 
