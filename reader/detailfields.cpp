@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "detailfields_p.h"
 
+#include "detaillimits_p.h"
 #include "statements_p.h"
 
 #include <algorithm>
@@ -9,9 +10,6 @@
 namespace Tidel {
 
 namespace {
-
-constexpr int maximumValues = 50;
-constexpr int maximumLength = 4000;
 
 /// A field and the property that it is stored as. A list is stored as one value for each element.
 template <typename Details> struct Field
@@ -69,8 +67,9 @@ template <> const QVector<Field<ChannelDetails>> &fields()
 /// The beginning of \a text, which does not end within a character.
 QString limited(const QString &text)
 {
-    const bool isCut = text.size() > maximumLength && text.at(maximumLength - 1).isHighSurrogate();
-    return text.left(isCut ? maximumLength - 1 : maximumLength);
+    const bool isCut =
+        text.size() > maximumDetailLength && text.at(maximumDetailLength - 1).isHighSurrogate();
+    return text.left(isCut ? maximumDetailLength - 1 : maximumDetailLength);
 }
 
 QVariantList valuesOf(const QString &text)
@@ -81,7 +80,7 @@ QVariantList valuesOf(const QString &text)
 QVariantList valuesOf(const QStringList &texts)
 {
     QVariantList values;
-    for (const QString &text : texts.mid(0, maximumValues)) {
+    for (const QString &text : texts.mid(0, maximumDetailValues)) {
         if (!text.isEmpty() && !values.contains(limited(text)))
             values.append(limited(text));
     }
@@ -96,7 +95,7 @@ QVariantList valuesOf(const Link &link)
 QVariantList valuesOf(const QUrl &url)
 {
     const QString text = Link::encoded(url);
-    return text.size() > maximumLength ? QVariantList() : valuesOf(text);
+    return text.size() > maximumDetailLength ? QVariantList() : valuesOf(text);
 }
 
 // The store keeps whole seconds.
@@ -111,7 +110,7 @@ QVariantList valuesOf(int number) { return number == 0 ? QVariantList() : QVaria
 QVariantList valuesOf(const QList<int> &numbers)
 {
     QVariantList values;
-    for (const int number : numbers.mid(0, maximumValues)) {
+    for (const int number : numbers.mid(0, maximumDetailValues)) {
         if (!values.contains(number))
             values.append(number);
     }

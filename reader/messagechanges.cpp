@@ -27,12 +27,17 @@ MessageChanges::MessageChanges(StorePrivate &store, const QString &channelUri)
 {
 }
 
+bool MessageChanges::saysSame(const KnownMessage &known, const QString &digest)
+{
+    return !known.digest.isEmpty() && content(known.digest) == content(digest);
+}
+
 void MessageChanges::add(const StorableMessage &message, const KnownMessage &known)
 {
     if (!message.key().isEmpty() && !known.hasKey)
         m_text += Statements::insertDetails(known.uri, {{Statements::itemKey, message.key()}});
     const QString said = digest(message.message(), m_channelUri);
-    if (known.digest.isEmpty() || content(known.digest) != content(said))
+    if (!saysSame(known, said))
         m_candidates.append({message, known, said});
 }
 

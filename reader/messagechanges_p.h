@@ -23,6 +23,9 @@ class MessageChanges
 public:
     MessageChanges(StorePrivate &store, const QString &channelUri);
 
+    /// Returns true if \a digest is that of what the store has of \a known; otherwise returns false.
+    static bool saysSame(const KnownMessage &known, const QString &digest);
+
     /// Considers \a message, which the store knows as \a known.
     void add(const StorableMessage &message, const KnownMessage &known);
     /// Compares what was added with what the store has. Asks nothing if all digests are those of the store.

@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "messagewriter.h"
 
+#include "likeness_p.h"
 #include "messageupdate_p.h"
 #include "statements_p.h"
+
+#include <algorithm>
 
 namespace Tidel {
 
 namespace {
 
 const char *const attempt = "add messages to the store";
+// In characters. While one update runs, other programs wait and this one hears no signal.
+constexpr int maximumWeight = 250 * 1000;
 
 Failure failure(Error::Kind kind, const char *reason)
 {
@@ -40,6 +45,13 @@ public:
     }
 
     const WrittenMessages &written() const { return m_written; }
+
+    static const KnownMessage *knownMessage(const StorableMessage &message, const LinkUse &use,
+                                            const KnownItems &items)
+    {
+        const KnownMessage *known = items.message(message.key());
+        return known ? known : use.message(message.link().toString());
+    }
 
 private:
     Result<void> writeAtOnce(const QList<StorableMessage> &messages)
@@ -85,9 +97,7 @@ private:
              const QSet<QString> &seen) const
     {
         const QString link = message.link().toString();
-        const KnownMessage *known = m_items.message(message.key());
-        if (!known)
-            known = use.message(link);
+        const KnownMessage *known = knownMessage(message, use, m_items);
         if (seen.contains(link) || m_links.contains(link))
             update->addEnclosures(message);
         else if (known)
@@ -108,6 +118,24 @@ private:
 
 MessageWriter::MessageWriter(const Store &store) : m_store(store) { }
 
+int MessageWriter::groupSize(const QList<StorableMessage> &messages, int from)
+{
+    const int most = std::min(chunkSize, int(messages.size()) - from);
+    int size = 1;
+    int weight = messages.at(from).weight();
+    while (size < most && (weight += messages.at(from + size).weight()) <= maximumWeight)
+        ++size;
+    return size;
+}
+
+bool MessageWriter::isStored(const StorableMessage &message, const QString &channelUri, const LinkUse &use,
+                             const KnownItems &items)
+{
+    const KnownMessage *known = Groups::knownMessage(message, use, items);
+    return known && (known->hasKey || message.key().isEmpty())
+        && MessageChanges::saysSame(*known, digest(message.message(), channelUri));
+}
+
 Result<void> MessageWriter::write(const QList<StorableMessage> &messages, const QString &channelUri,
                                   const LinkUse &use, const KnownItems &items, WrittenMessages *written)
 {
@@ -117,8 +145,9 @@ Result<void> MessageWriter::write(const QList<StorableMessage> &messages, const 
         return failure(Error::NotFound, "no such channel");
     Groups groups(m_store, channelUri, use, items);
     Result<void> result;
-    for (int from = 0; from < messages.size(); from += chunkSize) {
-        const Result<void> done = groups.write(messages.mid(from, chunkSize));
+    for (int from = 0, size = 0; from < messages.size(); from += size) {
+        size = groupSize(messages, from);
+        const Result<void> done = groups.write(messages.mid(from, size));
         if (!done && result)
             result = done;
         // Each further try could wait as long for the store as this one.

@@ -21,7 +21,7 @@ struct WrittenMessages
 };
 
 /**
- * Stores the messages of a feed under its channel, a hundred with one update.
+ * Stores the messages of a feed under its channel, up to a hundred with one update.
  *
  * - A message is stored together with its enclosures or not at all.
  * - A message of another channel becomes a message of this channel too, and gets the enclosures that it
@@ -38,6 +38,14 @@ class TIDELREADER_EXPORT MessageWriter
 public:
     /// Works on \a store.
     explicit MessageWriter(const Store &store);
+
+    /// The number of \a messages from \a from on that write() stores with one update: at most a hundred, and
+    /// fewer if the statement would become long, but at least one.
+    static int groupSize(const QList<StorableMessage> &messages, int from);
+    /// Returns true if the channel \a channelUri has \a message as \a use and \a items say, so that write()
+    /// would change nothing; otherwise returns false.
+    static bool isStored(const StorableMessage &message, const QString &channelUri, const LinkUse &use,
+                         const KnownItems &items);
 
     /// Stores \a messages under the channel \a channelUri; of several with the same link the texts of the
     /// first one. \a use says what their links are used for. \a items says which keys the store knows; a

@@ -62,6 +62,8 @@ public:
     MessageDetails details() const;
     /// What the feed says in addition of the enclosure with the remote URL \a remoteUrl.
     EnclosureDetails enclosureDetails(const QString &remoteUrl) const;
+    /// About how many characters of a statement store the message and its enclosures.
+    int weight() const;
 
 private:
     QSharedDataPointer<StorableMessagePrivate> d;

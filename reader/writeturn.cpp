@@ -7,6 +7,8 @@
 #include <QCoreApplication>
 #include <QStandardPaths>
 
+#include <atomic>
+
 namespace Tidel {
 
 namespace {
@@ -21,6 +23,8 @@ Failure failure(const QString &reason)
 {
     return Failure(Error(Error::StoreFailed, QStringLiteral("write to the store"), reason));
 }
+
+std::atomic<int> turns(0);
 
 } // namespace
 
@@ -50,8 +54,11 @@ Result<WriteTurn> WriteTurn::take(int seconds)
     }
     const bool followsOwn = turn->holder().process == QCoreApplication::applicationPid();
     turn->note();
+    ++turns;
     return WriteTurn(std::move(turn), followsOwn);
 }
+
+int WriteTurn::count() { return turns; }
 
 WriteTurn::WriteTurn(std::unique_ptr<FileLock> lock, bool followsOwn)
     : m_lock(std::move(lock)), m_followsOwn(followsOwn)

@@ -39,6 +39,8 @@ public:
     /// Returns true if no other process had a turn since the last one of this process, so that what was asked
     /// in that one or later is still so; otherwise returns false.
     bool followsOwn() const { return m_followsOwn; }
+    /// How many turns this process has had, with the current one.
+    static int count();
 
 private:
     Q_DECL_HIDDEN WriteTurn(std::unique_ptr<FileLock> lock, bool followsOwn);
