@@ -61,6 +61,8 @@ protected:
     /// Called when the transfer has failed. Ends the download with \a outcome.
     virtual void failed(const Outcome &outcome) { finish(outcome); }
 
+    /// Returns true after the end; otherwise returns false.
+    bool isOver() const { return m_isOver; }
     /// Ends the download with \a outcome. Does nothing if it has already ended.
     void finish(const Outcome &outcome = {});
 

@@ -9,6 +9,8 @@
 #include <TidelReader/feeds.h>
 #include <TidelReader/writeturn.h>
 
+#include <QElapsedTimer>
+
 namespace Tidel {
 
 namespace {
@@ -27,10 +29,16 @@ QNetworkRequest conditionalRequest(const QUrl &address, const Validators &known)
     return request;
 }
 
-Outcome channelNotRead(const Error &error, const QString &reasonIfMissing)
+// In milliseconds. For so long the event loop hears nothing, a signal for instance.
+constexpr int maximumPause = 200;
+
+const char *const deletedMeanwhile = "the channel was deleted during the download";
+
+Outcome channelNotRead(const Error &error, const char *reasonIfMissing, const char *advice)
 {
-    return error.kind() == Error::NotFound ? Outcome{FeedDownloadNotFound, reasonIfMissing}
-                                           : storeFailed(error, "try again");
+    return error.kind() == Error::NotFound
+        ? Outcome{FeedDownloadNotFound, QString::fromLatin1(reasonIfMissing)}
+        : storeFailed(error, advice);
 }
 
 /// Returns true if \a outcome ends a subscription, whatever other addresses there are; otherwise returns
@@ -47,6 +55,8 @@ FeedDownload::FeedDownload(const DownloadTools &tools, bool isSubscription)
     : Download(tools), m_isSubscription(isSubscription)
 {
 }
+
+FeedDownload::~FeedDownload() = default;
 
 std::unique_ptr<FeedDownload> FeedDownload::ofNewChannel(const DownloadTools &tools, const QUrl &address)
 {
@@ -87,7 +97,7 @@ Outcome FeedDownload::prepare()
     } else {
         const Result<FeedState> state = Feeds(store()).state(m_channelUri);
         if (!state)
-            return channelNotRead(state.error(), QStringLiteral("no such channel"));
+            return channelNotRead(state.error(), "no such channel", "try again");
         m_address = QUrl(state->link());
         m_itemBase = state->itemBase();
         m_known = {state->entityTag(), state->lastModified()};
@@ -134,8 +144,16 @@ void FeedDownload::read(const FeedDocument &document)
     }
     if (!m_itemBase.isEmpty())
         feed->nameItemsAfter(m_itemBase);
-    finish(m_isSubscription ? addChannel(*feed, document.validators)
-                            : addMessages(*feed, document.validators));
+    m_feed = std::make_unique<ParsedFeed>(std::move(*feed));
+    FeedMemory memory;
+    const Outcome begun = m_isSubscription ? addChannel() : remember(&memory);
+    if (!begun.isFine()) {
+        finish(begun);
+        return;
+    }
+    m_writer = std::make_unique<FeedWriter>(store(), m_channelUri, m_isSubscription);
+    m_writer->begin(*m_feed, document.validators, memory);
+    writeSome();
 }
 
 void FeedDownload::failed(const Outcome &outcome)
@@ -162,41 +180,62 @@ QVector<FeedLink> FeedDownload::foundFeeds() const
     return isGuessed ? QVector<FeedLink>{{QString(), m_address}} : m_page->feeds();
 }
 
-Outcome FeedDownload::addChannel(const ParsedFeed &feed, const Validators &validators)
+Outcome FeedDownload::addChannel()
 {
-    const Result<QString> added =
-        WriteTurn::take().and_then([&](const WriteTurn &) { return Channels(store()).add(feed.channel()); });
+    const Result<QString> added = WriteTurn::take().and_then(
+        [&](const WriteTurn &) { return Channels(store()).add(m_feed->channel()); });
     if (!added && added.error().kind() == Error::AlreadyStored)
         return {FeedDownloadAlreadyStored, added.error().reason()};
     if (!added)
         return storeFailed(added.error(), "try again");
     m_channelUri = *added;
-    const Result<void> written = write(feed, validators, {});
-    return written ? Outcome() : storeFailed(written.error(), "the channel is subscribed, refresh it");
+    return {};
 }
 
-Outcome FeedDownload::addMessages(const ParsedFeed &feed, const Validators &validators)
+Outcome FeedDownload::remember(FeedMemory *memory) const
 {
-    const Result<FeedMemory> memory = WriteTurn::take().and_then([&](const WriteTurn &) {
+    const Result<FeedMemory> remembered = WriteTurn::take().and_then([&](const WriteTurn &) {
         return Feeds(store()).state(m_channelUri).and_then([&](const FeedState &) {
             return Feeds(store()).memory(m_channelUri);
         });
     });
-    const Result<void> written =
-        memory.and_then([&](const FeedMemory &remembered) { return write(feed, validators, remembered); });
-    if (!written && written.error().kind() == Error::NotFound)
-        return {FeedDownloadNotFound, QStringLiteral("the channel was deleted during the download")};
-    return written ? Outcome() : storeFailed(written.error(), "refresh again");
+    if (!remembered)
+        return channelNotRead(remembered.error(), deletedMeanwhile, "refresh again");
+    *memory = *remembered;
+    return {};
 }
 
-Result<void> FeedDownload::write(const ParsedFeed &feed, const Validators &validators,
-                                 const FeedMemory &memory)
+void FeedDownload::writeSome()
 {
-    FeedWriter writer(store(), m_channelUri, m_isSubscription);
-    const Result<void> written = writer.write(feed, validators, memory);
-    m_written = writer.written();
-    m_newNotes = writer.newNotes();
-    return written;
+    QElapsedTimer time;
+    time.start();
+    while (!isOver() && !m_writer->isOver() && time.elapsed() < maximumPause)
+        m_writer->writeNext();
+    if (isOver())
+        return;
+    if (m_writer->isOver())
+        finish(writingOutcome());
+    else
+        QMetaObject::invokeMethod(this, &FeedDownload::writeSome, Qt::QueuedConnection);
 }
+
+Outcome FeedDownload::writingOutcome() const
+{
+    if (m_writer->result())
+        return {};
+    const Error &error = m_writer->result().error();
+    if (m_isSubscription)
+        return storeFailed(error, "the channel is subscribed, refresh it");
+    return channelNotRead(error, deletedMeanwhile, "refresh again");
+}
+
+QStringList FeedDownload::newMessages() const { return m_writer ? m_writer->written().added : QStringList(); }
+
+QStringList FeedDownload::changedMessages() const
+{
+    return m_writer ? m_writer->written().changed : QStringList();
+}
+
+QStringList FeedDownload::newNotes() const { return m_writer ? m_writer->newNotes() : QStringList(); }
 
 } // namespace Tidel

@@ -11,12 +11,12 @@
 #include <QUrl>
 
 #include <TidelReader/feeds.h>
-#include <TidelReader/messagewriter.h>
 
 #include <optional>
 
 namespace Tidel {
 
+class FeedWriter;
 class ParsedFeed;
 
 /// Downloads a feed and stores it, as a new channel or as new messages of a stored channel.
@@ -25,6 +25,7 @@ class FeedDownload : public Download
     Q_OBJECT
 
 public:
+    ~FeedDownload() override;
     /// Creates the download of the feed at \a address, which is stored as a new channel.
     static std::unique_ptr<FeedDownload> ofNewChannel(const DownloadTools &tools, const QUrl &address);
     /// Creates the download of the feed of the stored channel \a channelUri.
@@ -33,11 +34,11 @@ public:
     void start() override;
 
     /// The links of the messages that are new to the channel, the oldest first.
-    const QStringList &newMessages() const { return m_written.added; }
+    QStringList newMessages() const;
     /// The links of the messages that say something else than before.
-    const QStringList &changedMessages() const { return m_written.changed; }
+    QStringList changedMessages() const;
     /// The notes about the document of a kind that the document before it did not have.
-    const QStringList &newNotes() const { return m_newNotes; }
+    QStringList newNotes() const;
     /// The feeds of the web page that the address of a new channel led to, or the one that was subscribed to
     /// in its place. Empty if the address led to a feed.
     QVector<FeedLink> foundFeeds() const;
@@ -55,14 +56,16 @@ private:
     Outcome prepare();
     /// Reads a local document.
     void readFile();
-    /// Parses \a document, stores the feed and ends the download.
+    /// Parses \a document and begins to store the feed.
     void read(const FeedDocument &document);
-    /// Stores \a feed as a new channel.
-    Outcome addChannel(const ParsedFeed &feed, const Validators &validators);
-    /// Stores what is new in \a feed.
-    Outcome addMessages(const ParsedFeed &feed, const Validators &validators);
-    /// Stores what \a feed says, and then \a validators.
-    Result<void> write(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory);
+    /// Stores the feed as a new channel, without its messages.
+    Outcome addChannel();
+    /// Reads what the store remembers of the channel.
+    Outcome remember(FeedMemory *memory) const;
+    /// Stores messages for a short time, and what is left after the event loop has run.
+    void writeSome();
+    /// How the writing ended.
+    Outcome writingOutcome() const;
 
     const bool m_isSubscription;
     QString m_channelUri;
@@ -71,8 +74,8 @@ private:
     Validators m_known;
     std::optional<WebPage> m_page; // Where m_address comes from, in a subscription.
     QBuffer m_document;
-    WrittenMessages m_written;
-    QStringList m_newNotes;
+    std::unique_ptr<ParsedFeed> m_feed;
+    std::unique_ptr<FeedWriter> m_writer;
 };
 
 } // namespace Tidel

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "feedparser.h"
 
+#include "feedlimits.h"
 #include "linkclaims.h"
 #include "mimetype.h"
 
@@ -18,18 +19,27 @@ unsigned int storableLength(quint64 bytes)
     return bytes <= std::numeric_limits<unsigned int>::max() ? unsigned(bytes) : 0;
 }
 
+/// \a base, without its query if it is long; empty if it is still too long for all links of a feed.
+QUrl usableBase(const QUrl &base)
+{
+    const auto isShort = [](const QUrl &url) { return url.toEncoded().size() <= maximumBaseLength; };
+    const QUrl place = isShort(base) ? base : base.adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment);
+    return isShort(place) ? place : QUrl();
+}
+
 } // namespace
 
 ParsedFeed::ParsedFeed(FeedRecord &&record, const QUrl &link, const QUrl &source)
-    : m_record(std::move(record)), m_link(Link::encoded(link)), m_itemBase(m_link), m_base(source),
-      m_website(page(m_record.website))
+    : m_record(std::move(record)), m_link(Link::encoded(link)), m_itemBase(m_link),
+      m_base(usableBase(source)), m_website(page(m_record.website))
 {
     m_items.reserve(m_record.items.size());
     for (ItemRecord &item : m_record.items)
         m_items.emplace_back(std::move(item));
     m_record.items.clear();
-    if (!m_website.isNull())
-        m_base = m_website.toUrl();
+    const QUrl website = usableBase(m_website.toUrl());
+    if (!website.isEmpty())
+        m_base = website;
 }
 
 tl::expected<ParsedFeed, FeedRefusal> ParsedFeed::parse(const FeedDocument &document, const QUrl &link)

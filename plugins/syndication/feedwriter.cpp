@@ -5,7 +5,6 @@
 
 #include <TidelReader/itemkey.h>
 #include <TidelReader/linkuse.h>
-#include <TidelReader/writeturn.h>
 
 #include <algorithm>
 
@@ -13,15 +12,25 @@ namespace Tidel {
 
 namespace {
 
-/// Puts messages without a date first. They are deleted in the order in which they were stored.
-void sortOldestFirst(QList<StorableMessage> &messages)
+// One refresh stores no more than this, so that no feed fills the store at once or holds up the others.
+constexpr int maximumResources = 15 * 1000; // Messages and enclosures together.
+constexpr int maximumWeight = 32 * 1000 * 1000; // See StorableMessage::weight().
+
+QDateTime dateOf(const ClaimedItem &claimed)
 {
-    std::stable_sort(messages.begin(), messages.end(),
-                     [](const StorableMessage &a, const StorableMessage &b) {
-                         const QDateTime dateOfA = a.message().publishedDate();
-                         const QDateTime dateOfB = b.message().publishedDate();
-                         return dateOfB.isValid() && (!dateOfA.isValid() || dateOfA < dateOfB);
-                     });
+    const ItemRecord &item = claimed.item->record;
+    return item.published.isValid() ? item.published : item.updated;
+}
+
+/// Puts items without a date last.
+void sortNewestFirst(std::vector<ClaimedItem> &items)
+{
+    std::reverse(items.begin(), items.end());
+    std::stable_sort(items.begin(), items.end(), [](const ClaimedItem &a, const ClaimedItem &b) {
+        const QDateTime dateOfA = dateOf(a);
+        const QDateTime dateOfB = dateOf(b);
+        return dateOfA.isValid() && (!dateOfB.isValid() || dateOfA > dateOfB);
+    });
 }
 
 /// What a note is about. The rest names a place, which changes with the document.
@@ -40,21 +49,6 @@ QStringList newKinds(const QStringList &notes, const QStringList &before)
     return added;
 }
 
-// While one group is written, other programs wait.
-constexpr int groupSize = 100;
-
-/// Takes a turn in which the channel exists.
-Result<WriteTurn> takeTurn(const Store &store, const QString &channelUri)
-{
-    Result<WriteTurn> turn = WriteTurn::take();
-    if (!turn || turn->followsOwn())
-        return turn;
-    const Result<FeedState> state = Feeds(store).state(channelUri);
-    if (!state)
-        return Failure(state.error());
-    return turn;
-}
-
 } // namespace
 
 struct FeedWriter::Claims
@@ -64,62 +58,86 @@ struct FeedWriter::Claims
 };
 
 FeedWriter::FeedWriter(const Store &store, const QString &channelUri, bool isNewChannel)
-    : m_store(store), m_channelUri(channelUri), m_isNewChannel(isNewChannel)
+    : m_store(store), m_channelUri(channelUri), m_isNewChannel(isNewChannel), m_turns(WriteTurn::count())
 {
 }
 
-Result<void> FeedWriter::write(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory)
+FeedWriter::~FeedWriter() = default;
+
+void FeedWriter::begin(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory)
 {
+    m_feed = &feed;
+    m_validators = validators;
+    m_memory = memory;
     const QSet<QString> ids = feed.uniqueIds();
     for (const QString &id : ids)
         m_keys.insert(id, itemKey(m_channelUri, id));
     const Result<KnownItems> known =
         m_isNewChannel ? KnownItems() : KnownItems::of(m_store, m_keys.values(), m_channelUri);
-    if (!known)
-        return Failure(known.error());
-    return claim(feed, *known, memory).and_then([&](const Claims &claims) {
-        return writeMessages(feed, claims, *known, memory).and_then([&] {
-            return writeChannel(feed, validators, claims, memory);
-        });
+    m_result = known.and_then([&](const KnownItems &items) {
+        m_known = items;
+        return claim().map([&](Claims &&claims) { m_claims = std::make_unique<Claims>(std::move(claims)); });
     });
+    m_isOver = !m_result;
+    if (m_result)
+        choose();
 }
 
-Result<void> FeedWriter::writeChannel(const ParsedFeed &feed, const Validators &validators,
-                                      const Claims &claims, const FeedMemory &memory)
+void FeedWriter::writeNext()
 {
-    const ChannelDetails details = feed.channelDetails();
-    const Result<WriteTurn> turn = takeTurn(m_store, m_channelUri);
+    if (m_next == m_messages.size()) {
+        if (m_result)
+            m_result = writeChannel();
+        m_isOver = true;
+        return;
+    }
+    const int size = MessageWriter::groupSize(m_messages, m_next);
+    const Result<void> done = writeGroup(m_messages.mid(m_next, size));
+    m_next += size;
+    if (!done && m_result)
+        m_result = done;
+    // The other groups may be without the values that the store refuses.
+    m_isOver = !done && done.error().kind() != Error::StoreRefused;
+}
+
+Result<void> FeedWriter::writeChannel()
+{
+    ChannelDetails details = m_feed->channelDetails();
+    if (m_leavesMessages)
+        details.notes.append(QStringLiteral("has more new messages than one refresh stores: refresh again"));
+    // With the validators, the server would not send the rest.
+    const Validators validators = m_leavesMessages ? Validators() : m_validators;
+    const Result<WriteTurn> turn = takeTurn();
     if (!turn)
         return Failure(turn.error());
     return Feeds(m_store)
-        .noteReading(m_channelUri, validators.entityTag, validators.lastModified, details, memory)
+        .noteReading(m_channelUri, validators.entityTag, validators.lastModified, details, m_memory)
         .and_then([&] {
-            m_newNotes = newKinds(details.notes, memory.details.notes);
-            return forgetDropped(claims, memory);
+            m_newNotes = newKinds(details.notes, m_memory.details.notes);
+            return forgetDropped();
         });
 }
 
 QString FeedWriter::keyOf(const NamedItem &item) const { return m_keys.value(item.record.id); }
 
-bool FeedWriter::isDropped(const ClaimedItem &claimed, const FeedMemory &memory) const
+bool FeedWriter::isDropped(const ClaimedItem &claimed) const
 {
-    return memory.droppedKeys.contains(keyOf(*claimed.item))
-        || memory.droppedLinks.contains(claimed.link.toString());
+    return m_memory.droppedKeys.contains(keyOf(*claimed.item))
+        || m_memory.droppedLinks.contains(claimed.link.toString());
 }
 
-Result<FeedWriter::Claims> FeedWriter::claim(const ParsedFeed &feed, const KnownItems &known,
-                                             const FeedMemory &memory) const
+Result<FeedWriter::Claims> FeedWriter::claim() const
 {
     QSet<QString> reserved;
     QHash<QString, Link> older; // Links of their own that items have in a store without keys, by key.
     const auto storedLink = [&](const NamedItem &item) {
         const QString key = keyOf(item);
-        const Link link = known.link(key);
+        const Link link = m_known.link(key);
         return link.isNull() ? older.value(key) : link;
     };
     while (true) {
-        std::vector<ClaimedItem> items = feed.claimedItems(reserved, storedLink);
-        const Result<LinkUse> use = askAbout(items, known);
+        std::vector<ClaimedItem> items = m_feed->claimedItems(reserved, storedLink);
+        const Result<LinkUse> use = askAbout(items);
         if (!use)
             return Failure(use.error());
         const Result<LinkUse> ownUse = askAboutOwnLinks(items, *use);
@@ -131,7 +149,7 @@ Result<FeedWriter::Claims> FeedWriter::claim(const ParsedFeed &feed, const Known
             if (!storedLink(*claimed.item).isNull())
                 continue;
             const bool isKnown =
-                use->isInChannel(claimed.link) || memory.droppedLinks.contains(claimed.link.toString());
+                use->isInChannel(claimed.link) || m_memory.droppedLinks.contains(claimed.link.toString());
             const bool isOfOlderItem = mayBeOfOlderItem(claimed, *use);
             const Link own = isOfOlderItem ? claimed.link.forItem(claimed.item->id) : Link();
             if (isOfOlderItem && ownUse->isInChannel(own) && !ownUse->isOfKnownItem(own))
@@ -151,11 +169,11 @@ bool FeedWriter::mayBeOfOlderItem(const ClaimedItem &claimed, const LinkUse &use
         && !use.isOfKnownItem(claimed.link);
 }
 
-Result<LinkUse> FeedWriter::askAbout(const std::vector<ClaimedItem> &items, const KnownItems &known) const
+Result<LinkUse> FeedWriter::askAbout(const std::vector<ClaimedItem> &items) const
 {
     QList<Link> links;
     for (const ClaimedItem &claimed : items) {
-        if (known.link(keyOf(*claimed.item)).isNull())
+        if (m_known.link(keyOf(*claimed.item)).isNull())
             links.append(claimed.link);
     }
     return LinkUse::of(m_store, links, m_channelUri);
@@ -171,42 +189,55 @@ Result<LinkUse> FeedWriter::askAboutOwnLinks(const std::vector<ClaimedItem> &ite
     return LinkUse::of(m_store, links, m_channelUri);
 }
 
-Result<void> FeedWriter::writeMessages(const ParsedFeed &feed, const Claims &claims, const KnownItems &known,
-                                       const FeedMemory &memory)
+// Messages are deleted in the order in which they were stored, so that the oldest are stored first.
+void FeedWriter::choose()
 {
-    QList<StorableMessage> messages;
-    for (const ClaimedItem &claimed : claims.items) {
-        if (isDropped(claimed, memory))
+    std::vector<ClaimedItem> items = m_claims->items;
+    sortNewestFirst(items);
+    int resources = 0;
+    int weight = 0;
+    for (const ClaimedItem &claimed : items) {
+        if (isDropped(claimed))
             continue;
-        StorableMessage message = feed.message(claimed);
+        StorableMessage message = m_feed->message(claimed);
         message.setKey(keyOf(*claimed.item));
-        messages.append(message);
-    }
-    sortOldestFirst(messages);
-    Result<void> result;
-    for (int from = 0; from < messages.size(); from += groupSize) {
-        const Result<void> done = writeGroup(messages.mid(from, groupSize), claims.use, known);
-        if (!done && result)
-            result = done;
-        // The other groups may be without the values that the store refuses.
-        if (!done && done.error().kind() != Error::StoreRefused)
+        if (MessageWriter::isStored(message, m_channelUri, m_claims->use, m_known))
+            continue;
+        resources += 1 + int(message.message().enclosures().size());
+        weight += message.weight();
+        m_leavesMessages = resources > maximumResources || (weight > maximumWeight && !m_messages.isEmpty());
+        if (m_leavesMessages)
             break;
+        m_messages.append(message);
     }
-    return result;
+    std::reverse(m_messages.begin(), m_messages.end());
 }
 
-Result<void> FeedWriter::writeGroup(const QList<StorableMessage> &messages, const LinkUse &use,
-                                    const KnownItems &known)
+Result<WriteTurn> FeedWriter::takeTurn()
 {
-    const Result<WriteTurn> turn = takeTurn(m_store, m_channelUri);
+    Result<WriteTurn> turn = WriteTurn::take();
+    if (!turn)
+        return turn;
+    m_isAlone = m_isAlone && turn->followsOwn() && WriteTurn::count() == m_turns + 1;
+    m_turns = WriteTurn::count();
+    if (m_isAlone)
+        return turn;
+    const Result<FeedState> state = Feeds(m_store).state(m_channelUri);
+    if (!state)
+        return Failure(state.error());
+    return turn;
+}
+
+Result<void> FeedWriter::writeGroup(const QList<StorableMessage> &messages)
+{
+    const Result<WriteTurn> turn = takeTurn();
     if (!turn)
         return Failure(turn.error());
-    return turn->followsOwn() && m_isAlone ? store(messages, use, known) : writeAfterOthers(messages);
+    return m_isAlone ? store(messages, m_claims->use, m_known) : writeAfterOthers(messages);
 }
 
 Result<void> FeedWriter::writeAfterOthers(const QList<StorableMessage> &messages)
 {
-    m_isAlone = false;
     const Result<FeedMemory> memory = Feeds(m_store).memory(m_channelUri);
     if (!memory)
         return Failure(memory.error());
@@ -239,11 +270,11 @@ Result<void> FeedWriter::store(const QList<StorableMessage> &messages, const Lin
     return done;
 }
 
-Result<void> FeedWriter::forgetDropped(const Claims &claims, const FeedMemory &memory)
+Result<void> FeedWriter::forgetDropped()
 {
-    QSet<QString> links = memory.droppedLinks;
-    QSet<QString> keys = memory.droppedKeys;
-    for (const ClaimedItem &claimed : claims.items) {
+    QSet<QString> links = m_memory.droppedLinks;
+    QSet<QString> keys = m_memory.droppedKeys;
+    for (const ClaimedItem &claimed : m_claims->items) {
         links.remove(claimed.link.toString());
         keys.remove(keyOf(*claimed.item));
     }

@@ -9,7 +9,9 @@
 #include <TidelReader/feeds.h>
 #include <TidelReader/knownitems.h>
 #include <TidelReader/messagewriter.h>
+#include <TidelReader/writeturn.h>
 
+#include <memory>
 #include <vector>
 
 namespace Tidel {
@@ -30,11 +32,20 @@ public:
     /// Writes to the channel \a channelUri, which exists. If \a isNewChannel is true, it has no messages.
     FeedWriter(const Store &store, const QString &channelUri, bool isNewChannel);
 
-    /// Stores the messages of \a feed that the channel neither has nor has dropped, changes those that say
-    /// something else, and then stores \a validators. \a memory is what the store remembers of the channel.
-    /// Takes a WriteTurn for each hundred messages; the last turn of this process was the one in which
-    /// \a memory was read. Fails with Error::NotFound if the channel is deleted in the meantime.
-    Result<void> write(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory);
+    /// Destroys the writer. What is not written yet is not stored.
+    ~FeedWriter();
+
+    /// Finds out which messages of \a feed the channel lacks and which say something else. \a feed must
+    /// outlive this object. \a memory is what the store remembers of the channel; it was read in the last
+    /// turn of this process.
+    void begin(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory);
+    /// Stores the next messages in one WriteTurn. After the last ones stores what the feed says of itself,
+    /// with the validators. The process may do something else between two calls.
+    void writeNext();
+    /// Returns true if everything is written or the store has failed; otherwise returns false.
+    bool isOver() const { return m_isOver; }
+    /// The first failure. The kind is Error::NotFound if the channel was deleted in the meantime.
+    const Result<void> &result() const { return m_result; }
 
     /// The links of the messages that are new to the channel or changed, the oldest first.
     const WrittenMessages &written() const { return m_written; }
@@ -47,38 +58,50 @@ private:
 
     /// The key of \a item; empty if it has none.
     QString keyOf(const NamedItem &item) const;
-    bool isDropped(const ClaimedItem &claimed, const FeedMemory &memory) const;
+    bool isDropped(const ClaimedItem &claimed) const;
     /// Gives each item a link: the one under which it is stored, or one that nothing else has.
-    Result<Claims> claim(const ParsedFeed &feed, const KnownItems &known, const FeedMemory &memory) const;
-    /// Asks about the links of those \a items that are not \a known.
-    Result<LinkUse> askAbout(const std::vector<ClaimedItem> &items, const KnownItems &known) const;
+    Result<Claims> claim() const;
+    /// Asks about the links of those \a items that are not known.
+    Result<LinkUse> askAbout(const std::vector<ClaimedItem> &items) const;
     /// Asks about the links of their own that \a items may have in a store without keys.
     Result<LinkUse> askAboutOwnLinks(const std::vector<ClaimedItem> &items, const LinkUse &use) const;
     /// Returns true if the link of \a claimed may be that of another item in a store without keys; otherwise
     /// returns false.
     bool mayBeOfOlderItem(const ClaimedItem &claimed, const LinkUse &use) const;
-    /// Stores the messages of \a claims.
-    Result<void> writeMessages(const ParsedFeed &feed, const Claims &claims, const KnownItems &known,
-                               const FeedMemory &memory);
-    /// Stores some messages, at most a hundred, in one turn.
-    Result<void> writeGroup(const QList<StorableMessage> &messages, const LinkUse &use,
-                            const KnownItems &known);
+    /// Chooses the messages that the channel lacks or has otherwise. If there are more than one refresh
+    /// stores, chooses the newest ones.
+    void choose();
+    /// Takes a turn in which the channel exists.
+    Result<WriteTurn> takeTurn();
+    /// Stores \a messages in one turn.
+    Result<void> writeGroup(const QList<StorableMessage> &messages);
     /// As writeGroup(), after another process may have changed the store: asks again about \a messages.
     Result<void> writeAfterOthers(const QList<StorableMessage> &messages);
     /// Stores \a messages in the turn of the caller.
     Result<void> store(const QList<StorableMessage> &messages, const LinkUse &use, const KnownItems &known);
-    /// Notes what \a feed says of itself, and forgets the dropped messages that it no longer contains.
-    Result<void> writeChannel(const ParsedFeed &feed, const Validators &validators, const Claims &claims,
-                              const FeedMemory &memory);
+    /// Notes what the feed says of itself, and forgets the dropped messages that it no longer contains.
+    Result<void> writeChannel();
     /// Forgets the dropped messages that the feed no longer contains.
-    Result<void> forgetDropped(const Claims &claims, const FeedMemory &memory);
+    Result<void> forgetDropped();
 
     Store m_store;
     const QString m_channelUri;
     const bool m_isNewChannel;
-    QHash<QString, QString> m_keys; ///< By the identifiers that are unique in the document.
+    const ParsedFeed *m_feed = nullptr;
+    Validators m_validators;
+    FeedMemory m_memory;
+    QHash<QString, QString> m_keys; // By the identifiers that are unique in the document.
+    KnownItems m_known;
+    std::unique_ptr<Claims> m_claims;
+    QList<StorableMessage> m_messages; // The chosen ones, the oldest first.
+    int m_next = 0; // The first message that is not written yet.
+    bool m_leavesMessages = false; // For the next refresh.
+
+    int m_turns; // What WriteTurn::count() was in the last turn of this writer.
+    bool m_isAlone = true; // Nobody else had a turn since the first one of this writer.
+    bool m_isOver = false;
+    Result<void> m_result;
     WrittenMessages m_written;
-    bool m_isAlone = true; // No other process had a turn since the first one of this writer.
     QStringList m_newNotes;
 };
 
