@@ -7,12 +7,12 @@ Download::Download(const DownloadTools &tools) : m_tools(tools) { }
 
 Download::~Download() = default;
 
-Transfer *Download::transfer(const QNetworkRequest &request, QIODevice &target)
+Transfer *Download::transfer(const TransferRequest &request, QIODevice &target)
 {
     // The last transfer may be the one that is just reporting its end.
     if (m_transfer)
         m_transfer.release()->deleteLater();
-    m_transfer = std::make_unique<Transfer>(m_tools.network(), request, m_tools.limits, target);
+    m_transfer = std::make_unique<Transfer>(m_tools.connections, request, m_tools.limits, target);
     connect(m_transfer.get(), &Transfer::finished, this, [this] {
         if (m_transfer->outcome().isFine())
             transferred(*m_transfer);

@@ -9,18 +9,17 @@
 
 #include <TidelReader/store.h>
 
-#include <functional>
 #include <memory>
 
-QT_FORWARD_DECLARE_CLASS(QNetworkAccessManager)
-
 namespace Tidel {
+
+class Connections;
 
 /// What a download needs.
 struct DownloadTools
 {
     Store store; ///< Where the results are stored.
-    std::function<QNetworkAccessManager &()> network; ///< Creates the manager on the first call.
+    std::shared_ptr<Connections> connections; ///< The connections to web servers.
     TransferLimits limits; ///< When the download fails.
 };
 
@@ -55,7 +54,7 @@ protected:
 
     /// Starts a transfer of the answer to \a request into \a target. Calls transferred() or failed(), which
     /// may start another one.
-    Transfer *transfer(const QNetworkRequest &request, QIODevice &target);
+    Transfer *transfer(const TransferRequest &request, QIODevice &target);
     /// Called when the transfer has succeeded.
     virtual void transferred(const Transfer &transfer) = 0;
     /// Called when the transfer has failed. Ends the download with \a outcome.

@@ -56,9 +56,8 @@ void EnclosureDownload::start()
         finish(prepared);
         return;
     }
-    QNetworkRequest request = safeRequest(QUrl(m_enclosure.remoteUrl()));
     // A compressed file must not be decompressed.
-    request.setRawHeader("Accept-Encoding", "identity");
+    const TransferRequest request{QUrl(m_enclosure.remoteUrl()), "*/*", false, {}};
     connect(transfer(request, m_file), &Transfer::progressed, this, &EnclosureDownload::progressed);
 }
 

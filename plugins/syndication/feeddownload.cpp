@@ -18,17 +18,6 @@ namespace {
 const char *const feedTypes = "application/rss+xml, application/atom+xml, application/rdf+xml, "
                               "application/xml;q=0.9, text/xml;q=0.9, */*;q=0.5";
 
-QNetworkRequest conditionalRequest(const QUrl &address, const Validators &known)
-{
-    QNetworkRequest request = safeRequest(address);
-    request.setRawHeader("Accept", feedTypes);
-    if (!known.entityTag.isEmpty())
-        request.setRawHeader("If-None-Match", known.entityTag.toLatin1());
-    if (!known.lastModified.isEmpty())
-        request.setRawHeader("If-Modified-Since", known.lastModified.toLatin1());
-    return request;
-}
-
 // In milliseconds. For so long the event loop hears nothing, a signal for instance.
 constexpr int maximumPause = 200;
 
@@ -82,7 +71,7 @@ void FeedDownload::start()
     } else {
         m_document.close();
         m_document.open(QIODevice::WriteOnly | QIODevice::Truncate);
-        transfer(conditionalRequest(m_address, m_known), m_document);
+        transfer({m_address, feedTypes, true, m_known}, m_document);
     }
 }
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "syndicationplugin.h"
 
+#include "connections.h"
 #include "enclosuredownload.h"
 #include "feeddownload.h"
 
-#include <QNetworkAccessManager>
 #include <QUrl>
 
 #include <TidelReader/link.h>
@@ -31,11 +31,6 @@ QVariantList listOf(const QVector<FeedLink> &feeds)
 
 } // namespace
 
-struct SyndicationPlugin::Network
-{
-    std::unique_ptr<QNetworkAccessManager> manager;
-};
-
 struct SyndicationPlugin::Task
 {
     bool isEnclosure;
@@ -50,7 +45,7 @@ struct SyndicationPlugin::Task
 };
 
 SyndicationPlugin::SyndicationPlugin(QObject *parent)
-    : FeedPluginInterface(parent), m_network(std::make_shared<Network>())
+    : FeedPluginInterface(parent), m_connections(std::make_shared<Connections>())
 {
 }
 
@@ -62,7 +57,7 @@ FeedPluginInterface *SyndicationPlugin::createDownloader(QObject *parent) const
     downloader->m_timeout = m_timeout;
     downloader->m_maximumFeedSize = m_maximumFeedSize;
     downloader->m_maximumEnclosureSize = m_maximumEnclosureSize;
-    downloader->m_network = m_network;
+    downloader->m_connections = m_connections;
     return downloader;
 }
 
@@ -191,13 +186,8 @@ void SyndicationPlugin::report(bool isEnclosure, const Outcome &outcome, const Q
 
 DownloadTools SyndicationPlugin::tools(qint64 maximumSize, int patience)
 {
-    const auto network = [this]() -> QNetworkAccessManager & {
-        if (!m_network->manager)
-            m_network->manager = std::make_unique<QNetworkAccessManager>();
-        return *m_network->manager;
-    };
     const qint64 duration = qMin(qint64(m_timeout) * patience, qint64(std::numeric_limits<int>::max()));
-    return {*m_store, network, {maximumSize, m_timeout, int(duration)}};
+    return {*m_store, m_connections, {maximumSize, m_timeout, int(duration)}};
 }
 
 } // namespace Tidel

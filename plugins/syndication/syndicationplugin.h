@@ -13,6 +13,7 @@
 
 namespace Tidel {
 
+class Connections;
 class Download;
 struct DownloadTools;
 struct Outcome;
@@ -61,8 +62,6 @@ public:
     QVariantList foundFeeds() const { return m_foundFeeds; }
 
 private:
-    /// Shared by the downloaders of one plug-in.
-    struct Network;
     /// A running operation.
     struct Task;
     /// Functions that create the downloads of an operation.
@@ -87,7 +86,7 @@ private:
     qint64 m_maximumFeedSize = Q_INT64_C(32) * 1024 * 1024;
     qint64 m_maximumEnclosureSize = Q_INT64_C(4) * 1024 * 1024 * 1024 - 1; // The limit of FeedEnclosure.
 
-    std::shared_ptr<Network> m_network;
+    std::shared_ptr<Connections> m_connections; // Shared by the downloaders of one plug-in.
     std::optional<Store> m_store;
     std::unique_ptr<Task> m_task;
     QString m_errorString;

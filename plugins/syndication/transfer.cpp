@@ -1,60 +1,68 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "transfer.h"
 
+#include "localfile.h"
+
 #include <QIODevice>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
-#include <QSslError>
 
 namespace Tidel {
 
 namespace {
 
 constexpr int maximumRedirects = 10;
-constexpr int pollInterval = 250; // In milliseconds.
-constexpr qint64 chunkSize = 64LL * 1024;
 // Longer validators are ignored, because they would be sent with every request.
 constexpr int maximumValidatorSize = 1024;
 
-int statusOf(const QNetworkReply &reply)
+bool isWeb(const QUrl &url)
 {
-    return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const QString scheme = url.scheme();
+    return (scheme == QLatin1String("http") || scheme == QLatin1String("https")) && !url.host().isEmpty();
 }
 
-QString validator(const QNetworkReply &reply, const char *header)
+bool isSecure(const QUrl &url) { return url.scheme() == QLatin1String("https"); }
+
+int portOf(const QUrl &url) { return url.port(isSecure(url) ? 443 : 80); }
+
+/// Returns true if what is meant for the server of \a one may be sent to the server of \a other; otherwise
+/// returns false. A server may send its readers from http to https.
+bool areOfOneServer(const QUrl &one, const QUrl &other)
 {
-    const QByteArray value = reply.rawHeader(header);
+    const bool isMadeSecure = portOf(one) == 80 && portOf(other) == 443;
+    return one.host() == other.host() && (portOf(one) == portOf(other) || isMadeSecure);
+}
+
+bool isRedirect(int status)
+{
+    return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
+}
+
+QString validator(const QByteArray &value)
+{
     return value.size() > maximumValidatorSize ? QString() : QString::fromLatin1(value);
 }
 
-/// Writes all \a bytes. A write to a full disk may be incomplete; only the next write sets the error.
-bool writeAll(QIODevice &target, const QByteArray &bytes)
+/// Writes all bytes. A write to a full disk may be incomplete; only the next one knows why.
+bool writeAll(QIODevice &target, const char *bytes, qint64 size)
 {
     qint64 written = 0;
-    while (written < bytes.size()) {
-        const qint64 more = target.write(bytes.constData() + written, bytes.size() - written);
-        if (more <= 0)
-            return false;
-        written += more;
+    for (int failures = 0; written < size && failures < 2;) {
+        const qint64 more = target.write(bytes + written, size - written);
+        if (more > 0)
+            written += more;
+        else
+            ++failures;
     }
-    return true;
+    return written == size;
 }
 
 /// The outcome of a status that is not a success.
-Outcome refusal(const QNetworkReply &reply)
+Outcome refusal(const AnswerHead &head)
 {
-    const int status = statusOf(reply);
-    const QString phrase = reply.attribute(QNetworkRequest::HttpReasonPhraseAttribute).toString();
+    const int status = head.status();
     const QString hint = status == 410 ? QStringLiteral(": the file was removed permanently") : QString();
     return {status,
-            QStringLiteral("the server answered %1 %2").arg(QString::number(status), phrase).trimmed()
+            QStringLiteral("the server answered %1 %2").arg(QString::number(status), head.phrase()).trimmed()
                 + hint};
-}
-
-Outcome connectionClosed()
-{
-    return {FeedDownloadConnectionFailed,
-            QStringLiteral("the server closed the connection too early; try again later")};
 }
 
 Outcome noAnswer()
@@ -62,49 +70,9 @@ Outcome noAnswer()
     return {FeedDownloadTimedOut, QStringLiteral("the server does not answer; try again later")};
 }
 
-/// The outcome of a network error.
-Outcome failure(const QNetworkReply &reply)
-{
-    switch (reply.error()) {
-    case QNetworkReply::NoError: return {};
-    case QNetworkReply::HostNotFoundError:
-        return {FeedDownloadNotFound,
-                QStringLiteral("the host %1 was not found; check the address and the network connection")
-                    .arg(reply.url().host())};
-    case QNetworkReply::ContentNotFoundError: return {FeedDownloadNotFound, QStringLiteral("no such file")};
-    case QNetworkReply::ConnectionRefusedError:
-        return {FeedDownloadConnectionFailed, QStringLiteral("the server refused the connection")};
-    case QNetworkReply::RemoteHostClosedError: return connectionClosed();
-    case QNetworkReply::InsecureRedirectError:
-    case QNetworkReply::ProtocolUnknownError:
-        return {FeedDownloadUnsafeRedirect, QStringLiteral("the server redirects to an unsafe address")};
-    case QNetworkReply::TooManyRedirectsError:
-        return {FeedDownloadUnsafeRedirect,
-                QStringLiteral("the server redirects more than %1 times").arg(maximumRedirects)};
-    case QNetworkReply::TimeoutError: return noAnswer();
-    default: return {FeedDownloadConnectionFailed, reply.errorString()};
-    }
-}
-
 } // namespace
 
-bool canTransfer(const QUrl &url)
-{
-    const QString scheme = url.scheme();
-    const bool isWeb = scheme == QLatin1String("http") || scheme == QLatin1String("https");
-    return url.isValid() && ((isWeb && !url.host().isEmpty()) || url.isLocalFile());
-}
-
-QNetworkRequest safeRequest(const QUrl &url)
-{
-    QNetworkRequest request(url);
-    request.setHeader(QNetworkRequest::UserAgentHeader, QStringLiteral("Tidel/" TIDEL_VERSION));
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
-    request.setMaximumRedirectsAllowed(maximumRedirects);
-    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    return request;
-}
+bool canTransfer(const QUrl &url) { return url.isValid() && (isWeb(url) || url.isLocalFile()); }
 
 QString tooLarge(qint64 limit)
 {
@@ -114,19 +82,11 @@ QString tooLarge(qint64 limit)
         : QStringLiteral("the file is larger than the limit of %1 bytes").arg(limit);
 }
 
-Transfer::Transfer(QNetworkAccessManager &network, const QNetworkRequest &request,
+Transfer::Transfer(const std::shared_ptr<Connections> &connections, const TransferRequest &request,
                    const TransferLimits &limits, QIODevice &target)
-    : m_target(target), m_limits(limits), m_reply(network.get(request))
+    : m_connections(connections), m_firstAddress(request.address), m_request(request), m_limits(limits),
+      m_target(target)
 {
-    // Without a limit, Qt might decompress a thousand times the size of the data before bytes are counted.
-    m_reply->setReadBufferSize(chunkSize);
-    connect(m_reply, &QNetworkReply::metaDataChanged, this, &Transfer::readHeaders);
-    connect(m_reply, &QNetworkReply::readyRead, this, &Transfer::readBytes);
-    connect(m_reply, &QNetworkReply::finished, this, &Transfer::finish);
-    connect(m_reply, &QNetworkReply::sslErrors, this, [this](const QList<QSslError> &errors) {
-        m_certificateProblem = errors.isEmpty() ? QString() : errors.first().errorString();
-    });
-
     for (QTimer *timer : {&m_silence, &m_duration}) {
         timer->setSingleShot(true);
         connect(timer, &QTimer::timeout, this, [this] {
@@ -134,87 +94,88 @@ Transfer::Transfer(QNetworkAccessManager &network, const QNetworkRequest &reques
             end(m_size > 0 ? Outcome{FeedDownloadTimedOut, tooSlow} : noAnswer());
         });
     }
-    // Qt 6 sometimes does not tell that compressed bytes have arrived.
-    connect(&m_poll, &QTimer::timeout, this, &Transfer::readBytes);
-    m_poll.start(pollInterval);
-    m_silence.start(limits.silence);
     m_duration.start(limits.duration);
+    startSource();
 }
 
-Transfer::~Transfer()
-{
-    m_isOver = true;
-    m_reply->disconnect(this);
-    m_reply->abort();
-    m_reply->deleteLater();
-}
-
-bool Transfer::isUnchanged() const
-{
-    const QNetworkRequest request = m_reply->request();
-    return statusOf(*m_reply) == 304
-        && (request.hasRawHeader("If-None-Match") || request.hasRawHeader("If-Modified-Since"));
-}
+Transfer::~Transfer() = default;
 
 void Transfer::cancel() { end(canceledOutcome()); }
 
-void Transfer::readHeaders()
+void Transfer::startSource()
 {
-    m_silence.start();
-    const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
-    // The announced size of compressed content is not the size after decompression.
-    const bool isEncoded = m_reply->hasRawHeader("Content-Encoding");
-    m_announcedSize = length.isValid() && !isEncoded ? length.toLongLong() : -1;
-    if (statusOf(*m_reply) < 300 && m_announcedSize > m_limits.bytes)
-        end({FeedDownloadTooLarge, tooLarge(m_limits.bytes)});
+    const auto receiver = [this](const char *bytes, qint64 size) { return receive(bytes, size); };
+    m_silence.start(m_limits.silence);
+    if (m_request.address.isLocalFile()) {
+        m_source = std::make_unique<LocalFile>(m_request.address.toLocalFile(), receiver);
+    } else {
+        auto exchange = std::make_unique<Exchange>(m_connections, m_request, receiver);
+        m_exchange = exchange.get();
+        m_source = std::move(exchange);
+    }
+    connect(m_source.get(), &Source::finished, this, &Transfer::endSource, Qt::QueuedConnection);
 }
 
-void Transfer::readBytes()
+bool Transfer::receive(const char *bytes, qint64 size)
 {
-    if (statusOf(*m_reply) >= 400) {
-        end(refusal(*m_reply));
+    const qint64 announced = m_exchange ? m_exchange->head().announcedSize() : -1;
+    m_silence.start();
+    m_size += size;
+    if (qMax(m_size, announced) > m_limits.bytes)
+        m_failure = {FeedDownloadTooLarge, tooLarge(m_limits.bytes)};
+    else if (!writeAll(m_target, bytes, size))
+        m_failure = notWritten(m_target.errorString());
+    if (m_failure.isFine() && !m_isProgressDue) {
+        m_isProgressDue = true;
+        // Who is told may end the transfer, which the source does not expect here.
+        const auto tell = [this, announced] {
+            m_isProgressDue = false;
+            if (!m_isOver)
+                Q_EMIT progressed(m_size, announced);
+        };
+        QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
+    }
+    return m_failure.isFine();
+}
+
+void Transfer::endSource()
+{
+    if (m_isOver)
+        return;
+    const Outcome ended = m_failure.isFine() ? m_source->outcome() : m_failure;
+    if (!ended.isFine() || !m_exchange) {
+        end(ended);
         return;
     }
-    const qint64 sizeBefore = m_size;
-    while (!m_isOver) {
-        const QByteArray bytes = m_reply->read(chunkSize);
-        if (bytes.isEmpty())
-            break;
-        m_silence.start();
-        m_size += bytes.size();
-        if (m_size > m_limits.bytes)
-            end({FeedDownloadTooLarge, tooLarge(m_limits.bytes)});
-        else if (!writeAll(m_target, bytes))
-            end(notWritten(m_target.errorString()));
+    const AnswerHead &head = m_exchange->head();
+    const QByteArray location = head.header("location");
+    const bool isConditional =
+        !m_request.known.entityTag.isEmpty() || !m_request.known.lastModified.isEmpty();
+    m_isUnchanged = head.status() == 304 && isConditional;
+    if (isRedirect(head.status()) && !location.isEmpty())
+        follow(m_request.address.resolved(QUrl::fromEncoded(location)));
+    else
+        end(head.status() == 200 || m_isUnchanged ? Outcome() : refusal(head));
+}
+
+void Transfer::follow(const QUrl &target)
+{
+    if (!isWeb(target) || (isSecure(m_request.address) && !isSecure(target))) {
+        end({FeedDownloadUnsafeRedirect, QStringLiteral("the server redirects to an unsafe address")});
+        return;
     }
-    if (!m_isOver && m_size > sizeBefore)
-        Q_EMIT progressed(m_size, m_announcedSize);
-}
-
-void Transfer::finish()
-{
-    readBytes();
-    if (!m_isOver)
-        end(replyOutcome());
-}
-
-Outcome Transfer::replyOutcome() const
-{
-    const int status = statusOf(*m_reply);
-    if (status >= 400)
-        return refusal(*m_reply);
-    if (!m_certificateProblem.isEmpty())
-        return {FeedDownloadConnectionFailed,
-                QStringLiteral("the certificate of the server is not trusted: ") + m_certificateProblem};
-    const Outcome failed = failure(*m_reply);
-    if (!failed.isFine())
-        return failed;
-    const bool isFile = status == 0;
-    if (!isFile && status != 200 && !isUnchanged())
-        return refusal(*m_reply);
-    if (status == 200 && m_announcedSize >= 0 && m_size < m_announcedSize)
-        return connectionClosed();
-    return {};
+    if (++m_redirects > maximumRedirects) {
+        end({FeedDownloadUnsafeRedirect,
+             QStringLiteral("the server redirects more than %1 times").arg(maximumRedirects)});
+        return;
+    }
+    QUrl next = target;
+    const bool isSameServer = areOfOneServer(m_request.address, target);
+    next.setUserInfo(isSameServer ? m_request.address.userInfo(QUrl::FullyEncoded) : QString());
+    m_request.address = next;
+    if (!isSameServer)
+        m_request.known = {};
+    startSource();
 }
 
 void Transfer::end(const Outcome &outcome)
@@ -222,16 +183,21 @@ void Transfer::end(const Outcome &outcome)
     if (m_isOver)
         return;
     m_isOver = true;
-    m_poll.stop();
     m_silence.stop();
     m_duration.stop();
     m_outcome = outcome;
-    m_address = m_reply->url();
-    m_validators = {validator(*m_reply, "ETag"), validator(*m_reply, "Last-Modified")};
-    m_contentType = m_reply->header(QNetworkRequest::ContentTypeHeader).toString();
-    m_linkHeader = m_reply->rawHeader("Link");
-    m_reply->abort();
+    if (m_exchange)
+        m_head = m_exchange->head();
+    m_exchange = nullptr;
+    m_source.reset();
     Q_EMIT finished();
+}
+
+Validators Transfer::validators() const
+{
+    if (!areOfOneServer(m_firstAddress, m_request.address))
+        return {};
+    return {validator(m_head.header("etag")), validator(m_head.header("last-modified"))};
 }
 
 } // namespace Tidel

@@ -2,18 +2,14 @@
 #ifndef TIDEL_TRANSFER_H
 #define TIDEL_TRANSFER_H
 
+#include "exchange.h"
 #include "mimetype.h"
-#include "outcome.h"
-#include "validators.h"
 
-#include <QNetworkRequest>
 #include <QObject>
 #include <QTimer>
 #include <QUrl>
 
 QT_FORWARD_DECLARE_CLASS(QIODevice)
-QT_FORWARD_DECLARE_CLASS(QNetworkAccessManager)
-QT_FORWARD_DECLARE_CLASS(QNetworkReply)
 
 namespace Tidel {
 
@@ -25,24 +21,22 @@ struct TransferLimits
     int duration; ///< The total time, in milliseconds.
 };
 
-/// Returns a request for \a url that follows redirects, except unsafe ones, and stores no cookies.
-QNetworkRequest safeRequest(const QUrl &url);
-
 /// Returns true if \a url is a local file or an http or https address with a host; otherwise returns false.
 bool canTransfer(const QUrl &url);
 
 /// The reason of a failure because of the limit of \a limit bytes.
 QString tooLarge(qint64 limit);
 
-/// Transfers one document or file from a server or a local file into a device.
+/// Transfers one document or file from a server or a local file into a device. Follows redirects, except
+/// unsafe ones. What belongs to one server, user name, password and validators, is not sent to another one.
 class Transfer : public QObject
 {
     Q_OBJECT
 
 public:
     /// Starts to write the answer to \a request to \a target, which must outlive this object.
-    Transfer(QNetworkAccessManager &network, const QNetworkRequest &request, const TransferLimits &limits,
-             QIODevice &target);
+    Transfer(const std::shared_ptr<Connections> &connections, const TransferRequest &request,
+             const TransferLimits &limits, QIODevice &target);
     /// Destroys the transfer. If it is running, it ends without a signal.
     ~Transfer() override;
 
@@ -56,17 +50,17 @@ public:
     const Outcome &outcome() const { return m_outcome; }
     /// Returns true if the document has not changed since the validators of the request; otherwise returns
     /// false.
-    bool isUnchanged() const;
+    bool isUnchanged() const { return m_isUnchanged; }
     /// The address after all redirects.
-    QUrl address() const { return m_address; }
-    /// The validators of the document.
-    Validators validators() const { return m_validators; }
+    QUrl address() const { return m_request.address; }
+    /// The validators of the document. Empty if they are those of another server than the request went to.
+    Validators validators() const;
     /// The media type as "type/subtype"; may be empty.
-    QString mimeType() const { return cleanMimeType(m_contentType); }
+    QString mimeType() const { return cleanMimeType(contentType()); }
     /// The character set that the server named; may be empty.
-    QByteArray charset() const { return charsetOf(m_contentType); }
+    QByteArray charset() const { return charsetOf(contentType()); }
     /// The `Link:` header; may be empty.
-    QByteArray linkHeader() const { return m_linkHeader; }
+    QByteArray linkHeader() const { return m_head.header("link"); }
     /// @}
 
 Q_SIGNALS:
@@ -76,32 +70,36 @@ Q_SIGNALS:
     void finished();
 
 private:
-    /// Reads the announced size and checks it.
-    void readHeaders();
-    /// Writes the received bytes to the target.
-    void readBytes();
-    /// Reads the last bytes and ends the transfer.
-    void finish();
+    /// Asks for the address of the request.
+    void startSource();
+    /// Writes bytes of the source to the target. Returns false if the transfer has failed.
+    bool receive(const char *bytes, qint64 size);
+    /// Ends the transfer, or follows a redirect.
+    void endSource();
+    /// Asks for the document at \a target instead.
+    void follow(const QUrl &target);
     /// Ends the transfer with \a outcome. Does nothing if it has already ended.
     void end(const Outcome &outcome);
-    /// The outcome of a finished reply.
-    Outcome replyOutcome() const;
 
-    QIODevice &m_target;
+    QString contentType() const { return QString::fromLatin1(m_head.header("content-type")); }
+
+    const std::shared_ptr<Connections> m_connections;
+    const QUrl m_firstAddress;
+    TransferRequest m_request;
     const TransferLimits m_limits;
-    QNetworkReply *const m_reply;
-    QTimer m_poll;
+    QIODevice &m_target;
+    std::unique_ptr<Source> m_source;
+    const Exchange *m_exchange = nullptr; // The source, if it is a web server.
+    AnswerHead m_head; // Of the answer that ended the transfer.
     QTimer m_silence;
     QTimer m_duration;
-    QString m_certificateProblem;
+    int m_redirects = 0;
+    qint64 m_size = 0;
+    Outcome m_failure; // Why bytes were not taken.
+    bool m_isProgressDue = false;
+    bool m_isUnchanged = false;
     bool m_isOver = false;
     Outcome m_outcome;
-    qint64 m_size = 0;
-    qint64 m_announcedSize = -1;
-    QUrl m_address;
-    Validators m_validators;
-    QString m_contentType;
-    QByteArray m_linkHeader;
 };
 
 } // namespace Tidel

@@ -162,6 +162,55 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.begin([("Content-Length", str(len(body) + 1000))])
         self.wfile.write(body)
 
+    def serve_headers(self, rest, query):
+        """/headers/NUMBER/SIZE: a feed with so many headers, each with a value of this size."""
+        number, _, size = rest.partition("/")
+        header = b"X-Header-%d: " + b"x" * int(size or 1) + b"\r\n"
+        self.send_answer_start(b"".join(header % i for i in range(int(number))))
+        self.wfile.write(b"\r\n" + FEED % b"Headers")
+
+    def serve_endless_headers(self, rest, query):
+        self.send_answer_start(b"")
+        self.send_slowly(b"X-Header: x\r\n" * 1000, 0)
+
+    def serve_endless_line(self, rest, query):
+        self.send_answer_start(b"X-Header: ")
+        self.send_slowly(b"x" * 65536, 0)
+
+    def serve_endless_continue(self, rest, query):
+        self.close_connection = True
+        self.send_slowly(b"HTTP/1.1 100 Continue\r\n\r\n" * 100, 0)
+
+    def serve_trailers(self, rest, query):
+        """A feed in one chunk, and then headers without end."""
+        body = FEED % b"Trailers"
+        self.send_answer_start(b"Transfer-Encoding: chunked\r\n\r\n%x\r\n" % len(body) + body + b"\r\n0\r\n")
+        self.send_slowly(b"X-Header: x\r\n" * 1000, 0)
+
+    def serve_phrase(self, rest, query):
+        """/phrase/SIZE: a refusal with a reason of this size."""
+        self.close_connection = True
+        self.wfile.write(b"HTTP/1.1 404 " + b"x" * int(rest) + b"\r\nContent-Length: 0\r\n\r\n")
+
+    def serve_no_http(self, rest, query):
+        self.close_connection = True
+        self.wfile.write(b"220 ready\r\n" * 10)
+
+    def send_answer_start(self, headers):
+        self.log_request(200)
+        self.close_connection = True
+        self.wfile.write(b"HTTP/1.1 200 OK\r\nConnection: close\r\n" + headers)
+
+    def serve_locked(self, rest, query):
+        """A feed for Ann, whose password is "open sesame"."""
+        if self.headers.get("Authorization") != "Basic QW5uOm9wZW4gc2VzYW1l":
+            return self.answer(b"no", 401, "text/plain", [("WWW-Authenticate", 'Basic realm="x"')])
+        self.answer(FEED % b"Locked")
+
+    def serve_tagged_redirect(self, rest, query):
+        """A redirect with an ETag to this target."""
+        self.answer(b"", 302, None, [("Location", urllib.parse.unquote(query)), ("ETag", '"one"')])
+
     def serve_huge(self, rest, query):
         """Announces a much larger size than it sends."""
         self.begin([("Content-Length", str(10 ** 12))])
@@ -193,7 +242,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def serve_agent(self, rest, query):
         """A feed whose title has the headers of the request."""
-        names = ("User-Agent", "Cookie", "Referer")
+        names = ("User-Agent", "Cookie", "Referer", "Authorization", "If-None-Match", "Accept-Language")
         title = " ".join("%s=%s" % (name, self.headers.get(name)) for name in names)
         self.answer(FEED % title.encode(), headers=[("Set-Cookie", "who=you")])
 

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "connections.h"
+
+#include "exchange.h"
+
+#include <QSocketNotifier>
+
+namespace Tidel {
+
+namespace {
+
+CURLM *newMulti()
+{
+    static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
+    return ready == CURLE_OK ? curl_multi_init() : nullptr;
+}
+
+/// Deletes a notifier that may be the one that is just calling.
+struct DeleteLater
+{
+    void operator()(QSocketNotifier *notifier) const
+    {
+        notifier->setEnabled(false);
+        notifier->deleteLater();
+    }
+};
+
+} // namespace
+
+struct Connections::Watch
+{
+    std::unique_ptr<QSocketNotifier, DeleteLater> reading;
+    std::unique_ptr<QSocketNotifier, DeleteLater> writing;
+};
+
+Connections::Connections() : m_multi(newMulti())
+{
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, [this] { act(CURL_SOCKET_TIMEOUT, 0); });
+    curl_multi_setopt(m_multi, CURLMOPT_SOCKETFUNCTION, &Connections::watch);
+    curl_multi_setopt(m_multi, CURLMOPT_SOCKETDATA, this);
+    curl_multi_setopt(m_multi, CURLMOPT_TIMERFUNCTION, &Connections::setTimer);
+    curl_multi_setopt(m_multi, CURLMOPT_TIMERDATA, this);
+}
+
+Connections::~Connections() { curl_multi_cleanup(m_multi); }
+
+void Connections::start(CURL *handle) { curl_multi_add_handle(m_multi, handle); }
+
+void Connections::stop(CURL *handle) { curl_multi_remove_handle(m_multi, handle); }
+
+int Connections::watch(CURL *, curl_socket_t socket, int events, void *connections, void *)
+{
+    auto *self = static_cast<Connections *>(connections);
+    if (events == CURL_POLL_REMOVE) {
+        self->m_watches.erase(socket);
+        return 0;
+    }
+    Watch &watch = self->m_watches[socket];
+    if (!watch.reading) {
+        watch.reading.reset(new QSocketNotifier(socket, QSocketNotifier::Read));
+        watch.writing.reset(new QSocketNotifier(socket, QSocketNotifier::Write));
+        connect(watch.reading.get(), &QSocketNotifier::activated, self,
+                [self, socket] { self->act(socket, CURL_CSELECT_IN); });
+        connect(watch.writing.get(), &QSocketNotifier::activated, self,
+                [self, socket] { self->act(socket, CURL_CSELECT_OUT); });
+    }
+    watch.reading->setEnabled(events & CURL_POLL_IN);
+    watch.writing->setEnabled(events & CURL_POLL_OUT);
+    return 0;
+}
+
+int Connections::setTimer(CURLM *, long milliseconds, void *connections)
+{
+    QTimer &timer = static_cast<Connections *>(connections)->m_timer;
+    if (milliseconds < 0)
+        timer.stop();
+    else
+        timer.start(int(milliseconds));
+    return 0;
+}
+
+void Connections::act(curl_socket_t socket, int events)
+{
+    int running = 0;
+    curl_multi_socket_action(m_multi, socket, events, &running);
+    int waiting = 0;
+    while (const CURLMsg *message = curl_multi_info_read(m_multi, &waiting)) {
+        if (message->msg != CURLMSG_DONE)
+            continue;
+        const CURLcode code = message->data.result;
+        Exchange *exchange = nullptr;
+        curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &exchange);
+        stop(message->easy_handle);
+        exchange->end(code);
+    }
+}
+
+} // namespace Tidel

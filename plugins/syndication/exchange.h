@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_EXCHANGE_H
+#define TIDEL_EXCHANGE_H
+
+#include "answerhead.h"
+#include "source.h"
+#include "validators.h"
+
+#include <QUrl>
+
+#include <array>
+#include <memory>
+
+#include <curl/curl.h>
+
+namespace Tidel {
+
+class Connections;
+
+/// What a web server is asked for.
+struct TransferRequest
+{
+    QUrl address;
+    QByteArray accept; ///< The Accept header.
+    bool isCompressible = true; ///< The server may compress the document on its way.
+    Validators known; ///< The server is asked for the document only if it has changed since.
+};
+
+/// One request to a web server, and its answer. The body of an answer with another status than 200 is not
+/// read.
+class Exchange : public Source
+{
+    Q_OBJECT
+
+public:
+    /// Starts \a request.
+    Exchange(const std::shared_ptr<Connections> &connections, const TransferRequest &request,
+             const Receiver &receiver);
+    ~Exchange() override;
+
+    Outcome outcome() const override;
+    /// The status and the headers.
+    const AnswerHead &head() const { return m_head; }
+
+    /// Ends the exchange with the result \a code of libcurl.
+    void end(CURLcode code);
+
+private:
+    struct Delete
+    {
+        void operator()(CURL *handle) const { curl_easy_cleanup(handle); }
+        void operator()(curl_slist *list) const { curl_slist_free_all(list); }
+    };
+
+    void ask(const TransferRequest &request);
+    void addHeader(const QByteArray &name, const QByteArray &value);
+    /// Takes the proxy that the host has set.
+    void useProxy(const QUrl &address);
+    /// Trusts the authorities that the host has set.
+    void useAuthorities();
+    /// Called by libcurl with a line of the head.
+    static size_t readLine(const char *line, size_t one, size_t size, void *exchange);
+    /// Called by libcurl with a piece of the body.
+    static size_t readBody(const char *bytes, size_t one, size_t size, void *exchange);
+
+    const std::shared_ptr<Connections> m_connections;
+    const std::unique_ptr<CURL, Delete> m_handle;
+    std::unique_ptr<curl_slist, Delete> m_headers;
+    const Receiver m_receiver;
+    const QString m_host;
+    std::array<char, CURL_ERROR_SIZE> m_errorText = {};
+    AnswerHead m_head;
+    CURLcode m_code = CURLE_OK;
+    bool m_isStopped = false; // The body is not read any more.
+    bool m_hasLargeHead = false;
+};
+
+} // namespace Tidel
+
+#endif
