@@ -207,9 +207,17 @@ class Handler(http.server.BaseHTTPRequestHandler):
             return self.answer(b"no", 401, "text/plain", [("WWW-Authenticate", 'Basic realm="x"')])
         self.answer(FEED % b"Locked")
 
-    def serve_tagged_redirect(self, rest, query):
-        """A redirect with an ETag to this target."""
-        self.answer(b"", 302, None, [("Location", urllib.parse.unquote(query)), ("ETag", '"one"')])
+    def serve_moved(self, rest, query):
+        """/moved?target: a feed with an ETag, and a redirect to this target for those who know the ETag."""
+        if self.headers.get("If-None-Match"):
+            return self.serve_redirect("302", query)
+        self.answer(FEED % b"Moved", headers=[("ETag", '"moved"')])
+
+    def serve_conditional(self, rest, query):
+        """A feed with an ETag, or 304 for those who know any ETag."""
+        if self.headers.get("If-None-Match"):
+            return self.answer(b"", 304, None)
+        self.answer(FEED % b"Conditional", headers=[("ETag", '"conditional"')])
 
     def serve_huge(self, rest, query):
         """Announces a much larger size than it sends."""
@@ -242,7 +250,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def serve_agent(self, rest, query):
         """A feed whose title has the headers of the request."""
-        names = ("User-Agent", "Cookie", "Referer", "Authorization", "If-None-Match", "Accept-Language")
+        names = ("User-Agent", "Cookie", "Referer", "Accept-Language")
         title = " ".join("%s=%s" % (name, self.headers.get(name)) for name in names)
         self.answer(FEED % title.encode(), headers=[("Set-Cookie", "who=you")])
 
