@@ -6,6 +6,7 @@
 #include "link.h"
 #include "messageremoval_p.h"
 #include "statements_p.h"
+#include "usertext.h"
 #include "writeturn.h"
 
 #include <feedtrackersparql.h>
@@ -64,13 +65,22 @@ Result<FeedChannel> Channels::find(const QList<FeedChannel> &channels, const QSt
 {
     const QString link = Link::encoded(documentUrl(name));
     const QString title = name.simplified();
+    QList<FeedChannel> shownAsName;
     QList<FeedChannel> sameTitle;
     for (const FeedChannel &channel : channels) {
         if (channel.uri() == name || channel.link() == name || channel.link() == link)
             return channel;
+        if (withoutPasswords(channel.link()) == link)
+            shownAsName.append(channel);
         if (channel.title() == title)
             sameTitle.append(channel);
     }
+    if (shownAsName.size() == 1)
+        return shownAsName.first();
+    if (!shownAsName.isEmpty())
+        return Failure(Error(
+            Error::Ambiguous, {},
+            QStringLiteral("%1 channels differ from it in their passwords alone").arg(shownAsName.size())));
     if (sameTitle.size() == 1)
         return sameTitle.first();
     if (sameTitle.isEmpty())

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "error.h"
 
+#include "usertext.h"
+
 namespace Tidel {
 
 class ErrorPrivate : public QSharedData
@@ -17,7 +19,7 @@ public:
 };
 
 Error::Error(Kind kind, const QString &attempt, const QString &reason)
-    : d(new ErrorPrivate(kind, attempt, reason))
+    : d(new ErrorPrivate(kind, attempt, shownReason(reason)))
 {
 }
 

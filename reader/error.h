@@ -41,7 +41,8 @@ public:
     };
 
     /// An error of \a kind. \a attempt completes the sentence "could not ...", and may be empty. \a reason
-    /// says why it failed, for errors of the store in the store's own words.
+    /// says why it failed, for errors of the store in the store's own words. shownReason() makes it fit to be
+    /// shown.
     Error(Kind kind, const QString &attempt, const QString &reason);
     /// Shares the value of \a other.
     Error(const Error &other);

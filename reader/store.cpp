@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "store.h"
 #include "store_p.h"
+#include "usertext.h"
 
 #include <QSparqlConnectionOptions>
 
@@ -71,7 +72,8 @@ Result<Answer> StorePrivate::run(const QSparqlQuery &statement, const char *atte
     if (answer && !answer->hasError())
         return answer;
     const QString message = answer ? answer->lastError().message() : QStringLiteral("it gave no answer");
-    QST_CRITICAL("TidelReader") << attempt << message << statement.preparedQueryText();
+    QST_CRITICAL("TidelReader") << attempt << withoutPasswords(message)
+                                << withoutPasswords(statement.preparedQueryText());
     // The lines that follow quote the statement.
     const QString reason = message.section(QLatin1Char('\n'), 0, 0);
     return Failure(Error(answer ? kindOf(answer->lastError()) : Error::StoreFailed,

@@ -7,7 +7,7 @@ namespace {
 
 // File systems allow 255 bytes. A number may be added to the stem.
 constexpr int maximumStemBytes = 200;
-constexpr int maximumSuffixLength = 20;
+constexpr int maximumSuffixBytes = 40;
 
 /// Returns true if \a c must not be part of a file name; otherwise returns false.
 bool isForbidden(uint c)
@@ -59,7 +59,7 @@ EnclosureName::EnclosureName(const QUrl &address)
     while (QStringLiteral(".- ").contains(name.left(1)) && !name.isEmpty())
         name.remove(0, 1);
     const int dot = name.lastIndexOf(QLatin1Char('.'));
-    if (dot > 0 && name.size() - dot <= maximumSuffixLength)
+    if (dot > 0 && name.mid(dot).toUtf8().size() <= maximumSuffixBytes)
         m_suffix = name.mid(dot);
     m_stem = shortened(name.left(name.size() - m_suffix.size()), maximumStemBytes);
     if (m_stem.isEmpty())

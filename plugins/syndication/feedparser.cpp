@@ -7,6 +7,8 @@
 
 #include <QHash>
 
+#include <TidelReader/usertext.h>
+
 #include <iterator>
 #include <limits>
 
@@ -27,12 +29,19 @@ QUrl usableBase(const QUrl &base)
     return isShort(place) ? place : QUrl();
 }
 
+bool isOfOneServer(const QUrl &one, const QUrl &other)
+{
+    return one.scheme() == other.scheme() && one.host() == other.host() && one.port() == other.port();
+}
+
 } // namespace
 
 ParsedFeed::ParsedFeed(FeedRecord &&record, const QUrl &link, const QUrl &source)
-    : m_record(std::move(record)), m_link(Link::encoded(link)), m_itemBase(m_link),
-      m_base(usableBase(source)), m_website(page(m_record.website))
+    : m_record(std::move(record)), m_link(Link::encoded(link)), m_itemBase(m_link), m_source(source),
+      m_base(usableBase(source.adjusted(QUrl::RemoveUserInfo))), m_website(page(m_record.website))
 {
+    for (QString &note : m_record.notes)
+        note = shownReason(note);
     m_items.reserve(m_record.items.size());
     for (ItemRecord &item : m_record.items)
         m_items.emplace_back(std::move(item));
@@ -126,7 +135,7 @@ Link ParsedFeed::wantedLink(const NamedItem &item) const
     if (!link.isNull())
         return link;
     const bool isAddress = item.record.isPermalink && !Link::isRelative(item.id);
-    const Link permalink = isAddress ? Link::fromText(item.id) : Link();
+    const Link permalink = isAddress ? page({item.id, {}}) : Link();
     return permalink.isNull() ? Link::ofItem(m_itemBase, item.id) : permalink;
 }
 
@@ -177,26 +186,37 @@ EnclosureDetails ParsedFeed::enclosureDetails(const FileRecord &record) const
     return details;
 }
 
-Link ParsedFeed::resolve(const Address &address, Link (*clean)(const QString &, const QUrl &)) const
+Link ParsedFeed::allowed(const Link &link) const
 {
-    const bool needsBase = Link::isRelative(address.text);
-    return clean(address.text, needsBase ? resolvedBase(address.base) : QUrl());
+    // Only a feed in a local file may name local files.
+    const bool isLocal = link.toString().startsWith(QLatin1String("file:"));
+    return isLocal && !m_link.startsWith(QLatin1String("file:")) ? Link() : link;
 }
 
-Link ParsedFeed::page(const Address &address) const { return resolve(address, Link::fromText); }
+Link ParsedFeed::page(const Address &address) const
+{
+    const bool needsBase = Link::isRelative(address.text);
+    return allowed(Link::fromText(address.text, needsBase ? resolvedBase(address.base) : QUrl()));
+}
 
 Link ParsedFeed::file(const Address &address) const
 {
-    const Link link = resolve(address, Link::toFile);
-    // Only a feed in a local file may name local files.
-    const bool isAllowed = !link.toUrl().isLocalFile() || QUrl(m_link).isLocalFile();
-    return isAllowed ? link : Link();
+    const bool needsBase = Link::isRelative(address.text);
+    return allowed(Link::toFile(address.text, needsBase ? baseOfFile(address.base) : QUrl()));
 }
 
 QUrl ParsedFeed::resolvedBase(const QString &base) const
 {
-    const Link link = Link::fromText(base, m_base);
+    const Link link = allowed(Link::fromText(base, m_base));
     return link.isNull() ? m_base : link.toUrl();
+}
+
+QUrl ParsedFeed::baseOfFile(const QString &base) const
+{
+    QUrl resolved = resolvedBase(base);
+    if (isOfOneServer(resolved, m_source))
+        resolved.setUserInfo(m_source.userInfo(QUrl::FullyEncoded), QUrl::StrictMode);
+    return resolved;
 }
 
 } // namespace Tidel

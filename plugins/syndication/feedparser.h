@@ -63,14 +63,18 @@ private:
     /// Creates a feed from \a record, which was read from \a source, with the link \a link.
     ParsedFeed(FeedRecord &&record, const QUrl &link, const QUrl &source);
 
-    /// Makes \a address absolute and passes it to \a clean.
-    Link resolve(const Address &address, Link (*clean)(const QString &, const QUrl &)) const;
-    /// The address of a page; null if there is none.
+    /// Returns \a link if the feed may use it; otherwise returns null.
+    Link allowed(const Link &link) const;
+    /// The address of a page; null if there is none or the feed must not use it. Pages are shown and passed
+    /// on, so a relative one does not get the user and password of the feed.
     Link page(const Address &address) const;
     /// The address of a file; null if there is none or the feed must not use it.
     Link file(const Address &address) const;
     /// What addresses with the `xml:base` \a base are relative to.
     QUrl resolvedBase(const QString &base) const;
+    /// What addresses of files are relative to: with the user and password of the feed, which its server may
+    /// ask for again.
+    QUrl baseOfFile(const QString &base) const;
     /// The link of \a item, which other items may have too.
     Link wantedLink(const NamedItem &item) const;
 
@@ -78,6 +82,7 @@ private:
     std::vector<NamedItem> m_items;
     QString m_link;
     QString m_itemBase;
+    QUrl m_source;
     QUrl m_base;
     Link m_website;
 };

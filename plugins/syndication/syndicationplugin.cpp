@@ -8,6 +8,7 @@
 #include <QUrl>
 
 #include <TidelReader/link.h>
+#include <TidelReader/usertext.h>
 
 #include <deque>
 #include <limits>
@@ -173,7 +174,7 @@ void SyndicationPlugin::end()
 
 void SyndicationPlugin::report(bool isEnclosure, const Outcome &outcome, const QVariantMap &results)
 {
-    m_errorString = outcome.reason;
+    m_errorString = shownReason(outcome.reason);
     if (isEnclosure && outcome.isFine())
         Q_EMIT downloadEnclosureFinished(results);
     else if (isEnclosure)

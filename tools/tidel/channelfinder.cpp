@@ -15,7 +15,7 @@ QString advice(Error::Kind kind)
 {
     switch (kind) {
     case Error::NotFound: return QStringLiteral("; \"tidel channels\" lists the channels");
-    case Error::Ambiguous: return QStringLiteral("; use a link that \"tidel channels\" shows");
+    case Error::Ambiguous: return QStringLiteral("; use a link or URI that \"tidel channels\" shows");
     default: return QString();
     }
 }

@@ -38,7 +38,7 @@ void report(const FeedEnclosure &enclosure, const DownloadResult &result, Output
     if (result.error() == FeedDownloadCanceled)
         return;
     if (!result.isOk()) {
-        output.error(shownAddress(enclosure.remoteUrl()) + QLatin1String(": ") + result.reason());
+        output.error(enclosure.remoteUrl() + QLatin1String(": ") + result.reason());
         return;
     }
     const bool wasDownloaded = result.localUrl() == enclosure.localUrl() && !result.localUrl().isEmpty();

@@ -33,8 +33,8 @@ void list(const QVector<FoundFeed> &feeds, Output &output)
 {
     Table table({0});
     for (int i = 0; i < feeds.size(); ++i)
-        table.addRow({QString::number(i + 1), shownTitle(feeds.at(i).title),
-                      shownAddress(Link::encoded(feeds.at(i).address))});
+        table.addRow(
+            {QString::number(i + 1), shownTitle(feeds.at(i).title), Link::encoded(feeds.at(i).address)});
     output.table(table);
 }
 

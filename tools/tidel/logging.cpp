@@ -6,6 +6,8 @@
 #include <QFileInfo>
 #include <QStringList>
 
+#include <TidelReader/usertext.h>
+
 namespace Tidel {
 
 namespace {
@@ -33,7 +35,8 @@ QString structured(const QMessageLogContext &context, const QString &text)
 void logEveryMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     showNotice(type, context, text);
-    logMessage(type, context, isStructured(text) ? text : structured(context, text));
+    const QString shown = withoutPasswords(text);
+    logMessage(type, context, isStructured(shown) ? shown : structured(context, shown));
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "terminaltext.h"
 
 #include <TidelReader/error.h>
+#include <TidelReader/usertext.h>
 
 #include <limits>
 
@@ -92,7 +93,7 @@ void Output::note(const QString &text)
 {
     eraseProgress();
     fflush(m_results);
-    writeLine(m_errors, text);
+    writeLine(m_errors, shownReason(text));
 }
 
 void Output::warnings(const QString &subject, const QStringList &warnings)

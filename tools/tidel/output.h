@@ -14,7 +14,8 @@ class Error;
 class Table;
 
 /// Writes the results of a command to one stream, and notes and errors to another one. All text is UTF-8.
-/// Control characters are removed, because most of the text comes from feeds.
+/// Control characters are removed and errors are shortened, because most of the text comes from feeds. No
+/// password of an address is shown.
 class Output
 {
 public:

@@ -2,7 +2,6 @@
 #include "phrases.h"
 
 #include <QStringList>
-#include <QUrl>
 
 #include <TidelReader/error.h>
 
@@ -60,12 +59,6 @@ QString damageAdvice(const Error &error)
             return QStringLiteral("; \"tidel check --repair\" saves what can be read of a damaged database");
     }
     return {};
-}
-
-QString shownAddress(const QString &address)
-{
-    const QUrl url(address);
-    return url.password().isEmpty() ? address : url.toString(QUrl::RemovePassword | QUrl::FullyEncoded);
 }
 
 QString shownProgress(int done, int all, const char *nouns)

@@ -34,9 +34,6 @@ QString messageAdvice(const Error &error);
 /// Returns the advice for \a error if the database is damaged; otherwise returns an empty text.
 QString damageAdvice(const Error &error);
 
-/// Returns \a address without its password.
-QString shownAddress(const QString &address);
-
 /// Returns a progress bar such as "[######..............] 60/200 feeds".
 QString shownProgress(int done, int all, const char *nouns);
 

@@ -55,8 +55,8 @@ void RefreshReport::add(const FeedChannel &channel, const DownloadResult &result
     ++m_failures;
     const QString advice =
         result.error() == gone ? QStringLiteral("; \"tidel unsubscribe\" deletes the channel") : QString();
-    m_output.error(QStringLiteral("%1 (%2): %3")
-                       .arg(channel.title(), shownAddress(channel.link()), result.reason() + advice));
+    m_output.error(
+        QStringLiteral("%1 (%2): %3").arg(channel.title(), channel.link(), result.reason() + advice));
 }
 
 void RefreshReport::addMessages(const FeedChannel &channel, const DownloadResult &result)

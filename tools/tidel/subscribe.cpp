@@ -37,7 +37,7 @@ void reportChannel(const Store &store, const QUrl &address, const QString &text,
     if (title)
         output.line(text.arg(shownTitle(*title)));
     else
-        output.failure(shownAddress(Link::encoded(address)), title.error());
+        output.failure(Link::encoded(address), title.error());
 }
 
 /// The address of the channel that a subscription to \a address has led to.
@@ -54,7 +54,7 @@ void reportNew(const Store &store, const QString &argument, const QUrl &address,
                   QStringLiteral("Subscribed: %1 (") + countedMessages(int(result.newMessages().size()))
                       + QLatin1Char(')'),
                   output);
-    output.warnings(shownAddress(argument), result.newNotes());
+    output.warnings(argument, result.newNotes());
 }
 
 void report(const Store &store, const QString &argument, const DownloadResult &result, Output &output)
@@ -67,7 +67,7 @@ void report(const Store &store, const QString &argument, const DownloadResult &r
                       QStringLiteral("Already subscribed: %1 (\"tidel refresh\" downloads new messages)"),
                       output);
     else if (result.error() != FeedDownloadCanceled)
-        output.error(shownAddress(argument) + QLatin1String(": ") + result.reason() + schemeAdvice(argument));
+        output.error(argument + QLatin1String(": ") + result.reason() + schemeAdvice(argument));
 }
 
 /// A web page with several feeds.
@@ -117,7 +117,7 @@ void subscribe(const Store &store, const Arguments &arguments, Output &output)
     for (const Page &page : pages) {
         if (output.signal() != 0)
             return;
-        const auto feeds = chosenFeeds(shownAddress(page.argument), page.result, arguments, output);
+        const auto feeds = chosenFeeds(page.argument, page.result, arguments, output);
         for (const FoundFeed &feed : feeds)
             chosen.append(Link::encoded(feed.address));
     }

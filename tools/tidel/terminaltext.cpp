@@ -3,6 +3,8 @@
 
 #include <QVector>
 
+#include <TidelReader/usertext.h>
+
 #include <wchar.h>
 
 namespace Tidel {
@@ -30,7 +32,7 @@ QString terminalText(const QString &text)
 {
     QString safe;
     safe.reserve(text.size());
-    const QVector<uint> codePoints = text.toUcs4();
+    const QVector<uint> codePoints = withoutPasswords(text).toUcs4();
     for (char32_t c : codePoints) {
         if (isBlank(c))
             safe += QLatin1Char(' ');

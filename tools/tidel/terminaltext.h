@@ -7,7 +7,7 @@
 namespace Tidel {
 
 /// Returns \a text as one line that cannot control a terminal: line breaks and tabs become blanks, control
-/// characters and characters that change the direction of text are removed.
+/// characters, characters that change the direction of text, and passwords in addresses are removed.
 QString terminalText(const QString &text);
 
 /// Returns the number of columns of \a text on a terminal, in the locale of the process.

@@ -138,7 +138,7 @@ void TestUnsubscribe::ambiguousTitle()
     const CommandResult result = runCommand(unsubscribe, {"News"});
     QVERIFY(!result.isFine);
     QCOMPARE(result.err,
-             QString("tidel: News: 2 channels have this title; use a link that \"tidel channels\" shows\n"));
+             QString("tidel: News: 2 channels have this title; use a link or URI that \"tidel channels\" shows\n"));
     QCOMPARE(everythingIn(store()), before);
     QVERIFY(runCommand(unsubscribe, {linkOf("Radio")}).isFine);
     QCOMPARE(tracker()->allChannelUrls(), QStringList(news));
