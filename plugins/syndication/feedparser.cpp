@@ -147,7 +147,7 @@ StorableMessage ParsedFeed::message(const ClaimedItem &claimed) const
     text.setTitle(item.title);
     text.setDescription(item.text);
     text.setSummary(item.summary);
-    text.setBaseUrl(resolvedBase(item.base));
+    text.setBaseUrl(baseOfText(item.base));
     text.setPublishedDate(item.published.isValid() ? item.published : item.updated);
     StorableMessage message(claimed.link, text);
     message.setDetails(messageDetails(item));
@@ -170,7 +170,7 @@ MessageDetails ParsedFeed::messageDetails(const ItemRecord &item) const
     details.language = item.language;
     details.thumbnail = file(item.thumbnail);
     const bool isBasedOnLink = item.base.isEmpty() && !page(item.link).isNull();
-    details.baseUrl = isBasedOnLink ? QUrl() : resolvedBase(item.base);
+    details.baseUrl = isBasedOnLink ? QUrl() : baseOfText(item.base);
     return details;
 }
 
@@ -186,29 +186,37 @@ EnclosureDetails ParsedFeed::enclosureDetails(const FileRecord &record) const
     return details;
 }
 
-Link ParsedFeed::allowed(const Link &link) const
+bool ParsedFeed::mayUse(const Link &link) const
 {
     // Only a feed in a local file may name local files.
-    const bool isLocal = link.toString().startsWith(QLatin1String("file:"));
-    return isLocal && !m_link.startsWith(QLatin1String("file:")) ? Link() : link;
+    const QLatin1String local("file:");
+    return !link.toString().startsWith(local) || m_link.startsWith(local);
 }
 
 Link ParsedFeed::page(const Address &address) const
 {
     const bool needsBase = Link::isRelative(address.text);
-    return allowed(Link::fromText(address.text, needsBase ? resolvedBase(address.base) : QUrl()));
+    const Link link = Link::fromText(address.text, needsBase ? resolvedBase(address.base) : QUrl());
+    return mayUse(link) ? link : Link();
 }
 
 Link ParsedFeed::file(const Address &address) const
 {
     const bool needsBase = Link::isRelative(address.text);
-    return allowed(Link::toFile(address.text, needsBase ? baseOfFile(address.base) : QUrl()));
+    const Link link = Link::toFile(address.text, needsBase ? baseOfFile(address.base) : QUrl());
+    return mayUse(link) ? link : Link();
 }
 
 QUrl ParsedFeed::resolvedBase(const QString &base) const
 {
-    const Link link = allowed(Link::fromText(base, m_base));
+    const Link link = Link::fromText(base, m_base);
     return link.isNull() ? m_base : link.toUrl();
+}
+
+QUrl ParsedFeed::baseOfText(const QString &base) const
+{
+    const Link link = Link::fromText(base, m_base);
+    return !link.isNull() && mayUse(link) ? link.toUrl() : m_base;
 }
 
 QUrl ParsedFeed::baseOfFile(const QString &base) const

@@ -63,8 +63,8 @@ private:
     /// Creates a feed from \a record, which was read from \a source, with the link \a link.
     ParsedFeed(FeedRecord &&record, const QUrl &link, const QUrl &source);
 
-    /// Returns \a link if the feed may use it; otherwise returns null.
-    Link allowed(const Link &link) const;
+    /// Returns true if the feed may name \a link; otherwise returns false.
+    bool mayUse(const Link &link) const;
     /// The address of a page; null if there is none or the feed must not use it. Pages are shown and passed
     /// on, so a relative one does not get the user and password of the feed.
     Link page(const Address &address) const;
@@ -72,6 +72,8 @@ private:
     Link file(const Address &address) const;
     /// What addresses with the `xml:base` \a base are relative to.
     QUrl resolvedBase(const QString &base) const;
+    /// What addresses in a text with the `xml:base` \a base are relative to.
+    QUrl baseOfText(const QString &base) const;
     /// What addresses of files are relative to: with the user and password of the feed, which its server may
     /// ask for again.
     QUrl baseOfFile(const QString &base) const;

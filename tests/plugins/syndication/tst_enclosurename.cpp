@@ -53,6 +53,9 @@ void TestEnclosureName::numbers()
     QCOMPARE(EnclosureName(QUrl("https://example.org/a")).attempt(10), QString("a-10"));
     const EnclosureName longest(QUrl("https://example.org/" + QString(500, 'a') + '.' + QString(19, 'b')));
     QVERIFY(longest.attempt(10000).toUtf8().size() <= 255);
+    const EnclosureName wide(
+        QUrl("https://example.org/" + QString(500, QChar(0x4e00)) + '.' + QString(19, QChar(0x4e00))));
+    QVERIFY(wide.attempt(10000).toUtf8().size() <= 255);
 }
 
 QTEST_GUILESS_MAIN(TestEnclosureName)
