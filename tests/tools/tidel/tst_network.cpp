@@ -287,12 +287,52 @@ void TestNetwork::removedPermanently()
 
 void TestNetwork::passwordsAreNotShown()
 {
-    QString secret = m_server->url("/nothing");
-    secret.replace("://", "://user:secret@");
-    const Run failed = run({"subscribe", secret});
-    VERIFY_RUN(failed, 1);
-    QVERIFY2(failed.err.contains("://user@127.0.0.1"), qPrintable(failed.err));
-    QVERIFY2(!failed.err.contains("secret"), qPrintable(failed.err));
+    const auto withPassword = [](QString url) { return url.replace("://", "://user:secret@"); };
+    const QString settings = m_dir->filePath("log.ini");
+    QFile file(settings);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("[log-settings]\ndir-path=" + m_dir->path().toUtf8()
+               + "\nfile-name=log\n"
+                 "[log-format]\nformat=<message>\n[Tracker]\ndebug=true\n[TidelReader]\ndebug=true\n"
+                 "[default]\ndebug=true\nwarning=true\n");
+    file.close();
+    // Of today's feeds, and as older versions stored relative links.
+    const QString link = withPassword(address("a.html"));
+    const QString feed = withPassword(
+        write("private.xml",
+              ("<item><title>A</title><link>" + link + "</link><enclosure url='b.mp3'/></item>").toUtf8()));
+    const QString shownFeed = QString(feed).remove(":secret");
+    const QString shownLink = QString(link).remove(":secret");
+    const auto logged = [&](QStringList arguments) {
+        return run(QStringList{"--log-settings", settings} + arguments);
+    };
+    const QList<std::pair<QStringList, QString>> commands{
+        {{"subscribe", withPassword(m_server->url("/nothing"))}, "://user@127.0.0.1"},
+        {{"subscribe", feed}, "Subscribed: private"},
+        {{"subscribe", feed}, "Already subscribed"},
+        {{"channels"}, shownFeed},
+        {{"messages", shownFeed}, shownLink},
+        {{"enclosures", link}, "://user@127.0.0.1"},
+        {{"download", link}, "://user@127.0.0.1"},
+        {{"download", withPassword("http://nowhere")}, "://user@nowhere"},
+        {{"favorite", withPassword("http://nowhere")}, "://user@nowhere"},
+        {{"messages", withPassword("http://nowhere")}, "://user@nowhere"},
+        {{"edit", feed, "--title", "private"}, shownFeed},
+        {{"edit", feed, "--link", withPassword(m_server->url("/status/410"))}, "://user@127.0.0.1"},
+        {{"refresh"}, "://user@127.0.0.1"},
+        {{"unsubscribe", "private"}, "private"},
+    };
+    for (const auto &[arguments, shown] : commands) {
+        const Run ended = logged(arguments);
+        const QString all = ended.out + ended.err;
+        QVERIFY2(all.contains(shown), qPrintable(arguments.join(' ') + '\n' + all));
+        QVERIFY2(!all.contains("secret"), qPrintable(arguments.join(' ') + '\n' + all));
+    }
+    QFile log(m_dir->filePath("log"));
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    const QByteArray lines = log.readAll();
+    QVERIFY(lines.contains("read the channels"));
+    QVERIFY(!lines.contains("secret"));
 }
 
 void TestNetwork::download()
