@@ -105,7 +105,8 @@ def luck(rng, least, most):
         if change.kind == "t" or rng.random() < 0.7:
             return [change] if rng.random() < 0.5 else []
         return [part for part in sectors(change, rng.choice(SECTORS)) if rng.random() < 0.5]
-    return rng.choice([(least, lambda change: []), (most, lambda change: [change]), (rng.randint(least, most), mixed)])
+    names = rng.choice([least, most, rng.randint(least, most)])
+    return names, rng.choice([lambda change: [], lambda change: [change], mixed])
 
 
 def write_files(contents, folder):

@@ -37,10 +37,16 @@ class Recording:
         self.home.run(*step.command, faults={"JOURNAL": path})
         return journal.read(path)
 
+    @staticmethod
+    def place(changes, rng):
+        """Returns a number of changes: any, all, or those up to a change of names, as these are told apart."""
+        names = [number + 1 for number, change in enumerate(changes) if change.kind in "cdur"]
+        return rng.choice([rng.randint(0, len(changes)), len(changes), rng.choice(names or [0])])
+
     def cut(self, rng):
         """Makes the home what it may be after a power cut, and returns the number of ended commands."""
         ended = rng.randrange(len(self.steps))
-        place = rng.choice([rng.randint(0, len(self.changes[ended])), len(self.changes[ended])])
+        place = self.place(self.changes[ended], rng)
         disk = Disk(self.steps[0].start, self.home.path)
         for changes in self.changes[:ended] + [self.changes[ended][:place]]:
             for change in changes:
