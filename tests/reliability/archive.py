@@ -87,8 +87,9 @@ def confirmed(out, state):
     return (names & words) - {""}
 
 
-def untrue(out, observed, after):
-    """Returns the facts about what the output named that are not as they are after the command."""
-    names = confirmed(out, set(after) | set(observed))
+def untrue(outcome, observed, after):
+    """Returns the facts that are not as the output says. What an error names was not completed."""
+    everything = set(after) | set(observed)
+    names = confirmed(outcome.out, everything) - confirmed(outcome.err, everything)
     different = set(observed) ^ set(after)
     return {fact for fact in different if {fact.title, fact.link} & names}

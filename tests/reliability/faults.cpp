@@ -195,7 +195,7 @@ int changeEntry(char kind, const char *name, Action action, const std::string &t
     const std::string path = absolute(name);
     if (isTorn(path))
         die();
-    if (kind == 'd' && isWatched(path) && space <= 0) {
+    if (kind == 'd' && isWatched(path) && space <= 0 && !exists(name)) {
         errno = ENOSPC;
         return -1;
     }

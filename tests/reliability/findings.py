@@ -54,10 +54,10 @@ class Judge:
         self.isfine = False
         self.findings.add(kind, self.case, f"{self.name}: {text}")
 
-    def compare(self, kind, wrong):
+    def compare(self, kind, wrong, context=""):
         """Reports what is wrong, of which it names the first."""
         if wrong:
-            self.report(kind, f"{sorted(wrong)[0]} and {len(wrong) - 1} more")
+            self.report(kind, f"{sorted(wrong)[0]} and {len(wrong) - 1} more{context}")
 
     def observe(self, faults=None, isfinal=False):
         """Returns the facts of the home, or None if it cannot be read; only what stays so is a finding."""
@@ -80,7 +80,8 @@ class Judge:
         if observed is None:
             return
         everything = set(observed) ^ set(after)
-        self.compare("false successes", everything if outcome.code == 0 else untrue(outcome.out, observed, after))
+        wrong = everything if outcome.code == 0 else untrue(outcome, observed, after)
+        self.compare("false successes", wrong, f" after exit {outcome.code}: {outcome.out}{outcome.err}")
 
     def between(self, observed, states):
         """Compares the facts with states, of which the first was sure and the others may have followed."""
