@@ -3,10 +3,11 @@
 // environment says what it does to changes below the folder TIDEL_FAULTS_FOLDER:
 //   TIDEL_FAULTS_KILL     N: ends the process before change N, counted from 1
 //   TIDEL_FAULTS_TEAR     N: the same, but if change N is a write, its first half is written
-//   TIDEL_FAULTS_SPACE    bytes by which files may grow; then the disk is full
+//   TIDEL_FAULTS_SPACE    bytes by which files may grow together; then the disk is full
 //   TIDEL_FAULTS_JOURNAL  the file to which each change is appended once it is done
 // Without them it only lets the standard output write each line at once, so that a line is seen before its
 // process is killed.
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <climits>
@@ -49,7 +50,7 @@ const std::string folder = setting("TIDEL_FAULTS_FOLDER");
 const std::string journalName = setting("TIDEL_FAULTS_JOURNAL");
 const long killAt = number("TIDEL_FAULTS_KILL", 0);
 const long tearAt = number("TIDEL_FAULTS_TEAR", 0);
-std::atomic<long> space{number("TIDEL_FAULTS_SPACE", LONG_MAX)};
+std::atomic<long> space{number("TIDEL_FAULTS_SPACE", LONG_MAX / 2)};
 std::atomic<long> changes{0};
 
 const bool linesAreWritten = setvbuf(stdout, nullptr, _IOLBF, 0) == 0;
@@ -142,6 +143,14 @@ long sizeOf(int file)
     return fstat(file, &status) == 0 ? long(status.st_size) : 0;
 }
 
+/// The bytes that the disk gets back when the entry \a name goes; 0 if the file has another name.
+long sizeOf(const char *name)
+{
+    struct stat status = {};
+    return lstat(name, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1 ? long(status.st_size)
+                                                                                        : 0;
+}
+
 bool exists(const char *path)
 {
     const int before = errno;
@@ -199,24 +208,32 @@ int changeEntry(char kind, const char *name, Action action, const std::string &t
         errno = ENOSPC;
         return -1;
     }
+    const int before = errno;
+    const long freed = kind == 'u' ? sizeOf(name) : kind == 'r' ? sizeOf(target.c_str()) : 0;
+    errno = before;
     const int result = action();
-    if (result == 0 && isWatched(path))
+    if (result == 0 && isWatched(path)) {
+        space += freed;
         note(kind, path, 0, nullptr, 0, target);
+    }
     return result;
 }
 
-template <typename Action> int resized(int file, long size, Action action, bool canShrink)
+template <typename Action> int resized(int file, long size, Action action)
 {
     const std::string path = pathOf(file);
     if (!isWatched(path))
         return action();
     if (isTorn(path))
         die();
-    if (!takeSpace(size - sizeOf(file)))
+    const long before = sizeOf(file);
+    if (!takeSpace(size - before))
         return -1;
     const int result = action();
-    if (result == 0 && (canShrink || size > sizeOf(file)))
-        note('t', path, std::uint64_t(size));
+    const long after = sizeOf(file);
+    space += std::max(size, before) - after;
+    if (after != before)
+        note('t', path, std::uint64_t(after));
     return result;
 }
 
@@ -277,8 +294,7 @@ WRITE_AT(pwrite64, off64_t)
     extern "C" int name(int file, Offset size) noexcept                                                      \
     {                                                                                                        \
         REAL(name);                                                                                          \
-        return resized(                                                                                      \
-            file, long(size), [&] { return real(file, size); }, true);                                       \
+        return resized(file, long(size), [&] { return real(file, size); });                                  \
     }
 
 RESIZE(ftruncate, off_t)
@@ -289,7 +305,7 @@ RESIZE(ftruncate64, off64_t)
     {                                                                                                        \
         REAL(name);                                                                                          \
         const auto action = [&] { return real(file, mode, offset, size); };                                  \
-        return resized(file, long(offset + size), action, false);                                            \
+        return resized(file, long(offset + size), action);                                                   \
     }
 
 ALLOCATE(fallocate, off_t)

@@ -38,5 +38,6 @@ def at_change(step, rng):
 
 
 def with_full_disk(step, rng):
-    space = rng.choice([0, rng.randint(0, 4096), rng.randint(0, step.growth)])
-    return f"space for {space} of {step.growth} bytes", {"faults": {"SPACE": space}}
+    """Many commands write least and last when they complete what they did."""
+    space = rng.choice([0, rng.randint(0, step.space), max(0, step.space - rng.randint(1, 16384))])
+    return f"space for {space} of {step.space} bytes", {"faults": {"SPACE": space}}

@@ -26,15 +26,20 @@ def read(path):
     return changes
 
 
-def count(path):
-    return len(read(path)) if pathlib.Path(path).exists() else 0
-
-
-def growth(path):
-    """Returns about how many bytes the files grew, so that a smaller disk is full at some time."""
-    ends = {}
-    for change in read(path) if pathlib.Path(path).exists() else []:
+def space_needed(changes, sizes):
+    """Returns the bytes that the disk must have for the changes of files that have these sizes."""
+    used = most = 0
+    for change in changes:
+        before = sizes.pop(change.target or change.path, 0)
         if change.kind == "w":
-            end = change.offset + len(change.data)
-            ends[change.path] = max(ends.get(change.path, 0), end)
-    return sum(end for name, end in ends.items() if not name.endswith("meta.db"))
+            sizes[change.path] = max(before, change.offset + len(change.data))
+        elif change.kind == "t":
+            sizes[change.path] = change.offset
+        elif change.kind == "r":
+            sizes[change.target] = sizes.pop(change.path, 0)
+            before += sizes[change.target]
+        elif change.kind == "s":
+            sizes[change.path] = before
+        used += sizes.get(change.target or change.path, 0) - before
+        most = max(most, used)
+    return most

@@ -103,7 +103,8 @@ class Payloads:
         for name, items in (("rss", len(RSS_ITEMS)), ("json", len(JSON_ITEMS) + 1)):
             outcome = self.on_terminal("subscribe", f"{self.server.address}/{name}")
             listed = self.on_terminal("messages", f"{self.server.address}/{name}").out.splitlines()
-            if outcome.code == 0:
+            # A line break in a header can be the end of the headers, and the document is cut then.
+            if outcome.code == 0 and "\n" not in self.text:
                 self.judge.compare("lost", [f"{name}: {len(listed)} messages"] if len(listed) != items else [])
                 self.compare_title(name, listed)
         self.on_terminal("subscribe", f"{self.server.address}/redirect")

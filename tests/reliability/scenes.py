@@ -73,6 +73,11 @@ class Scenes:
         self.write_feeds(400)
         self.home.save(self.work / "filled")
 
+    def sizes(self, start):
+        """Returns the sizes of the files of a home that was saved to `start`."""
+        return {str(self.home.path / path.relative_to(start)): path.stat().st_size
+                for path in start.rglob("*") if path.is_file()}
+
     def make_steps(self, scene, start, commands):
         """Runs the commands undisturbed, and keeps what the home was before each of them."""
         self.home.become(self.work / start)
@@ -86,8 +91,9 @@ class Scenes:
             began = time.monotonic()
             step.out = self.expect(*step.command, faults={"JOURNAL": step.journal}).out
             step.seconds = time.monotonic() - began
-            step.changes = journal.count(step.journal)
-            step.growth = journal.growth(step.journal)
+            changes = journal.read(step.journal)
+            step.changes = len(changes)
+            step.space = journal.space_needed(changes, self.sizes(step.start))
             step.after = facts(self.home)
             steps.append(step)
         return steps
