@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "articlelayout.h"
 
-#include "phrases.h"
 #include "table.h"
 #include "terminaltext.h"
 
 #include <QTextBoundaryFinder>
+
+#include <TidelReader/usertext.h>
 
 #include <algorithm>
 

@@ -13,6 +13,7 @@
 #include <TidelReader/enclosures.h>
 #include <TidelReader/htmltext.h>
 #include <TidelReader/messages.h>
+#include <TidelReader/usertext.h>
 
 namespace Tidel {
 
