@@ -144,6 +144,8 @@ void TestUnwritableStores::fullDisk()
     make(disk.folder());
     if (hasIndex)
         openForReading(disk.folder());
+    // Its removal would make space.
+    QFile::remove(disk.folder() + QStringLiteral("/ontologies.gvdb"));
     disk.fill();
     const auto connection = ScratchStore::connect(disk.folder());
     QVERIFY2(connection->isValid(), qPrintable(connection->lastError().message()));
