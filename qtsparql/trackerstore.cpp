@@ -261,9 +261,10 @@ std::unique_ptr<TrackerStore::Handle> TrackerStore::connect(const StoreFolder &p
     *error = fromGError(QString(), cause);
     if (isDamage(*error))
         place.noteDamage();
-    QString why = meaning(meaningsOfRefusals, error->message());
+    // Without space Tracker says of a sound database that it has another version.
+    QString why = isDamage(*error) ? QString() : obstacleIn(place.path());
     if (why.isEmpty())
-        why = obstacleIn(place.path());
+        why = meaning(meaningsOfRefusals, error->message());
     if (why.isEmpty())
         why = QStringLiteral("it may be damaged; to start with an empty store, move the folder away");
     *error = QSparqlError(
@@ -319,7 +320,7 @@ bool TrackerStore::make(StoreFolder *place, QSparqlError *error)
         place->requestCheck();
     QSparqlError refusal;
     bool isOpened = connect(*place, Access::Writing, &refusal) != nullptr;
-    if (!isOpened && !isNew && isUseless(refusal)) {
+    if (!isOpened && !isNew && isUseless(refusal) && obstacleIn(place->path()).isEmpty()) {
         isNew = place->setAside();
         isOpened = isNew && connect(*place, Access::Writing, &refusal);
     }
