@@ -29,7 +29,8 @@ public:
     /// What kind of failure it is.
     enum Kind {
         StoreUnavailable, ///< The store could not be opened.
-        StoreFailed, ///< A statement failed. The store is as it was before the statement.
+        StoreFailed, ///< A statement failed. The store is as it was before the statement, or the reason says
+                     ///< that its change may not be on the disk.
         StoreRefused, ///< As StoreFailed, because of a value in the statement. Trying again does not help.
         NotFound, ///< The store has no channel, message or enclosure of this name.
         Ambiguous, ///< Several channels have this name.
