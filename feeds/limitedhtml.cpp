@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "limitedhtml.h"
 
-#include <QList>
 #include <QSet>
+#include <QVector>
 
 #include <TidelReader/htmltags_p.h>
 
@@ -25,6 +25,13 @@ bool needsEndTag(const QByteArray &name)
     return !name.isEmpty() && !others.contains(name);
 }
 
+/// An element whose end tag is still to come.
+struct OpenElement
+{
+    QByteArray endTag;
+    int size; // of this end tag and those of the elements around it
+};
+
 /// Finds out where a text can end.
 class Beginning
 {
@@ -34,14 +41,16 @@ public:
     QByteArray read();
 
 private:
-    void pass(const HtmlTag &tag);
+    /// Passes \a tag if the end tags that are needed behind it fit; otherwise returns false.
+    bool pass(const HtmlTag &tag);
+    int sizeOfEndTags(int elements) const { return elements == 0 ? 0 : m_open.at(elements - 1).size; }
+    int sizeOfEndTags() const { return sizeOfEndTags(int(m_open.size())); }
     /// The end of the last whole character or entity between \a from and \a to.
     int wholeText(int from, int to) const;
 
     const QByteArray &m_html;
     const int m_size;
-    QList<QByteArray> m_endTags; // of the open elements
-    int m_endTagsSize = 0;
+    QVector<OpenElement> m_open;
 };
 
 QByteArray Beginning::read()
@@ -49,35 +58,38 @@ QByteArray Beginning::read()
     int at = 0;
     while (true) {
         const HtmlTag tag = nextTag(m_html, at);
-        const bool isTextWhole = tag.from + m_endTagsSize <= m_size;
-        at = isTextWhole ? tag.from : wholeText(at, m_size - m_endTagsSize);
-        // The end tag of this element needs a place, too.
-        const int after = tag.to + m_endTagsSize + tag.name.size() + 3;
-        if (!isTextWhole || after > m_size || m_endTags.size() == maximumDepth)
+        if (tag.from + sizeOfEndTags() > m_size) {
+            at = wholeText(at, m_size - sizeOfEndTags());
             break;
-        pass(tag);
+        }
+        at = tag.from;
+        if (!pass(tag))
+            break;
         at = tag.to;
     }
     QByteArray text = m_html.left(at);
-    std::for_each(m_endTags.crbegin(), m_endTags.crend(), [&](const QByteArray &tag) { text += tag; });
+    std::for_each(m_open.crbegin(), m_open.crend(),
+                  [&](const OpenElement &element) { text += element.endTag; });
     return text;
 }
 
-void Beginning::pass(const HtmlTag &tag)
+bool Beginning::pass(const HtmlTag &tag)
 {
-    if (!needsEndTag(tag.name))
-        return;
     const QByteArray endTag = "</" + tag.name + '>';
-    if (m_html.at(tag.from + 1) != '/') {
-        const bool isWhole = m_html.mid(tag.from, tag.to - tag.from).contains("</");
-        if (!isWhole) {
-            m_endTags.append(endTag);
-            m_endTagsSize += endTag.size();
-        }
-        return;
-    }
-    for (int open = m_endTags.lastIndexOf(endTag); open >= 0 && open < m_endTags.size();)
-        m_endTagsSize -= m_endTags.takeLast().size();
+    const auto isSame = [&](const OpenElement &element) { return element.endTag == endTag; };
+    const bool isEnd = m_html.at(tag.from + 1) == '/';
+    // A script is passed with its end tag.
+    const bool isWhole = m_html.mid(tag.from + 1, tag.to - tag.from - 1).contains("</");
+    const bool opens = !isEnd && !isWhole && needsEndTag(tag.name);
+    const auto found = isEnd ? std::find_if(m_open.crbegin(), m_open.crend(), isSame) : m_open.crend();
+    const int left = found == m_open.crend() ? int(m_open.size()) : int(m_open.crend() - found) - 1;
+    const int size = sizeOfEndTags(left) + (opens ? int(endTag.size()) : 0);
+    if (tag.to + size > m_size || left == maximumDepth)
+        return false;
+    m_open.resize(left);
+    if (opens)
+        m_open.append({endTag, size});
+    return true;
 }
 
 int Beginning::wholeText(int from, int to) const

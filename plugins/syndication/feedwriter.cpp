@@ -7,6 +7,7 @@
 #include <TidelReader/linkuse.h>
 
 #include <algorithm>
+#include <functional>
 
 namespace Tidel {
 
@@ -14,6 +15,7 @@ namespace {
 
 // One refresh stores no more than this, so that no feed fills the store at once or holds up the others.
 constexpr int maximumResources = 15 * 1000; // Messages and enclosures together.
+constexpr int costOfChange = 3; // A changed message takes as long as three new ones.
 constexpr int maximumWeight = 32 * 1000 * 1000; // See StorableMessage::weight().
 
 QDateTime dateOf(const ClaimedItem &claimed)
@@ -194,16 +196,21 @@ void FeedWriter::choose()
 {
     std::vector<ClaimedItem> items = m_claims->items;
     sortNewestFirst(items);
+    const auto isKnown = [&](const ClaimedItem &claimed) {
+        return m_claims->use.isInChannel(claimed.link) || !m_known.link(keyOf(*claimed.item)).isNull();
+    };
+    // A feed that changes all its messages each time must not keep out the new ones.
+    const auto firstKnown = std::stable_partition(items.begin(), items.end(), std::not_fn(isKnown));
     int resources = 0;
     int weight = 0;
-    for (const ClaimedItem &claimed : items) {
-        if (isDropped(claimed))
+    for (auto claimed = items.begin(); claimed != items.end(); ++claimed) {
+        if (isDropped(*claimed))
             continue;
-        StorableMessage message = m_feed->message(claimed);
-        message.setKey(keyOf(*claimed.item));
+        StorableMessage message = m_feed->message(*claimed);
+        message.setKey(keyOf(*claimed->item));
         if (MessageWriter::isStored(message, m_channelUri, m_claims->use, m_known))
             continue;
-        resources += 1 + int(message.message().enclosures().size());
+        resources += (claimed < firstKnown ? 1 : costOfChange) + int(message.message().enclosures().size());
         weight += message.weight();
         m_leavesMessages = resources > maximumResources || (weight > maximumWeight && !m_messages.isEmpty());
         if (m_leavesMessages)

@@ -106,6 +106,8 @@ private slots:
     void hostileValues_data();
     void hostileValues();
     void withoutChannel();
+    void groupsAreBounded();
+    void isStored();
 
     void refusedMessageHoldsNoOtherUp();
     void messageThatCannotBeStored();
@@ -502,6 +504,41 @@ void TestMessageWriter::lateResults()
     StatementGate::reset();
     QCOMPARE(m_store->count("?m a mfo:FeedMessage ; nie:isLogicalPartOf <urn:d>"), 3);
     QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 3);
+}
+
+void TestMessageWriter::groupsAreBounded()
+{
+    QCOMPARE(MessageWriter::groupSize(storable(numbered(250, message)), 0), 100);
+    QCOMPARE(MessageWriter::groupSize(storable(numbered(250, message)), 200), 50);
+    FeedMessage large = message(0);
+    large.setDescription(QString(1000 * 1000, 'x'));
+    QCOMPARE(MessageWriter::groupSize(storable({large, message(1)}), 0), 1);
+    QCOMPARE(MessageWriter::groupSize(storable({message(1), large}), 0), 1);
+    QStringList files;
+    for (int i = 0; i < 100; ++i)
+        files.append(fileOf(i));
+    QList<FeedMessage> episodes;
+    for (int i = 0; i < 100; ++i)
+        episodes.append(episode(i, files));
+    QVERIFY(MessageWriter::groupSize(storable(episodes), 0) < 10);
+}
+
+void TestMessageWriter::isStored()
+{
+    const Store store = *Store::open();
+    const auto isStored = [&](const FeedMessage &text) {
+        const StorableMessage message = storable(text);
+        return MessageWriter::isStored(message, channelUri, *LinkUse::of(store, {message.link()}, channelUri),
+                                       KnownItems());
+    };
+    QVERIFY(!isStored(episode(1)));
+    const QList<StorableMessage> messages = storable(QList<FeedMessage>{episode(1)});
+    QVERIFY(
+        MessageWriter(store).write(messages, channelUri, *LinkUse::of(store, linksOf(messages), channelUri)));
+    QVERIFY(isStored(episode(1)));
+    FeedMessage changed = episode(1);
+    changed.setDescription("Another text");
+    QVERIFY(!isStored(changed));
 }
 
 QTEST_GUILESS_MAIN(TestMessageWriter)

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void sameRemoteLinkReplaces();
     void nullLinkOfTheMessage();
     void copies();
+    void weight();
 };
 
 void TestStorableMessage::textsAreTakenOver()
@@ -119,6 +120,22 @@ void TestStorableMessage::copies()
     second = first;
     QCOMPARE(second.message().enclosures().size(), 0);
     QCOMPARE(third.message().enclosures().size(), 1);
+}
+
+void TestStorableMessage::weight()
+{
+    FeedMessage text;
+    const int empty = StorableMessage(page, text).weight();
+    text.setDescription(QString(1000, 'x'));
+    StorableMessage message(page, text);
+    QCOMPARE(message.weight(), empty + 1000);
+    MessageDetails details;
+    details.authors = QStringList{QString(10000, QLatin1Char('a')), "b"};
+    message.setDetails(details);
+    QCOMPARE(message.weight(), empty + 1000 + 4000 + 1);
+    const int before = message.weight();
+    message.addEnclosure(file, FeedEnclosure());
+    QVERIFY(message.weight() > before + file.toString().size());
 }
 
 QTEST_GUILESS_MAIN(TestStorableMessage)

@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QSignalSpy>
 #include <QtTest>
 
 using namespace Tidel;
@@ -49,6 +50,9 @@ private slots:
     void droppedKeysAreForgotten();
     void detailsAreStored();
     void notes();
+    void newestFirstWhenThereAreTooMany();
+    void canceledBetweenGroups();
+    void downloadersTakeTurns();
     void storeOfVersion01();
 
 private:
@@ -242,6 +246,58 @@ void TestFeedWriter::detailsAreStored()
              QStringList("https://example.org/ 60"));
     QCOMPARE(m_store->texts("SELECT ?c { ?m a mfo:FeedMessage ; tidel:category ?c }"), QStringList("garden"));
     QCOMPARE(m_store->texts("SELECT ?d { ?e a mfo:Enclosure ; tidel:duration ?d }"), QStringList("3723"));
+}
+
+void TestFeedWriter::newestFirstWhenThereAreTooMany()
+{
+    QByteArray items;
+    for (int i = 20000; i > 0; --i)
+        items += "<item><guid>" + QByteArray::number(i) + "</guid></item>";
+    read(items);
+    QCOMPARE(last("newMessages").size(), 15000);
+    const QStringList note("has more new messages than one refresh stores: refresh again");
+    QCOMPARE(last("newNotes"), note);
+    QCOMPARE(m_store->count("?c tidel:entityTag ?t"), 0);
+    QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 15000);
+    // Nothing but the missing validators makes the next refresh read the same file again.
+    VERIFY_ENDING(refresh(), "downloadFeedsFinished");
+    QCOMPARE(last("newMessages").size(), 5000);
+    QCOMPARE(m_store->count("?c tidel:note ?n"), 0);
+    QCOMPARE(m_store->count("?c tidel:entityTag ?t"), 1);
+    QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 20000);
+}
+
+void TestFeedWriter::canceledBetweenGroups()
+{
+    QByteArray items;
+    for (int i = 0; i < 12000; ++i)
+        items += item(QByteArray::number(i), QByteArray::number(i));
+    downloader().subscribe(QUrl("file://" + write("feed.xml", feed(items))));
+    QTRY_VERIFY(m_store->count("?m a mfo:FeedMessage") > 0);
+    downloader().cancel();
+    const Ending canceled = ending(downloader());
+    QCOMPARE(canceled.error, int(FeedDownloadCanceled));
+    const int stored = m_store->count("?m a mfo:FeedMessage");
+    QVERIFY2(stored > 0 && stored < 12000 && stored % 100 == 0, qPrintable(QString::number(stored)));
+    QCOMPARE(last("newMessages").size(), stored);
+    VERIFY_ENDING(refresh(), "downloadFeedsFinished");
+    QCOMPARE(last("newMessages").size(), 12000 - stored);
+}
+
+// The second feed has the messages of the first one, and stores them between the turns of the first one.
+void TestFeedWriter::downloadersTakeTurns()
+{
+    QByteArray items;
+    for (int i = 0; i < 8000; ++i)
+        items += item(QByteArray::number(i), QByteArray::number(i));
+    const auto other = another();
+    downloader().subscribe(QUrl("file://" + write("feed.xml", feed(items))));
+    other->subscribe(QUrl("file://" + write("other.xml", feed(items))));
+    QSignalSpy ends(other.get(), &FeedPluginInterface::downloadFeedsFinished);
+    VERIFY_ENDING(ending(downloader()), "downloadFeedsFinished");
+    QTRY_COMPARE_WITH_TIMEOUT(int(ends.size()), 1, 60000);
+    QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 8000);
+    QCOMPARE(m_store->count("?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c"), 16000);
 }
 
 // A note is told when the channel gets it, and again only if it was gone in between.

@@ -52,6 +52,7 @@ private slots:
     void downloadFolder();
     void interrupted_data();
     void interrupted();
+    void interruptedWriting();
     void interruptedDownload();
     void killedDownload();
     void progress();
@@ -436,6 +437,26 @@ void TestNetwork::interrupted()
 
     // The next refresh stores the rest.
     QCOMPARE(run({"refresh"}).lines().last(), QString("2 channels: 1 new message"));
+}
+
+void TestNetwork::interruptedWriting()
+{
+    QByteArray items;
+    for (int i = 0; i < 12000; ++i)
+        items += item(i);
+    QProcess process;
+    start(process, {"subscribe", write("huge.xml", items)});
+    const auto stored = [&] { return run({"list"}).lines().filter("Item").size(); };
+    QTRY_VERIFY_WITH_TIMEOUT(stored() > 0, 60000);
+    QCOMPARE(kill(pid_t(process.processId()), SIGINT), 0);
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 128 + SIGINT);
+    const int before = int(stored());
+    QVERIFY2(before > 0 && before < 12000 && before % 100 == 0, qPrintable(QString::number(before)));
+    // The rest comes with the next refresh.
+    VERIFY_RUN(run({"refresh"}), 0);
+    QCOMPARE(int(stored()), 12000);
 }
 
 /// Starts a download that the server does not complete.
