@@ -677,6 +677,15 @@ const QString isLinkWithoutTime =
 
 } // namespace
 
+QStringList singleProperties(Kind kind)
+{
+    static const char *const names[] = {
+        "nie:title nie:links nie:characterSet nie:identifier nie:contentLastModified tidel:entityTag tidel:lastModified",
+        "nie:title nie:subject nie:links nie:contentCreated mfo:downloadedTime tidel:digest",
+        "mfo:remoteLink mfo:localLink nie:identifier nie:contentSize mfo:optional mfo:groupDefault"};
+    return QString::fromLatin1(names[int(kind)]).split(QLatin1Char(' '));
+}
+
 QSparqlQuery linksOfSeveral(Kind kind)
 {
     return select(

@@ -200,6 +200,8 @@ enum class Kind { Channel, Message, Enclosure };
 QSparqlQuery linksOfSeveral(Kind kind);
 /// The resources of \a kind that have \a link, the oldest first.
 QSparqlQuery resourcesWithLink(Kind kind, const QString &link);
+/// The properties that a resource of \a kind has once, though the ontology allows several values.
+QStringList singleProperties(Kind kind);
 QSparqlQuery withSeveralValues(Kind kind, const QString &property);
 QSparqlQuery withoutValue(Kind kind, const QString &property);
 /// The channels whose link has no time of subscription.

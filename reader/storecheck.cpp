@@ -15,7 +15,7 @@ namespace {
 
 using Statements::Kind;
 
-/// A property that each resource of a kind must or may have once.
+/// A property that each resource of a kind must have.
 struct Property
 {
     Kind kind;
@@ -29,26 +29,6 @@ const Property necessaryTexts[] = {{Kind::Channel, "nie:title"},
                                    {Kind::Message, "nie:subject"}};
 const Property necessaryLinks[] = {{Kind::Channel, "nie:links"}, {Kind::Message, "nie:links"}};
 const Property downloadTime{Kind::Message, "mfo:downloadedTime"};
-
-const Property singleValues[] = {{Kind::Channel, "nie:title"},
-                                 {Kind::Channel, "nie:links"},
-                                 {Kind::Channel, "nie:characterSet"},
-                                 {Kind::Channel, "nie:identifier"},
-                                 {Kind::Channel, "nie:contentLastModified"},
-                                 {Kind::Channel, "tidel:entityTag"},
-                                 {Kind::Channel, "tidel:lastModified"},
-                                 {Kind::Message, "nie:title"},
-                                 {Kind::Message, "nie:subject"},
-                                 {Kind::Message, "nie:links"},
-                                 {Kind::Message, "nie:contentCreated"},
-                                 {Kind::Message, "mfo:downloadedTime"},
-                                 {Kind::Message, "tidel:digest"},
-                                 {Kind::Enclosure, "mfo:remoteLink"},
-                                 {Kind::Enclosure, "mfo:localLink"},
-                                 {Kind::Enclosure, "nie:identifier"},
-                                 {Kind::Enclosure, "nie:contentSize"},
-                                 {Kind::Enclosure, "mfo:optional"},
-                                 {Kind::Enclosure, "mfo:groupDefault"}};
 
 QString nameOf(const Property &property) { return QLatin1String(property.name); }
 
@@ -84,8 +64,11 @@ Result<QStringList> findMissingValues(StorePrivate &store)
 Result<QStringList> findSeveralValues(StorePrivate &store)
 {
     QVector<QSparqlQuery> questions;
-    for (const Property &property : singleValues)
-        questions.append(Statements::withSeveralValues(property.kind, nameOf(property)));
+    for (const Kind kind : {Kind::Channel, Kind::Message, Kind::Enclosure}) {
+        const QStringList properties = Statements::singleProperties(kind);
+        for (const QString &property : properties)
+            questions.append(Statements::withSeveralValues(kind, property));
+    }
     return unite(store, questions);
 }
 
