@@ -212,7 +212,8 @@ void TestStoreCheck::missingValues()
                            "mfo:downloadedTime ?t"),
              1);
     QCOMPARE(store().count("<urn:channel:bare> nie:title ?t ; nie:links ?l . ?l nie:created ?time "
-                           "FILTER(?t = STR(?l))"), 1);
+                           "FILTER(?t = STR(?l))"),
+             1);
     QCOMPARE(store().texts("SELECT ?t { <urn:message:a> nie:title ?t }"), QStringList("Title of a"));
 }
 
