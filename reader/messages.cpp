@@ -83,9 +83,15 @@ Result<QString> Messages::uri(const QString &name) const
 
 Result<void> Messages::setFavorite(const QString &messageUri, bool isFavorite)
 {
-    return StorePrivate::of(m_store).update(isFavorite ? Statements::insertFavorite(messageUri)
-                                                       : Statements::deleteFavorite(messageUri),
-                                            "change the message in the store");
+    StorePrivate &store = StorePrivate::of(m_store);
+    const Result<void> changed = store.update(isFavorite ? Statements::insertFavorite(messageUri)
+                                                         : Statements::deleteFavorite(messageUri),
+                                              "change the message in the store");
+    if (!changed || !isFavorite)
+        return changed;
+    // Another program may have deleted the message since it was looked up. A favorite stays.
+    const Result<QString> marked = uri(messageUri);
+    return marked ? changed : Failure(marked.error());
 }
 
 } // namespace Tidel

@@ -37,8 +37,9 @@ public:
     /// The URI of the message that the user calls \a name, its link or its URI. Fails with Error::NotFound.
     Result<QString> uri(const QString &name) const;
 
-    /// Marks the message as a favorite, or takes the mark away. Retention never drops a favorite. Has no
-    /// effect if the message is not stored.
+    /// Marks the message as a favorite, or takes the mark away. Retention never drops a favorite. To
+    /// mark a message that is not stored fails with Error::NotFound; to take the mark away has no effect
+    /// then.
     Result<void> setFavorite(const QString &messageUri, bool isFavorite);
 
 private:

@@ -197,7 +197,8 @@ void TestMessages::setFavoriteOfUnknownMessage()
 {
     addChannel("news");
     const QStringList before = everythingIn(store());
-    VERIFY_OK(messages().setFavorite("urn:message:unknown", true));
+    QCOMPARE(messages().setFavorite("urn:message:unknown", true).error().kind(), Error::NotFound);
+    VERIFY_OK(messages().setFavorite("urn:message:unknown", false));
     QCOMPARE(everythingIn(store()), before);
 }
 
