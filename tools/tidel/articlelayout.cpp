@@ -6,7 +6,6 @@
 
 #include <QTextBoundaryFinder>
 
-#include <TidelReader/usertext.h>
 
 #include <algorithm>
 
@@ -96,7 +95,7 @@ QStringList linkLines(const QVector<ArticleLink> &links)
         lines.append(QStringLiteral("[%1] %2%3")
                          .arg(QString::number(i + 1),
                               QLatin1String(links.at(i).isPicture ? "(picture) " : ""),
-                              shownAddress(links.at(i).link.toString())));
+                              links.at(i).link.toString()));
     return lines;
 }
 

@@ -13,7 +13,6 @@
 #include <TidelReader/enclosures.h>
 #include <TidelReader/htmltext.h>
 #include <TidelReader/messages.h>
-#include <TidelReader/usertext.h>
 
 namespace Tidel {
 
@@ -35,7 +34,7 @@ QString shownEnclosure(const FeedEnclosure &enclosure, const EnclosureDetails &d
         facts.append(QLocale::c().formattedDataSize(enclosure.length()));
     if (details.duration > 0)
         facts.append(shownDuration(details.duration));
-    QString text = shownAddress(enclosure.remoteUrl());
+    QString text = enclosure.remoteUrl();
     if (!facts.isEmpty())
         text += QStringLiteral(" (%1)").arg(facts.join(QLatin1String(", ")));
     const QString file = QUrl(enclosure.localUrl()).toLocalFile();
@@ -71,8 +70,8 @@ QStringList headLines(const WholeMessage &whole, int width)
         {QStringLiteral("Updated"), time(whole.details.updatedDate)},
         {QStringLiteral("Categories"), whole.details.categories.join(comma)},
         {QStringLiteral("Favorite"), whole.message.isFavorite() ? QStringLiteral("yes") : QString()},
-        {QStringLiteral("Link"), shownAddress(whole.message.link())},
-        {QStringLiteral("Comments"), shownAddress(whole.details.comments.toString())},
+        {QStringLiteral("Link"), whole.message.link()},
+        {QStringLiteral("Comments"), whole.details.comments.toString()},
     };
     for (const FeedEnclosure &enclosure : whole.enclosures)
         fields.append({QStringLiteral("File"),
@@ -83,7 +82,7 @@ QStringList headLines(const WholeMessage &whole, int width)
 QJsonObject enclosureJson(const FeedEnclosure &enclosure, const EnclosureDetails &details)
 {
     QJsonObject json{{QStringLiteral("uri"), enclosure.uri()},
-                     {QStringLiteral("address"), shownAddress(enclosure.remoteUrl())}};
+                     {QStringLiteral("address"), enclosure.remoteUrl()}};
     const auto add = [&json](const char *name, const QJsonValue &value, bool isKnown) {
         if (isKnown)
             json.insert(QLatin1String(name), value);
@@ -147,7 +146,7 @@ QJsonObject messageJson(const WholeMessage &whole)
         files.append(enclosureJson(enclosure, whole.enclosureDetails.value(enclosure.uri())));
     QJsonObject json{{QStringLiteral("uri"), whole.uri},
                      {QStringLiteral("title"), whole.message.title()},
-                     {QStringLiteral("link"), shownAddress(whole.message.link())},
+                     {QStringLiteral("link"), whole.message.link()},
                      {QStringLiteral("channels"), QJsonArray::fromStringList(whole.channels)},
                      {QStringLiteral("authors"), QJsonArray::fromStringList(whole.details.authors)},
                      {QStringLiteral("categories"), QJsonArray::fromStringList(whole.details.categories)},
