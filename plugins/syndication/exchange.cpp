@@ -52,7 +52,6 @@ void Exchange::ask(const TransferRequest &request)
     curl_easy_setopt(handle, CURLOPT_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(handle, CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1);
     curl_easy_setopt(handle, CURLOPT_PATH_AS_IS, 1L);
-    curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
     // Ending a request must not wait for the answer of a name server.
     curl_easy_setopt(handle, CURLOPT_QUICK_EXIT, 1L);
     curl_easy_setopt(handle, CURLOPT_PRIVATE, this);
@@ -128,17 +127,17 @@ void Exchange::useAuthorities()
     curl_easy_setopt(m_handle.get(), CURLOPT_CAPATH, nullptr);
 }
 
-size_t Exchange::readLine(const char *line, size_t one, size_t size, void *exchange)
+size_t Exchange::readLine(const char *line, size_t, size_t size, void *exchange)
 {
     auto *self = static_cast<Exchange *>(exchange);
-    self->m_hasLargeHead = !self->m_head.addLine(QByteArray(line, int(one * size)));
+    self->m_hasLargeHead = !self->m_head.addLine(QByteArray(line, int(size)));
     return self->m_hasLargeHead ? 0 : size;
 }
 
-size_t Exchange::readBody(const char *bytes, size_t one, size_t size, void *exchange)
+size_t Exchange::readBody(const char *bytes, size_t, size_t size, void *exchange)
 {
     auto *self = static_cast<Exchange *>(exchange);
-    self->m_isStopped = self->m_head.status() != 200 || !self->m_receiver(bytes, qint64(one * size));
+    self->m_isStopped = self->m_head.status() != 200 || !self->m_receiver(bytes, qint64(size));
     return self->m_isStopped ? 0 : size;
 }
 

@@ -59,9 +59,9 @@ private:
     /// Trusts the authorities that the host has set.
     void useAuthorities();
     /// Called by libcurl with a line of the head.
-    static size_t readLine(const char *line, size_t one, size_t size, void *exchange);
+    static size_t readLine(const char *line, size_t, size_t size, void *exchange);
     /// Called by libcurl with a piece of the body.
-    static size_t readBody(const char *bytes, size_t one, size_t size, void *exchange);
+    static size_t readBody(const char *bytes, size_t, size_t size, void *exchange);
 
     const std::shared_ptr<Connections> m_connections;
     const std::unique_ptr<CURL, Delete> m_handle;
