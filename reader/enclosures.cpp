@@ -3,6 +3,7 @@
 
 #include "detailfields_p.h"
 #include "messages.h"
+#include "shownaddress_p.h"
 #include "statements_p.h"
 #include "store_p.h"
 
@@ -60,12 +61,17 @@ Result<QStringList> Enclosures::uris(const QString &name) const
         return store.texts(Statements::enclosureUrisOf(*message), attempt);
     if (message.error().kind() != Error::NotFound)
         return Failure(message.error());
-    for (const QSparqlQuery &query :
-         {Statements::enclosuresWithLink(QUrl(name)), Statements::enclosure(name)}) {
-        const Result<QStringList> found = store.texts(query, attempt);
+    const auto addresses = addressesShownAs(m_store, QUrl(name));
+    if (!addresses)
+        return Failure(addresses.error());
+    for (const QUrl &address : *addresses) {
+        const Result<QStringList> found = store.texts(Statements::enclosuresWithLink(address), attempt);
         if (!found || !found->isEmpty())
             return found;
     }
+    const Result<QStringList> found = store.texts(Statements::enclosure(name), attempt);
+    if (!found || !found->isEmpty())
+        return found;
     return Failure(Error(Error::NotFound, {}, QStringLiteral("no such message or enclosure")));
 }
 

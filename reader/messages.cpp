@@ -5,6 +5,7 @@
 #include "earlierversions_p.h"
 #include "headlines_p.h"
 #include "messageorder.h"
+#include "shownaddress_p.h"
 #include "statements_p.h"
 
 #include <QUrl>
@@ -70,13 +71,18 @@ Result<QList<EarlierVersion>> Messages::earlierVersions(const QString &messageUr
 Result<QString> Messages::uri(const QString &name) const
 {
     StorePrivate &store = StorePrivate::of(m_store);
-    const QUrl address = QUrl::fromUserInput(name);
-    for (const QSparqlQuery &query : {Statements::messageWithLink(address), Statements::message(address)}) {
-        const Result<QStringList> found = store.texts(query, "look up the message in the store");
-        if (!found)
-            return Failure(found.error());
-        if (!found->isEmpty())
-            return found->first();
+    const auto addresses = addressesShownAs(m_store, QUrl::fromUserInput(name));
+    if (!addresses)
+        return Failure(addresses.error());
+    for (const QUrl &address : *addresses) {
+        for (const QSparqlQuery &query :
+             {Statements::messageWithLink(address), Statements::message(address)}) {
+            const Result<QStringList> found = store.texts(query, "look up the message in the store");
+            if (!found)
+                return Failure(found.error());
+            if (!found->isEmpty())
+                return found->first();
+        }
     }
     return Failure(Error(Error::NotFound, {}, QStringLiteral("no such message")));
 }
