@@ -13,6 +13,7 @@
 #include <TidelReader/enclosures.h>
 #include <TidelReader/htmltext.h>
 #include <TidelReader/messages.h>
+#include <TidelReader/usertext.h>
 
 namespace Tidel {
 
@@ -82,7 +83,7 @@ QStringList headLines(const WholeMessage &whole, int width)
 QJsonObject enclosureJson(const FeedEnclosure &enclosure, const EnclosureDetails &details)
 {
     QJsonObject json{{QStringLiteral("uri"), enclosure.uri()},
-                     {QStringLiteral("address"), enclosure.remoteUrl()}};
+                     {QStringLiteral("address"), withoutPasswords(enclosure.remoteUrl())}};
     const auto add = [&json](const char *name, const QJsonValue &value, bool isKnown) {
         if (isKnown)
             json.insert(QLatin1String(name), value);
@@ -146,13 +147,13 @@ QJsonObject messageJson(const WholeMessage &whole)
         files.append(enclosureJson(enclosure, whole.enclosureDetails.value(enclosure.uri())));
     QJsonObject json{{QStringLiteral("uri"), whole.uri},
                      {QStringLiteral("title"), whole.message.title()},
-                     {QStringLiteral("link"), whole.message.link()},
+                     {QStringLiteral("link"), withoutPasswords(whole.message.link())},
                      {QStringLiteral("channels"), QJsonArray::fromStringList(whole.channels)},
                      {QStringLiteral("authors"), QJsonArray::fromStringList(whole.details.authors)},
                      {QStringLiteral("categories"), QJsonArray::fromStringList(whole.details.categories)},
                      {QStringLiteral("favorite"), whole.message.isFavorite()},
-                     {QStringLiteral("html"), htmlOf(whole)},
-                     {QStringLiteral("text"), plainText(htmlOf(whole))},
+                     {QStringLiteral("html"), withoutPasswords(htmlOf(whole))},
+                     {QStringLiteral("text"), withoutPasswords(plainText(htmlOf(whole)))},
                      {QStringLiteral("enclosures"), files}};
     const auto addTime = [&json](const char *name, const QDateTime &time) {
         if (time.isValid())
