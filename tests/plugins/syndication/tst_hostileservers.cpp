@@ -120,6 +120,7 @@ void TestHostileServers::endsWithReason_data()
     row("asks as a proxy", "HTTP/1.1 407 No\r\nProxy-Authenticate: Basic\r\nContent-Length: 0\r\n\r\n");
     row("never changed", "HTTP/1.1 304 Not Modified\r\n\r\n");
     row("no content", "HTTP/1.1 204 No Content\r\n\r\n" + document);
+    row("long name of an element", okay + "\r\n<" + megabyte.left(40000) + "/>");
     row("part of the content", "HTTP/1.1 206 Partial Content\r\nContent-Length: 5\r\n\r\n<rss>");
 }
 
