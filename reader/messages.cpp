@@ -14,6 +14,12 @@
 
 namespace Tidel {
 
+namespace {
+
+Error noSuchMessage() { return Error(Error::NotFound, {}, QStringLiteral("no such message")); }
+
+} // namespace
+
 Messages::Messages(const Store &store) : m_store(store) { }
 
 Result<QList<FeedMessage>> Messages::ofChannel(const QString &channelUri) const
@@ -34,7 +40,7 @@ Result<FeedMessage> Messages::get(const QString &messageUri) const
     if (!answer)
         return Failure(answer.error());
     if (!(*answer)->next())
-        return Failure(Error(Error::NotFound, {}, QStringLiteral("no such message")));
+        return Failure(noSuchMessage());
     return extractMessage((*answer)->current());
 }
 
@@ -84,7 +90,7 @@ Result<QString> Messages::uri(const QString &name) const
                 return found->first();
         }
     }
-    return Failure(Error(Error::NotFound, {}, QStringLiteral("no such message")));
+    return Failure(noSuchMessage());
 }
 
 Result<void> Messages::setFavorite(const QString &messageUri, bool isFavorite)
@@ -96,8 +102,11 @@ Result<void> Messages::setFavorite(const QString &messageUri, bool isFavorite)
     if (!changed || !isFavorite)
         return changed;
     // Another program may have deleted the message since it was looked up. A favorite stays.
-    const Result<QString> marked = uri(messageUri);
-    return marked ? changed : Failure(marked.error());
+    const Result<QStringList> marked =
+        store.texts(Statements::message(QUrl(messageUri)), "look up the message in the store");
+    if (!marked)
+        return Failure(marked.error());
+    return marked->isEmpty() ? Failure(noSuchMessage()) : changed;
 }
 
 } // namespace Tidel

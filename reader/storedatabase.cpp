@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "storedatabase.h"
 
+#include "../qtsparql/filelock_p.h"
+#include "../qtsparql/obstacle_p.h"
 #include "damagedtables_p.h"
 #include "databasefiles_p.h"
 #include "salvage_p.h"
@@ -11,7 +13,6 @@
 #include <QDir>
 #include <QFile>
 #include <QHash>
-#include <QLockFile>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -21,7 +22,24 @@ namespace Tidel {
 namespace {
 
 const char *const attempt = "check the database";
-constexpr int lockTimeout = 30000;
+
+/// Keeps other programs from opening the store as long as the lock lives.
+Result<std::unique_ptr<FileLock>> lockOpening(const QString &folder)
+{
+    const auto failure = [](const QString &reason) {
+        return Failure(Error(Error::StoreFailed, QStringLiteral("lock the store"), reason));
+    };
+    auto lock = std::make_unique<FileLock>(folder + QLatin1String("/opening.lock"));
+    if (lock->error() != 0)
+        return failure(lock->path() + QLatin1String(": ") + obstacle(lock->error()));
+    PatientWait wait(usualPatience, "opening it");
+    while (!lock->tryLock()) {
+        if (!wait.goOn([&lock] { return lock->holder(); }))
+            return failure(wait.failure(lock->holder()));
+    }
+    lock->note();
+    return lock;
+}
 
 /// Returns true if the list of tables can be read; otherwise returns false.
 bool isReadable(SqliteFile &file)
@@ -122,10 +140,9 @@ Result<SavedContents> StoreDatabase::salvage(const Progress &progress)
     const Result<WriteTurn> turn = WriteTurn::take();
     if (!turn)
         return Failure(turn.error());
-    QLockFile lock(folder() + QLatin1String("/opening.lock"));
-    if (!lock.tryLock(lockTimeout))
-        return Failure(Error(Error::StoreFailed, QStringLiteral("lock the store"),
-                             QStringLiteral("another program is opening it; end that program or try again")));
+    const Result<std::unique_ptr<FileLock>> lock = lockOpening(folder());
+    if (!lock)
+        return Failure(lock.error());
     const QString newFolder = folder() + QLatin1String("/salvaged");
     QDir(newFolder).removeRecursively();
     Result<SavedContents> saved = fill(folder(), newFolder, progress);

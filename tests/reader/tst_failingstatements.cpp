@@ -82,8 +82,8 @@ class TestFailingStatements : public ReaderTestCase
 private Q_SLOTS:
     void queriesAndUpdates_data();
     void queriesAndUpdates();
-    void removals_data();
-    void removals();
+    void changesInSteps_data();
+    void changesInSteps();
 
 private:
     void fill() const;
@@ -158,8 +158,6 @@ void TestFailingStatements::queriesAndUpdates_data()
     addAttempt("Messages::headlines", 2, [=](S s) { return outcome(Messages(s).headlines(many)); });
     addAttempt("Messages::uri, link", 1, [](S s) { return outcome(Messages(s).uri(linkOf("a"))); });
     addAttempt("Messages::uri, URI", 2, [](S s) { return outcome(Messages(s).uri(messageUri("a"))); });
-    addAttempt("Messages::setFavorite, true", 1,
-               [](S s) { return Messages(s).setFavorite(messageUri("a"), true); });
     addAttempt("Messages::setFavorite, false", 1,
                [](S s) { return Messages(s).setFavorite(messageUri("b"), false); });
     addAttempt("Enclosures::ofMessage", 1,
@@ -222,12 +220,14 @@ void TestFailingStatements::queriesAndUpdates()
     }
 }
 
-void TestFailingStatements::removals_data()
+void TestFailingStatements::changesInSteps_data()
 {
     QTest::addColumn<int>("statements");
     QTest::addColumn<Attempt>("attempt");
     using S = const Store &;
     addAttempt("Channels::remove", 13, [](S s) { return Channels(s).remove(channel("news"), ignoreStep); });
+    addAttempt("Messages::setFavorite, true", 2,
+               [](S s) { return Messages(s).setFavorite(messageUri("a"), true); });
     addAttempt("Orphans::remove", 8, [](S s) { return Orphans(s).remove(ignoreStep); });
     addAttempt("Retention::drop", 9, [](S s) {
         return Retention(s).drop(channelUri("news"), messageUris(manyNames) + messageUris({"a", "shared"}),
@@ -235,8 +235,8 @@ void TestFailingStatements::removals_data()
     });
 }
 
-/// What a failure leaves behind is removed by trying again.
-void TestFailingStatements::removals()
+/// What a failure leaves behind is finished by trying again.
+void TestFailingStatements::changesInSteps()
 {
     QFETCH(int, statements);
     QFETCH(Attempt, attempt);

@@ -129,11 +129,11 @@ void checkNumbers(Store &store, qint64 whole, double real)
 void checkTime(Store &store, const QDateTime &time)
 {
     const QSparqlBinding read = stored(store, "nie:contentCreated", QSparqlBinding(QString(), time));
-    // The store gets whole seconds.
-    const QDateTime expected = time.addMSecs(-time.time().msec());
+    // The store gets whole seconds. Only the time in UTC shows them: Qt 5 miscalculates absurd offsets.
+    const qint64 expected = time.toMSecsSinceEpoch() - time.toUTC().time().msec();
     const bool isOrdinary = time.isValid() && time.date().year() >= 1900 && time.date().year() < 2200;
     require(read.isValid() || !isOrdinary, "an ordinary time is taken");
-    require(!isOrdinary || read.value().toDateTime() == expected, "a time comes back");
+    require(!isOrdinary || read.value().toDateTime().toMSecsSinceEpoch() == expected, "a time comes back");
 }
 
 } // namespace

@@ -64,7 +64,7 @@ void TestArticleLayout::blocks_data()
     row("<table><tr><td>a<td>b<tr><td>long<td>c</table>", {"a     b", "long  c"});
     row("<table><tr><td>one two three<td>four five six</table>", {"one two three | four", "five six"});
     row("a<hr>b", {"a", "", "* * *", "", "b"});
-    row("<a href=\"https://u:p@e.org/\">a</a>", {"a [1]", "", "[1] https://u@e.org/"});
+    row("<a href=\"https://e.org/\">a</a>", {"a [1]", "", "[1] https://e.org/"});
     row("<img src=\"https://e.org/\">", {"(picture) [1]", "", "[1] (picture) https://e.org/"});
 }
 
