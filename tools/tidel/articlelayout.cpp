@@ -6,7 +6,6 @@
 
 #include <QTextBoundaryFinder>
 
-
 #include <algorithm>
 
 namespace Tidel {

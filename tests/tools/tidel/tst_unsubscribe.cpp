@@ -137,8 +137,10 @@ void TestUnsubscribe::ambiguousTitle()
     const QStringList before = everythingIn(store());
     const CommandResult result = runCommand(unsubscribe, {"News"});
     QVERIFY(!result.isFine);
-    QCOMPARE(result.err,
-             QString("tidel: News: 2 channels have this title; use a link or URI that \"tidel channels\" shows\n"));
+    QCOMPARE(
+        result.err,
+        QString(
+            "tidel: News: 2 channels have this title; use a link or URI that \"tidel channels\" shows\n"));
     QCOMPARE(everythingIn(store()), before);
     QVERIFY(runCommand(unsubscribe, {linkOf("Radio")}).isFine);
     QCOMPARE(tracker()->allChannelUrls(), QStringList(news));
