@@ -89,7 +89,9 @@ QSparqlError StoreFolder::refuseReadOnly() const
     for (const QString &name : names) {
         const QString path = QDir::cleanPath(m_dir.filePath(name));
         // QFileInfo asks for the user who started the program, SQLite for the one as whom it runs.
-        if (faccessat(AT_FDCWD, QFile::encodeName(path).constData(), W_OK, AT_EACCESS) != 0)
+        // Another program may have removed the file meanwhile.
+        if (faccessat(AT_FDCWD, QFile::encodeName(path).constData(), W_OK, AT_EACCESS) != 0
+            && errno != ENOENT)
             return connectionError(QStringLiteral("Cannot write to the store in %1: cannot write %2: %3")
                                        .arg(m_dir.path(), path, obstacle(errno)));
     }

@@ -9,7 +9,7 @@ from disk import Disk, write_files
 from findings import Judge
 
 # Commands whose results outlive a power cut once they have ended. What others did may have to be repeated.
-LASTING = ()
+LASTING = ("favorite", "unfavorite", "edit")
 
 
 @contextlib.contextmanager

@@ -7,6 +7,7 @@
 
 #include <QDataStream>
 #include <QDebug>
+#include <QIODevice>
 
 namespace {
 
