@@ -106,12 +106,11 @@ bool ElementBuilder::startElement(const XmlTag &tag)
     const bool isRoot = m_path.empty();
     const Vocabulary vocabulary = vocabularyOfTag(tag);
     const bool isMarkup = !isRoot && (!m_markup.empty() || !isContainer(*m_path.back()));
-    if (isMarkup && room() > 0)
-        startMarkup(tag);
+    const bool isUnwanted = !isRoot && (vocabulary == Vocabulary::Other || m_kept > maximumKept);
+    if (isMarkup ? room() == 0 : isUnwanted)
+        m_ignored = 1;
     else if (isMarkup)
-        m_ignored = 1;
-    else if (!isRoot && (vocabulary == Vocabulary::Other || m_kept > maximumKept))
-        m_ignored = 1;
+        startMarkup(tag);
     else
         add(vocabulary, tag);
     return true;

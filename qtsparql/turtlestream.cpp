@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "turtlestream_p.h"
 
-#include "tracker_p.h"
-
 #include <QFile>
 #include <QIODevice>
 

@@ -2,12 +2,12 @@
 #ifndef TURTLESTREAM_P_H
 #define TURTLESTREAM_P_H
 
+#include "tracker_p.h"
+
 #include <QByteArray>
 #include <QString>
 
 class QIODevice;
-typedef struct _TrackerSparqlConnection TrackerSparqlConnection;
-typedef struct _GError GError;
 
 // Both functions block until Tracker has finished. On failure they set error and return false.
 

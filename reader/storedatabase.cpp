@@ -145,14 +145,14 @@ Result<SavedContents> StoreDatabase::salvage(const Progress &progress)
         return Failure(lock.error());
     const QString newFolder = folder() + QLatin1String("/salvaged");
     QDir(newFolder).removeRecursively();
-    Result<SavedContents> saved = fill(folder(), newFolder, progress);
-    if (!saved)
-        return saved;
-    const Result<QString> damaged = replaceDatabase(folder(), newFolder);
-    if (!damaged)
-        return Failure(damaged.error());
+    const Result<SavedContents> saved =
+        fill(folder(), newFolder, progress).and_then([&](SavedContents contents) {
+            return replaceDatabase(folder(), newFolder).map([&](const QString &damagedFolder) {
+                contents.damagedFolder = damagedFolder;
+                return contents;
+            });
+        });
     QDir(newFolder).removeRecursively();
-    saved->damagedFolder = *damaged;
     return saved;
 }
 

@@ -249,6 +249,7 @@ void TestCheck::nothingReadable()
     QVERIFY2(repaired.err.contains("nothing in it can be read"), qPrintable(repaired.err));
     QVERIFY(database() == garbage);
     QVERIFY(damagedFolders().isEmpty());
+    QVERIFY(!QDir(storeFolder() + "/salvaged").exists());
 }
 
 void TestCheck::errorsNameTheRepair()
