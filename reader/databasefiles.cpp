@@ -70,8 +70,9 @@ Result<void> copyWithBeginning(const QString &damaged, const QString &sound, int
     const auto pageSize = qFromBigEndian<quint16>(beginning.constData() + pageSizeAt);
     if (pageSize == 0)
         return failure(attempt, QStringLiteral("the new database has no size of pages"));
-    qToBigEndian<quint32>(quint32(target.size() / pageSize), beginning.data() + pageCount);
-    std::memset(beginning.data() + freePages, 0, 8);
+    const quint32 pages = qToBigEndian(quint32(target.size() / pageSize));
+    beginning.replace(pageCount, sizeof pages, reinterpret_cast<const char *>(&pages), sizeof pages);
+    beginning.replace(freePages, 8, QByteArray(8, '\0'));
     return target.write(beginning) == beginning.size() && target.flush()
         ? Result<void>()
         : Result<void>(failure(attempt, target.errorString()));
