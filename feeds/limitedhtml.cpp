@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "limitedhtml.h"
 
-#include <QSet>
 #include <QVector>
 
 #include <TidelReader/htmltags_p.h>
@@ -14,16 +13,6 @@ namespace {
 
 // A text that nests deeper ends there. Searching for an open element takes a time that grows with the depth.
 constexpr int maximumDepth = 250;
-
-bool needsEndTag(const QByteArray &name)
-{
-    static const QSet<QByteArray> others{"area",  "base",  "br",       "col",     "embed",  "hr",   "img",
-                                         "input", "link",  "meta",     "param",   "source", "wbr",  "track",
-                                         "p",     "li",    "dt",       "dd",      "option", "tr",   "td",
-                                         "th",    "rp",    "rt",       "body",    "head",   "html", "tbody",
-                                         "tfoot", "thead", "colgroup", "optgroup"};
-    return !name.isEmpty() && !others.contains(name);
-}
 
 /// An element whose end tag is still to come.
 struct OpenElement

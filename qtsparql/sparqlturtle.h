@@ -22,7 +22,7 @@ Q_SPARQL_EXPORT QSparqlError write(const QSparqlConnectionOptions &options, cons
                                    QIODevice *device);
 
 /// Adds the resources of the file \a fileName, which is Turtle or Turtle that is compressed with gzip. If the
-/// file has an error, nothing is added.
+/// file has an error, nothing is added. What was added is on the disk when the function returns.
 Q_SPARQL_EXPORT QSparqlError read(const QSparqlConnectionOptions &options, const QString &fileName);
 
 } // namespace SparqlTurtle

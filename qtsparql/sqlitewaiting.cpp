@@ -31,7 +31,7 @@ int noteOpened(sqlite3 *database, char **, const sqlite3_api_routines *)
     if (!opened)
         return SQLITE_OK;
     opened->append(database);
-    // SQLite tells of the end of a connection only those who gave it a function.
+    // SQLite calls noteClosed() when it drops the function, which it does when the connection ends.
     return sqlite3_create_function_v2(database, "tidel_connection", 0, SQLITE_UTF8, database, doNothing,
                                       nullptr, nullptr, noteClosed);
 }

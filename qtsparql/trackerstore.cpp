@@ -467,8 +467,10 @@ QSparqlError TrackerStore::readTurtle(const QString &fileName)
         return explained(failure);
     GError *error = nullptr;
     lastCriticalMessage.clear();
-    if (::readTurtle(m_handle->connection.get(), fileName, &error))
-        return afterCommit();
+    if (::readTurtle(m_handle->connection.get(), fileName, &error)) {
+        const QSparqlError failure = afterCommit();
+        return explained(failure.isValid() ? failure : sync());
+    }
     // The file cannot be read or decompressed.
     const bool isOfFile = error->domain == G_IO_ERROR;
     QSparqlError result = fromGError(QStringLiteral("The file is refused"), error);

@@ -6,24 +6,11 @@
 #include "htmltags_p.h"
 #include "htmltree_p.h"
 
-#include <QSet>
-
 namespace Tidel {
 
 namespace {
 
 constexpr int maximumDepth = 100;
-
-/// Returns true if elements of this name are not nested in each other: they are empty, or the next one ends
-/// the one before.
-bool isFlat(const QByteArray &name)
-{
-    static const QSet<QByteArray> names{"area",  "base",  "br",    "col", "dd",     "dt",    "embed",
-                                        "hr",    "img",   "input", "li",  "link",   "meta",  "option",
-                                        "p",     "param", "rp",    "rt",  "source", "tbody", "td",
-                                        "tfoot", "th",    "thead", "tr",  "track",  "wbr"};
-    return names.contains(name);
-}
 
 /// Returns \a html without the tags of elements that are nested too deep. The time of building a tree grows
 /// with the square of its depth.
@@ -33,7 +20,7 @@ QByteArray withBoundedDepth(const QByteArray &html)
     int depth = 0;
     int at = 0;
     for (HtmlTag tag = nextTag(html, 0); tag.from < html.size(); tag = nextTag(html, tag.to)) {
-        if (tag.name.isEmpty() || isFlat(tag.name))
+        if (!needsEndTag(tag.name))
             continue;
         const bool isEnd = html.at(tag.from + 1) == '/';
         depth += isEnd ? (depth > 0 ? -1 : 0) : 1;

@@ -86,4 +86,14 @@ HtmlTag nextTag(const QByteArray &html, int from)
     return {QByteArray(), int(html.size()), int(html.size())};
 }
 
+bool needsEndTag(const QByteArray &name)
+{
+    static const QSet<QByteArray> others{"area",  "base",  "br",       "col",     "embed",  "hr",   "img",
+                                         "input", "link",  "meta",     "param",   "source", "wbr",  "track",
+                                         "p",     "li",    "dt",       "dd",      "option", "tr",   "td",
+                                         "th",    "rp",    "rt",       "body",    "head",   "html", "tbody",
+                                         "tfoot", "thead", "colgroup", "optgroup"};
+    return !name.isEmpty() && !others.contains(name);
+}
+
 } // namespace Tidel

@@ -22,6 +22,10 @@ struct HtmlTag
 /// Builds no tree. The time of building one grows with the square of the nesting, which is up to strangers.
 TIDELREADER_EXPORT HtmlTag nextTag(const QByteArray &html, int from);
 
+/// Returns false if elements of this name are empty, or if the next element can end them; otherwise returns
+/// true. Only elements that need an end tag can nest in each other without limit.
+TIDELREADER_EXPORT bool needsEndTag(const QByteArray &name);
+
 } // namespace Tidel
 
 #endif

@@ -241,29 +241,34 @@ QString deleteDropped(const QString &channelUri, const QString &name, const QStr
         + QLatin1Char(' ') + each(values, literal).join(QLatin1String(", ")) + QLatin1String(" } ");
 }
 
+namespace {
+
+/// The columns of queries for whole messages.
+const QString wholeMessages =
+    QStringLiteral("SELECT ?m ?title ?text ?link ?published ?downloaded "
+                   "(EXISTS { ?m nao:hasTag nao:predefined-tag-favorite } AS ?isFavorite) ?summary WHERE { ");
+
+} // namespace
+
 QSparqlQuery messagesOf(const QString &channelUri)
 {
     return select(
-        QStringLiteral(
-            "SELECT ?m ?title ?text ?link ?published ?downloaded "
-            "(EXISTS { ?m nao:hasTag nao:predefined-tag-favorite } AS ?isFavorite) ?summary WHERE { "
-            "?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel ; nie:title ?title ; "
-            "nie:description ?text ; nie:subject ?summary ; nie:links ?link ; "
-            "mfo:downloadedTime ?downloaded OPTIONAL { ?m nie:contentCreated ?published } } "
-            "ORDER BY ?downloaded"),
+        wholeMessages
+            + QLatin1String("?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel ; nie:title ?title ; "
+                            "nie:description ?text ; nie:subject ?summary ; nie:links ?link ; "
+                            "mfo:downloadedTime ?downloaded OPTIONAL { ?m nie:contentCreated ?published } } "
+                            "ORDER BY ?downloaded"),
         {{"channel", QUrl(channelUri)}});
 }
 
 QSparqlQuery messageInFull(const QString &messageUri)
 {
     return select(
-        QStringLiteral(
-            "SELECT ?m ?title ?text ?link ?published ?downloaded "
-            "(EXISTS { ?m nao:hasTag nao:predefined-tag-favorite } AS ?isFavorite) ?summary WHERE { "
-            "?m a mfo:FeedMessage FILTER(?m = ?:message) OPTIONAL { ?m nie:title ?title } "
-            "OPTIONAL { ?m nie:description ?text } OPTIONAL { ?m nie:subject ?summary } "
-            "OPTIONAL { ?m nie:links ?link } OPTIONAL { ?m mfo:downloadedTime ?downloaded } "
-            "OPTIONAL { ?m nie:contentCreated ?published } } LIMIT 1"),
+        wholeMessages
+            + QLatin1String("?m a mfo:FeedMessage FILTER(?m = ?:message) OPTIONAL { ?m nie:title ?title } "
+                            "OPTIONAL { ?m nie:description ?text } OPTIONAL { ?m nie:subject ?summary } "
+                            "OPTIONAL { ?m nie:links ?link } OPTIONAL { ?m mfo:downloadedTime ?downloaded } "
+                            "OPTIONAL { ?m nie:contentCreated ?published } } LIMIT 1"),
         {{"message", QUrl(messageUri)}});
 }
 
