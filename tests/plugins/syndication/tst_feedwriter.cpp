@@ -352,7 +352,8 @@ void TestFeedWriter::storeOfVersion01()
     for (const FeedChannel &channel : *channels) {
         const QString name = channel.link().section('/', -1);
         QVERIFY(QFile::copy(samples.filePath(name), m_folder->filePath(name)));
-        QVERIFY(Channels(*store).edit(channel, channel.title(), m_server->url("/files/" + name)));
+        // The query makes the address differ from the stored one also where the ports are the same by chance.
+        QVERIFY(Channels(*store).edit(channel, channel.title(), m_server->url("/files/" + name + "?now")));
         uris.append(channel.uri());
     }
     for (int round = 0; round < 2; ++round) {
