@@ -45,6 +45,20 @@ Result<void> checkLink(const Channels &channels, StorePrivate &store, const Feed
 }
 
 Error alreadyStored() { return Error(Error::AlreadyStored, {}, QStringLiteral("is subscribed already")); }
+/// The piece of an update that gives the channel \a uri the icon \a icon; empty if there is no icon.
+Result<QString> insertionOfIcon(StorePrivate &store, const FeedEnclosure &icon, const QString &uri,
+                                const char *attempt)
+{
+    const QString address = icon.remoteUrl();
+    if (address.isEmpty())
+        return QString();
+    return store.texts(Statements::knownRemoteLinks({address}), attempt).map([&](const QStringList &known) {
+        const QString insertion = known.isEmpty()
+            ? Statements::insertEnclosure(icon, store.connection.createUrn().toString())
+            : QString();
+        return insertion + Statements::linkEnclosure(address, uri);
+    });
+}
 
 } // namespace
 
@@ -87,6 +101,11 @@ Result<FeedChannel> Channels::find(const QList<FeedChannel> &channels, const QSt
         return Failure(Error(Error::NotFound, {}, QStringLiteral("no such channel")));
     return Failure(
         Error(Error::Ambiguous, {}, QStringLiteral("%1 channels have this title").arg(sameTitle.size())));
+}
+
+QString Channels::titleWithoutFeed(const QString &link)
+{
+    return QUrl(link).toDisplayString(QUrl::RemovePassword);
 }
 
 Result<QString> Channels::uri(const QString &link) const
@@ -136,22 +155,28 @@ Result<QString> Channels::add(const FeedChannel &channel)
         return Failure(alreadyStored());
 
     const QString newUri = store.connection.createUrn().toString();
-    QString insertion = Statements::insertChannel(channel, newUri);
-    const QString icon = channel.icon().remoteUrl();
-    if (!icon.isEmpty()) {
-        const auto found = store.texts(Statements::knownRemoteLinks({icon}), attempt);
-        if (!found)
-            return Failure(found.error());
-        if (found->isEmpty())
-            insertion += Statements::insertEnclosure(channel.icon(), store.connection.createUrn().toString());
-        insertion += Statements::linkEnclosure(icon, newUri);
-    }
-    const Result<void> added = store.update(Statements::update(insertion), attempt);
-    if (added)
-        return newUri;
-    const bool isOutOfDate =
-        added.error().kind() == Error::StoreRefused && !uri(channel.link()).value_or(QString()).isEmpty();
-    return Failure(isOutOfDate ? alreadyStored() : added.error());
+    return insertionOfIcon(store, channel.icon(), newUri, attempt).and_then([&](const QString &icon) {
+        const Result<void> added =
+            store.update(Statements::update(Statements::insertChannel(channel, newUri) + icon), attempt);
+        if (added)
+            return Result<QString>(newUri);
+        const bool isOutOfDate = added.error().kind() == Error::StoreRefused
+            && !this->uri(channel.link()).value_or(QString()).isEmpty();
+        return Result<QString>(Failure(isOutOfDate ? alreadyStored() : added.error()));
+    });
+}
+
+Result<void> Channels::describe(const QString &uri, const FeedChannel &feed)
+{
+    StorePrivate &store = StorePrivate::of(m_store);
+    const char *const attempt = "describe the channel in the store";
+    const Result<QString> icon = insertionOfIcon(store, feed.icon(), uri, attempt);
+    if (!icon)
+        return Failure(icon.error());
+    QString changes = Statements::replaceType(uri, feed.type()) + *icon;
+    if (title(feed.link()) == titleWithoutFeed(feed.link()))
+        changes += Statements::replaceTitle(uri, feed.title());
+    return store.updateLoosely(Statements::update(changes), attempt);
 }
 
 Result<void> Channels::edit(const FeedChannel &channel, const QString &title, const QString &link)

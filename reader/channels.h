@@ -27,6 +27,8 @@ public:
     /// The one of \a channels that the user calls \a name: its URI, its link, the path of its file, or its
     /// title if no other channel has the same one. Fails with Error::NotFound or Error::Ambiguous.
     static Result<FeedChannel> find(const QList<FeedChannel> &channels, const QString &name);
+    /// The title of a channel that nobody has given one, until its feed is read: \a link without password.
+    static QString titleWithoutFeed(const QString &link);
     /// The URI of the channel with the link \a link; empty if there is none.
     Result<QString> uri(const QString &link) const;
     /// The title of the channel with the link \a link. Fails with Error::NotFound.
@@ -39,6 +41,9 @@ public:
     /// Stores \a channel without its messages, with its icon as an enclosure, and returns its new URI. Fails
     /// with Error::AlreadyStored if a channel has the link. The caller has its WriteTurn.
     Result<QString> add(const FeedChannel &channel);
+    /// Gives the channel \a uri, whose feed is read for the first time, the type and the icon of \a feed, and
+    /// its title if it has none but titleWithoutFeed(). The caller has its WriteTurn.
+    Result<void> describe(const QString &uri, const FeedChannel &feed);
     /// Gives the stored channel \a channel another title and another link in one update. What is known of the
     /// old document is forgotten, so that the next refresh reads the new one. Fails with Error::LinkInUse if
     /// another channel or a message has \a link.

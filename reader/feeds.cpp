@@ -16,6 +16,7 @@ public:
     QString firstLink;
     QString entityTag;
     QString lastModified;
+    QString type;
 };
 
 FeedState::FeedState(FeedStatePrivate *state) : d(state) { }
@@ -32,6 +33,8 @@ QString FeedState::itemBase() const { return d->firstLink.isEmpty() ? d->link : 
 QString FeedState::entityTag() const { return d->entityTag; }
 
 QString FeedState::lastModified() const { return d->lastModified; }
+
+bool FeedState::wasRead() const { return !d->type.isEmpty(); }
 
 namespace {
 
@@ -61,6 +64,7 @@ Result<FeedState> Feeds::state(const QString &channelUri) const
     state.d->firstLink = (*answer)->value(1).toString();
     state.d->entityTag = (*answer)->value(2).toString();
     state.d->lastModified = (*answer)->value(3).toString();
+    state.d->type = (*answer)->value(4).toString();
     return state;
 }
 

@@ -35,6 +35,8 @@ public:
     QString itemBase() const;
     /// The entity tag of the last download, as its server sent it; empty if there was none.
     QString entityTag() const;
+    /// Returns true if the feed was read before, so that its type is known; otherwise returns false.
+    bool wasRead() const;
     /// The Last-Modified header of the last download, as its server sent it; empty if there was none.
     QString lastModified() const;
 

@@ -104,6 +104,8 @@ const QString isNoFavorite =
 
 const QString droppedLink = QStringLiteral("droppedLink");
 const QString droppedKey = QStringLiteral("droppedKey");
+const QString folder = QStringLiteral("folder");
+const QString website = QStringLiteral("website");
 const QString itemKey = QStringLiteral("itemKey");
 const QString digest = QStringLiteral("digest");
 const QString earlierVersionsName = QStringLiteral("earlierVersions");
@@ -117,6 +119,11 @@ QSparqlQuery update(const QString &text) { return QSparqlQuery(text, QSparqlQuer
 QSparqlQuery details(const QStringList &uris, const QStringList &names)
 {
     return select(QLatin1String("SELECT ?s ?p ?v ") + valuesOfAll(uris, each(names, detail)));
+}
+
+QSparqlQuery everyDetail(const QString &name)
+{
+    return select(QLatin1String("SELECT ?s ?v WHERE { ?s ") + detail(name) + QLatin1String(" ?v }"));
 }
 
 QString detailName(const QString &property) { return property.section(QLatin1Char('#'), -1); }
@@ -167,6 +174,12 @@ QSparqlQuery titleOfLink(const QString &link)
                   {{"link", QUrl(link)}});
 }
 
+QSparqlQuery linksOfChannels(const QStringList &links)
+{
+    return select(QLatin1String("SELECT ?link WHERE { ") + valuesOf("link", links)
+                  + QLatin1String("?c nie:links ?link ; a mfo:FeedChannel }"));
+}
+
 QString insertChannel(const FeedChannel &channel, const QString &uri)
 {
     return refusalIf(QLatin1String("?x a mfo:FeedChannel ; nie:links ") + iri(channel.link())
@@ -185,6 +198,16 @@ QString insertChannel(const FeedChannel &channel, const QString &uri)
 QString replaceTitle(const QString &channelUri, const QString &title)
 {
     return replacement(channelUri, "nie:title", literal(title));
+}
+
+QString replaceType(const QString &channelUri, const QString &type)
+{
+    return replacement(channelUri, "nie:characterSet", literal(type));
+}
+
+QString replaceFolder(const QString &channelUri, const QString &path)
+{
+    return replacement(channelUri, "tidel:folder", path.isEmpty() ? QString() : literal(path));
 }
 
 QString forgetValidators(const QString &channelUri)
@@ -219,11 +242,13 @@ QString deleteChannel(const QString &channelUri, const QString &link)
 
 QSparqlQuery feedState(const QString &channelUri)
 {
-    return select(QStringLiteral("SELECT ?link ?first ?tag ?modified WHERE { ?:channel a mfo:FeedChannel ; "
-                                 "nie:links ?link OPTIONAL { ?:channel nie:identifier ?first } "
-                                 "OPTIONAL { ?:channel tidel:entityTag ?tag } "
-                                 "OPTIONAL { ?:channel tidel:lastModified ?modified } }"),
-                  {{"channel", QUrl(channelUri)}});
+    return select(
+        QStringLiteral("SELECT ?link ?first ?tag ?modified ?type WHERE { ?:channel a mfo:FeedChannel ; "
+                       "nie:links ?link OPTIONAL { ?:channel nie:identifier ?first } "
+                       "OPTIONAL { ?:channel tidel:entityTag ?tag } "
+                       "OPTIONAL { ?:channel tidel:lastModified ?modified } "
+                       "OPTIONAL { ?:channel nie:characterSet ?type } }"),
+        {{"channel", QUrl(channelUri)}});
 }
 
 QString noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified)

@@ -38,12 +38,16 @@ QSparqlQuery update(const QString &text);
 /// @{
 extern const QString droppedLink; ///< Of a channel: the link of a dropped message without a key.
 extern const QString droppedKey; ///< Of a channel: the key of a dropped message.
+extern const QString folder; ///< Of a channel: the path of its folder.
+extern const QString website; ///< Of a channel: the address of its website.
 extern const QString itemKey; ///< Of a message: the key of its item.
 extern const QString digest; ///< Of a message: the digest of its texts.
 extern const QString earlierVersionsName; ///< Of a message: its earlier versions.
 /// URI, property, value of the properties \a names of \a uris; detailName() is the name of such a property.
 QSparqlQuery details(const QStringList &uris, const QStringList &names);
 QString detailName(const QString &property);
+/// URI, value of the property \a name of all that have it.
+QSparqlQuery everyDetail(const QString &name);
 /// Gives \a uri values of properties; empty if there are none.
 QString insertDetails(const QString &uri, const QVector<QPair<QString, QVariant>> &values);
 /// Deletes all values of the properties \a names of \a uris.
@@ -60,18 +64,24 @@ QSparqlQuery messageCounts();
 QSparqlQuery channelWithLink(const QString &link);
 /// The title of the channel that has \a link.
 QSparqlQuery titleOfLink(const QString &link);
+/// Those of \a links that a channel has.
+QSparqlQuery linksOfChannels(const QStringList &links);
 /// The channel \a uri with title, type, link and image path, subscribed to now. The store refuses the update
 /// if a channel has the link.
 QString insertChannel(const FeedChannel &channel, const QString &uri);
 QString replaceTitle(const QString &channelUri, const QString &title);
 /// Makes the next refresh read the whole document.
 QString forgetValidators(const QString &channelUri);
+/// Gives the channel another type.
+QString replaceType(const QString &channelUri, const QString &type);
+/// Gives the channel another folder, or none if \a path is empty.
+QString replaceFolder(const QString &channelUri, const QString &path);
 /// Moves the time of subscription from \a oldLink to \a newLink, forgets the validators, which belong to the
 /// old document, and keeps the first link as `nie:identifier`.
 QString replaceLink(const QString &channelUri, const QString &oldLink, const QString &newLink);
 /// Deletes the channel, the description of its link, and that anything belongs to the channel.
 QString deleteChannel(const QString &channelUri, const QString &link);
-/// Link, first link if it is another one, entity tag, last-modified text.
+/// Link, first link if it is another one, entity tag, last-modified text, type.
 QSparqlQuery feedState(const QString &channelUri);
 /// Notes what the server said of the document that was read now. Empty texts delete what is stored.
 QString noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified);

@@ -90,6 +90,16 @@ Result<QStringList> StorePrivate::texts(const QSparqlQuery &statement, const cha
     });
 }
 
+Result<QHash<QString, QString>> StorePrivate::values(const QSparqlQuery &statement, const char *attempt)
+{
+    return run(statement, attempt).map([](const Answer &answer) {
+        QHash<QString, QString> values;
+        while (answer->next())
+            values.insert(answer->value(0).toString(), answer->value(1).toString());
+        return values;
+    });
+}
+
 Result<int> StorePrivate::number(const QSparqlQuery &statement, const char *attempt)
 {
     return run(statement, attempt).map([](const Answer &answer) {

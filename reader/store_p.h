@@ -4,6 +4,7 @@
 
 #include "store.h"
 
+#include <QHash>
 #include <QSet>
 #include <QSharedData>
 #include <QSparqlConnection>
@@ -35,6 +36,8 @@ public:
     Result<QStringList> texts(const QSparqlQuery &statement, const char *attempt);
     /// As run(), and returns the number in the first column of the first row; 0 if there is no row.
     Result<int> number(const QSparqlQuery &statement, const char *attempt);
+    /// As run(), and returns the second column by the first one.
+    Result<QHash<QString, QString>> values(const QSparqlQuery &statement, const char *attempt);
     /// As run(), for updates. What was changed is on the disk when the function returns.
     Result<void> update(const QSparqlQuery &statement, const char *attempt);
     /// As update(), but a power loss can undo the change. For what the next refresh writes again.

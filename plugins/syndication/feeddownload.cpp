@@ -184,9 +184,13 @@ Outcome FeedDownload::addChannel()
 Outcome FeedDownload::remember(FeedMemory *memory) const
 {
     const Result<FeedMemory> remembered = WriteTurn::take().and_then([&](const WriteTurn &) {
-        return Feeds(store()).state(m_channelUri).and_then([&](const FeedState &) {
-            return Feeds(store()).memory(m_channelUri);
-        });
+        return Feeds(store())
+            .state(m_channelUri)
+            .and_then([&](const FeedState &state) {
+                return state.wasRead() ? Result<void>()
+                                       : Channels(store()).describe(m_channelUri, m_feed->channel());
+            })
+            .and_then([&] { return Feeds(store()).memory(m_channelUri); });
     });
     if (!remembered)
         return channelNotRead(remembered.error(), deletedMeanwhile, "refresh again");
