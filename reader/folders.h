@@ -33,8 +33,8 @@ public:
 
     /// The path of the folder of each channel by its URI. A channel in no folder is left out.
     Result<QHash<QString, QString>> all() const;
-    /// Puts the stored channel \a channelUri into the folder \a path alone; into none if it is empty. Fails with
-    /// Error::StoreRefused if there is no such channel.
+    /// Puts the stored channel \a channelUri into the folder \a path alone; into none if it is empty. Fails
+    /// with Error::StoreRefused if there is no such channel.
     Result<void> move(const QString &channelUri, const QString &path);
 
 private:

@@ -42,6 +42,7 @@ struct Command
     /// Returns what is wrong with the options; empty if they are valid. Null if there is nothing to check.
     QString (*misuse)(const Arguments &) = nullptr;
     void (*runAlone)(const Arguments &, Output &) = nullptr; ///< In place of run().
+    bool takesEmptyArguments = false;
 };
 
 const char *const aChannel = "The title, link, file or URI of a channel.";
@@ -81,7 +82,37 @@ const Command commands[] = {
      edit,
      {{"title", "TITLE", "The new title."}, {"link", "FILE|URL", "The new address of the feed."}},
      misuseOfEdit},
-    {"channels", "", "List the channels: title, number of messages, link, URI.", "", 0, 0, listChannels},
+    {"folder",
+     "CHANNEL FOLDER",
+     "Put a channel into a folder, such as News/World.",
+     "A channel, and the names of folders within each other with / between them; \"\" for no folder.",
+     2,
+     2,
+     moveToFolder,
+     {},
+     misuseOfFolder,
+     nullptr,
+     true},
+    {"import",
+     "FILE [--dry-run]",
+     "Subscribe to the feeds in an OPML file, with their titles and folders.",
+     "An OPML file that another feed reader has exported. Channels that exist already stay as they are.",
+     1,
+     1,
+     importChannels,
+     {{"dry-run", nullptr, "Shows what would be subscribed, and changes nothing."}}},
+    {"export",
+     "[FILE] [--opml | --json]",
+     "Write a list of the channels with their titles and folders, for other feed readers.",
+     "The file to write, which only you can read; by default the standard output.",
+     0,
+     1,
+     exportChannels,
+     {{"opml", nullptr, "Writes OPML 2.0; this is the default."},
+      {"json", nullptr, "Writes a line of JSON for each channel."}},
+     misuseOfExport},
+    {"channels", "", "List the channels: title, folder if there are any, number of messages, link, URI.", "",
+     0, 0, listChannels},
     {"messages", "CHANNEL", "List the messages of a channel, newest first; * marks favorites.", aChannel, 1,
      1, listMessages},
     {"show",
@@ -193,7 +224,7 @@ QString misuse(const Command &command, const Arguments &arguments)
         return QStringLiteral("an argument is missing");
     if (command.maximumArguments != anyNumber && arguments.names.size() > command.maximumArguments)
         return QStringLiteral("too many arguments");
-    if (arguments.names.contains(QString()))
+    if (arguments.names.contains(QString()) && !command.takesEmptyArguments)
         return QStringLiteral("an argument is empty");
     return command.misuse ? command.misuse(arguments) : QString();
 }

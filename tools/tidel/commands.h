@@ -29,6 +29,12 @@ void unfavorite(const Store &store, const Arguments &arguments, Output &output);
 void prune(const Store &store, const Arguments &arguments, Output &output);
 /// Deletes messages without a channel and enclosures without a message.
 void clean(const Store &store, const Arguments &arguments, Output &output);
+/// Puts the channel with this name into the folder with this name.
+void moveToFolder(const Store &store, const Arguments &arguments, Output &output);
+/// Subscribes to the feeds in the OPML file of this name.
+void importChannels(const Store &store, const Arguments &arguments, Output &output);
+/// Writes a list of the channels, to the file of this name or as a result.
+void exportChannels(const Store &store, const Arguments &arguments, Output &output);
 /// Copies the whole archive into the file of this name.
 void backup(const Store &store, const Arguments &arguments, Output &output);
 /// Fills the empty archive from the backup of this name.
@@ -50,6 +56,10 @@ QString misuseOfSubscribe(const Arguments &arguments);
 QString misuseOfDownload(const Arguments &arguments);
 /// Returns what is wrong with the options of edit; empty if they are valid.
 QString misuseOfEdit(const Arguments &arguments);
+/// Returns what is wrong with the arguments of folder; empty if they are valid.
+QString misuseOfFolder(const Arguments &arguments);
+/// Returns what is wrong with the options of export; empty if they are valid.
+QString misuseOfExport(const Arguments &arguments);
 /// Returns what is wrong with the options of show; empty if they are valid.
 QString misuseOfShow(const Arguments &arguments);
 /// Returns what is wrong with the options of check; empty if they are valid.

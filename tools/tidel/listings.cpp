@@ -8,6 +8,7 @@
 
 #include <TidelReader/channels.h>
 #include <TidelReader/enclosures.h>
+#include <TidelReader/folders.h>
 #include <TidelReader/messages.h>
 
 namespace Tidel {
@@ -36,10 +37,19 @@ void listChannels(const Store &store, const Arguments &, Output &output)
         output.failure(counts.error());
         return;
     }
-    Table table({1});
-    for (const FeedChannel &channel : channels)
-        table.addRow({shownTitle(channel.title()), countedMessages(counts->value(channel.uri())),
-                      channel.link(), channel.uri()});
+    const Result<QHash<QString, QString>> folders = Folders(store).all();
+    if (!folders) {
+        output.failure(folders.error());
+        return;
+    }
+    Table table({folders->isEmpty() ? 1 : 2});
+    for (const FeedChannel &channel : channels) {
+        QStringList row{shownTitle(channel.title()), countedMessages(counts->value(channel.uri())),
+                        channel.link(), channel.uri()};
+        if (!folders->isEmpty())
+            row.insert(1, folders->value(channel.uri()));
+        table.addRow(row);
+    }
     output.table(table);
 }
 

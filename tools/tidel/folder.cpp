@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "commands.h"
+
+#include "channelfinder.h"
+#include "output.h"
+#include "phrases.h"
+
+#include <TidelReader/folders.h>
+
+namespace Tidel {
+
+QString misuseOfFolder(const Arguments &arguments)
+{
+    const auto depth = arguments.names.last().count(QLatin1Char('/'));
+    return depth < Folders::maximumDepth
+        ? QString()
+        : QStringLiteral("folders can be nested %1 deep").arg(Folders::maximumDepth);
+}
+
+void moveToFolder(const Store &store, const Arguments &arguments, Output &output)
+{
+    const auto channel = chooseChannel(store, arguments.names.first(), output);
+    if (!channel)
+        return;
+    const QString folder = Folders::path(Folders::names(arguments.names.last()));
+    const QString title = shownTitle(channel->title());
+    const Result<void> moved = Folders(store).move(channel->uri(), folder);
+    if (!moved)
+        output.failure(title, moved.error());
+    else if (folder.isEmpty())
+        output.line(QStringLiteral("In no folder: %1").arg(title));
+    else
+        output.line(QStringLiteral("In %1: %2").arg(folder, title));
+}
+
+} // namespace Tidel
