@@ -30,10 +30,40 @@ unsigned codeOfEntity(std::string_view name)
     return entity ? entity->value : 0;
 }
 
+/// Returns true if U+FFFE or U+FFFF, which XML forbids, is at \a at in the UTF-8 text \a text; otherwise
+/// returns false.
+bool isNoncharacter(std::string_view text, size_t at)
+{
+    const std::string_view found = text.substr(at, 3);
+    return found == "\xef\xbf\xbe" || found == "\xef\xbf\xbf";
+}
+
+size_t findNoncharacter(std::string_view text, size_t from)
+{
+    size_t at = text.find('\xef', from);
+    while (at != std::string_view::npos && !isNoncharacter(text, at))
+        at = text.find('\xef', at + 1);
+    return at;
+}
+
+std::string withoutNoncharacters(std::string_view text)
+{
+    std::string result;
+    size_t copied = 0;
+    for (size_t at = findNoncharacter(text, 0); at != std::string_view::npos;
+         at = findNoncharacter(text, copied)) {
+        result += text.substr(copied, at - copied);
+        copied = at + 3;
+    }
+    return result += text.substr(copied);
+}
+
 } // namespace
 
 std::optional<std::string> XmlMender::mended(std::string_view document)
 {
+    if (findNoncharacter(document, 0) != std::string_view::npos)
+        return mended(withoutNoncharacters(document));
     XmlMender mender(document);
     mender.m_mended.reserve(mender.m_capacity);
     mender.mendDocument();

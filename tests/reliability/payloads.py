@@ -22,6 +22,8 @@ LINE = re.compile(r'(\w+) (".*")(?: (\d+))?')
 STEP = 61
 # Control characters, and formatting that changes the order of what is beside it.
 UNSAFE = re.compile("[\x00-\x09\x0b-\x1f\x7f-\x9f\u202a-\u202e\u2066-\u206f\ufff9-\ufffb\ufeff]")
+# No list shows it.
+PASSWORD = re.compile(r"(?<=://)([^\s/@:]*):[^\s/@]*(?=@)")
 # The commands that are given the text itself.
 ON_COMMAND_LINE = (
     ["subscribe", "--", "{}"], ["unsubscribe", "--", "{}"], ["messages", "--", "{}"], ["enclosures", "--", "{}"],
@@ -115,7 +117,8 @@ class Payloads:
         """A text without markup is listed as it is."""
         isplain = self.text.isprintable() and self.text == " ".join(self.text.split()) and len(self.text) < 200
         if isplain and not set("<&") & set(self.text) and not UNSAFE.search(self.text):
-            found = any(self.text in line for line in listed)
+            shown = PASSWORD.sub(r"\1", self.text)
+            found = any(shown in line for line in listed)
             self.judge.compare("lost", [] if found else [f"the title in {name}"])
 
     def through_downloads(self):
