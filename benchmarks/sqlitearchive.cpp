@@ -55,6 +55,7 @@ SqliteArchive::SqliteArchive(const QString &file)
         " description TEXT, summary TEXT, published TEXT, downloaded TEXT, favorite INTEGER DEFAULT 0)");
     run("CREATE TABLE IF NOT EXISTS part (channel TEXT, message INTEGER, PRIMARY KEY (channel, message))"
         " WITHOUT ROWID");
+    run("CREATE INDEX IF NOT EXISTS part_message ON part (message)");
 }
 
 SqliteArchive::~SqliteArchive() { sqlite3_close(m_database); }
@@ -117,4 +118,22 @@ QList<FeedMessage> SqliteArchive::messagesForChannel(const QString &channelUri) 
         messages.append(message);
     }
     return messages;
+}
+
+void SqliteArchive::deleteNewest(int count)
+{
+    Statement newest(m_database, "SELECT id FROM message ORDER BY id DESC LIMIT ?");
+    Statement deletion(m_database, "DELETE FROM message WHERE id = ?");
+    Statement taking(m_database, "DELETE FROM part WHERE message = ?");
+    newest.bind(1, count);
+    run("BEGIN");
+    while (newest.step()) {
+        deletion.bind(1, newest.number(0));
+        deletion.step();
+        deletion.reset();
+        taking.bind(1, newest.number(0));
+        taking.step();
+        taking.reset();
+    }
+    run("COMMIT");
 }

@@ -22,6 +22,8 @@ public:
     void addMessages(const QList<FeedMessage> &messages, const QString &channelUri);
     /// Returns the messages of the channel.
     QList<FeedMessage> messagesForChannel(const QString &channelUri) const;
+    /// Deletes the \a count messages that were added last.
+    void deleteNewest(int count);
 
 private:
     Q_DISABLE_COPY(SqliteArchive)

@@ -18,23 +18,31 @@ void collectGarbage() { QCoreApplication::sendPostedEvents(nullptr, QEvent::Defe
 
 constexpr int batch = 50;
 constexpr int samplesPerRun = 20;
+constexpr int channelSize = 1000;
 
-/// The store and an SQLite archive with the same messages in one channel, and a second, empty channel.
+/// The store and an SQLite archive with the same messages in channels of channelSize messages each.
 class Archives
 {
 public:
-    explicit Archives(int messageCount)
-        : m_sqlite(folder.filePath(QStringLiteral("sqlite.db"))), m_next(messageCount)
+    Archives() : m_sqlite(folder.filePath(QStringLiteral("sqlite.db")))
     {
         qputenv("XDG_DATA_HOME", folder.path().toLocal8Bit());
         closeStore();
-        channel = store()->addChannel(sampleChannel(1));
-        otherChannel = store()->addChannel(sampleChannel(2));
-        for (int first = 0; first < messageCount; first += 1000) {
-            const QList<FeedMessage> messages = sampleMessages(first, 1000);
-            require(store()->addMessages(messages, channel));
+        channel = addChannel();
+        otherChannel = addChannel();
+    }
+
+    /// Adds messages until there are \a count.
+    void growTo(int count)
+    {
+        while (m_size < count) {
+            const QString filled = addChannel();
+            const QList<FeedMessage> messages = newMessages(channelSize);
+            require(store()->addMessages(messages, filled));
             collectGarbage();
-            m_sqlite.addMessages(messages, channel);
+            m_sqlite.addMessages(messages, filled);
+            if (filledChannel.isEmpty())
+                filledChannel = filled;
         }
     }
 
@@ -46,11 +54,11 @@ public:
     }
     SqliteArchive &sqlite() { return m_sqlite; }
 
-    /// Returns messages that neither archive has, different ones on each call.
-    QList<FeedMessage> newMessages()
+    /// Returns \a count messages that neither archive has, different ones on each call.
+    QList<FeedMessage> newMessages(int count)
     {
-        m_next += batch;
-        return sampleMessages(m_next - batch, batch);
+        m_size += count;
+        return sampleMessages(m_size - count, count);
     }
 
     static void require(bool done)
@@ -59,36 +67,37 @@ public:
             qFatal("The store failed");
     }
 
+    QString addChannel() { return store()->addChannel(sampleChannel(++m_channels)); }
+
     QTemporaryDir folder;
-    QString channel;
-    QString otherChannel;
+    QString channel; ///< For new messages.
+    QString otherChannel; ///< For messages that another channel has.
+    QString filledChannel; ///< One with channelSize messages.
 
 private:
     SqliteArchive m_sqlite;
-    int m_next;
+    int m_size = 0;
+    int m_channels = 0;
 };
 
-/// Returns archives with \a messageCount messages. Only one pair exists at a time, because the benchmarks run
-/// in the order of their sizes.
-Archives &archivesOf(int messageCount)
+/// Returns the archives with at least \a count messages. The benchmarks run in the order of these counts.
+Archives &archivesOf(int count)
 {
-    static std::unique_ptr<Archives> archives;
-    static int count = 0;
-    if (!archives || count != messageCount) {
-        archives.reset();
-        archives = std::make_unique<Archives>(messageCount);
-        count = messageCount;
-    }
-    return *archives;
+    static Archives archives;
+    archives.growTo(count);
+    return archives;
 }
 
-/// Measures \a store and \a sqlite. The counters are per call.
-void compare(benchmark::State &state, const std::function<void()> &store, const std::function<void()> &sqlite)
+/// Measures \a store and \a sqlite. The counters are per call. \a prepare is called before and not measured.
+void compare(
+    benchmark::State &state, const std::function<void()> &store, const std::function<void()> &sqlite,
+    const std::function<void()> &prepare = [] {})
 {
     double cpu = 0;
     double sqliteCpu = 0;
     double peak = 0;
     for ([[maybe_unused]] auto _ : state) {
+        prepare();
         const Cost cost = measure([&] {
             store();
             collectGarbage();
@@ -110,7 +119,7 @@ void addNewMessages(benchmark::State &state)
     compare(
         state,
         [&] {
-            messages = archives.newMessages();
+            messages = archives.newMessages(batch);
             Archives::require(archives.store()->addMessages(messages, archives.channel));
         },
         [&] { archives.sqlite().addMessages(messages, archives.channel); });
@@ -119,7 +128,7 @@ void addNewMessages(benchmark::State &state)
 void addKnownMessages(benchmark::State &state)
 {
     Archives &archives = archivesOf(int(state.range(0)));
-    const QList<FeedMessage> messages = sampleMessages(int(state.range(0)) / 2, batch);
+    const QList<FeedMessage> messages = sampleMessages(channelSize / 2, batch);
     compare(
         state, [&] { Archives::require(archives.store()->addMessages(messages, archives.otherChannel)); },
         [&] { archives.sqlite().addMessages(messages, archives.otherChannel); });
@@ -129,8 +138,47 @@ void messagesForChannel(benchmark::State &state)
 {
     Archives &archives = archivesOf(int(state.range(0)));
     compare(
-        state, [&] { benchmark::DoNotOptimize(archives.store()->messagesForChannel(archives.channel)); },
-        [&] { benchmark::DoNotOptimize(archives.sqlite().messagesForChannel(archives.channel)); });
+        state,
+        [&] { benchmark::DoNotOptimize(archives.store()->messagesForChannel(archives.filledChannel)); },
+        [&] { benchmark::DoNotOptimize(archives.sqlite().messagesForChannel(archives.filledChannel)); });
+}
+
+/// New messages in a channel of their own.
+struct Doomed
+{
+    explicit Doomed(Archives &archives) : channel(archives.addChannel())
+    {
+        const QList<FeedMessage> messages = archives.newMessages(batch);
+        Archives::require(archives.store()->addMessages(messages, channel));
+        archives.sqlite().addMessages(messages, channel);
+        for (const QString &uri : archives.store()->allMessageUrls(channel))
+            uris.append(QUrl(uri));
+    }
+
+    QString channel;
+    QList<QUrl> uris;
+};
+
+void deleteMessage(benchmark::State &state)
+{
+    Archives &archives = archivesOf(int(state.range(0)));
+    std::unique_ptr<Doomed> doomed;
+    compare(
+        state,
+        [&] {
+            for (const QUrl &uri : doomed->uris)
+                archives.store()->deleteMessage(uri.toString(), doomed->channel);
+        },
+        [&] { archives.sqlite().deleteNewest(batch); }, [&] { doomed = std::make_unique<Doomed>(archives); });
+}
+
+void deleteMessages(benchmark::State &state)
+{
+    Archives &archives = archivesOf(int(state.range(0)));
+    std::unique_ptr<Doomed> doomed;
+    compare(
+        state, [&] { archives.store()->deleteMessages(doomed->uris); },
+        [&] { archives.sqlite().deleteNewest(batch); }, [&] { doomed = std::make_unique<Doomed>(archives); });
 }
 
 void openStore(benchmark::State &state)
@@ -175,10 +223,12 @@ int main(int argc, char **argv)
     const auto add = [](const char *name, benchmark::internal::Function *function, int iterations) {
         return configured(benchmark::RegisterBenchmark(name, function), iterations);
     };
-    for (const int size : {1000, 50000, 100000}) {
+    for (const int size : {1000, 10000, 200000, 400000}) {
         add("addMessages/new", addNewMessages, samplesPerRun)->Arg(size);
         add("addMessages/known", addKnownMessages, samplesPerRun)->Arg(size);
         add("messagesForChannel", messagesForChannel, 3)->Arg(size);
+        add("deleteMessage", deleteMessage, 3)->Arg(size);
+        add("deleteMessages", deleteMessages, 3)->Arg(size);
         add("openStore", openStore, 5)->Arg(size);
     }
     add("createStore", createStore, 5);
