@@ -10,6 +10,9 @@ namespace {
 
 QUrl fileUrl(const QString &path)
 {
+    // QFileInfo does not make such a path absolute.
+    if (path.contains(QChar(u'\0')))
+        return QUrl();
     return QUrl::fromLocalFile(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
 }
 

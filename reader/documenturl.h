@@ -9,7 +9,8 @@
 
 namespace Tidel {
 
-/// The absolute address that a user means by \a argument, a URL or the path of a file.
+/// The absolute address that a user means by \a argument, a URL or the path of a file. It is empty if the
+/// path contains a null character, which no file has in its name.
 TIDELREADER_EXPORT QUrl documentUrl(const QString &argument);
 
 } // namespace Tidel

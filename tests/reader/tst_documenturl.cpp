@@ -23,6 +23,8 @@ void TestDocumentUrl::addresses_data()
 
     QTest::newRow("path") << "/feeds/a.xml"
                           << "file:///feeds/a.xml";
+    QTest::newRow("null character") << QString("feeds/a%1.xml").arg(QChar(0)) << QString();
+    QTest::newRow("null character in a URL") << "file:a%00.xml" << QString();
     QTest::newRow("path with dots") << "/feeds/./x/../a.xml"
                                     << "file:///feeds/a.xml";
     QTest::newRow("file URL") << "file:///feeds/a.xml"
