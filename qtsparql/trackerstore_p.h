@@ -5,11 +5,9 @@
 #include "qsparqlerror.h"
 #include "sparqltable_p.h"
 
-#include <QTemporaryDir>
-
-#include <functional>
 #include <memory>
 
+class OpenDatabase;
 class QIODevice;
 class StoreFolder;
 
@@ -47,24 +45,17 @@ public:
     QSparqlError sync() const;
 
 private:
-    struct Handle;
     enum class Access { Reading, Writing };
 
-    static std::unique_ptr<Handle> connect(const StoreFolder &place, Access access, QSparqlError *error);
-    static bool make(StoreFolder *place, QSparqlError *error);
-    static std::unique_ptr<Handle> openForReading(StoreFolder *place);
-    static std::unique_ptr<Handle> openForWriting(StoreFolder *place, QSparqlError *error);
-    static std::unique_ptr<Handle> openCopy(const StoreFolder &place, QSparqlError *error);
     TrackerStore(const QString &folder, int patience);
     void openInTurn(StoreFolder *place, QSparqlError *error);
     QSparqlError becomeWritable();
     QSparqlError explained(const QSparqlError &error);
     QSparqlError updateOnce(const QByteArray &text);
-    static QSparqlError afterCommit();
 
     const QString m_folder;
     const int m_patience;
-    std::unique_ptr<Handle> m_handle;
+    std::unique_ptr<OpenDatabase> m_database;
     Access m_access = Access::Reading;
     QSparqlError m_damage; // refuses updates from then on
 };

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "opendatabase_p.h"
+
+#include "obstacle_p.h"
+#include "ontology_p.h"
+#include "sqlitewaiting_p.h"
+#include "storeerrors_p.h"
+#include "storefolder_p.h"
+
+#include <QFile>
+
+namespace {
+
+const QString cannotMake = QStringLiteral("Cannot create the database of the store in %1: %2");
+
+} // namespace
+
+OpenDatabase::OpenDatabase(const QString &path) : m_folder(path) { }
+
+OpenDatabase::~OpenDatabase()
+{
+    // Closing cleans up. If others are in the way, the next program that closes the store does it.
+    const SqliteWaiting waiting(m_folder, 1000);
+    if (m_connection)
+        tracker_sparql_connection_close(m_connection.get());
+}
+
+bool OpenDatabase::hasOurOntology() const
+{
+    static const QByteArray question = ontologyQuestion();
+    const GObjectPtr<TrackerSparqlCursor> answer(
+        tracker_sparql_connection_query(m_connection.get(), question.constData(), nullptr, nullptr));
+    return answer && tracker_sparql_cursor_next(answer.get(), nullptr, nullptr)
+        && tracker_sparql_cursor_get_boolean(answer.get(), 0);
+}
+
+OpenDatabase::Pointer OpenDatabase::connect(const StoreFolder &place, Access access, QSparqlError *error)
+{
+    const GObjectPtr<GFile> store(g_file_new_for_path(QFile::encodeName(place.path()).constData()));
+    const GObjectPtr<GFile> ontology(
+        g_file_new_for_uri((QByteArrayLiteral("resource://") + ontologyPath).constData()));
+    const bool isForWriting = access == Access::Writing;
+    GError *cause = nullptr;
+    auto database = Pointer(new OpenDatabase(place.path()));
+    SqliteWaiting::govern([&] {
+        database->m_connection.reset(tracker_sparql_connection_new(
+            isForWriting ? TRACKER_SPARQL_CONNECTION_FLAGS_NONE : TRACKER_SPARQL_CONNECTION_FLAGS_READONLY,
+            store.get(), isForWriting ? ontology.get() : nullptr, nullptr, &cause));
+    });
+    if (!cause)
+        return database;
+    *error = fromGError(QString(), cause);
+    if (isDamage(*error))
+        place.noteDamage();
+    // Without space Tracker says of a sound database that it has another version.
+    QString why = isDamage(*error) ? QString() : obstacleIn(place.path());
+    if (why.isEmpty())
+        why = meaningOfRefusal(error->message());
+    if (why.isEmpty())
+        why = QStringLiteral("it may be damaged; to start with an empty store, move the folder away");
+    *error = QSparqlError(
+        QStringLiteral("Cannot open the store in %1: %2%3").arg(place.path(), why, error->message()),
+        QSparqlError::ConnectionError, error->number());
+    return nullptr;
+}
+
+OpenDatabase::Pointer OpenDatabase::openForReading(StoreFolder *place)
+{
+    // Only opening for reading looks at the copy of the ontology.
+    if (!place->isMade() || place->isDamaged() || !place->removeOntologyCopy())
+        return nullptr;
+    QSparqlError refusal;
+    Pointer database = connect(*place, Access::Reading, &refusal);
+    return database && database->hasOurOntology() ? std::move(database) : nullptr;
+}
+
+OpenDatabase::Pointer OpenDatabase::openCopy(const StoreFolder &place, QSparqlError *error)
+{
+    std::unique_ptr<QTemporaryDir> copy = place.copy();
+    if (!copy) {
+        *error = connectionError(
+            QStringLiteral("Cannot open the store in %1: %2; a copy for reading could not be made in %3")
+                .arg(place.path(), obstacleIn(place.path()), QDir::tempPath()));
+        return nullptr;
+    }
+    const StoreFolder copied(copy->path());
+    if (place.isDamaged())
+        copied.requestCheck();
+    // A copy can be extended to the compiled-in ontology.
+    Pointer database = connect(copied, Access::Writing, error);
+    if (database)
+        database->m_copy = std::move(copy);
+    return database;
+}
+
+/// Creates the database. One whose creation was interrupted is used if it can be opened. On failure, sets
+/// \a error and returns false.
+bool OpenDatabase::make(StoreFolder *place, QSparqlError *error)
+{
+    if (!place->beginMaking()) {
+        *error = connectionError(cannotMake.arg(place->path(), obstacleIn(place->path())));
+        return false;
+    }
+    bool isNew = !place->holdsData();
+    if (isNew)
+        place->removeDatabase();
+    else
+        place->requestCheck();
+    QSparqlError refusal;
+    bool isOpened = connect(*place, Access::Writing, &refusal) != nullptr;
+    if (!isOpened && !isNew && isUseless(refusal) && obstacleIn(place->path()).isEmpty()) {
+        isNew = place->setAside();
+        isOpened = isNew && connect(*place, Access::Writing, &refusal);
+    }
+    // If the disk is full, Tracker can report success of a creation that failed.
+    const bool isMade =
+        isOpened && place->sync() && connect(*place, Access::Writing, &refusal) && place->endMaking();
+    if (isMade)
+        return true;
+    // Its removal makes space.
+    const QString why = obstacleIn(place->path());
+    *error = isOpened || !why.isEmpty() ? connectionError(cannotMake.arg(place->path(), why)) : refusal;
+    if (isNew)
+        place->removeDatabase();
+    return false;
+}
+
+OpenDatabase::Pointer OpenDatabase::openForWriting(StoreFolder *place, QSparqlError *error)
+{
+    if (!place->isMade() && !make(place, error))
+        return nullptr;
+    if (place->isDamaged())
+        place->requestCheck();
+    *error = QSparqlError();
+    Pointer database = connect(*place, Access::Writing, error);
+    if (database) {
+        place->forgetDamage();
+        place->tighten();
+    }
+    return database;
+}
