@@ -13,14 +13,23 @@
 
 namespace {
 
-thread_local SqliteWaiting *current = nullptr;
-thread_local QVector<sqlite3 *> *opened = nullptr;
+/// A connection of Tracker to the database.
+struct Connection
+{
+    sqlite3 *database;
+    SqliteWaiting *const
+        *update; ///< That of the thread that opened the connection. Tracker may use another one.
+};
 
-/// Called by SQLite when it closes the connection \a database.
-void noteClosed(void *database)
+thread_local SqliteWaiting *current = nullptr;
+thread_local QVector<Connection *> *opened = nullptr;
+
+/// Called by SQLite when it closes the connection \a connection.
+void noteClosed(void *connection)
 {
     if (opened)
-        opened->removeAll(static_cast<sqlite3 *>(database));
+        opened->removeAll(static_cast<Connection *>(connection));
+    delete static_cast<Connection *>(connection);
 }
 
 void doNothing(sqlite3_context *, int, sqlite3_value **) { }
@@ -30,27 +39,40 @@ int noteOpened(sqlite3 *database, char **, const sqlite3_api_routines *)
 {
     if (!opened)
         return SQLITE_OK;
-    opened->append(database);
+    auto *connection = new Connection{database, &current};
+    opened->append(connection);
     // SQLite calls noteClosed() when it drops the function, which it does when the connection ends.
-    return sqlite3_create_function_v2(database, "tidel_connection", 0, SQLITE_UTF8, database, doNothing,
+    return sqlite3_create_function_v2(database, "tidel_connection", 0, SQLITE_UTF8, connection, doNothing,
                                       nullptr, nullptr, noteClosed);
 }
 
 /// Called by SQLite while another process keeps a lock. \a count is the number of calls for the same lock.
-int waitForOthers(void *database, int count)
+int waitForOthers(void *data, int count)
 {
+    const Connection &connection = *static_cast<Connection *>(data);
     // The locks of most updates are short.
     const unsigned pause = count < 10 ? 1 : 10;
-    const bool isInUpdate = sqlite3_get_autocommit(static_cast<sqlite3 *>(database)) == 0;
-    if (current && isInUpdate)
-        return current->goOn(pause);
+    const bool isInUpdate = sqlite3_get_autocommit(connection.database) == 0;
+    if (*connection.update && isInUpdate)
+        return (*connection.update)->goOn(pause);
     // SQLite empties its log, which can wait until the next time.
     QThread::msleep(pause);
     return count < 100;
 }
 
-/// Called by SQLite before it commits an update. Tracker takes some statements that SQLite refused for done.
-int refuseIncomplete(void *) { return current && current->isOver(); }
+/// Called by SQLite before it commits an update.
+int refuseIncomplete(void *data)
+{
+    const SqliteWaiting *update = *static_cast<Connection *>(data)->update;
+    return update && (update->isOver() || update->isUndone());
+}
+
+/// Called by SQLite when it undoes an update.
+void noteUndone(void *data)
+{
+    if (SqliteWaiting *update = *static_cast<Connection *>(data)->update)
+        update->undo();
+}
 
 /// Returns the process of a line of /proc/locks if it is a lock for writing to the database whose index is
 /// the file \a inode; otherwise returns 0.
@@ -77,15 +99,16 @@ SqliteWaiting::~SqliteWaiting() { current = m_previous; }
 // Tracker sets its own waiting time when it has opened a connection, and so before this function ends.
 void SqliteWaiting::govern(const std::function<void()> &open)
 {
-    QVector<sqlite3 *> connections;
+    QVector<Connection *> connections;
     opened = &connections;
     const auto entry = reinterpret_cast<void (*)()>(noteOpened);
     sqlite3_auto_extension(entry);
     open();
     opened = nullptr;
-    for (sqlite3 *connection : qAsConst(connections)) {
-        sqlite3_busy_handler(connection, waitForOthers, connection);
-        sqlite3_commit_hook(connection, refuseIncomplete, nullptr);
+    for (Connection *connection : qAsConst(connections)) {
+        sqlite3_busy_handler(connection->database, waitForOthers, connection);
+        sqlite3_commit_hook(connection->database, refuseIncomplete, connection);
+        sqlite3_rollback_hook(connection->database, noteUndone, connection);
     }
 }
 

@@ -4,9 +4,13 @@
 
 #include "patientwait_p.h"
 
+#include <atomic>
+#include <functional>
+
 /**
- * How long the updates of this thread wait for other processes, as long as the object lives. Tracker alone
- * would wait for 100 s each time, without a word, and then report success.
+ * How the updates of this thread wait for other processes, as long as the object lives, and that they are
+ * stored whole or not at all. Tracker alone would wait for 100 s each time, without a word, and then report
+ * success. If the disk is full, SQLite undoes an update, and Tracker would store the rest of it.
  */
 class SqliteWaiting
 {
@@ -22,6 +26,14 @@ public:
     bool goOn(unsigned pause = 10);
     /// Returns true if goOn() has returned false; otherwise returns false. Nothing is committed from then on.
     bool isOver() const { return m_isOver; }
+
+    /// Begins an update again after one was undone.
+    void beginAgain() { m_isUndone = false; }
+    /// Has nothing more of the update committed. Tracker may call this in another thread.
+    void undo() { m_isUndone = true; }
+    /// Returns true if the update was undone; otherwise returns false.
+    bool isUndone() const { return m_isUndone; }
+
     /// Says for whom this object waited in vain.
     QString failure() const { return m_wait.failure(writer()); }
 
@@ -34,6 +46,7 @@ private:
     PatientWait m_wait;
     SqliteWaiting *const m_previous;
     bool m_isOver = false;
+    std::atomic<bool> m_isUndone{false};
 };
 
 #endif

@@ -12,7 +12,12 @@
 #include "turtlestream_p.h"
 
 #include <QDateTime>
+#include <QLocale>
+#include <QStorageInfo>
+
 namespace {
+
+const QString fileRefused = QStringLiteral("The file is refused");
 
 SparqlTable::Cell readCell(TrackerSparqlCursor *cursor, int column)
 {
@@ -149,8 +154,10 @@ QSparqlError TrackerStore::update(const QString &statement)
         TrackerDialect::toTracker(TrackerDialect::withoutEmptySubjects(statement)).toUtf8();
     SqliteWaiting waiting(m_folder, m_patience);
     QSparqlError error = updateOnce(text);
-    while (isOutOfDate(error) && waiting.goOn())
+    while (isOutOfDate(error) && waiting.goOn()) {
+        waiting.beginAgain();
         error = updateOnce(text);
+    }
     if (waiting.isOver())
         return QSparqlError(updateRefused + QLatin1String(": ") + waiting.failure(),
                             QSparqlError::BackendError);
@@ -174,21 +181,44 @@ QSparqlError TrackerStore::writeTurtle(const QString &description, QIODevice *de
         : explained(fromGError(QStringLiteral("The description failed"), error));
 }
 
+/// Returns an error if the disk has not enough space for the file \a fileName. Tracker can crash when it
+/// notices that in the middle of a file.
+QSparqlError TrackerStore::refuseWithoutSpace(const QString &fileName) const
+{
+    // The database is about as large as the text, and so is the log of the update.
+    const qint64 needed = 2 * sizeOfTurtle(fileName);
+    const qint64 available = QStorageInfo(m_folder).bytesAvailable();
+    if (available < 0 || available >= needed)
+        return QSparqlError();
+    const QLocale locale = QLocale::c();
+    return QSparqlError(
+        fileRefused
+            + QStringLiteral(
+                  ": about %1 are needed on the disk, and %2 are free; free some space and try again")
+                  .arg(locale.formattedDataSize(needed), locale.formattedDataSize(available)),
+        QSparqlError::BackendError);
+}
+
 QSparqlError TrackerStore::readTurtle(const QString &fileName)
 {
     if (const QSparqlError failure = becomeWritable(); failure.isValid())
         return explained(failure);
+    if (const QSparqlError failure = refuseWithoutSpace(fileName); failure.isValid())
+        return failure;
     GError *error = nullptr;
-    TrackerMessages::forget();
-    if (::readTurtle(m_database->connection(), fileName, &error)) {
-        const QSparqlError failure = TrackerMessages::failureOfCommit();
-        return explained(failure.isValid() ? failure : sync());
-    }
+    SqliteWaiting waiting(m_folder, m_patience);
+    const bool isRead = ::readTurtle(m_database->connection(), fileName, &error);
+    if (isRead && !waiting.isUndone())
+        return explained(sync());
     // The file cannot be read or decompressed.
-    const bool isOfFile = error->domain == G_IO_ERROR;
-    QSparqlError result = fromGError(QStringLiteral("The file is refused"), error);
+    const bool isOfFile = error && error->domain == G_IO_ERROR;
+    QSparqlError result = error ? fromGError(fileRefused, error)
+                                : QSparqlError(fileRefused + QLatin1String(": the database undid the update"),
+                                               QSparqlError::BackendError);
     if (isOfFile)
         result.setType(QSparqlError::StatementError);
+    else if (!obstacleIn(m_folder).isEmpty())
+        result.setType(QSparqlError::BackendError);
     return explained(result);
 }
 

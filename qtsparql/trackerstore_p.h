@@ -51,6 +51,7 @@ private:
     void openInTurn(StoreFolder *place, QSparqlError *error);
     QSparqlError becomeWritable();
     QSparqlError explained(const QSparqlError &error);
+    QSparqlError refuseWithoutSpace(const QString &fileName) const;
     QSparqlError updateOnce(const QByteArray &text);
 
     const QString m_folder;

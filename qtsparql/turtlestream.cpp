@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QIODevice>
+#include <QtEndian>
 
 #include <array>
 
@@ -58,13 +59,23 @@ bool copy(GInputStream *from, QIODevice *to, GError **error)
     }
 }
 
-bool isCompressed(const QString &fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) && file.read(2) == QByteArrayLiteral("\x1f\x8b");
-}
+bool isCompressed(QFile &file) { return file.seek(0) && file.read(2) == QByteArrayLiteral("\x1f\x8b"); }
 
 } // namespace
+
+qint64 sizeOfTurtle(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    constexpr int sizeField = sizeof(quint32);
+    if (!isCompressed(file) || file.size() < sizeField || !file.seek(file.size() - sizeField))
+        return file.size();
+    // The last bytes of a gzip file. They are too small for texts above 4 GiB, and wrong if the file was cut.
+    const QByteArray size = file.read(sizeField);
+    constexpr qint64 largestRatio = 1032;
+    return qMin<qint64>(qFromLittleEndian<quint32>(size.constData()), largestRatio * file.size());
+}
 
 bool writeTurtle(TrackerSparqlConnection *connection, const QByteArray &description, QIODevice *device,
                  GError **error)
@@ -87,7 +98,8 @@ bool readTurtle(TrackerSparqlConnection *connection, const QString &fileName, GE
     GObjectPtr<GInputStream> turtle(G_INPUT_STREAM(g_file_read(file.get(), nullptr, error)));
     if (!turtle)
         return false;
-    if (isCompressed(fileName))
+    QFile beginning(fileName);
+    if (beginning.open(QIODevice::ReadOnly) && isCompressed(beginning))
         turtle = converted(turtle.get(), g_zlib_decompressor_new(G_ZLIB_COMPRESSOR_FORMAT_GZIP));
     Waiter waiter;
     tracker_sparql_connection_deserialize_async(connection, TRACKER_DESERIALIZE_FLAGS_NONE,

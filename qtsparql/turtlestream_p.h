@@ -9,7 +9,11 @@
 
 class QIODevice;
 
-// Both functions block until Tracker has finished. On failure they set error and return false.
+/// Returns the number of bytes of the Turtle in the file \a fileName after decompression, or 0 if it cannot
+/// be read.
+qint64 sizeOfTurtle(const QString &fileName);
+
+// The following functions block until Tracker has finished. On failure they set error and return false.
 
 /// Writes what \a description describes to \a device, as Turtle that is compressed with gzip.
 bool writeTurtle(TrackerSparqlConnection *connection, const QByteArray &description, QIODevice *device,

@@ -2,15 +2,14 @@
 #include "ordinaryuser.h"
 #include "scratchstore.h"
 
+#include <smallfiles.h>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QTest>
 
-#include <csignal>
-
-#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -85,28 +84,7 @@ void restore(const QString &folder, const QByteArray &database)
     setContent(folder + QStringLiteral("/meta.db"), database);
 }
 
-/// Makes the writing of files fail beyond a size.
-class SmallFiles
-{
-public:
-    explicit SmallFiles(rlim_t size) : m_signalBefore(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{size, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~SmallFiles()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_signalBefore);
-    }
-
-private:
-    Q_DISABLE_COPY(SmallFiles)
-
-    void (*const m_signalBefore)(int);
-    rlimit m_before = {};
-};
+;
 
 } // namespace
 

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "scratchstore.h"
 
+#include <smallfiles.h>
+#include <sparqlturtle.h>
+
 #include <QFile>
+#include <QTemporaryFile>
 #include <QTest>
 
 #include <sqlite3.h>
@@ -31,6 +35,9 @@ private Q_SLOTS:
     void hostileValueStaysAValue();
     void nullCharacter_data();
     void nullCharacter();
+    void updateThatDoesNotFitIsUndone();
+    void fileThatDoesNotFitIsUndone();
+    void fileThatIsTooLargeForTheDisk();
     void tenThousandOperations();
     void statementOfManyMegabytes();
     void aMillionRows();
@@ -50,6 +57,22 @@ int count(const ScratchStore &store)
 {
     return store.rows(countMessages).value(0, QStringLiteral("-1")).toInt();
 }
+
+/// A message whose links are new resources too.
+QString messageWithLinks(int number)
+{
+    QStringList links;
+    for (int i = 0; i < 20; ++i)
+        links.append(QStringLiteral("<https://example.org/%1/%2/%3>")
+                         .arg(number)
+                         .arg(i)
+                         .arg(QString(100, QChar(u'x'))));
+    return QStringLiteral("<urn:m:%1> a mfo:FeedMessage ; nie:links %2")
+        .arg(number)
+        .arg(links.join(QLatin1String(", ")));
+}
+
+QString insertMessage(int number) { return QStringLiteral("INSERT { %1 } ").arg(messageWithLinks(number)); }
 
 QSparqlQuery insertTitle(const QString &title)
 {
@@ -329,6 +352,64 @@ void TestUpdates::nullCharacter()
     const auto query = store.select(countMessages + QChar(0));
     VERIFY_REFUSED(query, StatementError);
     QCOMPARE(count(store), 0);
+}
+
+// SQLite writes a part of a large update before its end, and undoes it if that fails. Tracker goes on with
+// the rest.
+void TestUpdates::updateThatDoesNotFitIsUndone()
+{
+    const ScratchStore store;
+    QString update;
+    for (int i = 0; i < 5000; ++i)
+        update += insertMessage(i);
+    for (const rlim_t size : {1500000, 3000000, 4500000}) {
+        VERIFY_DONE(store.update("INSERT { <urn:other> a mfo:FeedMessage }"));
+        const SmallFiles disk(size);
+        const ScratchStore::Result result = store.update(update);
+        QVERIFY(result->hasError());
+        QCOMPARE(result->lastError().type(), QSparqlError::BackendError);
+        QCOMPARE(count(store), 1);
+    }
+    QCOMPARE(store.rows("SELECT COUNT(?r) { ?r nie:links ?l }"), QStringList("0"));
+    VERIFY_DONE(store.update(update));
+    QCOMPARE(count(store), 5001);
+}
+
+void TestUpdates::fileThatDoesNotFitIsUndone()
+{
+    const ScratchStore store;
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write("@prefix nie: <http://tracker.api.gnome.org/ontology/v3/nie#> .\n"
+               "@prefix mfo: <http://tracker.api.gnome.org/ontology/v3/mfo#> .\n");
+    const QString title(1000, QChar(u'x'));
+    for (int i = 0; i < 5000; ++i)
+        file.write(
+            QStringLiteral("<urn:m:%1> a mfo:FeedMessage ; nie:title \"%2\" .\n").arg(i).arg(title).toUtf8());
+    file.close();
+    VERIFY_DONE(store.update("INSERT { <urn:other> a mfo:FeedMessage }"));
+    const QSparqlConnectionOptions options = store.connection().options();
+    {
+        const SmallFiles disk(3000000);
+        const QSparqlError error = SparqlTurtle::read(options, file.fileName());
+        QVERIFY2(error.message().startsWith("The file is refused: "), qPrintable(error.message()));
+    }
+    QCOMPARE(count(store), 1);
+    QCOMPARE(store.rows("SELECT COUNT(?r) { ?r nie:title ?t }"), QStringList("0"));
+    QVERIFY(!SparqlTurtle::read(options, file.fileName()).isValid());
+    QCOMPARE(count(store), 5001);
+}
+
+void TestUpdates::fileThatIsTooLargeForTheDisk()
+{
+    const ScratchStore store;
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    QVERIFY(file.resize(qint64(1) << 43));
+    const QSparqlError error = SparqlTurtle::read(store.connection().options(), file.fileName());
+    QVERIFY2(error.message().startsWith("The file is refused: about 16.00 TiB are needed on the disk, and "),
+             qPrintable(error.message()));
+    QCOMPARE(error.type(), QSparqlError::BackendError);
 }
 
 void TestUpdates::tenThousandOperations()

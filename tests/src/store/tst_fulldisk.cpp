@@ -3,42 +3,16 @@
 #include "statements.h"
 #include "storetest.h"
 
+#include <smallfiles.h>
+
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
-
-#include <csignal>
-#include <sys/resource.h>
 
 using namespace Deletions;
 namespace S = Statements;
 
 namespace {
-
-/// Prevents all files of this process from growing while it exists, even for root. Updates fail, reading
-/// works.
-class FullDisk
-{
-public:
-    FullDisk() : m_handler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &m_limit);
-        rlimit none = m_limit;
-        none.rlim_cur = 0;
-        setrlimit(RLIMIT_FSIZE, &none);
-    }
-    ~FullDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_limit);
-        std::signal(SIGXFSZ, m_handler);
-    }
-
-private:
-    Q_DISABLE_COPY(FullDisk)
-
-    rlimit m_limit;
-    void (*m_handler)(int);
-};
 
 QStringList traced(const char *function, const QString &statementLine)
 {
@@ -165,7 +139,7 @@ void TestFullDisk::failedUpdateLeavesTheStoreAsItIs()
     const QStringList before = everythingIn(store());
     bool isAsExpected = false;
     QStringList lines = journalOf([&] {
-        const FullDisk disk;
+        const SmallFiles disk(0);
         isAsExpected = operation();
     });
     const QString last = lines.takeLast();
@@ -191,7 +165,7 @@ void TestFullDisk::nothingIsAdded()
     store().update(storedEnclosure("1", {"urn:m:1"}, "mfo:image '/old.png'"));
     const QStringList before = everythingIn(store());
     {
-        const FullDisk disk;
+        const SmallFiles disk(0);
         QCOMPARE(tracker()->addChannel(channel), QString());
         QVERIFY(!tracker()->addMessages({message}, "urn:c:1"));
         QVERIFY(!tracker()->addEnclosures({enclosure}, "urn:m:2"));
