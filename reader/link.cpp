@@ -60,9 +60,10 @@ bool isSafeInReference(QChar c)
 /// Returns true if \a link is of the common kind that encoding does not change. This is faster than encoding.
 bool isPlainWebAddress(const QString &link)
 {
+    // "$" would also match before a line break.
     static const QRegularExpression pattern(
         QStringLiteral("^https?://(?:[a-z0-9]{1,20}(?:-[a-z0-9]{1,20}){0,2}\\.){1,4}[a-z]{2,20}"
-                       "(?:[/?][A-Za-z0-9/._~?=&+,;:@!$*()-]*)?$"));
+                       "(?:[/?][A-Za-z0-9/._~?=&+,;:@!$*()-]*)?\\z"));
     return pattern.match(link).hasMatch();
 }
 

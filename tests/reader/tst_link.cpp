@@ -238,6 +238,7 @@ void TestLink::notEncoded_data()
     QTest::newRow("empty") << QString();
     QTest::newRow("relative") << "example.org/x";
     QTest::newRow("blank") << "https://example.org/a b";
+    QTest::newRow("line break") << "https://example.org/a\n";
     QTest::newRow("letter") << QStringLiteral("https://example.org/\u00fc");
     QTest::newRow("end of an IRI") << "urn:x" + attack;
     QTest::newRow("escaped end") << "urn:x\\u003E } DELETE";
