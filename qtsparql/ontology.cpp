@@ -7,6 +7,8 @@
 
 const char *const ontologyPath = "/tidel/ontology";
 
+const char *const rangeQuestion = "SELECT ?range { ~property rdfs:range ?range }";
+
 namespace {
 
 /// Returns the name and the date of the ontology that \a file declares, in the form of a statement.

@@ -11,4 +11,7 @@ extern const char *const ontologyPath;
 /// that does not know a part refuses the statement.
 QByteArray ontologyQuestion();
 
+/// A query for the range of the property ~property.
+extern const char *const rangeQuestion;
+
 #endif

@@ -19,6 +19,7 @@ OpenDatabase::OpenDatabase(const QString &path) : m_folder(path) { }
 
 OpenDatabase::~OpenDatabase()
 {
+    m_prepared.reset();
     // Closing cleans up. If others are in the way, the next program that closes the store does it.
     const SqliteWaiting waiting(m_folder, 1000);
     if (m_connection)
@@ -47,8 +48,10 @@ OpenDatabase::Pointer OpenDatabase::connect(const StoreFolder &place, Access acc
             isForWriting ? TRACKER_SPARQL_CONNECTION_FLAGS_NONE : TRACKER_SPARQL_CONNECTION_FLAGS_READONLY,
             store.get(), isForWriting ? ontology.get() : nullptr, nullptr, &cause));
     });
-    if (!cause)
+    if (!cause) {
+        database->m_prepared.emplace(database->m_connection.get());
         return database;
+    }
     *error = fromGError(QString(), cause);
     if (isDamage(*error))
         place.noteDamage();

@@ -2,12 +2,14 @@
 #ifndef OPENDATABASE_P_H
 #define OPENDATABASE_P_H
 
+#include "preparedqueries_p.h"
 #include "qsparqlerror.h"
 #include "tracker_p.h"
 
 #include <QTemporaryDir>
 
 #include <memory>
+#include <optional>
 
 class StoreFolder;
 
@@ -28,6 +30,7 @@ public:
     ~OpenDatabase();
 
     TrackerSparqlConnection *connection() const { return m_connection.get(); }
+    PreparedQueries &prepared() { return *m_prepared; }
 
 private:
     enum class Access { Reading, Writing };
@@ -42,6 +45,7 @@ private:
     const QString m_folder;
     std::unique_ptr<QTemporaryDir> m_copy; // if the folder is one
     GObjectPtr<TrackerSparqlConnection> m_connection;
+    std::optional<PreparedQueries> m_prepared;
 };
 
 #endif

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "qsparqlconnection.h"
 
+#include "queryparameters_p.h"
 #include "sharedstores_p.h"
 #include "sparqltableresult_p.h"
 #include "trackerstore_p.h"
@@ -77,7 +78,8 @@ QSparqlResult *QSparqlConnection::exec(const QSparqlQuery &query)
 
     const bool isUpdate = type == QSparqlQuery::InsertStatement || type == QSparqlQuery::DeleteStatement;
     SparqlTable table;
-    QSparqlError error = isUpdate ? d->store->update(statement) : d->store->select(statement, &table);
+    QSparqlError error =
+        isUpdate ? d->store->update(statement) : d->store->select(statement, QueryParameters(query), &table);
     if (isUpdate && !error.isValid() && d->options.option(QStringLiteral("durable")).toBool())
         error = d->store->sync();
     return error.isValid() ? new SparqlTableResult(statement, type, error)

@@ -63,6 +63,8 @@ void QSparqlQuery::bindValues(const QSparqlResultRow &row)
         bindValue(row.binding(i));
 }
 
+const QMap<QString, QSparqlBinding> &QSparqlQuery::bindings() const { return readable(d).bindings; }
+
 QVariant QSparqlQuery::boundValue(const QString &placeholder) const
 {
     return readable(d).bindings.value(placeholder).value();

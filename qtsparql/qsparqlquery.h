@@ -84,6 +84,9 @@ public:
     QString preparedQueryText() const;
 
 private:
+    friend class QueryParameters;
+    Q_DECL_HIDDEN const QMap<QString, QSparqlBinding> &bindings() const;
+
     QSharedDataPointer<QSparqlQueryPrivate> d;
 };
 

@@ -44,6 +44,29 @@ SparqlTable::Cell readCell(TrackerSparqlCursor *cursor, int column)
     }
 }
 
+/// Stores the rows of \a cursor in \a table. Returns false if that fails, and sets \a error; otherwise
+/// returns true.
+bool readRows(TrackerSparqlCursor *cursor, SparqlTable *table, GError **error)
+{
+    GError *failure = nullptr;
+    SparqlTable rows;
+    const int columns = tracker_sparql_cursor_get_n_columns(cursor);
+    for (int i = 0; i < columns; ++i)
+        rows.names.append(QString::fromUtf8(tracker_sparql_cursor_get_variable_name(cursor, i)));
+    while (tracker_sparql_cursor_next(cursor, nullptr, &failure)) {
+        for (int i = 0; i < columns; ++i)
+            rows.cells.push_back(readCell(cursor, i));
+    }
+    // An open cursor would keep the read transaction open until the result is deleted.
+    tracker_sparql_cursor_close(cursor);
+    if (failure) {
+        g_propagate_error(error, failure);
+        return false;
+    }
+    *table = std::move(rows);
+    return true;
+}
+
 } // namespace
 
 TrackerStore::TrackerStore(const QString &folder, int patience) : m_folder(folder), m_patience(patience) { }
@@ -115,31 +138,23 @@ QSparqlError TrackerStore::explained(const QSparqlError &error)
     return result;
 }
 
-QSparqlError TrackerStore::select(const QString &statement, SparqlTable *table)
+QSparqlError TrackerStore::select(const QString &statement, const QueryParameters &parameters,
+                                  SparqlTable *table)
 {
     if (const QSparqlError refusal = refuseNull(statement); refusal.isValid())
         return refusal;
+    const GObjectPtr<TrackerSparqlCursor> prepared = m_database->prepared().run(parameters);
+    if (prepared && readRows(prepared.get(), table, nullptr))
+        return QSparqlError();
     GError *error = nullptr;
     const GObjectPtr<TrackerSparqlCursor> cursor(tracker_sparql_connection_query(
         m_database->connection(), TrackerDialect::toTracker(withNotExists(statement)).toUtf8().constData(),
         nullptr, &error));
     if (!cursor)
         return explained(fromGError(QStringLiteral("The query is refused"), error));
-
-    SparqlTable rows;
-    const int columns = tracker_sparql_cursor_get_n_columns(cursor.get());
-    for (int i = 0; i < columns; ++i)
-        rows.names.append(QString::fromUtf8(tracker_sparql_cursor_get_variable_name(cursor.get(), i)));
-    while (tracker_sparql_cursor_next(cursor.get(), nullptr, &error)) {
-        for (int i = 0; i < columns; ++i)
-            rows.cells.push_back(readCell(cursor.get(), i));
-    }
-    // An open cursor would keep the read transaction open until the result is deleted.
-    tracker_sparql_cursor_close(cursor.get());
-    if (error)
-        return explained(fromGError(QStringLiteral("The query failed"), error));
-    *table = std::move(rows);
-    return QSparqlError();
+    return readRows(cursor.get(), table, &error)
+        ? QSparqlError()
+        : explained(fromGError(QStringLiteral("The query failed"), error));
 }
 
 QSparqlError TrackerStore::update(const QString &statement)

@@ -9,6 +9,7 @@
 
 class OpenDatabase;
 class QIODevice;
+class QueryParameters;
 class StoreFolder;
 
 /**
@@ -32,8 +33,8 @@ public:
     /// Closes the database.
     ~TrackerStore();
 
-    /// Runs a query and stores its rows in \a table.
-    QSparqlError select(const QString &statement, SparqlTable *table);
+    /// Runs the query \a statement and stores its rows in \a table. \a parameters is the same query.
+    QSparqlError select(const QString &statement, const QueryParameters &parameters, SparqlTable *table);
     /// Runs an update, which can contain several operations. If one of them fails, none has an effect. If
     /// other processes write at the same time, the update waits and is repeated.
     QSparqlError update(const QString &statement);
