@@ -2,6 +2,8 @@
 #ifndef TIDEL_SQLITEFILE_P_H
 #define TIDEL_SQLITEFILE_P_H
 
+#include "sqlitedatabase_p.h"
+
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -9,8 +11,6 @@
 
 #include <functional>
 #include <memory>
-
-struct sqlite3;
 
 namespace Tidel {
 
@@ -34,7 +34,6 @@ public:
     };
 
     explicit SqliteFile(const QString &path, Reading reading);
-    ~SqliteFile();
 
     /// What SQLite said of the last failure.
     QString error() const;
@@ -50,8 +49,7 @@ private:
 
     Outcome outcomeOf(int code) const;
 
-    sqlite3 *m_database = nullptr;
-    int m_opened;
+    SqliteDatabase m_database;
 };
 
 } // namespace Tidel

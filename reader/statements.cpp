@@ -882,4 +882,63 @@ QString adoptStrays(const QString &channelUri)
         + isStray + QLatin1String("} ");
 }
 
+namespace {
+
+/// The columns of searchable() of those messages that \a filter lets through.
+QString searchableIf(const QString &filter)
+{
+    return QLatin1String(
+               "SELECT (tracker:id(?m) AS ?number) ?state ?m ?title ?text ?summary ?published WHERE { "
+               "?m a mfo:FeedMessage ; nrl:modified ?state FILTER(tracker:id(?m) ")
+        + filter
+        + QLatin1String(") OPTIONAL { ?m nie:title ?title } OPTIONAL { ?m nie:description ?text } "
+                        "OPTIONAL { ?m nie:subject ?summary } "
+                        "OPTIONAL { ?m nie:contentCreated ?published } } ORDER BY tracker:id(?m)");
+}
+
+} // namespace
+
+QSparqlQuery searchable(const QVector<qlonglong> &numbers)
+{
+    QStringList list;
+    for (qlonglong number : numbers)
+        list.append(QString::number(number));
+    return select(searchableIf(QLatin1String("IN (") + list.join(QLatin1String(", ")) + QLatin1Char(')')));
+}
+
+QSparqlQuery searchableAfter(qlonglong last, int limit)
+{
+    return select(searchableIf(QLatin1String("> ") + QString::number(last)) + QLatin1String(" LIMIT ")
+                  + QString::number(limit));
+}
+
+QSparqlQuery messageStates()
+{
+    return select(
+        QStringLiteral("SELECT tracker:id(?m) ?state WHERE { ?m a mfo:FeedMessage ; nrl:modified ?state }"));
+}
+
+QSparqlQuery messagesAddedSince(const QDateTime &time)
+{
+    return select(QStringLiteral("SELECT tracker:id(?m) ?m WHERE { ?m a mfo:FeedMessage ; nrl:added ?added "
+                                 "FILTER(?added >= ?:time) }"),
+                  {{"time", time}});
+}
+
+QSparqlQuery numbersOfMessages(const QString &channelUri, bool onlyFavorites)
+{
+    QString text = QStringLiteral("SELECT tracker:id(?m) WHERE { ?m a mfo:FeedMessage ");
+    if (!channelUri.isEmpty())
+        text += QLatin1String("; nie:isLogicalPartOf ") + iri(channelUri) + QLatin1Char(' ');
+    if (onlyFavorites)
+        text += QLatin1String("; nao:hasTag nao:predefined-tag-favorite ");
+    return select(text + QLatin1Char('}'));
+}
+
+QSparqlQuery channelTitles(const QStringList &messageUris)
+{
+    return select(QLatin1String("SELECT ?m ?title WHERE { ") + valuesOf("m", messageUris)
+                  + QLatin1String("?m nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel ; nie:title ?title }"));
+}
+
 } // namespace Tidel::Statements

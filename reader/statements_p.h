@@ -12,6 +12,7 @@
 class FeedChannel;
 class FeedEnclosure;
 class FeedMessage;
+class QDateTime;
 class QUrl;
 
 /**
@@ -200,6 +201,23 @@ QString deleteResources(const QStringList &resources);
 QSparqlQuery orphanMessages();
 /// URI, remote link and local link of the enclosures that belong to neither a message nor a channel.
 QSparqlQuery orphanEnclosures();
+/// @}
+
+/// \name Search
+/// The store numbers its resources. It gives the number of a deleted one to a new one.
+/// @{
+/// Number, mark of change, URI, title, text, summary, date of publication of the messages \a numbers.
+QSparqlQuery searchable(const QVector<qlonglong> &numbers);
+/// As searchable(), of the first \a limit messages after the number \a last.
+QSparqlQuery searchableAfter(qlonglong last, int limit);
+/// Number and mark of change of all messages. Most changes of a message change its mark.
+QSparqlQuery messageStates();
+/// Number and URI of the messages that were added then or later.
+QSparqlQuery messagesAddedSince(const QDateTime &time);
+/// The numbers of all messages of the channel, or of all channels if it is empty.
+QSparqlQuery numbersOfMessages(const QString &channelUri, bool onlyFavorites);
+/// Message, title of a channel that it belongs to.
+QSparqlQuery channelTitles(const QStringList &messageUris);
 /// @}
 
 /// \name Check

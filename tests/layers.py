@@ -15,8 +15,8 @@ BELOW = {
     "tools": ["qtsparql", "src", "reader"],
 }
 STATEMENT_FILES = ["src/storestatements.cpp", "reader/statements.cpp"]
-# SQL, to read what is left of a damaged database.
-SQL_FILES = ["reader/damagedtables.cpp"]
+# SQL: what is left of a damaged database is read with it, and the index for searches is written with it.
+SQL_FILES = ["reader/damagedtables.cpp", "reader/searchindex.cpp"]
 
 SPARQL = re.compile(r"\bSELECT .*?(WHERE|\{)|\b(INSERT|DELETE) (DATA )?\{|\bVALUES \?|\bFILTER\b"
                     r"|\?:?\w+ (a|nie:\w+|mfo:\w+|nao:\w+) |(?<![:\w])tidel:[a-z]\w*")

@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "search.h"
+
+#include "searchindex_p.h"
+#include "searchupdate_p.h"
+#include "searchwords_p.h"
+#include "statements_p.h"
+#include "storedatabase.h"
+
+namespace Tidel {
+
+namespace {
+
+constexpr int maximumExcerpt = 600; // characters; a word can be as long as a text
+
+/// Takes the marks out of \a text.
+MarkedText toMarkedText(const QString &text)
+{
+    MarkedText result;
+    int begin = 0;
+    for (const QChar c : text) {
+        const int at = int(result.text.size());
+        if (c == SearchIndex::beginMark)
+            begin = at;
+        else if (c == SearchIndex::endMark)
+            result.marks.append({begin, at - begin});
+        else if (at < maximumExcerpt)
+            result.text += c;
+    }
+    return result;
+}
+
+} // namespace
+
+class Search::Private
+{
+public:
+    explicit Private(const Store &store) : m_store(store), m_index(indexPath()) { }
+
+    /// Calls \a work, which reads and writes the index. If the index is damaged, it is made again; if it
+    /// cannot be written, a temporary one is made.
+    Result<void> withIndex(const std::function<Result<void>()> &work);
+    Result<void> catchUp(const Progress &progress);
+    Result<void> addNew();
+    Result<QVector<qlonglong>> best(const QString &expression, const SearchQuery &query);
+    Result<QList<SearchHit>> hits(const QString &expression, const QVector<qlonglong> &ids);
+    SearchIndex &index() { return m_index; }
+
+private:
+    static QString indexPath() { return StoreDatabase::folder() + QLatin1String("/search.db"); }
+    StorePrivate &store() { return StorePrivate::of(m_store); }
+    Error indexError() const { return Error(Error::StoreFailed, QStringLiteral("search"), m_index.error()); }
+    Result<SearchBounds> bounds(const SearchQuery &query);
+    /// Adds link, title, date and channels of the messages \a uris to \a hits.
+    Result<void> describe(const QStringList &uris, QHash<QString, SearchHit> *hits);
+
+    const Store m_store;
+    SearchIndex m_index;
+};
+
+Result<void> Search::Private::withIndex(const std::function<Result<void>()> &work)
+{
+    const Result<void> done = work();
+    if (done)
+        return done;
+    if (m_index.isDamaged())
+        return m_index.reset() ? work() : Result<void>(Failure(indexError()));
+    return m_index.isKept() && m_index.useTemporaryFile() ? work() : done;
+}
+
+Result<void> Search::Private::catchUp(const Progress &progress)
+{
+    return SearchUpdate(store(), m_index, progress).catchUp();
+}
+
+Result<void> Search::Private::addNew()
+{
+    return m_index.isKept() ? SearchUpdate(store(), m_index, {}).addNew() : Result<void>();
+}
+
+Result<SearchBounds> Search::Private::bounds(const SearchQuery &query)
+{
+    SearchBounds bounds{std::nullopt, query.since, query.until, query.limit};
+    if (query.channelUri.isEmpty() && !query.onlyFavorites)
+        return bounds;
+    return store()
+        .run(Statements::numbersOfMessages(query.channelUri, query.onlyFavorites), "search the store")
+        .map([&bounds](const Answer &answer) {
+            bounds.ids.emplace();
+            while (answer->next())
+                bounds.ids->append(answer->value(0).toLongLong());
+            return bounds;
+        });
+}
+
+Result<QVector<qlonglong>> Search::Private::best(const QString &expression, const SearchQuery &query)
+{
+    return bounds(query).and_then([&](const SearchBounds &bounds) -> Result<QVector<qlonglong>> {
+        QVector<qlonglong> ids;
+        if (!m_index.find(expression, bounds, &ids))
+            return Failure(indexError());
+        return ids;
+    });
+}
+
+Result<void> Search::Private::describe(const QStringList &uris, QHash<QString, SearchHit> *hits)
+{
+    return inChunks(uris, [&](const QStringList &some) {
+        return store()
+            .run(Statements::headlines(some), "read the found messages from the store")
+            .map([hits](const Answer &answer) {
+                while (answer->next()) {
+                    SearchHit &hit = (*hits)[answer->value(0).toString()];
+                    hit.uri = answer->value(0).toString();
+                    hit.message.setLink(answer->value(1).toString());
+                    hit.message.setTitle(answer->value(2).toString());
+                    hit.message.setPublishedDate(answer->value(3).toDateTime());
+                }
+            })
+            .and_then([&] {
+                return store().run(Statements::channelTitles(some),
+                                   "read the channels of the found messages from the store");
+            })
+            .map([hits](const Answer &answer) {
+                while (answer->next())
+                    (*hits)[answer->value(0).toString()].channels.append(answer->value(1).toString());
+            });
+    });
+}
+
+Result<QList<SearchHit>> Search::Private::hits(const QString &expression, const QVector<qlonglong> &ids)
+{
+    const auto messages = SearchUpdate::read(store(), ids);
+    if (!messages)
+        return Failure(messages.error());
+    QHash<qlonglong, QString> uris;
+    for (const SearchableMessage &message : *messages)
+        uris.insert(message.id, message.uri);
+    QVector<MarkedMessage> marked;
+    if (!m_index.mark(expression, *messages, &marked))
+        return Failure(indexError());
+    QHash<QString, SearchHit> found;
+    for (const MarkedMessage &message : qAsConst(marked)) {
+        SearchHit &hit = found[uris.value(message.id)];
+        hit.title = toMarkedText(message.title);
+        hit.excerpt = toMarkedText(message.excerpt);
+    }
+    return describe(found.keys(), &found).map([&] {
+        QList<SearchHit> hits;
+        for (qlonglong id : ids) {
+            if (found.contains(uris.value(id)))
+                hits.append(found.value(uris.value(id)));
+        }
+        return hits;
+    });
+}
+
+Search::Search(const Store &store) : d(std::make_unique<Private>(store)) { }
+
+Search::~Search() = default;
+
+Result<QList<SearchHit>> Search::find(const SearchQuery &query, const Progress &progress)
+{
+    const Result<QString> expression = matchExpression(query.words);
+    if (!expression)
+        return Failure(expression.error());
+    QVector<qlonglong> ids;
+    return d
+        ->withIndex([&] {
+            return d->catchUp(progress)
+                .and_then([&] { return d->best(*expression, query); })
+                .map([&ids](const QVector<qlonglong> &best) { ids = best; });
+        })
+        .and_then([&] { return d->hits(*expression, ids); });
+}
+
+Result<void> Search::addNewMessages()
+{
+    return d->withIndex([this] { return d->addNew(); });
+}
+
+bool Search::check() { return d->index().check(); }
+
+} // namespace Tidel

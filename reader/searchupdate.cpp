@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "searchupdate_p.h"
+
+#include "cleantext.h"
+#include "htmltext.h"
+#include "statements_p.h"
+#include "storedatabase.h"
+
+#include <QFile>
+#include <QSet>
+
+#include <sys/stat.h>
+
+namespace Tidel {
+
+namespace {
+
+// While a group is read and written, no other process can write to the index.
+constexpr int groupSize = 500;
+constexpr int manyMessages = 5000; // about half a second
+constexpr int margin = 2; // seconds, the coarsest time of a file
+
+const char *const attempt = "read messages for the search from the store";
+
+/// A text that changes whenever a program writes to the store; empty if a change now could leave it as it is.
+/// The files are not opened: closing one would end the locks that SQLite has on it.
+QString signOfStore()
+{
+    QString sign;
+    for (const char *name : {"/meta.db", "/meta.db-wal"}) {
+        struct stat status = {};
+        const QByteArray path = QFile::encodeName(StoreDatabase::folder()) + name;
+        if (stat(path.constData(), &status) != 0)
+            continue;
+        if (status.st_mtim.tv_sec + margin >= QDateTime::currentSecsSinceEpoch())
+            return {};
+        sign += QStringLiteral("%1 %2 %3.%4;")
+                    .arg(status.st_ino)
+                    .arg(status.st_size)
+                    .arg(status.st_mtim.tv_sec)
+                    .arg(status.st_mtim.tv_nsec);
+    }
+    return sign;
+}
+
+/// The summary and the text, but no summary that begins the text.
+QString searchableText(const QString &html, const QString &summary)
+{
+    const QString text = plainText(html);
+    const QString before = plainText(summary);
+    return before.isEmpty() || text.startsWith(before) ? text : before + QLatin1Char('\n') + text;
+}
+
+/// A message of several titles or dates has several rows; the first one counts.
+QVector<SearchableMessage> extractMessages(const Answer &answer)
+{
+    QVector<SearchableMessage> messages;
+    while (answer->next()) {
+        SearchableMessage message;
+        message.id = answer->value(0).toLongLong();
+        if (!messages.isEmpty() && messages.constLast().id == message.id)
+            continue;
+        message.modified = answer->value(1).toLongLong();
+        message.uri = answer->value(2).toString();
+        message.title = cleanText(answer->value(3).toString()).simplified();
+        message.text = searchableText(answer->value(4).toString(), answer->value(5).toString());
+        message.published = answer->value(6).toDateTime();
+        messages.append(message);
+    }
+    return messages;
+}
+
+} // namespace
+
+SearchUpdate::SearchUpdate(StorePrivate &store, SearchIndex &index, const Search::Progress &progress)
+    : m_store(store), m_index(index), m_progress(progress)
+{
+}
+
+Result<void> SearchUpdate::checked(bool isDone) const
+{
+    if (isDone)
+        return {};
+    return Failure(
+        Error(Error::StoreFailed, QStringLiteral("write the index for the search"), m_index.error()));
+}
+
+Result<QVector<SearchableMessage>> SearchUpdate::read(StorePrivate &store, const QVector<qlonglong> &ids)
+{
+    return store.run(Statements::searchable(ids), attempt).map(extractMessages);
+}
+
+Result<void> SearchUpdate::addNew()
+{
+    const Result<int> all = m_store.number(Statements::countOf(Statements::Kind::Message), attempt);
+    if (!all)
+        return Failure(all.error());
+    int done = m_index.size();
+    const bool isLong = m_progress && *all - done > manyMessages;
+    Result<void> read;
+    for (int added = -1; added != 0;) {
+        const bool isWritten = m_index.inTransaction([&] {
+            const auto messages =
+                m_store.run(Statements::searchableAfter(m_index.lastId(), groupSize), attempt)
+                    .map(extractMessages);
+            read = messages.map([](const QVector<SearchableMessage> &) {});
+            added = messages ? int(messages->size()) : 0;
+            return messages && m_index.put(*messages);
+        });
+        if (!isWritten)
+            return read ? checked(false) : read;
+        done += added;
+        if (isLong)
+            m_progress(qMin(done, *all), *all);
+    }
+    return {};
+}
+
+Result<void> SearchUpdate::catchUp()
+{
+    const QString sign = signOfStore();
+    if (!sign.isEmpty() && m_index.sign() == sign)
+        return {};
+    const qint64 since = m_index.noteTime() - margin;
+    const qint64 now = QDateTime::currentSecsSinceEpoch();
+    if (m_index.isWasteful() && !m_index.reset())
+        return checked(false);
+    return addNew().and_then([&] { return compare(since); }).and_then([&] {
+        return checked(m_index.note(sign, now));
+    });
+}
+
+Result<void> SearchUpdate::compare(qint64 since)
+{
+    const QHash<qlonglong, IndexedState> known = m_index.states();
+    Ids deleted;
+    return changed(known, since, &deleted)
+        .and_then([this](const Ids &ids) {
+            for (int from = 0; from < ids.size(); from += groupSize) {
+                const Result<void> done = replace(ids.mid(from, groupSize));
+                if (!done)
+                    return done;
+            }
+            return Result<void>();
+        })
+        .and_then([&] {
+            return checked(deleted.isEmpty()
+                           || m_index.inTransaction([&] { return m_index.remove(deleted); }));
+        });
+}
+
+/// The messages that are not in the index as they are in the store.
+Result<SearchUpdate::Ids> SearchUpdate::changed(const QHash<qlonglong, IndexedState> &known, qint64 since,
+                                                Ids *deleted)
+{
+    Ids ids;
+    QHash<qlonglong, IndexedState> unseen = known;
+    const Result<Answer> states = m_store.run(Statements::messageStates(), attempt);
+    if (!states)
+        return Failure(states.error());
+    while ((*states)->next()) {
+        const qlonglong id = (*states)->value(0).toLongLong();
+        if (unseen.take(id).modified != (*states)->value(1).toLongLong())
+            ids.append(id);
+    }
+    // The store gives the number of a deleted message to a new one, and its mark of change too.
+    const Result<Answer> added =
+        m_store.run(Statements::messagesAddedSince(QDateTime::fromSecsSinceEpoch(since, Qt::UTC)), attempt);
+    if (!added)
+        return Failure(added.error());
+    while ((*added)->next()) {
+        const qlonglong id = (*added)->value(0).toLongLong();
+        if (known.value(id).uriHash != SearchIndex::hashOf((*added)->value(1).toString()))
+            ids.append(id);
+    }
+    *deleted = unseen.keys().toVector();
+    return ids;
+}
+
+Result<void> SearchUpdate::replace(const Ids &ids)
+{
+    return read(m_store, ids).and_then([this](const QVector<SearchableMessage> &messages) {
+        return checked(m_index.inTransaction([&] { return m_index.put(messages); }));
+    });
+}
+
+} // namespace Tidel

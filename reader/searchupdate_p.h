@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_SEARCHUPDATE_P_H
+#define TIDEL_SEARCHUPDATE_P_H
+
+#include "search.h"
+#include "searchindex_p.h"
+#include "store_p.h"
+
+namespace Tidel {
+
+/// Brings the index up to what the store holds.
+class SearchUpdate
+{
+public:
+    SearchUpdate(StorePrivate &store, SearchIndex &index, const Search::Progress &progress);
+
+    /// Adds the messages that were stored after the last one of the index. The time that it takes does not
+    /// depend on the size of the store.
+    Result<void> addNew();
+    /// Makes the index say what the store says, whoever has changed it. If the files of the store have not
+    /// changed, it does nothing.
+    Result<void> catchUp();
+
+    /// The messages \a ids.
+    static Result<QVector<SearchableMessage>> read(StorePrivate &store, const QVector<qlonglong> &ids);
+
+private:
+    using Ids = QVector<qlonglong>;
+
+    Result<void> compare(qint64 since);
+    Result<Ids> changed(const QHash<qlonglong, IndexedState> &known, qint64 since, Ids *deleted);
+    Result<void> replace(const Ids &ids);
+    Result<void> checked(bool isDone) const;
+
+    StorePrivate &m_store;
+    SearchIndex &m_index;
+    const Search::Progress m_progress;
+};
+
+} // namespace Tidel
+
+#endif
