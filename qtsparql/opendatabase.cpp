@@ -8,6 +8,9 @@
 #include "storefolder_p.h"
 
 #include <QFile>
+#include <QLoggingCategory>
+
+Q_DECLARE_LOGGING_CATEGORY(lcStore)
 
 namespace {
 
@@ -26,13 +29,29 @@ OpenDatabase::~OpenDatabase()
         tracker_sparql_connection_close(m_connection.get());
 }
 
-bool OpenDatabase::hasOurOntology() const
+bool OpenDatabase::ask(const QByteArray &question) const
 {
-    static const QByteArray question = ontologyQuestion();
     const GObjectPtr<TrackerSparqlCursor> answer(
         tracker_sparql_connection_query(m_connection.get(), question.constData(), nullptr, nullptr));
     return answer && tracker_sparql_cursor_next(answer.get(), nullptr, nullptr)
         && tracker_sparql_cursor_get_boolean(answer.get(), 0);
+}
+
+bool OpenDatabase::hasOurOntology() const
+{
+    static const QByteArray question = ontologyQuestion();
+    return ask(question);
+}
+
+bool OpenDatabase::indexesTitles() const { return ask("ASK { nie:title nrl:fulltextIndexed true }"); }
+
+bool OpenDatabase::forgetTitleIndex() const
+{
+    tracker_sparql_connection_update(m_connection.get(),
+                                     "DELETE { nie:title nrl:fulltextIndexed true } "
+                                     "INSERT { nie:title nrl:fulltextIndexed false }",
+                                     nullptr, nullptr);
+    return !indexesTitles();
 }
 
 OpenDatabase::Pointer OpenDatabase::connect(const StoreFolder &place, Access access, QSparqlError *error)
@@ -136,6 +155,12 @@ OpenDatabase::Pointer OpenDatabase::openForWriting(StoreFolder *place, QSparqlEr
         place->requestCheck();
     *error = QSparqlError();
     Pointer database = connect(*place, Access::Writing, error);
+    // Tracker has dropped the index, but would write to it as long as the store says that there is one.
+    if (database && database->indexesTitles() && database->forgetTitleIndex()) {
+        qCInfo(lcStore).noquote() << "Removed the old index of titles from the store in" << place->path();
+        database.reset();
+        database = connect(*place, Access::Writing, error);
+    }
     if (database) {
         place->forgetDamage();
         place->tighten();

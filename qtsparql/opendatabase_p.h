@@ -39,8 +39,14 @@ private:
     /// For writing, the compiled-in ontology is used. On failure, sets \a error and returns null.
     static Pointer connect(const StoreFolder &place, Access access, QSparqlError *error);
     static bool make(StoreFolder *place, QSparqlError *error);
+    /// Returns the answer to the ASK statement \a question; false if there is none.
+    bool ask(const QByteArray &question) const;
     /// Returns true if the store has the compiled-in ontology; otherwise returns false.
     bool hasOurOntology() const;
+    /// Returns true if the store says that Tracker has a full-text index of titles; otherwise returns false.
+    bool indexesTitles() const;
+    /// Makes the store say that there is no such index. Returns false if that fails; otherwise returns true.
+    bool forgetTitleIndex() const;
 
     const QString m_folder;
     std::unique_ptr<QTemporaryDir> m_copy; // if the folder is one
