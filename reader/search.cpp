@@ -41,7 +41,7 @@ public:
     /// cannot be written, a temporary one is made.
     Result<void> withIndex(const std::function<Result<void>()> &work);
     Result<void> catchUp(const Progress &progress);
-    Result<void> addNew();
+    Result<void> addNew(int count);
     Result<QVector<qlonglong>> best(const QString &expression, const SearchQuery &query);
     Result<QList<SearchHit>> hits(const QString &expression, const QVector<qlonglong> &ids);
     SearchIndex &index() { return m_index; }
@@ -73,9 +73,9 @@ Result<void> Search::Private::catchUp(const Progress &progress)
     return SearchUpdate(store(), m_index, progress).catchUp();
 }
 
-Result<void> Search::Private::addNew()
+Result<void> Search::Private::addNew(int count)
 {
-    return m_index.isKept() ? SearchUpdate(store(), m_index, {}).addNew() : Result<void>();
+    return m_index.isKept() ? SearchUpdate(store(), m_index, {}).addNew(count) : Result<void>();
 }
 
 Result<SearchBounds> Search::Private::bounds(const SearchQuery &query)
@@ -174,9 +174,9 @@ Result<QList<SearchHit>> Search::find(const SearchQuery &query, const Progress &
         .and_then([&] { return d->hits(*expression, ids); });
 }
 
-Result<void> Search::addNewMessages()
+Result<void> Search::addNewMessages(int count)
 {
-    return d->withIndex([this] { return d->addNew(); });
+    return d->withIndex([&] { return d->addNew(count); });
 }
 
 bool Search::check() { return d->index().check(); }

@@ -80,9 +80,9 @@ public:
     /// Error::StoreFailed.
     Result<QList<SearchHit>> find(const SearchQuery &query, const Progress &progress = {});
 
-    /// Adds the messages that were stored since, so that the next search need not do so. The time that this
-    /// takes does not depend on the size of the store. Fails with Error::StoreFailed.
-    Result<void> addNewMessages();
+    /// Adds at most \a count messages that were stored since, so that the next search need not do so. The
+    /// time that this takes does not depend on the size of the store. Fails with Error::StoreFailed.
+    Result<void> addNewMessages(int count);
 
     /// Returns true if the index is sound or missing; otherwise returns false. Then the next search makes it
     /// again. Reads all of it.

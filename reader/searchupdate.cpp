@@ -90,28 +90,45 @@ Result<QVector<SearchableMessage>> SearchUpdate::read(StorePrivate &store, const
     return store.run(Statements::searchable(ids), attempt).map(extractMessages);
 }
 
-Result<void> SearchUpdate::addNew()
+/// Adds the next messages, and returns their number.
+Result<int> SearchUpdate::addGroup(int limit)
+{
+    Result<QVector<SearchableMessage>> messages;
+    const bool isWritten = m_index.inTransaction([&] {
+        messages =
+            m_store.run(Statements::searchableAfter(m_index.lastId(), limit), attempt).map(extractMessages);
+        return messages && m_index.put(*messages);
+    });
+    return messages.and_then([&](const QVector<SearchableMessage> &added) {
+        return checked(isWritten).map([&] { return int(added.size()); });
+    });
+}
+
+Result<void> SearchUpdate::addNew(int count)
+{
+    for (int left = count; left > 0;) {
+        const Result<int> added = addGroup(qMin(left, groupSize));
+        if (!added)
+            return Failure(added.error());
+        left = *added == 0 ? 0 : left - *added;
+    }
+    return {};
+}
+
+Result<void> SearchUpdate::addAll()
 {
     const Result<int> all = m_store.number(Statements::countOf(Statements::Kind::Message), attempt);
     if (!all)
         return Failure(all.error());
     int done = m_index.size();
     const bool isLong = m_progress && *all - done > manyMessages;
-    Result<void> read;
-    for (int added = -1; added != 0;) {
-        const bool isWritten = m_index.inTransaction([&] {
-            const auto messages =
-                m_store.run(Statements::searchableAfter(m_index.lastId(), groupSize), attempt)
-                    .map(extractMessages);
-            read = messages.map([](const QVector<SearchableMessage> &) {});
-            added = messages ? int(messages->size()) : 0;
-            return messages && m_index.put(*messages);
-        });
-        if (!isWritten)
-            return read ? checked(false) : read;
-        done += added;
+    for (int added = -1; added != 0; done += added) {
         if (isLong)
             m_progress(qMin(done, *all), *all);
+        const Result<int> group = addGroup(groupSize);
+        if (!group)
+            return Failure(group.error());
+        added = *group;
     }
     return {};
 }
@@ -125,7 +142,7 @@ Result<void> SearchUpdate::catchUp()
     const qint64 now = QDateTime::currentSecsSinceEpoch();
     if (m_index.isWasteful() && !m_index.reset())
         return checked(false);
-    return addNew().and_then([&] { return compare(since); }).and_then([&] {
+    return addAll().and_then([&] { return compare(since); }).and_then([&] {
         return checked(m_index.note(sign, now));
     });
 }

@@ -14,9 +14,9 @@ class SearchUpdate
 public:
     SearchUpdate(StorePrivate &store, SearchIndex &index, const Search::Progress &progress);
 
-    /// Adds the messages that were stored after the last one of the index. The time that it takes does not
-    /// depend on the size of the store.
-    Result<void> addNew();
+    /// Adds at most \a count messages that were stored after the last one of the index. The time that it
+    /// takes does not depend on the size of the store.
+    Result<void> addNew(int count);
     /// Makes the index say what the store says, whoever has changed it. If the files of the store have not
     /// changed, it does nothing.
     Result<void> catchUp();
@@ -27,6 +27,8 @@ public:
 private:
     using Ids = QVector<qlonglong>;
 
+    Result<int> addGroup(int limit);
+    Result<void> addAll();
     Result<void> compare(qint64 since);
     Result<Ids> changed(const QHash<qlonglong, IndexedState> &known, qint64 since, Ids *deleted);
     Result<void> replace(const Ids &ids);

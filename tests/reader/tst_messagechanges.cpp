@@ -61,7 +61,6 @@ private Q_SLOTS:
     void olderSharedMessageIsAdoptedOnce();
     void textFollowsTheFirstChannel();
     void textFollowsTheRemainingChannel();
-    void newTitleIsFound();
     void failures_data();
     void failures();
 
@@ -364,15 +363,6 @@ void TestMessageChanges::textFollowsTheRemainingChannel()
     store().update(QString("DELETE { <%1> nie:isLogicalPartOf <%2> }").arg(uriOf("a"), channelUri("news")));
     QCOMPARE(write({said("a", {"Of the radio", {}, {}})}, "radio").changed, linksOf({"a"}));
     QCOMPARE(storedTexts(), QStringList("Of the radio  "));
-}
-
-// Programs search the words of titles.
-void TestMessageChanges::newTitleIsFound()
-{
-    write({said("a", {"sparrow", {}, {}})});
-    write({said("a", {"nightingale", {}, {}})});
-    QCOMPARE(store().count("?m fts:match 'sparrow'"), 0);
-    QCOMPARE(store().count("?m fts:match 'nightingale'"), 1);
 }
 
 void TestMessageChanges::failures_data()

@@ -47,6 +47,8 @@ void listChannels(const Store &store, const Arguments &arguments, Output &output
 void listMessages(const Store &store, const Arguments &arguments, Output &output);
 /// Shows the messages with these names.
 void showMessages(const Store &store, const Arguments &arguments, Output &output);
+/// Lists the messages that have these words.
+void search(const Store &store, const Arguments &arguments, Output &output);
 /// Lists the enclosures of the message with this name.
 void listEnclosures(const Store &store, const Arguments &arguments, Output &output);
 
@@ -62,6 +64,8 @@ QString misuseOfFolder(const Arguments &arguments);
 QString misuseOfExport(const Arguments &arguments);
 /// Returns what is wrong with the options of show; empty if they are valid.
 QString misuseOfShow(const Arguments &arguments);
+/// Returns what is wrong with the options of search; empty if they are valid.
+QString misuseOfSearch(const Arguments &arguments);
 /// Returns what is wrong with the options of check; empty if they are valid.
 QString misuseOfCheck(const Arguments &arguments);
 /// Returns what is wrong with the options of prune; empty if they are valid.

@@ -42,7 +42,9 @@ int lineLength(FILE *terminal)
 } // namespace
 
 Output::Output(FILE *results, FILE *errors)
-    : m_results(results), m_errors(errors), m_showsProgress(isatty(fileno(errors)) == 1)
+    : m_results(results), m_errors(errors), m_showsProgress(isatty(fileno(errors)) == 1),
+      m_showsMarks(isatty(fileno(results)) == 1 && qEnvironmentVariableIsEmpty("NO_COLOR")
+                   && qgetenv("TERM") != "dumb")
 {
 }
 
@@ -50,6 +52,25 @@ void Output::line(const QString &text)
 {
     eraseProgress();
     writeLine(m_results, text);
+}
+
+void Output::line(const QString &text, const QVector<QPair<int, int>> &marks)
+{
+    // A mark within an address would hide a password in it from terminalText().
+    if (!m_showsMarks || withoutPasswords(text) != text) {
+        line(text);
+        return;
+    }
+    eraseProgress();
+    QByteArray utf8;
+    int at = 0;
+    for (const auto &[from, length] : marks) {
+        utf8 += terminalText(text.mid(at, from - at)).toUtf8() + "\033[1m"
+            + terminalText(text.mid(from, length)).toUtf8() + "\033[22m";
+        at = from + length;
+    }
+    utf8 += terminalText(text.mid(at)).toUtf8() + '\n';
+    fwrite(utf8.constData(), 1, size_t(utf8.size()), m_results);
 }
 
 void Output::table(const Table &table)

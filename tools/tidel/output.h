@@ -3,8 +3,10 @@
 #define TIDEL_OUTPUT_H
 
 #include <QByteArray>
+#include <QPair>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 #include <cstdio>
 
@@ -24,6 +26,9 @@ public:
 
     /// Writes one line of results.
     void line(const QString &text);
+    /// Writes one line of results, and the parts \a marks of it bold on a terminal: position and length of
+    /// each.
+    void line(const QString &text, const QVector<QPair<int, int>> &marks);
     /// Writes the lines of \a table as results.
     void table(const Table &table);
     /// Writes \a lines as results. On a terminal that is too short for them, shows them in a pager.
@@ -61,6 +66,7 @@ private:
     FILE *const m_results;
     FILE *const m_errors;
     const bool m_showsProgress;
+    const bool m_showsMarks;
     bool m_hasProgress = false;
     bool m_hasFailed = false;
     int m_signal = 0;

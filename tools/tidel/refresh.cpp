@@ -5,6 +5,7 @@
 #include "downloads.h"
 #include "output.h"
 #include "phrases.h"
+#include "searchable.h"
 
 #include <feedplugininterface.h>
 
@@ -28,6 +29,8 @@ public:
     void add(const FeedChannel &channel, const DownloadResult &result);
     /// Reports the totals if there were several channels.
     void summarize() const;
+    /// The number of new messages.
+    int newMessages() const { return m_newMessages; }
 
 private:
     /// Reports the messages of \a result.
@@ -112,6 +115,7 @@ void refresh(const Store &store, const Arguments &arguments, Output &output)
     showProgress(queue, "feeds", output);
     run(queue, output);
     report.summarize();
+    addToIndex(store, report.newMessages());
 }
 
 } // namespace Tidel

@@ -5,6 +5,7 @@
 #include "feedchoice.h"
 #include "output.h"
 #include "phrases.h"
+#include "searchable.h"
 
 #include <QFileInfo>
 
@@ -82,8 +83,10 @@ void subscribeTo(const Store &store, FeedPluginInterface &plugin, const QStringL
                  Output &output, std::vector<Page> *pages = nullptr)
 {
     DownloadQueue queue(plugin);
+    int newMessages = 0;
     for (const QString &address : addresses)
         queue.subscribe(documentUrl(address), [&, address](const DownloadResult &result) {
+            newMessages += int(result.newMessages().size());
             if (pages && result.foundFeeds().size() > 1)
                 pages->push_back({address, result});
             else
@@ -91,6 +94,7 @@ void subscribeTo(const Store &store, FeedPluginInterface &plugin, const QStringL
         });
     showProgress(queue, "feeds", output);
     run(queue, output);
+    addToIndex(store, newMessages);
 }
 
 } // namespace

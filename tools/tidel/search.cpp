@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "commands.h"
+
+#include "channelfinder.h"
+#include "output.h"
+#include "phrases.h"
+#include "timeargument.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <TidelReader/search.h>
+#include <TidelReader/usertext.h>
+
+namespace Tidel {
+
+namespace {
+
+MarkedText operator+(const QString &before, MarkedText text)
+{
+    for (auto &[from, length] : text.marks)
+        from += int(before.size());
+    text.text.prepend(before);
+    return text;
+}
+
+QByteArray json(const SearchHit &hit)
+{
+    QJsonObject object{{QStringLiteral("uri"), hit.uri},
+                       {QStringLiteral("link"), withoutPasswords(hit.message.link())},
+                       {QStringLiteral("title"), hit.message.title()},
+                       {QStringLiteral("channels"), QJsonArray::fromStringList(hit.channels)},
+                       {QStringLiteral("excerpt"), withoutPasswords(hit.excerpt.text)}};
+    const QDateTime published = hit.message.publishedDate();
+    if (published.isValid())
+        object.insert(QStringLiteral("published"), published.toUTC().toString(Qt::ISODate));
+    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+}
+
+void show(const SearchHit &hit, Output &output)
+{
+    const QString head = QStringLiteral("%1  %2  ")
+                             .arg(shownTime(hit.message.publishedDate()),
+                                  hit.channels.isEmpty() ? QStringLiteral("(no channel)")
+                                                         : hit.channels.join(QLatin1String(", ")));
+    const MarkedText title =
+        head + (hit.title.text.isEmpty() ? MarkedText{shownTitle(QString()), {}} : hit.title);
+    output.line(title.text, title.marks);
+    const QString indent(4, QLatin1Char(' '));
+    const MarkedText excerpt = indent + hit.excerpt;
+    if (!hit.excerpt.text.isEmpty())
+        output.line(excerpt.text, excerpt.marks);
+    output.line(indent + hit.message.link());
+}
+
+/// Tells the user once why the first search takes long, also where no progress is shown.
+Search::Progress progressOn(Output &output)
+{
+    bool isTold = false;
+    return [&output, isTold](int done, int all) mutable {
+        if (!isTold)
+            output.note(QStringLiteral("tidel: adding %1 to the index for searches, which takes a while once")
+                            .arg(countedMessages(all - done)));
+        isTold = true;
+        output.progress(shownProgress(done, all, "messages"));
+    };
+}
+
+int limitOf(const Arguments &arguments)
+{
+    return arguments.isSet("limit") ? arguments.value("limit").toInt() : SearchQuery().limit;
+}
+
+} // namespace
+
+QString misuseOfSearch(const Arguments &arguments)
+{
+    for (const char *option : {"since", "until"}) {
+        if (arguments.isSet(option)
+            && !timeArgument(arguments.value(option), QDateTime::currentDateTime()).isValid())
+            return QStringLiteral(
+                       "--%1 needs today, yesterday, a number of days such as 7d, or a day such as "
+                       "2026-11-03")
+                .arg(QLatin1String(option));
+    }
+    return limitOf(arguments) >= 1 ? QString() : QStringLiteral("--limit needs a number, 1 or more");
+}
+
+void search(const Store &store, const Arguments &arguments, Output &output)
+{
+    SearchQuery query;
+    query.words = arguments.names.join(QLatin1Char(' '));
+    query.onlyFavorites = arguments.isSet("favorites");
+    query.limit = limitOf(arguments);
+    const QDateTime now = QDateTime::currentDateTime();
+    query.since = timeArgument(arguments.value("since"), now);
+    query.until = timeArgument(arguments.value("until"), now, true);
+    if (arguments.isSet("channel")) {
+        const auto channel = chooseChannel(store, arguments.value("channel"), output);
+        if (!channel)
+            return;
+        query.channelUri = channel->uri();
+    }
+    const auto hits = Search(store).find(query, progressOn(output));
+    if (!hits) {
+        output.failure(hits.error());
+        return;
+    }
+    if (hits->isEmpty())
+        output.note(QStringLiteral("%1: no message has these words").arg(query.words));
+    QByteArray lines;
+    for (const SearchHit &hit : *hits) {
+        if (arguments.isSet("json"))
+            lines += json(hit);
+        else
+            show(hit, output);
+    }
+    if (!lines.isEmpty())
+        output.document(lines);
+}
+
+} // namespace Tidel
