@@ -46,7 +46,8 @@ private Q_SLOTS:
     void readingDoesNotWaitForWriters();
     void readersProperties_data();
     void readersProperties();
-    void wordsAreFound();
+    void indexOfTitlesIsRemoved_data();
+    void indexOfTitlesIsRemoved();
 };
 
 namespace {
@@ -354,14 +355,46 @@ void TestOntology::readersProperties()
     QVERIFY(ScratchStore::connect(dir.path())->isValid());
 }
 
-void TestOntology::wordsAreFound()
+void TestOntology::indexOfTitlesIsRemoved_data()
 {
-    const ScratchStore store;
-    VERIFY_DONE(store.update(insertFeed));
-    const QString search = QStringLiteral("SELECT ?s { ?s fts:match \"%1\" }");
-    QCOMPARE(store.rows(search.arg(QStringLiteral("one"))), QStringList(QStringLiteral("urn:m")));
-    QCOMPARE(store.rows(search.arg(QStringLiteral("caf\u00e9"))), QStringList(QStringLiteral("urn:c")));
-    QCOMPARE(store.rows(search.arg(QStringLiteral("body"))), QStringList());
+    QTest::addColumn<bool>("isInterrupted");
+    QTest::newRow("at once") << false;
+    QTest::newRow("after an interruption") << true;
+}
+
+void TestOntology::indexOfTitlesIsRemoved()
+{
+    QFETCH(bool, isInterrupted);
+    const QTemporaryDir dir;
+    QCOMPARE(QProcess::execute(QStringLiteral("tar"),
+                               {QStringLiteral("-xJf"),
+                                QStringLiteral(TIDEL_TEST_DATA "/stores/0.1-titlewords.tar.xz"),
+                                QStringLiteral("-C"), dir.path()}),
+             0);
+    const QString folder = dir.filePath(QStringLiteral("store"));
+    const QString everything =
+        QStringLiteral("SELECT ?s ?p ?v { ?s a mfo:FeedElement ; ?p ?v } ORDER BY ?s ?p ?v");
+    const Outcome before = stock(QStringLiteral("readonly"), folder, {everything});
+    QCOMPARE(before.exitCode, 0);
+    QVERIFY(before.lines.size() > 50);
+    const QString tables = QStringLiteral("SELECT count(*) FROM sqlite_master WHERE name LIKE 'fts5%'");
+    QVERIFY(sqliteRows(folder, tables) != QStringList(QStringLiteral("0")));
+
+    VERIFY_DONE(ScratchStore::run(*ScratchStore::connect(folder), QStringLiteral("ASK { ?s ?p ?o }"),
+                                  QSparqlQuery::AskStatement));
+    QCOMPARE(sqliteRows(folder, tables), QStringList(QStringLiteral("0")));
+    const QString mark = QStringLiteral(
+        " \"rdf:Property\" %1 WHERE ID = (SELECT ID FROM Resource WHERE Uri LIKE '%/nie#title')");
+    if (isInterrupted)
+        sqliteRows(folder,
+                   QStringLiteral("UPDATE") + mark.arg(QStringLiteral("SET \"nrl:fulltextIndexed\" = 1")));
+    for (int i = 0; i < 2; ++i) {
+        VERIFY_DONE(ScratchStore::run(
+            *ScratchStore::connect(folder),
+            QStringLiteral("INSERT { <urn:new%1> a nie:InformationElement ; nie:title \"new\" }").arg(i),
+            QSparqlQuery::InsertStatement));
+    }
+    VERIFY_STOCK(stock(QStringLiteral("readonly"), folder, {everything}), before.lines);
 }
 
 QTEST_GUILESS_MAIN(TestOntology)

@@ -4,6 +4,7 @@
 #include "downloads.h"
 #include "output.h"
 #include "phrases.h"
+#include "searchable.h"
 
 #include <QFile>
 
@@ -65,6 +66,7 @@ private:
     const Store &m_store;
     Output &m_output;
     int m_failures = 0;
+    int m_newMessages = 0;
 };
 
 void FirstRefresh::run(FeedPluginInterface &plugin, const QList<FeedChannel> &channels)
@@ -75,6 +77,7 @@ void FirstRefresh::run(FeedPluginInterface &plugin, const QList<FeedChannel> &ch
                            [this, channel](const DownloadResult &result) { report(channel, result); });
     showProgress(queue, "feeds", m_output);
     Tidel::run(queue, m_output);
+    addToIndex(m_store, m_newMessages);
 }
 
 void FirstRefresh::report(const FeedChannel &channel, const DownloadResult &result)
@@ -82,6 +85,7 @@ void FirstRefresh::report(const FeedChannel &channel, const DownloadResult &resu
     if (result.error() == FeedDownloadCanceled)
         return;
     if (result.isOk()) {
+        m_newMessages += int(result.newMessages().size());
         // A channel without a given title has got one from its feed.
         const QString title = Channels(m_store).title(channel.link()).value_or(channel.title());
         m_output.line(QStringLiteral("Subscribed: %1 (%2)")
