@@ -179,6 +179,12 @@ Result<void> Search::addNewMessages(int count)
     return d->withIndex([&] { return d->addNew(count); });
 }
 
-bool Search::check() { return d->index().check(); }
+bool Search::check()
+{
+    const bool isSound = d->index().check();
+    if (!isSound)
+        d->index().reset();
+    return isSound;
+}
 
 } // namespace Tidel

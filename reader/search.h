@@ -84,8 +84,8 @@ public:
     /// time that this takes does not depend on the size of the store. Fails with Error::StoreFailed.
     Result<void> addNewMessages(int count);
 
-    /// Returns true if the index is sound or missing; otherwise returns false. Then the next search makes it
-    /// again. Reads all of it.
+    /// Returns true if the index is sound or missing; otherwise empties it and returns false. The next search
+    /// makes it again. Reads all of it.
     bool check();
 
 private:

@@ -417,6 +417,16 @@ void TestSearch::check()
     QCOMPARE(found("sparrow"), QStringList("a"));
     QVERIFY(Search(reader()).check());
     QCOMPARE(QFile::permissions(indexFile()) & QFile::Permissions(0x0077), QFile::Permissions());
+    // The words of the message are missing.
+    sqlite3 *database = nullptr;
+    QCOMPARE(sqlite3_open(QFile::encodeName(indexFile()).constData(), &database), SQLITE_OK);
+    QCOMPARE(sqlite3_exec(database, "UPDATE words_data SET block = zeroblob(30) WHERE id > 10", nullptr,
+                          nullptr, nullptr),
+             SQLITE_OK);
+    sqlite3_close(database);
+    QVERIFY(!Search(reader()).check());
+    QVERIFY(Search(reader()).check());
+    QCOMPARE(found("sparrow"), QStringList("a"));
 }
 
 void TestSearch::severalAtOnce()

@@ -5,6 +5,7 @@
 #include "phrases.h"
 #include "question.h"
 
+#include <TidelReader/search.h>
 #include <TidelReader/storecheck.h>
 #include <TidelReader/storedatabase.h>
 
@@ -117,6 +118,9 @@ void checkContents(const Arguments &arguments, Output &output)
     }
     for (const Finding &finding : *findings)
         show(finding, output);
+    output.line(QStringLiteral("Index for searches: %1")
+                    .arg(QLatin1String(
+                        Search(*store).check() ? "ok" : "was damaged; the next search makes it again")));
     if (problems(*findings) == 0)
         return;
     if (arguments.isSet("repair"))

@@ -137,7 +137,7 @@ void TestCheck::soundStore()
         QCOMPARE(checked.exitCode, 0);
         QCOMPARE(checked.err, QString());
         const QStringList lines = checked.out.split('\n', Qt::SkipEmptyParts);
-        QCOMPARE(lines.size(), 11);
+        QCOMPARE(lines.size(), 12);
         for (const QString &line : lines)
             QVERIFY2(line.endsWith(": ok"), qPrintable(line));
     }
