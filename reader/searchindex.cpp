@@ -76,7 +76,8 @@ bool SearchIndex::open(const QString &path)
     const bool isWritable =
         run("PRAGMA journal_mode = WAL") && sqlite3_db_readonly(m_database->handle(), "main") == 0;
     const bool isReady = isWritable ? isCurrent() || make() || reset() : m_isDamaged && reset();
-    return isReady && run("PRAGMA synchronous = NORMAL") && run(shownTable) && run(allowedTable);
+    return isReady && run("PRAGMA synchronous = NORMAL") && run("PRAGMA temp_store = MEMORY")
+        && run(shownTable) && run(allowedTable);
 }
 
 bool SearchIndex::isCurrent() { return value("PRAGMA user_version").toInt() == version; }
@@ -196,17 +197,21 @@ bool SearchIndex::mark(const QString &expression, const QVector<SearchableMessag
                        QVector<MarkedMessage> *marked)
 {
     marked->clear();
-    bool isDone = run("DELETE FROM temp.shown");
+    // In one transaction, because each one of its own writes a part of the table of its own.
+    bool isDone = run("BEGIN");
     for (const SearchableMessage &message : messages)
         isDone = isDone
             && run("INSERT INTO temp.shown (rowid, title, text) VALUES (?1, ?2, ?3)",
                    {message.id, message.title, message.text});
-    return isDone
+    isDone = isDone
         && run("SELECT rowid, highlight(shown, 0, char(2), char(3)), "
                "snippet(shown, 1, char(2), char(3), '…', 32) FROM temp.shown WHERE shown MATCH ?1",
                {expression}, [marked](const QVariantList &row) {
                    marked->append({row.at(0).toLongLong(), row.at(1).toString(), row.at(2).toString()});
                });
+    // What was inserted is of no use any more.
+    m_database->run("ROLLBACK");
+    return isDone;
 }
 
 bool SearchIndex::check()
