@@ -40,7 +40,8 @@ QString obviousObstacle(const QByteArray &document)
 
 } // namespace
 
-tl::expected<FeedRecord, FeedRefusal> readFeed(const QByteArray &document, const QByteArray &charset)
+tl::expected<FeedRecord, FeedRefusal> readFeed(const QByteArray &document, const QByteArray &charset,
+                                               const QSet<QByteArray> &known)
 {
     const QString obstacle = obviousObstacle(document);
     if (!obstacle.isEmpty())
@@ -50,7 +51,7 @@ tl::expected<FeedRecord, FeedRefusal> readFeed(const QByteArray &document, const
     if (start.isEmpty() && text.utf8.trimmed().isEmpty())
         return tl::make_unexpected(FeedRefusal{QStringLiteral("the document is empty")});
     const bool isJson = start.startsWith('{') || start.startsWith('[');
-    auto feed = isJson ? readJsonFeed(text.utf8) : readXmlFeed(text.utf8);
+    auto feed = isJson ? readJsonFeed(text.utf8) : readXmlFeed(text.utf8, known);
     if (feed)
         feed->notes = text.notes + feed->notes;
     return feed;

@@ -5,6 +5,7 @@
 #include "feedrecord.h"
 
 #include <QByteArray>
+#include <QSet>
 
 #include <tl/expected.hpp>
 
@@ -21,9 +22,11 @@ struct FeedRefusal
 ///
 /// Reads RSS 0.90 to 2.0, RDF, Atom 0.3 and 1.0 and JSON Feed 1.0 and 1.1. A document that is not well-formed
 /// is read as far as possible, and FeedRecord::notes say what was mended. The function is reentrant, and
-/// opens neither files nor connections.
+/// opens neither files nor connections. Of items with one of the digests \a known it reads the identifier
+/// only.
 tl::expected<FeedRecord, FeedRefusal> readFeed(const QByteArray &document,
-                                               const QByteArray &charset = QByteArray());
+                                               const QByteArray &charset = QByteArray(),
+                                               const QSet<QByteArray> &known = {});
 
 } // namespace Tidel
 

@@ -2,6 +2,7 @@
 #ifndef TIDEL_FEEDRECORD_H
 #define TIDEL_FEEDRECORD_H
 
+#include <QByteArray>
 #include <QDateTime>
 #include <QString>
 #include <QStringList>
@@ -51,6 +52,8 @@ struct ItemRecord
     Address thumbnail; ///< The largest picture that stands for the item.
     QString base; ///< The `xml:base` of the text; empty if there is none.
     QVector<FileRecord> files;
+    QByteArray digest; ///< A hash of the item in the document; empty if it must be read each time.
+    bool isRecognized = false; ///< True if only identifier and digest were read, because the digest is known.
 };
 
 /// A feed as its document says it.

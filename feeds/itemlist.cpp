@@ -2,24 +2,57 @@
 #include "itemlist.h"
 
 #include "feedlimits.h"
+#include "itemdigest.h"
+#include "itemmapping.h"
 #include "limitedhtml.h"
 
 #include <algorithm>
 
 namespace Tidel {
 
+namespace {
+
+// An item with more of them is read each time, so that those of recognized items need not be counted.
+constexpr int maximumRecognizedFiles = 10;
+
+} // namespace
+
+void ItemList::add(const Element &item)
+{
+    ItemRecord record;
+    const QByteArray digest = itemDigest(item);
+    if (m_known.contains(digest)) {
+        record.id = identifierOf(item);
+        record.isRecognized = true;
+        ++m_recognized;
+    } else {
+        record = mapItem(item);
+    }
+    record.digest = digest;
+    add(std::move(record));
+}
+
 void ItemList::add(ItemRecord &&item)
 {
+    bool hasLongText = false;
     for (QString ItemRecord::*const text : {&ItemRecord::title, &ItemRecord::text, &ItemRecord::summary}) {
         const QString limited = limitedHtml(item.*text, maximumTextSize);
-        m_hasLongTexts |= limited != item.*text;
+        hasLongText |= limited != item.*text;
         item.*text = limited;
     }
+    m_hasLongTexts |= hasLongText;
+    if (hasLongText || item.files.size() > maximumRecognizedFiles)
+        item.digest.clear();
     const int files = std::min({int(item.files.size()), maximumFiles, maximumFilesOfFeed - m_files});
     m_hasManyFiles |= files < item.files.size();
     item.files.resize(files);
     m_files += files;
     m_items.push_back(std::move(item));
+}
+
+bool ItemList::mayHaveTooManyFiles() const
+{
+    return m_recognized > 0 && m_files + m_recognized * maximumRecognizedFiles > maximumFilesOfFeed;
 }
 
 void ItemList::moveTo(FeedRecord &feed)

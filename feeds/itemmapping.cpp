@@ -68,10 +68,20 @@ std::vector<const Element *> allOf(const Element &item, const ElementName (&name
     return found;
 }
 
+} // namespace
+
+QString identifierOf(const Element &item)
+{
+    const Element *identifier = firstOf(item, identifiers);
+    return identifier ? lineOf(identifier) : lineOf(item.value("about"));
+}
+
+namespace {
+
 void setIdentity(ItemRecord &record, const Element &item)
 {
     const Element *identifier = firstOf(item, identifiers);
-    record.id = identifier ? lineOf(identifier) : lineOf(item.value("about"));
+    record.id = identifierOf(item);
     const bool isDenied =
         identifier && lineOf(identifier->value("ispermalink")).toLower() == QLatin1String("false");
     record.isPermalink = !isDenied && isWebAddress(record.id);

@@ -9,6 +9,9 @@ namespace Tidel {
 /// What the item or entry \a item says.
 ItemRecord mapItem(const Element &item);
 
+/// The identifier of \a item; empty if it has none.
+QString identifierOf(const Element &item);
+
 } // namespace Tidel
 
 #endif

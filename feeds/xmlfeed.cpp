@@ -4,7 +4,6 @@
 #include "channelmapping.h"
 #include "elementbuilder.h"
 #include "itemlist.h"
-#include "itemmapping.h"
 #include "parsingcost.h"
 #include "rootelement.h"
 #include "xmlmender.h"
@@ -20,14 +19,16 @@ constexpr int maximumShownName = 100;
 /// What was read of a document.
 struct Reading
 {
+    explicit Reading(const QSet<QByteArray> &known) : items(known) { }
+
     ItemList items;
-    ElementBuilder builder{[this](const Element &item) { items.add(mapItem(item)); }};
+    ElementBuilder builder{[this](const Element &item) { items.add(item); }};
     XmlOutcome outcome;
 };
 
-std::unique_ptr<Reading> read(std::string_view document, OnXmlError onError)
+std::unique_ptr<Reading> read(std::string_view document, OnXmlError onError, const QSet<QByteArray> &known)
 {
-    auto reading = std::make_unique<Reading>();
+    auto reading = std::make_unique<Reading>(known);
     reading->outcome = parseXml(document, onError, reading->builder);
     return reading;
 }
@@ -75,14 +76,14 @@ QString formatOf(const Element &root)
 
 } // namespace
 
-tl::expected<FeedRecord, FeedRefusal> readXmlFeed(const QByteArray &document)
+tl::expected<FeedRecord, FeedRefusal> readXmlFeed(const QByteArray &document, const QSet<QByteArray> &known)
 {
     if (isWebPage(view(document)))
         return refusal(QStringLiteral("the document is a web page, not a feed"), true);
     FeedRecord feed;
     std::unique_ptr<Reading> reading;
     if (!isCostlyToParse(view(document)))
-        reading = read(view(document), OnXmlError::Stop);
+        reading = read(view(document), OnXmlError::Stop, known);
     if (!reading || reading->outcome.needsMending() || !reading->builder.obstacle().isEmpty()) {
         const QString error = reading ? errorOf(*reading) : QStringLiteral("it declares too much");
         if (!error.isEmpty())
@@ -91,11 +92,13 @@ tl::expected<FeedRecord, FeedRefusal> readXmlFeed(const QByteArray &document)
         const std::optional<std::string> mended = XmlMender::mended(view(document));
         if (!mended)
             return refusal(QStringLiteral("the document is too complex: too much of it must be mended"));
-        reading = read(*mended, OnXmlError::GoOn);
+        reading = read(*mended, OnXmlError::GoOn, known);
     }
     const QString obstacle = obstacleOf(*reading);
     if (!obstacle.isEmpty())
         return refusal(obstacle);
+    if (reading->items.mayHaveTooManyFiles())
+        return readXmlFeed(document);
     feed.format = formatOf(reading->builder.root());
     reading->items.moveTo(feed);
     mapChannel(reading->builder.root(), feed);

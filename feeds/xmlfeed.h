@@ -6,8 +6,10 @@
 
 namespace Tidel {
 
-/// Reads \a document, an RSS, RDF or Atom feed in UTF-8, whatever encoding it declares.
-tl::expected<FeedRecord, FeedRefusal> readXmlFeed(const QByteArray &document);
+/// Reads \a document, an RSS, RDF or Atom feed in UTF-8, whatever encoding it declares. Of items with one of
+/// the digests \a known it reads the identifier only.
+tl::expected<FeedRecord, FeedRefusal> readXmlFeed(const QByteArray &document,
+                                                  const QSet<QByteArray> &known = {});
 
 } // namespace Tidel
 

@@ -17,6 +17,8 @@ public:
     QString entityTag;
     QString lastModified;
     QString type;
+    QString itemNote;
+    int parts = 0;
 };
 
 FeedState::FeedState(FeedStatePrivate *state) : d(state) { }
@@ -34,6 +36,10 @@ QString FeedState::entityTag() const { return d->entityTag; }
 
 QString FeedState::lastModified() const { return d->lastModified; }
 
+QString FeedState::itemNote() const { return d->itemNote; }
+
+int FeedState::parts() const { return d->parts; }
+
 bool FeedState::wasRead() const { return !d->type.isEmpty(); }
 
 namespace {
@@ -45,6 +51,12 @@ QVector<DetailValue> sorted(QVector<DetailValue> values)
         return a.first != b.first ? a.first < b.first : a.second.toString() < b.second.toString();
     });
     return values;
+}
+
+/// What an item note is stored with. It counts only as long as nobody else changes the channel.
+QString conditionsOf(int parts, const QString &time)
+{
+    return QString::number(parts) + QLatin1Char(' ') + time.left(19) + QLatin1Char(' ');
 }
 
 } // namespace
@@ -65,6 +77,11 @@ Result<FeedState> Feeds::state(const QString &channelUri) const
     state.d->entityTag = (*answer)->value(2).toString();
     state.d->lastModified = (*answer)->value(3).toString();
     state.d->type = (*answer)->value(4).toString();
+    state.d->parts = (*answer)->value(5).toInt();
+    const QString note = (*answer)->value(6).toString();
+    const QString conditions = conditionsOf(state.d->parts, (*answer)->value(7).toString());
+    if (note.startsWith(conditions))
+        state.d->itemNote = note.mid(conditions.size());
     return state;
 }
 
@@ -73,17 +90,17 @@ Result<FeedMemory> Feeds::memory(const QString &channelUri) const
     const QStringList names =
         detailNames<ChannelDetails>() + QStringList{Statements::droppedLink, Statements::droppedKey};
     return StorePrivate::of(m_store)
-        .run(Statements::details({channelUri}, names), "read what is known of the feed from the store")
+        .run(Statements::detailsOf(channelUri, names), "read what is known of the feed from the store")
         .map([](const Answer &answer) {
             FeedMemory memory;
             while (answer->next()) {
-                const QString name = Statements::detailName(answer->value(1).toString());
+                const QString name = Statements::detailName(answer->value(0).toString());
                 if (name == Statements::droppedLink)
-                    memory.droppedLinks.insert(answer->value(2).toString());
+                    memory.droppedLinks.insert(answer->value(1).toString());
                 else if (name == Statements::droppedKey)
-                    memory.droppedKeys.insert(answer->value(2).toString());
+                    memory.droppedKeys.insert(answer->value(1).toString());
                 else
-                    addDetail(memory.details, name, answer->value(2));
+                    addDetail(memory.details, name, answer->value(1));
             }
             return memory;
         });
@@ -91,9 +108,12 @@ Result<FeedMemory> Feeds::memory(const QString &channelUri) const
 
 Result<void> Feeds::noteReading(const QString &channelUri, const QString &entityTag,
                                 const QString &lastModified, const ChannelDetails &details,
-                                const FeedMemory &memory)
+                                const FeedMemory &memory, const ItemNote &items)
 {
-    QString text = Statements::noteReading(channelUri, entityTag, lastModified);
+    const QString time = Statements::localTimeText();
+    const QString note = items.text.isEmpty() ? QString() : conditionsOf(items.parts, time) + items.text;
+    QString text = Statements::noteReading(channelUri, entityTag, lastModified, time)
+        + Statements::replaceItemNote(channelUri, note);
     if (sorted(detailValues(details)) != sorted(detailValues(memory.details)))
         text += Statements::deleteDetails({channelUri}, detailNames<ChannelDetails>())
             + Statements::insertDetails(channelUri, detailValues(details));

@@ -39,12 +39,24 @@ public:
     bool wasRead() const;
     /// The Last-Modified header of the last download, as its server sent it; empty if there was none.
     QString lastModified() const;
+    /// The ItemNote of the last reading. Empty if there was none, or if messages were added to the channel,
+    /// changed or taken from it since.
+    QString itemNote() const;
+    /// How many messages and images the channel has.
+    int parts() const;
 
 private:
     friend class Feeds;
     Q_DECL_HIDDEN explicit FeedState(FeedStatePrivate *d);
 
     QSharedDataPointer<FeedStatePrivate> d;
+};
+
+/// What a plug-in notes of the items of a document, by which it recognizes them in the next one.
+struct ItemNote
+{
+    QString text; ///< Empty if nothing is noted.
+    int parts = 0; ///< The FeedState::parts() that the channel has according to the plug-in.
 };
 
 /// What the store remembers of the items of a channel and of the document that was read last.
@@ -67,9 +79,11 @@ public:
     /// What the store remembers of the channel. A refresh does not store dropped messages again.
     Result<FeedMemory> memory(const QString &channelUri) const;
     /// Notes that the document was read now, what its server said of it, and, unless it is what \a memory
-    /// has, what the feed says of itself. A file has an entity tag of the plug-in's choice.
+    /// has, what the feed says of itself. A file has an entity tag of the plug-in's choice. \a items takes
+    /// the place of the note before.
     Result<void> noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified,
-                             const ChannelDetails &details = {}, const FeedMemory &memory = {});
+                             const ChannelDetails &details = {}, const FeedMemory &memory = {},
+                             const ItemNote &items = {});
     /// Forgets the dropped \a links and \a keys, because the feed does not show them any more.
     Result<void> forgetDropped(const QString &channelUri, const QStringList &links,
                                const QStringList &keys = {});

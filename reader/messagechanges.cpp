@@ -146,7 +146,9 @@ QString MessageChanges::text() const
         return m_text;
     const QStringList names =
         detailNames<MessageDetails>() + QStringList{Statements::digest, Statements::earlierVersionsName};
-    return Statements::deleteTexts(m_uris) + Statements::deleteDetails(m_uris, names) + m_text;
+    // A plug-in that is interrupted before its note must not find the items of before.
+    return Statements::deleteTexts(m_uris) + Statements::deleteDetails(m_uris, names) + m_text
+        + Statements::replaceItemNote(m_channelUri, QString());
 }
 
 } // namespace Tidel

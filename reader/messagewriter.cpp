@@ -129,11 +129,15 @@ int MessageWriter::groupSize(const QList<StorableMessage> &messages, int from)
 }
 
 bool MessageWriter::isStored(const StorableMessage &message, const QString &channelUri, const LinkUse &use,
-                             const KnownItems &items)
+                             const KnownItems &items, bool *isOwn)
 {
     const KnownMessage *known = Groups::knownMessage(message, use, items);
-    return known && (known->hasKey || message.key().isEmpty())
-        && MessageChanges::saysSame(*known, digest(message.message(), channelUri));
+    if (!known || (!known->hasKey && !message.key().isEmpty()))
+        return false;
+    const QString said = digest(message.message(), channelUri);
+    if (isOwn)
+        *isOwn = known->digest == said;
+    return MessageChanges::saysSame(*known, said);
 }
 
 Result<void> MessageWriter::write(const QList<StorableMessage> &messages, const QString &channelUri,

@@ -43,9 +43,10 @@ public:
     /// fewer if the statement would become long, but at least one.
     static int groupSize(const QList<StorableMessage> &messages, int from);
     /// Returns true if the channel \a channelUri has \a message as \a use and \a items say, so that write()
-    /// would change nothing; otherwise returns false.
+    /// would change nothing; otherwise returns false. Sets \a isOwn to true if the channel has brought the
+    /// text, so that no other channel replaces it as long as this one has the message.
     static bool isStored(const StorableMessage &message, const QString &channelUri, const LinkUse &use,
-                         const KnownItems &items);
+                         const KnownItems &items, bool *isOwn = nullptr);
 
     /// Stores \a messages under the channel \a channelUri; of several with the same link the texts of the
     /// first one. \a use says what their links are used for. \a items says which keys the store knows; a

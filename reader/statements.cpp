@@ -76,9 +76,6 @@ QString valuesOfAll(const QStringList &uris, const QStringList &properties)
         + QLatin1String("} ");
 }
 
-// contract: the store holds local times without their zone, and the time of download labelled as UTC.
-QString localTimeText() { return QDateTime::currentDateTime().toString(Qt::ISODate); }
-
 /// Replaces the values of \a property of \a subject by \a value, or deletes them if it is empty.
 QString replacement(const QString &subject, const char *property, const QString &value)
 {
@@ -102,6 +99,9 @@ const QString isNoFavorite =
 
 } // namespace
 
+// contract: the store holds local times without their zone, and the time of download labelled as UTC.
+QString localTimeText() { return QDateTime::currentDateTime().toString(Qt::ISODate); }
+
 const QString droppedLink = QStringLiteral("droppedLink");
 const QString droppedKey = QStringLiteral("droppedKey");
 const QString folder = QStringLiteral("folder");
@@ -119,6 +119,13 @@ QSparqlQuery update(const QString &text) { return QSparqlQuery(text, QSparqlQuer
 QSparqlQuery details(const QStringList &uris, const QStringList &names)
 {
     return select(QLatin1String("SELECT ?s ?p ?v ") + valuesOfAll(uris, each(names, detail)));
+}
+
+QSparqlQuery detailsOf(const QString &uri, const QStringList &names)
+{
+    return select(QLatin1String("SELECT ?p ?v WHERE { ?:uri ?p ?v ") + isIn("p", each(names, detail))
+                      + QLatin1Char('}'),
+                  {{"uri", QUrl(uri)}});
 }
 
 QSparqlQuery everyDetail(const QString &name)
@@ -243,21 +250,31 @@ QString deleteChannel(const QString &channelUri, const QString &link)
 QSparqlQuery feedState(const QString &channelUri)
 {
     return select(
-        QStringLiteral("SELECT ?link ?first ?tag ?modified ?type WHERE { ?:channel a mfo:FeedChannel ; "
+        QStringLiteral("SELECT ?link ?first ?tag ?modified ?type ?parts ?note ?updated WHERE { "
+                       "?:channel a mfo:FeedChannel ; "
                        "nie:links ?link OPTIONAL { ?:channel nie:identifier ?first } "
                        "OPTIONAL { ?:channel tidel:entityTag ?tag } "
                        "OPTIONAL { ?:channel tidel:lastModified ?modified } "
-                       "OPTIONAL { ?:channel nie:characterSet ?type } }"),
+                       "OPTIONAL { ?:channel nie:characterSet ?type } "
+                       "OPTIONAL { ?:channel tidel:itemDigests ?note } "
+                       "OPTIONAL { ?:channel nie:contentLastModified ?updated } "
+                       "{ SELECT (COUNT(?part) AS ?parts) WHERE { ?part nie:isLogicalPartOf ?:channel } } }"),
         {{"channel", QUrl(channelUri)}});
 }
 
-QString noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified)
+QString noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified,
+                    const QString &time)
 {
     const auto optional = [](const QString &text) { return text.isEmpty() ? QString() : literal(text); };
     return replacement(channelUri, "tidel:entityTag", optional(entityTag))
         + replacement(channelUri, "tidel:lastModified", optional(lastModified))
         + replacement(channelUri, "nie:comment", optional(lastModified))
-        + replacement(channelUri, "nie:contentLastModified", literal(localTimeText()));
+        + replacement(channelUri, "nie:contentLastModified", literal(time));
+}
+
+QString replaceItemNote(const QString &channelUri, const QString &note)
+{
+    return replacement(channelUri, "tidel:itemDigests", note.isEmpty() ? QString() : literal(note));
 }
 
 QString deleteDropped(const QString &channelUri, const QString &name, const QStringList &values)
@@ -763,7 +780,8 @@ QString insertTitlesOfChannels()
 QString forgetReadings()
 {
     QString text;
-    for (const char *property : {"tidel:entityTag", "tidel:lastModified", "tidel:digest"})
+    for (const char *property :
+         {"tidel:entityTag", "tidel:lastModified", "tidel:itemDigests", "tidel:digest"})
         text += QStringLiteral("DELETE { ?x %1 ?v } WHERE { ?x %1 ?v } ").arg(QLatin1String(property));
     return text;
 }

@@ -46,6 +46,8 @@ extern const QString digest; ///< Of a message: the digest of its texts.
 extern const QString earlierVersionsName; ///< Of a message: its earlier versions.
 /// URI, property, value of the properties \a names of \a uris; detailName() is the name of such a property.
 QSparqlQuery details(const QStringList &uris, const QStringList &names);
+/// Property, value of the properties \a names of \a uri. The text of the query does not depend on \a uri.
+QSparqlQuery detailsOf(const QString &uri, const QStringList &names);
 QString detailName(const QString &property);
 /// URI, value of the property \a name of all that have it.
 QSparqlQuery everyDetail(const QString &name);
@@ -82,10 +84,16 @@ QString replaceFolder(const QString &channelUri, const QString &path);
 QString replaceLink(const QString &channelUri, const QString &oldLink, const QString &newLink);
 /// Deletes the channel, the description of its link, and that anything belongs to the channel.
 QString deleteChannel(const QString &channelUri, const QString &link);
-/// Link, first link if it is another one, entity tag, last-modified text, type.
+/// Link, first link if it is another one, entity tag, last-modified text, type, number of messages and
+/// images, note about the items, time of the last update.
 QSparqlQuery feedState(const QString &channelUri);
-/// Notes what the server said of the document that was read now. Empty texts delete what is stored.
-QString noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified);
+/// The local time as the store has it.
+QString localTimeText();
+/// Notes what the server said of the document that was read at \a time. Empty texts delete what is stored.
+QString noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified,
+                    const QString &time);
+/// Replaces the note about the items, or deletes it if it is empty.
+QString replaceItemNote(const QString &channelUri, const QString &note);
 /// Deletes values of the property \a name.
 QString deleteDropped(const QString &channelUri, const QString &name, const QStringList &values);
 /// @}

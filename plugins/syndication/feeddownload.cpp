@@ -7,9 +7,12 @@
 
 #include <TidelReader/channels.h>
 #include <TidelReader/feeds.h>
+#include <TidelReader/itemkey.h>
 #include <TidelReader/writeturn.h>
 
 #include <QElapsedTimer>
+
+#include <algorithm>
 
 namespace Tidel {
 
@@ -90,6 +93,7 @@ Outcome FeedDownload::prepare()
         m_address = QUrl(state->link());
         m_itemBase = state->itemBase();
         m_known = {state->entityTag(), state->lastModified()};
+        m_itemNote.text = state->itemNote();
     }
     if (!canTransfer(m_address))
         return badAddress();
@@ -123,26 +127,51 @@ void FeedDownload::transferred(const Transfer &transfer)
 
 void FeedDownload::read(const FeedDocument &document)
 {
-    auto feed = ParsedFeed::parse(document, m_address);
-    if (!feed) {
+    const ItemDigests known = ItemDigests::fromNote(m_itemNote.text);
+    const auto parsed = parse(document, known);
+    if (!parsed) {
         // A page that a page has led to is not followed.
-        if (feed.error().isWebPage && m_isSubscription && !m_page)
+        if (parsed.error().isWebPage && m_isSubscription && !m_page)
             m_page.emplace(document);
-        failed({FeedDownloadNotAFeed, feed.error().reason});
+        failed({FeedDownloadNotAFeed, parsed.error().reason});
         return;
     }
-    if (!m_itemBase.isEmpty())
-        feed->nameItemsAfter(m_itemBase);
-    m_feed = std::make_unique<ParsedFeed>(std::move(*feed));
+    const QString note = m_itemNote.text;
     FeedMemory memory;
     const Outcome begun = m_isSubscription ? addChannel() : remember(&memory);
     if (!begun.isFine()) {
         finish(begun);
         return;
     }
+    if (m_itemNote.text != note || !recognizedRightly(known, memory))
+        parse(document);
     m_writer = std::make_unique<FeedWriter>(store(), m_channelUri, m_isSubscription);
-    m_writer->begin(*m_feed, document.validators, memory);
+    m_writer->begin(*m_feed, document.validators, memory, m_itemNote);
     writeSome();
+}
+
+tl::expected<void, FeedRefusal> FeedDownload::parse(const FeedDocument &document, const ItemDigests &known)
+{
+    return ParsedFeed::parse(document, m_address, known.digests).map([&](ParsedFeed &&feed) {
+        m_feed = std::make_unique<ParsedFeed>(std::move(feed));
+        if (!m_itemBase.isEmpty())
+            m_feed->nameItemsAfter(m_itemBase);
+    });
+}
+
+bool FeedDownload::recognizedRightly(const ItemDigests &known, const FeedMemory &memory) const
+{
+    const std::vector<NamedItem> &items = m_feed->items();
+    const auto isRecognized = [](const NamedItem &item) { return item.record.isRecognized; };
+    if (std::none_of(items.begin(), items.end(), isRecognized))
+        return true;
+    const auto isDropped = [&](const NamedItem &item) {
+        return isRecognized(item) && memory.droppedKeys.contains(itemKey(m_channelUri, item.record.id));
+    };
+    const bool isAnyDropped = !memory.droppedLinks.isEmpty()
+        || (!memory.droppedKeys.isEmpty() && std::any_of(items.begin(), items.end(), isDropped));
+    return !isAnyDropped && known.context == m_feed->context()
+        && m_feed->uniqueIds().size() == int(items.size());
 }
 
 void FeedDownload::failed(const Outcome &outcome)
@@ -181,12 +210,13 @@ Outcome FeedDownload::addChannel()
     return {};
 }
 
-Outcome FeedDownload::remember(FeedMemory *memory) const
+Outcome FeedDownload::remember(FeedMemory *memory)
 {
     const Result<FeedMemory> remembered = WriteTurn::take().and_then([&](const WriteTurn &) {
         return Feeds(store())
             .state(m_channelUri)
             .and_then([&](const FeedState &state) {
+                m_itemNote = {state.itemNote(), state.parts()};
                 return state.wasRead() ? Result<void>()
                                        : Channels(store()).describe(m_channelUri, m_feed->channel());
             })

@@ -4,6 +4,8 @@
 
 #include "download.h"
 #include "feeddocument.h"
+#include "feedreader.h"
+#include "itemdigests.h"
 #include "webpage.h"
 
 #include <QBuffer>
@@ -61,7 +63,12 @@ private:
     /// Stores the feed as a new channel, without its messages.
     Outcome addChannel();
     /// Reads what the store remembers of the channel.
-    Outcome remember(FeedMemory *memory) const;
+    Outcome remember(FeedMemory *memory);
+    /// Parses \a document, and recognizes items by \a known.
+    tl::expected<void, FeedRefusal> parse(const FeedDocument &document, const ItemDigests &known = {});
+    /// Returns true if the items that were recognized by \a known are still stored as the document says them;
+    /// otherwise returns false.
+    bool recognizedRightly(const ItemDigests &known, const FeedMemory &memory) const;
     /// Stores messages for a short time, and what is left after the event loop has run.
     void writeSome();
     /// How the writing ended.
@@ -72,6 +79,7 @@ private:
     QUrl m_address;
     QString m_itemBase; // Empty for a new channel, whose items are named after its address.
     Validators m_known;
+    ItemNote m_itemNote; // What the store has noted of the items.
     std::optional<WebPage> m_page; // Where m_address comes from, in a subscription.
     QBuffer m_document;
     std::unique_ptr<ParsedFeed> m_feed;

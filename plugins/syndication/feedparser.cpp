@@ -5,6 +5,7 @@
 #include "linkclaims.h"
 #include "mimetype.h"
 
+#include <QCryptographicHash>
 #include <QHash>
 
 #include <TidelReader/usertext.h>
@@ -51,9 +52,10 @@ ParsedFeed::ParsedFeed(FeedRecord &&record, const QUrl &link, const QUrl &source
         m_base = website;
 }
 
-tl::expected<ParsedFeed, FeedRefusal> ParsedFeed::parse(const FeedDocument &document, const QUrl &link)
+tl::expected<ParsedFeed, FeedRefusal> ParsedFeed::parse(const FeedDocument &document, const QUrl &link,
+                                                        const QSet<QByteArray> &known)
 {
-    return readFeed(document.bytes, document.charset).map([&](FeedRecord &&record) {
+    return readFeed(document.bytes, document.charset, known).map([&](FeedRecord &&record) {
         return ParsedFeed(std::move(record), link, document.address);
     });
 }
@@ -106,13 +108,23 @@ QSet<QString> ParsedFeed::uniqueIds() const
     return unique;
 }
 
+QByteArray ParsedFeed::context() const
+{
+    const QString server = m_source.scheme() + QLatin1Char(':') + m_source.authority(QUrl::FullyEncoded);
+    const QString addresses =
+        QStringList{m_link, m_itemBase, Link::encoded(m_base), server}.join(QLatin1Char('\n'));
+    constexpr int bytes = 9;
+    return QCryptographicHash::hash(addresses.toUtf8(), QCryptographicHash::Sha1).left(bytes).toBase64();
+}
+
 std::vector<ClaimedItem> ParsedFeed::claimedItems(const QSet<QString> &reserved,
                                                   const StoredLink &storedLink) const
 {
     std::vector<Link> stored;
     QSet<QString> taken = reserved + QSet<QString>{m_link, m_website.toString()};
     for (const NamedItem &item : m_items) {
-        stored.push_back(storedLink ? storedLink(item) : Link());
+        const bool isAsked = storedLink && !item.record.isRecognized;
+        stored.push_back(isAsked ? storedLink(item) : Link());
         taken.insert(stored.back().toString());
     }
     // Some feeds have the link of the website in every item. All these items get a fragment. Otherwise the
@@ -122,6 +134,8 @@ std::vector<ClaimedItem> ParsedFeed::claimedItems(const QSet<QString> &reserved,
     claimed.reserve(m_items.size());
     for (size_t i = m_items.size(); i-- > 0;) {
         const NamedItem &item = m_items[i];
+        if (item.record.isRecognized)
+            continue;
         const Link link = stored[i].isNull() ? claims.claim(item, wantedLink(item)) : stored[i];
         if (!link.isNull())
             claimed.push_back({&item, link});

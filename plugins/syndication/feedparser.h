@@ -30,9 +30,10 @@ struct ClaimedItem
 class ParsedFeed
 {
 public:
-    /// Parses \a document, the feed with the link \a link. The function is reentrant and does not ask the
-    /// store.
-    static tl::expected<ParsedFeed, FeedRefusal> parse(const FeedDocument &document, const QUrl &link);
+    /// Parses \a document, the feed with the link \a link. Recognizes items by the digests \a known, and has
+    /// their identifiers only. The function is reentrant and does not ask the store.
+    static tl::expected<ParsedFeed, FeedRefusal> parse(const FeedDocument &document, const QUrl &link,
+                                                       const QSet<QByteArray> &known = {});
 
     /// Names items without a link after \a feedLink instead of the link of the feed.
     void nameItemsAfter(const QString &feedLink) { m_itemBase = feedLink; }
@@ -42,13 +43,17 @@ public:
     /// What the feed says of itself in addition.
     ChannelDetails channelDetails() const;
 
+    /// All items, in the order of the document.
+    const std::vector<NamedItem> &items() const { return m_items; }
     /// The identifiers that the document gives to one item each.
     QSet<QString> uniqueIds() const;
+    /// A hash of what the messages depend on beside their items: the addresses of the feed and its document.
+    QByteArray context() const;
 
     /// The link under which an item is stored; null if it is not.
     using StoredLink = std::function<Link(const NamedItem &)>;
-    /// Returns each item once, the oldest first. Each has a different link: that of \a storedLink, or one
-    /// that is not in \a reserved. The items belong to this object.
+    /// Returns each item that was not recognized once, the oldest first. Each has a different link: that of
+    /// \a storedLink, or one that is not in \a reserved. The items belong to this object.
     std::vector<ClaimedItem> claimedItems(const QSet<QString> &reserved = {},
                                           const StoredLink &storedLink = {}) const;
 

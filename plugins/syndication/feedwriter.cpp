@@ -66,14 +66,21 @@ FeedWriter::FeedWriter(const Store &store, const QString &channelUri, bool isNew
 
 FeedWriter::~FeedWriter() = default;
 
-void FeedWriter::begin(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory)
+void FeedWriter::begin(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory,
+                       const ItemNote &note)
 {
     m_feed = &feed;
     m_validators = validators;
     m_memory = memory;
+    m_items = note;
+    m_stored.context = feed.context();
     const QSet<QString> ids = feed.uniqueIds();
-    for (const QString &id : ids)
-        m_keys.insert(id, itemKey(m_channelUri, id));
+    for (const NamedItem &item : feed.items()) {
+        if (item.record.isRecognized)
+            m_stored.digests.insert(item.record.digest);
+        else if (ids.contains(item.record.id))
+            m_keys.insert(item.record.id, itemKey(m_channelUri, item.record.id));
+    }
     const Result<KnownItems> known =
         m_isNewChannel ? KnownItems() : KnownItems::of(m_store, m_keys.values(), m_channelUri);
     m_result = known.and_then([&](const KnownItems &items) {
@@ -113,11 +120,34 @@ Result<void> FeedWriter::writeChannel()
     if (!turn)
         return Failure(turn.error());
     return Feeds(m_store)
-        .noteReading(m_channelUri, validators.entityTag, validators.lastModified, details, m_memory)
+        .noteReading(m_channelUri, validators.entityTag, validators.lastModified, details, m_memory,
+                     itemNote())
         .and_then([&] {
             m_newNotes = newKinds(details.notes, m_memory.details.notes);
             return forgetDropped();
         });
+}
+
+// Another reading of the channel, in this process too, replaces the note. The changes of this one have ended
+// it.
+bool FeedWriter::isAsLeft() const
+{
+    if (m_isAlone)
+        return true;
+    const bool hasWritten = !m_written.added.isEmpty() || !m_written.changed.isEmpty();
+    const bool isNoteLeft = m_itemsNow.text == m_items.text || (m_itemsNow.text.isEmpty() && hasWritten);
+    return m_isOnlyProcess && isNoteLeft && m_itemsNow.parts == m_items.parts + int(m_written.added.size());
+}
+
+ItemNote FeedWriter::itemNote() const
+{
+    if (!isAsLeft() || m_feed->uniqueIds().size() != int(m_feed->items().size()))
+        return {};
+    ItemDigests digests = m_stored;
+    for (const QString &link : m_written.added)
+        digests.digests.insert(m_inserted.value(link));
+    digests.digests.remove(QByteArray());
+    return {digests.note(), m_items.parts + int(m_written.added.size())};
 }
 
 QString FeedWriter::keyOf(const NamedItem &item) const { return m_keys.value(item.record.id); }
@@ -208,8 +238,14 @@ void FeedWriter::choose()
             continue;
         StorableMessage message = m_feed->message(*claimed);
         message.setKey(keyOf(*claimed->item));
-        if (MessageWriter::isStored(message, m_channelUri, m_claims->use, m_known))
+        bool isOwn = false;
+        if (MessageWriter::isStored(message, m_channelUri, m_claims->use, m_known, &isOwn)) {
+            if (isOwn)
+                m_stored.digests.insert(claimed->item->record.digest);
             continue;
+        }
+        if (!m_claims->use.isOfMessage(claimed->link))
+            m_inserted.insert(claimed->link.toString(), claimed->item->record.digest);
         resources += (claimed < firstKnown ? 1 : costOfChange) + int(message.message().enclosures().size());
         weight += message.weight();
         m_leavesMessages = resources > maximumResources || (weight > maximumWeight && !m_messages.isEmpty());
@@ -225,13 +261,15 @@ Result<WriteTurn> FeedWriter::takeTurn()
     Result<WriteTurn> turn = WriteTurn::take();
     if (!turn)
         return turn;
-    m_isAlone = m_isAlone && turn->followsOwn() && WriteTurn::count() == m_turns + 1;
+    m_isOnlyProcess = m_isOnlyProcess && turn->followsOwn();
+    m_isAlone = m_isAlone && m_isOnlyProcess && WriteTurn::count() == m_turns + 1;
     m_turns = WriteTurn::count();
     if (m_isAlone)
         return turn;
     const Result<FeedState> state = Feeds(m_store).state(m_channelUri);
     if (!state)
         return Failure(state.error());
+    m_itemsNow = {state->itemNote(), state->parts()};
     return turn;
 }
 

@@ -2,6 +2,7 @@
 #ifndef TIDEL_FEEDWRITER_H
 #define TIDEL_FEEDWRITER_H
 
+#include "itemdigests.h"
 #include "validators.h"
 
 #include <QHash>
@@ -36,9 +37,10 @@ public:
     ~FeedWriter();
 
     /// Finds out which messages of \a feed the channel lacks and which say something else. \a feed must
-    /// outlive this object. \a memory is what the store remembers of the channel; it was read in the last
-    /// turn of this process.
-    void begin(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory);
+    /// outlive this object. \a memory is what the store remembers of the channel, and \a note what it has
+    /// noted of its items; both were read in the last turn of this process.
+    void begin(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory,
+               const ItemNote &note);
     /// Stores the next messages in one WriteTurn. After the last ones stores what the feed says of itself,
     /// with the validators. The process may do something else between two calls.
     void writeNext();
@@ -81,6 +83,10 @@ private:
     Result<void> store(const QList<StorableMessage> &messages, const LinkUse &use, const KnownItems &known);
     /// Notes what the feed says of itself, and forgets the dropped messages that it no longer contains.
     Result<void> writeChannel();
+    /// Returns true if only this writer has changed the channel; otherwise returns false.
+    bool isAsLeft() const;
+    /// What the next reading recognizes the items by.
+    ItemNote itemNote() const;
     /// Forgets the dropped messages that the feed no longer contains.
     Result<void> forgetDropped();
 
@@ -90,6 +96,9 @@ private:
     const ParsedFeed *m_feed = nullptr;
     Validators m_validators;
     FeedMemory m_memory;
+    ItemNote m_items; // As it was before this reading.
+    ItemDigests m_stored; // Of the items that the store had, as the feed says them.
+    QHash<QString, QByteArray> m_inserted; // The digests of items that are new to the store, by their links.
     QHash<QString, QString> m_keys; // By the identifiers that are unique in the document.
     KnownItems m_known;
     std::unique_ptr<Claims> m_claims;
@@ -99,6 +108,8 @@ private:
 
     int m_turns; // What WriteTurn::count() was in the last turn of this writer.
     bool m_isAlone = true; // Nobody else had a turn since the first one of this writer.
+    bool m_isOnlyProcess = true; // No other process had one.
+    ItemNote m_itemsNow; // As the store had it in the last turn of this writer, unless it was alone.
     bool m_isOver = false;
     Result<void> m_result;
     WrittenMessages m_written;

@@ -20,6 +20,9 @@ private Q_SLOTS:
     void noteReading_data();
     void noteReading();
     void itemBaseIsTheFirstLink();
+    void itemNote();
+    void itemNoteOfChangedChannel_data();
+    void itemNoteOfChangedChannel();
     void copies();
     void droppedLinks();
     void forgetDropped();
@@ -121,6 +124,39 @@ void TestFeeds::itemBaseIsTheFirstLink()
     QCOMPARE(state->itemBase(), linkOf("news"));
     QCOMPARE(state->entityTag(), QString());
     QCOMPARE(state->lastModified(), QString());
+}
+
+void TestFeeds::itemNote()
+{
+    addMessages({"a", "b"}, "news");
+    QCOMPARE(feeds().state(channelUri("news"))->parts(), 2);
+    VERIFY_OK(feeds().noteReading(channelUri("news"), {}, {}, {}, {}, {"some items", 2}));
+    VERIFY_OK(feeds().noteReading(channelUri("radio"), {}, {}, {}, {}, {"'> } \\", 0}));
+    QCOMPARE(feeds().state(channelUri("news"))->itemNote(), QString("some items"));
+    QCOMPARE(feeds().state(channelUri("radio"))->itemNote(), QString("'> } \\"));
+    VERIFY_OK(feeds().noteReading(channelUri("news"), {}, {}));
+    QCOMPARE(feeds().state(channelUri("news"))->itemNote(), QString());
+    QCOMPARE(store().count("?c tidel:itemDigests ?n"), 1);
+}
+
+void TestFeeds::itemNoteOfChangedChannel_data()
+{
+    QTest::addColumn<QString>("update");
+    QTest::newRow("message deleted") << "DELETE { <urn:message:a> a rdfs:Resource }";
+    QTest::newRow("message added")
+        << "INSERT { <urn:x> a mfo:FeedMessage ; nie:isLogicalPartOf <urn:channel:news> }";
+    QTest::newRow("read")
+        << "DELETE { ?c nie:contentLastModified ?t } WHERE { ?c nie:contentLastModified ?t } "
+           "INSERT { <urn:channel:news> nie:contentLastModified '2020-01-01T00:00:00' }";
+}
+
+void TestFeeds::itemNoteOfChangedChannel()
+{
+    QFETCH(QString, update);
+    addMessages({"a", "b"}, "news");
+    VERIFY_OK(feeds().noteReading(channelUri("news"), {}, {}, {}, {}, {"some items", 2}));
+    store().update(update);
+    QCOMPARE(feeds().state(channelUri("news"))->itemNote(), QString());
 }
 
 void TestFeeds::copies()
