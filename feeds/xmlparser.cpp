@@ -219,6 +219,8 @@ void XmlParsing::goOnIf(bool isWanted)
 
 XmlOutcome parseXml(std::string_view document, OnXmlError onError, XmlHandler &handler)
 {
+    // On whatever thread this is done first, the others wait for it.
+    [[maybe_unused]] static const bool isReady = (xmlInitParser(), true);
     return XmlParsing(document, onError, handler).run();
 }
 

@@ -11,6 +11,8 @@
 
 #include <memory>
 
+class QThreadPool;
+
 namespace Tidel {
 
 class Connections;
@@ -20,6 +22,7 @@ struct DownloadTools
 {
     Store store; ///< Where the results are stored.
     std::shared_ptr<Connections> connections; ///< The connections to web servers.
+    std::shared_ptr<QThreadPool> parser; ///< The thread that parses feeds.
     TransferLimits limits; ///< When the download fails.
 };
 
@@ -49,6 +52,8 @@ Q_SIGNALS:
 protected:
     /// Where the results are stored.
     const Store &store() const { return m_tools.store; }
+    /// The thread that parses feeds.
+    QThreadPool &parser() const { return *m_tools.parser; }
     /// The maximum size of the document or file, in bytes.
     qint64 maximumSize() const { return m_tools.limits.bytes; }
 

@@ -4,6 +4,7 @@
 #include "feedfile.h"
 #include "feedparser.h"
 #include "feedwriter.h"
+#include "parsing.h"
 
 #include <TidelReader/channels.h>
 #include <TidelReader/feeds.h>
@@ -72,9 +73,9 @@ void FeedDownload::start()
     } else if (m_address.isLocalFile()) {
         readFile();
     } else {
-        m_document.close();
-        m_document.open(QIODevice::WriteOnly | QIODevice::Truncate);
-        transfer({m_address, feedTypes, true, m_known}, m_document);
+        m_buffer.close();
+        m_buffer.open(QIODevice::WriteOnly | QIODevice::Truncate);
+        transfer({m_address, feedTypes, true, m_known}, m_buffer);
     }
 }
 
@@ -121,21 +122,31 @@ void FeedDownload::transferred(const Transfer &transfer)
     if (transfer.isUnchanged())
         finish();
     else
-        read({m_document.data(), transfer.address(), transfer.charset(), transfer.linkHeader(),
+        read({m_buffer.data(), transfer.address(), transfer.charset(), transfer.linkHeader(),
               transfer.validators()});
 }
 
 void FeedDownload::read(const FeedDocument &document)
 {
-    const ItemDigests known = ItemDigests::fromNote(m_itemNote.text);
-    const auto parsed = parse(document, known);
-    if (!parsed) {
+    m_document = document;
+    m_digests = ItemDigests::fromNote(m_itemNote.text);
+    m_parsing = std::make_unique<Parsing>(parser(), document, m_address, m_digests.digests);
+    connect(m_parsing.get(), &Parsing::finished, this, &FeedDownload::parsed);
+}
+
+void FeedDownload::parsed()
+{
+    if (isOver())
+        return;
+    auto feed = m_parsing->takeResult();
+    if (!feed) {
         // A page that a page has led to is not followed.
-        if (parsed.error().isWebPage && m_isSubscription && !m_page)
-            m_page.emplace(document);
-        failed({FeedDownloadNotAFeed, parsed.error().reason});
+        if (feed.error().isWebPage && m_isSubscription && !m_page)
+            m_page.emplace(m_document);
+        failed({FeedDownloadNotAFeed, feed.error().reason});
         return;
     }
+    setFeed(std::move(*feed));
     const QString note = m_itemNote.text;
     FeedMemory memory;
     const Outcome begun = m_isSubscription ? addChannel() : remember(&memory);
@@ -143,23 +154,23 @@ void FeedDownload::read(const FeedDocument &document)
         finish(begun);
         return;
     }
-    if (m_itemNote.text != note || !recognizedRightly(known, memory))
-        parse(document);
+    if (m_itemNote.text != note || !recognizedRightly(memory))
+        ParsedFeed::parse(m_document, m_address).map([this](ParsedFeed &&whole) {
+            setFeed(std::move(whole));
+        });
     m_writer = std::make_unique<FeedWriter>(store(), m_channelUri, m_isSubscription);
-    m_writer->begin(*m_feed, document.validators, memory, m_itemNote);
+    m_writer->begin(*m_feed, m_document.validators, memory, m_itemNote);
     writeSome();
 }
 
-tl::expected<void, FeedRefusal> FeedDownload::parse(const FeedDocument &document, const ItemDigests &known)
+void FeedDownload::setFeed(ParsedFeed &&feed)
 {
-    return ParsedFeed::parse(document, m_address, known.digests).map([&](ParsedFeed &&feed) {
-        m_feed = std::make_unique<ParsedFeed>(std::move(feed));
-        if (!m_itemBase.isEmpty())
-            m_feed->nameItemsAfter(m_itemBase);
-    });
+    m_feed = std::make_unique<ParsedFeed>(std::move(feed));
+    if (!m_itemBase.isEmpty())
+        m_feed->nameItemsAfter(m_itemBase);
 }
 
-bool FeedDownload::recognizedRightly(const ItemDigests &known, const FeedMemory &memory) const
+bool FeedDownload::recognizedRightly(const FeedMemory &memory) const
 {
     const std::vector<NamedItem> &items = m_feed->items();
     const auto isRecognized = [](const NamedItem &item) { return item.record.isRecognized; };
@@ -170,7 +181,7 @@ bool FeedDownload::recognizedRightly(const ItemDigests &known, const FeedMemory 
     };
     const bool isAnyDropped = !memory.droppedLinks.isEmpty()
         || (!memory.droppedKeys.isEmpty() && std::any_of(items.begin(), items.end(), isDropped));
-    return !isAnyDropped && known.context == m_feed->context()
+    return !isAnyDropped && m_digests.context == m_feed->context()
         && m_feed->uniqueIds().size() == int(items.size());
 }
 

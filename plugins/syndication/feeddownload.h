@@ -20,6 +20,7 @@ namespace Tidel {
 
 class FeedWriter;
 class ParsedFeed;
+class Parsing;
 
 /// Downloads a feed and stores it, as a new channel or as new messages of a stored channel.
 class FeedDownload : public Download
@@ -58,17 +59,19 @@ private:
     Outcome prepare();
     /// Reads a local document.
     void readFile();
-    /// Parses \a document and begins to store the feed.
+    /// Lets the parser thread parse \a document.
     void read(const FeedDocument &document);
+    /// Begins to store the parsed feed.
+    void parsed();
+    /// Takes over \a feed.
+    void setFeed(ParsedFeed &&feed);
     /// Stores the feed as a new channel, without its messages.
     Outcome addChannel();
     /// Reads what the store remembers of the channel.
     Outcome remember(FeedMemory *memory);
-    /// Parses \a document, and recognizes items by \a known.
-    tl::expected<void, FeedRefusal> parse(const FeedDocument &document, const ItemDigests &known = {});
-    /// Returns true if the items that were recognized by \a known are still stored as the document says them;
+    /// Returns true if the items that were recognized are still stored as the document says them;
     /// otherwise returns false.
-    bool recognizedRightly(const ItemDigests &known, const FeedMemory &memory) const;
+    bool recognizedRightly(const FeedMemory &memory) const;
     /// Stores messages for a short time, and what is left after the event loop has run.
     void writeSome();
     /// How the writing ended.
@@ -81,7 +84,10 @@ private:
     Validators m_known;
     ItemNote m_itemNote; // What the store has noted of the items.
     std::optional<WebPage> m_page; // Where m_address comes from, in a subscription.
-    QBuffer m_document;
+    QBuffer m_buffer;
+    FeedDocument m_document;
+    ItemDigests m_digests; // By which items are recognized.
+    std::unique_ptr<Parsing> m_parsing;
     std::unique_ptr<ParsedFeed> m_feed;
     std::unique_ptr<FeedWriter> m_writer;
 };

@@ -5,6 +5,7 @@
 #include "enclosuredownload.h"
 #include "feeddownload.h"
 
+#include <QThreadPool>
 #include <QUrl>
 
 #include <TidelReader/link.h>
@@ -46,8 +47,11 @@ struct SyndicationPlugin::Task
 };
 
 SyndicationPlugin::SyndicationPlugin(QObject *parent)
-    : FeedPluginInterface(parent), m_connections(std::make_shared<Connections>())
+    : FeedPluginInterface(parent), m_connections(std::make_shared<Connections>()),
+      m_parser(std::make_shared<QThreadPool>())
 {
+    // Storing the feeds takes longer than parsing them, and only one thread stores.
+    m_parser->setMaxThreadCount(1);
 }
 
 SyndicationPlugin::~SyndicationPlugin() = default;
@@ -59,6 +63,7 @@ FeedPluginInterface *SyndicationPlugin::createDownloader(QObject *parent) const
     downloader->m_maximumFeedSize = m_maximumFeedSize;
     downloader->m_maximumEnclosureSize = m_maximumEnclosureSize;
     downloader->m_connections = m_connections;
+    downloader->m_parser = m_parser;
     return downloader;
 }
 
@@ -188,7 +193,7 @@ void SyndicationPlugin::report(bool isEnclosure, const Outcome &outcome, const Q
 DownloadTools SyndicationPlugin::tools(qint64 maximumSize, int patience)
 {
     const qint64 duration = qMin(qint64(m_timeout) * patience, qint64(std::numeric_limits<int>::max()));
-    return {*m_store, m_connections, {maximumSize, m_timeout, int(duration)}};
+    return {*m_store, m_connections, m_parser, {maximumSize, m_timeout, int(duration)}};
 }
 
 } // namespace Tidel

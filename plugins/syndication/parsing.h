@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_PARSING_H
+#define TIDEL_PARSING_H
+
+#include "feeddocument.h"
+#include "feedparser.h"
+
+#include <QObject>
+
+#include <memory>
+#include <optional>
+
+class QThreadPool;
+
+namespace Tidel {
+
+/// Parses a document on another thread, while the thread of this object stores other feeds.
+class Parsing : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Lets \a pool parse \a document when it has parsed those before. See ParsedFeed::parse().
+    Parsing(QThreadPool &pool, const FeedDocument &document, const QUrl &link, const QSet<QByteArray> &known);
+    /// Does not wait: finished() is not emitted any more.
+    ~Parsing() override;
+
+    /// The feed, or why the document is none. Call it once, after finished().
+    tl::expected<ParsedFeed, FeedRefusal> takeResult();
+
+Q_SIGNALS:
+    /// Emitted once.
+    void finished();
+
+private:
+    struct Job;
+
+    const std::shared_ptr<Job> m_job;
+};
+
+} // namespace Tidel
+
+#endif

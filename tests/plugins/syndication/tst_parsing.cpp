@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "parsing.h"
+
+#include <QSignalSpy>
+#include <QThreadPool>
+#include <QtTest>
+
+using namespace Tidel;
+
+namespace {
+
+FeedDocument document(int items)
+{
+    QByteArray text = "<rss version='2.0'><channel><title>Feed</title>";
+    for (int i = 0; i < items; ++i)
+        text += "<item><guid>" + QByteArray::number(i) + "</guid><title>&lt;b&gt;Title</title></item>";
+    return {text + "</channel></rss>", QUrl("https://example.org/feed"), {}, {}, {}};
+}
+
+} // namespace
+
+class TestParsing : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_pool = std::make_unique<QThreadPool>();
+        m_pool->setMaxThreadCount(1);
+    }
+
+    void feed();
+    void noFeed();
+    void severalAtOnce();
+    void endsBeforeTheResult();
+
+private:
+    std::unique_ptr<Parsing> parsing(const FeedDocument &of)
+    {
+        return std::make_unique<Parsing>(*m_pool, of, of.address, QSet<QByteArray>());
+    }
+
+    std::unique_ptr<QThreadPool> m_pool;
+};
+
+void TestParsing::feed()
+{
+    const auto job = parsing(document(3));
+    QSignalSpy ends(job.get(), &Parsing::finished);
+    // The result waits for the event loop.
+    QVERIFY(m_pool->waitForDone());
+    QCOMPARE(int(ends.size()), 0);
+    QTRY_COMPARE(int(ends.size()), 1);
+    QCOMPARE(int(job->takeResult()->items().size()), 3);
+}
+
+void TestParsing::noFeed()
+{
+    const auto job = parsing({"Nothing", QUrl("https://example.org/feed"), {}, {}, {}});
+    QSignalSpy ends(job.get(), &Parsing::finished);
+    QTRY_COMPARE(int(ends.size()), 1);
+    QCOMPARE(job->takeResult().error().reason,
+             QString("the document is not a feed: it is neither XML nor JSON"));
+}
+
+void TestParsing::severalAtOnce()
+{
+    std::vector<std::unique_ptr<Parsing>> jobs;
+    QVector<int> sizes;
+    for (int i = 0; i < 20; ++i) {
+        jobs.push_back(parsing(document(20 - i)));
+        connect(jobs.back().get(), &Parsing::finished, this,
+                [&sizes, job = jobs.back().get()] { sizes.append(int(job->takeResult()->items().size())); });
+    }
+    QTRY_COMPARE(int(sizes.size()), 20);
+    QVERIFY(std::is_sorted(sizes.rbegin(), sizes.rend()));
+}
+
+void TestParsing::endsBeforeTheResult()
+{
+    for (const int items : {0, 10, 1000}) {
+        std::vector<std::unique_ptr<Parsing>> jobs;
+        int ends = 0;
+        for (int i = 0; i < 10; ++i) {
+            jobs.push_back(parsing(document(items)));
+            connect(jobs.back().get(), &Parsing::finished, this, [&ends] { ++ends; });
+        }
+        jobs.clear();
+        QVERIFY(m_pool->waitForDone());
+        QCoreApplication::processEvents();
+        QCOMPARE(ends, 0);
+    }
+}
+
+QTEST_GUILESS_MAIN(TestParsing)
+#include "tst_parsing.moc"
