@@ -75,7 +75,8 @@ void DownloadQueuePrivate::makeDownloader()
         const auto texts = [downloader](const char *name) {
             return downloader->property(name).toStringList();
         };
-        endFeeds(DownloadResult::ofFeeds(texts("newMessages"), texts("changedMessages"), texts("newNotes")));
+        endFeeds(DownloadResult::ofFeeds(texts("newMessages"), texts("changedMessages"), texts("newNotes"))
+                     .withHeadlines(downloader->property("headlines").toList()));
     });
     QObject::connect(downloader, &FeedPluginInterface::downloadFeedsFailed, q,
                      [failure, endFeeds](int error) { endFeeds(failure(error)); });

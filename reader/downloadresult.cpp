@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "downloadresult.h"
 
+#include "messageorder.h"
+
 #include <feedplugininterface.h>
 
 namespace Tidel {
@@ -11,6 +13,7 @@ public:
     int error = FeedDownloadNoError;
     QString reason;
     QStringList newMessages;
+    QList<FeedMessage> headlines;
     QStringList changedMessages;
     QStringList newNotes;
     QVector<FoundFeed> foundFeeds;
@@ -58,6 +61,26 @@ DownloadResult DownloadResult::withFoundFeeds(const QVariantList &feeds) const
 }
 
 DownloadResult::DownloadResult(DownloadResultPrivate *result) : d(result) { }
+DownloadResult DownloadResult::withHeadlines(const QVariantList &headlines) const
+{
+    DownloadResult result(*this);
+    QStringList links;
+    for (const QVariant &value : headlines) {
+        const QVariantMap map = value.toMap();
+        FeedMessage headline;
+        headline.setLink(map.value(QStringLiteral("link")).toString());
+        headline.setTitle(map.value(QStringLiteral("title")).toString());
+        headline.setPublishedDate(map.value(QStringLiteral("date")).toDateTime());
+        links.append(headline.link());
+        result.d->headlines.append(headline);
+    }
+    if (links == result.d->newMessages)
+        sortNewestFirst(result.d->headlines);
+    else
+        result.d->headlines.clear();
+    return result;
+}
+
 DownloadResult::DownloadResult(const DownloadResult &other) = default;
 DownloadResult::DownloadResult(DownloadResult &&other) noexcept = default;
 DownloadResult &DownloadResult::operator=(const DownloadResult &other) = default;
@@ -71,6 +94,8 @@ int DownloadResult::error() const { return d->error; }
 QString DownloadResult::reason() const { return d->reason; }
 
 QStringList DownloadResult::newMessages() const { return d->newMessages; }
+
+QList<FeedMessage> DownloadResult::headlines() const { return d->headlines; }
 
 QStringList DownloadResult::changedMessages() const { return d->changedMessages; }
 

@@ -11,6 +11,8 @@
 #include <QVariantMap>
 #include <QVector>
 
+#include <feedmessage.h>
+
 namespace Tidel {
 
 class DownloadResultPrivate;
@@ -39,6 +41,10 @@ public:
     /// texts "title" and "address".
     DownloadResult withFoundFeeds(const QVariantList &feeds) const;
 
+    /// This result with \a headlines of its new messages. Each is a map with the texts "link" and "title" and
+    /// the date "date".
+    DownloadResult withHeadlines(const QVariantList &headlines) const;
+
     /// Shares the value of \a other.
     DownloadResult(const DownloadResult &other);
     /// Takes the value of \a other, which may then only be assigned to or destroyed.
@@ -59,6 +65,9 @@ public:
 
     /// The links of the messages that a feed brought its channel, the oldest first.
     QStringList newMessages() const;
+    /// Link, title and date of newMessages(), the newest first. Empty if the plug-in does not know all of
+    /// them; the store does, see Messages::headlines().
+    QList<FeedMessage> headlines() const;
     /// The links of the messages that a feed changed.
     QStringList changedMessages() const;
     /// What was mended or is missing in the document and was not so in the one before, such as "was not

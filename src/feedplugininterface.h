@@ -42,9 +42,11 @@ enum FeedDownloadError {
  * FeedTrackerSparql::instance().
  *
  * The property "newMessages" lists the links of the messages that the last download of feeds added to their
- * channels. It is a QStringList; the messages of a channel are in order, oldest first. A plug-in that looks
- * for the feeds of web pages has the property "foundFeeds" too, a QVariantList of maps with the texts "title"
- * and "address": the feeds of the page that subscribe() was given.
+ * channels. It is a QStringList; the messages of a channel are in order, oldest first. A plug-in that knows
+ * the titles of such messages may have the property "headlines" too, a QVariantList of maps with the texts
+ * "link" and "title" and the date "date", so that a host need not ask the store for them. A plug-in that
+ * looks for the feeds of web pages has the property "foundFeeds" too, a QVariantList of maps with the texts
+ * "title" and "address": the feeds of the page that subscribe() was given.
  *
  * The operations are invokable by name, so that a host can pass on calls as FeedMethod records. For example:
  * \code

@@ -270,6 +270,11 @@ QStringList FeedDownload::changedMessages() const
     return m_writer ? m_writer->written().changed : QStringList();
 }
 
+QList<FeedMessage> FeedDownload::headlines() const
+{
+    return m_writer ? m_writer->headlines() : QList<FeedMessage>();
+}
+
 QStringList FeedDownload::newNotes() const { return m_writer ? m_writer->newNotes() : QStringList(); }
 
 } // namespace Tidel

@@ -4,13 +4,14 @@
 
 #include "download.h"
 #include "feeddocument.h"
-#include "feedreader.h"
 #include "itemdigests.h"
 #include "webpage.h"
 
 #include <QBuffer>
 #include <QStringList>
 #include <QUrl>
+
+#include <feedmessage.h>
 
 #include <TidelReader/feeds.h>
 
@@ -40,6 +41,8 @@ public:
     QStringList newMessages() const;
     /// The links of the messages that say something else than before.
     QStringList changedMessages() const;
+    /// Link, title and date of new messages, as far as they are known without the store.
+    QList<FeedMessage> headlines() const;
     /// The notes about the document of a kind that the document before it did not have.
     QStringList newNotes() const;
     /// The feeds of the web page that the address of a new channel led to, or the one that was subscribed to

@@ -150,6 +150,28 @@ ItemNote FeedWriter::itemNote() const
     return {digests.note(), m_items.parts + int(m_written.added.size())};
 }
 
+QList<FeedMessage> FeedWriter::headlines() const
+{
+    // If another download wrote in between, it may have stored the same messages with other titles.
+    if (!m_isAlone)
+        return {};
+    QList<FeedMessage> headlines;
+    const QSet<QString> added(m_written.added.begin(), m_written.added.end());
+    for (const StorableMessage &message : m_messages) {
+        const QString link = message.link().toString();
+        if (!added.contains(link) || !m_inserted.contains(link))
+            continue;
+        FeedMessage headline;
+        headline.setLink(link);
+        headline.setTitle(message.message().title());
+        // The store keeps whole seconds.
+        const QString date = message.message().publishedDate().toString(Qt::ISODate);
+        headline.setPublishedDate(QDateTime::fromString(date, Qt::ISODate));
+        headlines.append(headline);
+    }
+    return headlines;
+}
+
 QString FeedWriter::keyOf(const NamedItem &item) const { return m_keys.value(item.record.id); }
 
 bool FeedWriter::isDropped(const ClaimedItem &claimed) const

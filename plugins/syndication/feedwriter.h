@@ -51,6 +51,9 @@ public:
 
     /// The links of the messages that are new to the channel or changed, the oldest first.
     const WrittenMessages &written() const { return m_written; }
+    /// Link, title and date of those new messages whose titles the store has from this feed, the oldest
+    /// first.
+    QList<FeedMessage> headlines() const;
     /// The notes about the document of a kind that the document before it did not have.
     const QStringList &newNotes() const { return m_newNotes; }
 

@@ -31,6 +31,16 @@ QVariantList listOf(const QVector<FeedLink> &feeds)
     return list;
 }
 
+QVariantList listOf(const QList<FeedMessage> &headlines)
+{
+    QVariantList list;
+    for (const FeedMessage &headline : headlines)
+        list.append(QVariantMap{{QStringLiteral("link"), headline.link()},
+                                {QStringLiteral("title"), headline.title()},
+                                {QStringLiteral("date"), headline.publishedDate()}});
+    return list;
+}
+
 } // namespace
 
 struct SyndicationPlugin::Task
@@ -41,6 +51,7 @@ struct SyndicationPlugin::Task
     Outcome outcome; ///< The first failure.
     QVariantMap results;
     QStringList newMessages;
+    QVariantList headlines;
     QStringList changedMessages;
     QStringList newNotes;
     QVariantList foundFeeds;
@@ -160,6 +171,7 @@ void SyndicationPlugin::endDownload()
         m_task->results = enclosure->results();
     if (const auto *feed = qobject_cast<FeedDownload *>(download.get())) {
         m_task->newMessages += feed->newMessages();
+        m_task->headlines += listOf(feed->headlines());
         m_task->changedMessages += feed->changedMessages();
         m_task->newNotes += feed->newNotes();
         m_task->foundFeeds += listOf(feed->foundFeeds());
@@ -171,6 +183,7 @@ void SyndicationPlugin::end()
 {
     const std::unique_ptr<Task> task = std::move(m_task);
     m_newMessages = task->newMessages;
+    m_headlines = task->headlines;
     m_changedMessages = task->changedMessages;
     m_newNotes = task->newNotes;
     m_foundFeeds = task->foundFeeds;

@@ -35,6 +35,8 @@ class SyndicationPlugin : public FeedPluginInterface
     Q_PROPERTY(qint64 maximumEnclosureSize MEMBER m_maximumEnclosureSize)
     /// The links of the messages that the last operation added.
     Q_PROPERTY(QStringList newMessages READ newMessages)
+    /// What can be shown of newMessages without asking the store, see FeedPluginInterface.
+    Q_PROPERTY(QVariantList headlines READ headlines)
     /// The links of the messages that the last operation changed.
     Q_PROPERTY(QStringList changedMessages READ changedMessages)
     /// What the last operation mended or missed in documents, where it had not done so before.
@@ -56,6 +58,8 @@ public:
     Q_INVOKABLE QString errorString() const override;
     /// The links of the messages that the last operation added.
     QStringList newMessages() const { return m_newMessages; }
+    /// What can be shown of newMessages() without asking the store.
+    QVariantList headlines() const { return m_headlines; }
     /// The links of the messages that the last operation changed.
     QStringList changedMessages() const { return m_changedMessages; }
     /// What the last operation mended or missed in documents, where it had not done so before.
@@ -94,6 +98,7 @@ private:
     std::unique_ptr<Task> m_task;
     QString m_errorString;
     QStringList m_newMessages;
+    QVariantList m_headlines;
     QStringList m_changedMessages;
     QStringList m_newNotes;
     QVariantList m_foundFeeds;

@@ -16,6 +16,7 @@ private slots:
     void initTestCase();
 
     void order();
+    void headlines();
     void empty();
     void enclosures();
     void cancelLeavesOutTheRest();
@@ -68,6 +69,23 @@ void TestDownloadQueue::order()
         QCOMPARE(heard.at(i), i % 3 ? QString("599host%1").arg(i) : QString("ok"));
         QCOMPARE(steps.at(i), i);
     }
+}
+
+void TestDownloadQueue::headlines()
+{
+    const auto headline = [](const QString &link, int day) {
+        return QVariantMap{{"link", link},
+                           {"title", "Title of " + link},
+                           {"date", QDateTime(QDate(2026, 11, day), QTime(), Qt::UTC)}};
+    };
+    const DownloadResult result = DownloadResult::ofFeeds({"a", "b"});
+    QCOMPARE(result.headlines().size(), 0);
+    QCOMPARE(result.withHeadlines({headline("b", 2)}).headlines().size(), 0);
+    const QList<FeedMessage> known = result.withHeadlines({headline("a", 1), headline("b", 2)}).headlines();
+    QCOMPARE(known.size(), 2);
+    QCOMPARE(known.first().link(), QString("b"));
+    QCOMPARE(known.first().title(), QString("Title of b"));
+    QCOMPARE(known.first().publishedDate().date(), QDate(2026, 11, 2));
 }
 
 void TestDownloadQueue::empty()

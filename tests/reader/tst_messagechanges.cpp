@@ -2,6 +2,7 @@
 #include "readertest.h"
 
 #include <TidelReader/enclosures.h>
+#include <TidelReader/feeds.h>
 #include <TidelReader/itemkey.h>
 #include <TidelReader/knownitems.h>
 #include <TidelReader/linkuse.h>
@@ -47,6 +48,7 @@ private Q_SLOTS:
 
     void whatCounts_data();
     void whatCounts();
+    void changesEndTheItemNote();
     void files_data();
     void files();
     void changedInPlace();
@@ -156,6 +158,19 @@ void TestMessageChanges::whatCounts()
     QCOMPARE(written.added, QStringList());
     QCOMPARE(written.changed, isChanged ? linksOf({"a"}) : QStringList());
     QCOMPARE(contents() != contentsBefore, isChanged);
+}
+
+// A plug-in that ends before its next note must not find what it noted of the text before.
+void TestMessageChanges::changesEndTheItemNote()
+{
+    const auto note = [this] { return Feeds(reader()).state(channelUri("news"))->itemNote(); };
+    write({said("a", {"Title", "Text", {}})});
+    const int parts = Feeds(reader()).state(channelUri("news"))->parts();
+    VERIFY_OK(Feeds(reader()).noteReading(channelUri("news"), {}, {}, {}, {}, {"items", parts}));
+    write({said("a", {"Title", "Text", {}})});
+    QCOMPARE(note(), QString("items"));
+    write({said("a", {"Title", "Other text", {}})});
+    QCOMPARE(note(), QString());
 }
 
 void TestMessageChanges::files_data()

@@ -35,8 +35,9 @@ public:
 private:
     /// Reports the messages of \a result.
     void addMessages(const FeedChannel &channel, const DownloadResult &result);
-    /// Reports the messages \a links, each with \a mark.
-    void list(const FeedChannel &channel, const QStringList &links, const QString &mark);
+    /// Reports the messages \a links, each with \a mark. \a known are their headlines, if they are known.
+    void list(const FeedChannel &channel, const QStringList &links, const QString &mark,
+              const QList<FeedMessage> &known = {});
 
     const Store &m_store;
     Output &m_output;
@@ -71,13 +72,15 @@ void RefreshReport::addMessages(const FeedChannel &channel, const DownloadResult
     m_output.warnings(channel.title(), result.newNotes());
     m_output.line(channel.title() + QLatin1String(": ")
                   + countedNews(int(added.size()), int(changed.size())));
-    list(channel, added, QString());
+    list(channel, added, QString(), result.headlines());
     list(channel, changed, QStringLiteral(" (changed)"));
 }
 
-void RefreshReport::list(const FeedChannel &channel, const QStringList &links, const QString &mark)
+void RefreshReport::list(const FeedChannel &channel, const QStringList &links, const QString &mark,
+                         const QList<FeedMessage> &known)
 {
-    const Result<QList<FeedMessage>> messages = Messages(m_store).headlines(links);
+    const Result<QList<FeedMessage>> messages =
+        known.isEmpty() ? Messages(m_store).headlines(links) : Result<QList<FeedMessage>>(known);
     if (!messages) {
         m_output.failure(channel.title(), messages.error());
         return;

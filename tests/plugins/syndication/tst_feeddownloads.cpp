@@ -49,6 +49,7 @@ private slots:
     void validatorsWithLineBreak();
     void newMessages();
     void newMessagesProperty();
+    void headlines();
     void linksOfChannels();
     void messageLinkBecomesChannelLink();
     void refreshKeepsTitleAndImage();
@@ -522,6 +523,31 @@ void TestFeedDownloads::newMessages()
     QCOMPARE(messageLinks(), QStringList({"https://example.org/1", "https://example.org/2"}));
     // Each message belongs to both channels.
     QCOMPARE(m_store->count("?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c"), 4);
+}
+
+// A message that another feed has brought has the title of that feed.
+void TestFeedDownloads::headlines()
+{
+    const auto lastHeadlines = [this] {
+        QStringList lines;
+        const QVariantList headlines = downloader().property("headlines").toList();
+        for (const QVariant &headline : headlines) {
+            const QVariantMap map = headline.toMap();
+            lines.append(map.value("link").toString() + ' ' + map.value("title").toString() + ' '
+                         + map.value("date").toDateTime().toString(Qt::ISODate));
+        }
+        return lines;
+    };
+    const QByteArray first = "<item><link>https://example.org/1</link><title>First &amp;amp; best</title>"
+                             "<pubDate>Sun, 22 Nov 2026 01:02:03 +0100</pubDate></item>";
+    write("a.xml", feed(first));
+    write("b.xml",
+          feed("<item><link>https://example.org/2</link><title>Second</title></item>"
+               "<item><link>https://example.org/1</link><title>Other</title></item>"));
+    VERIFY_ENDING(subscribe(m_server->url("/files/a.xml")), "downloadFeedsFinished");
+    QCOMPARE(lastHeadlines(), QStringList("https://example.org/1 First & best 2026-11-22T00:02:03Z"));
+    VERIFY_ENDING(subscribe(m_server->url("/files/b.xml")), "downloadFeedsFinished");
+    QCOMPARE(lastHeadlines(), QStringList("https://example.org/2 Second "));
 }
 
 void TestFeedDownloads::newMessagesProperty()
