@@ -68,7 +68,8 @@ OpenDatabase::Pointer OpenDatabase::connect(const StoreFolder &place, Access acc
             store.get(), isForWriting ? ontology.get() : nullptr, nullptr, &cause));
     });
     if (!cause) {
-        database->m_prepared.emplace(database->m_connection.get());
+        database->m_ranges.emplace(database->m_connection.get());
+        database->m_prepared.emplace(database->m_connection.get(), &*database->m_ranges);
         return database;
     }
     *error = fromGError(QString(), cause);

@@ -3,6 +3,7 @@
 #define OPENDATABASE_P_H
 
 #include "preparedqueries_p.h"
+#include "propertyranges_p.h"
 #include "qsparqlerror.h"
 #include "tracker_p.h"
 
@@ -31,6 +32,7 @@ public:
 
     TrackerSparqlConnection *connection() const { return m_connection.get(); }
     PreparedQueries &prepared() { return *m_prepared; }
+    PropertyRanges &ranges() { return *m_ranges; }
 
 private:
     enum class Access { Reading, Writing };
@@ -51,6 +53,7 @@ private:
     const QString m_folder;
     std::unique_ptr<QTemporaryDir> m_copy; // if the folder is one
     GObjectPtr<TrackerSparqlConnection> m_connection;
+    std::optional<PropertyRanges> m_ranges;
     std::optional<PreparedQueries> m_prepared;
 };
 

@@ -5,15 +5,15 @@
 #include "tracker_p.h"
 
 #include <QCache>
-#include <QHash>
 
+class PropertyRanges;
 class QueryParameters;
 
 /// The queries with parameters that Tracker has parsed for a connection. They must not outlive it.
 class PreparedQueries
 {
 public:
-    explicit PreparedQueries(TrackerSparqlConnection *connection);
+    PreparedQueries(TrackerSparqlConnection *connection, PropertyRanges *ranges);
 
     /// Runs \a query. Returns null if it has no parameters or Tracker does not take them; the query has to be
     /// run as a text then, which also gives its error.
@@ -27,12 +27,10 @@ private:
     };
 
     GObjectPtr<TrackerSparqlStatement> prepare(const QueryParameters &query);
-    bool comparesText(const QString &property);
-    QString rangeOf(const QString &property) const;
 
     TrackerSparqlConnection *const m_connection;
+    PropertyRanges *const m_ranges;
     QCache<QString, Prepared> m_prepared;
-    QHash<QString, bool> m_comparesText; // by property
 };
 
 #endif

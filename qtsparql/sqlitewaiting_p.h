@@ -27,8 +27,8 @@ public:
     /// Returns true if goOn() has returned false; otherwise returns false. Nothing is committed from then on.
     bool isOver() const { return m_isOver; }
 
-    /// Begins an update again after one was undone.
-    void beginAgain() { m_isUndone = false; }
+    /// Begins an update after another one, which may be undone.
+    void begin() { m_isUndone = false; }
     /// Has nothing more of the update committed. Tracker may call this in another thread.
     void undo() { m_isUndone = true; }
     /// Returns true if the update was undone; otherwise returns false.

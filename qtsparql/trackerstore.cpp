@@ -10,6 +10,7 @@
 #include "trackerdialect_p.h"
 #include "trackermessages_p.h"
 #include "turtlestream_p.h"
+#include "updatebatch_p.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -165,25 +166,33 @@ QSparqlError TrackerStore::update(const QString &statement)
         return refusal;
     if (const QSparqlError failure = becomeWritable(); failure.isValid())
         return explained(failure);
-    const QByteArray text =
-        TrackerDialect::toTracker(TrackerDialect::withoutEmptySubjects(statement)).toUtf8();
+    const QString text = TrackerDialect::toTracker(TrackerDialect::withoutEmptySubjects(statement));
+    const UpdateBatch batch(text, &m_database->ranges());
     SqliteWaiting waiting(m_folder, m_patience);
-    QSparqlError error = updateOnce(text);
-    while (isOutOfDate(error) && waiting.goOn()) {
-        waiting.beginAgain();
-        error = updateOnce(text);
-    }
+    QSparqlError error = updateOnce(text, batch, &waiting);
+    while (isOutOfDate(error) && waiting.goOn())
+        error = updateOnce(text, batch, &waiting);
     if (waiting.isOver())
         return QSparqlError(updateRefused + QLatin1String(": ") + waiting.failure(),
                             QSparqlError::BackendError);
     return explained(error);
 }
 
-QSparqlError TrackerStore::updateOnce(const QByteArray &text)
+/// Runs \a batch, or \a text if that is empty or refused: what the text reports is what hosts know.
+QSparqlError TrackerStore::updateOnce(const QString &text, const UpdateBatch &batch, SqliteWaiting *waiting)
 {
     GError *error = nullptr;
     TrackerMessages::forget();
-    tracker_sparql_connection_update(m_database->connection(), text.constData(), nullptr, &error);
+    waiting->begin();
+    if (!batch.isEmpty())
+        batch.run(m_database->connection(), &error);
+    if (batch.isEmpty() || error) {
+        g_clear_error(&error);
+        TrackerMessages::forget();
+        waiting->begin();
+        tracker_sparql_connection_update(m_database->connection(), text.toUtf8().constData(), nullptr,
+                                         &error);
+    }
     return error ? fromGError(updateRefused, error) : TrackerMessages::failureOfCommit();
 }
 

@@ -10,7 +10,9 @@
 class OpenDatabase;
 class QIODevice;
 class QueryParameters;
+class SqliteWaiting;
 class StoreFolder;
+class UpdateBatch;
 
 /**
  * An open Tracker database. Only this class uses Tracker's library.
@@ -53,7 +55,7 @@ private:
     QSparqlError becomeWritable();
     QSparqlError explained(const QSparqlError &error);
     QSparqlError refuseWithoutSpace(const QString &fileName) const;
-    QSparqlError updateOnce(const QByteArray &text);
+    QSparqlError updateOnce(const QString &text, const UpdateBatch &batch, SqliteWaiting *waiting);
 
     const QString m_folder;
     const int m_patience;
