@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "parsing.h"
 
-#include <QMutex>
-#include <QMutexLocker>
 #include <QRunnable>
 #include <QThreadPool>
+
+#include <mutex>
 
 namespace Tidel {
 
@@ -14,14 +14,14 @@ struct Parsing::Job
     void run();
     bool isWanted()
     {
-        const QMutexLocker lock(&mutex);
+        const std::lock_guard lock(mutex);
         return receiver != nullptr;
     }
 
     const FeedDocument document;
     const QUrl link;
     const QSet<QByteArray> known;
-    QMutex mutex;
+    std::mutex mutex;
     Parsing *receiver; // Null after its end.
     std::optional<tl::expected<ParsedFeed, FeedRefusal>> result;
 };
@@ -31,7 +31,7 @@ void Parsing::Job::run()
     if (!isWanted())
         return;
     auto parsed = ParsedFeed::parse(document, link, known);
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard lock(mutex);
     if (!receiver)
         return;
     result.emplace(std::move(parsed));
@@ -47,13 +47,13 @@ Parsing::Parsing(QThreadPool &pool, const FeedDocument &document, const QUrl &li
 
 Parsing::~Parsing()
 {
-    const QMutexLocker lock(&m_job->mutex);
+    const std::lock_guard lock(m_job->mutex);
     m_job->receiver = nullptr;
 }
 
 tl::expected<ParsedFeed, FeedRefusal> Parsing::takeResult()
 {
-    const QMutexLocker lock(&m_job->mutex);
+    const std::lock_guard lock(m_job->mutex);
     return std::move(*m_job->result);
 }
 
