@@ -91,7 +91,7 @@ public:
 private:
     Q_DISABLE_COPY(Search)
 
-    class Private;
+    class Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
 
