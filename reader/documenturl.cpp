@@ -13,7 +13,9 @@ QUrl fileUrl(const QString &path)
     // QFileInfo does not make such a path absolute.
     if (path.contains(QChar(u'\0')))
         return QUrl();
-    return QUrl::fromLocalFile(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
+    // Qt takes a path that begins with a colon for that of a resource in the program.
+    const QString inFolder = path.startsWith(QLatin1Char(':')) ? QLatin1String("./") + path : path;
+    return QUrl::fromLocalFile(QDir::cleanPath(QFileInfo(inFolder).absoluteFilePath()));
 }
 
 bool isFileUrl(const QString &argument)
