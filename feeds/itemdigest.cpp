@@ -47,7 +47,7 @@ QByteArray itemDigest(const Element &item)
     std::string said;
     append(said, item);
     QCryptographicHash hash(QCryptographicHash::Sha1);
-    hash.addData(said.data(), int(said.size()));
+    hash.addData(QByteArray::fromRawData(said.data(), int(said.size())));
     return hash.result().left(hashBytes).toBase64();
 }
 

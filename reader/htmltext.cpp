@@ -8,6 +8,8 @@
 #include <QSet>
 #include <QTextBoundaryFinder>
 
+#include <cctype>
+
 namespace Tidel {
 
 namespace {
@@ -40,16 +42,44 @@ QByteArray withoutTags(const QByteArray &html)
     return text;
 }
 
-/// Resolves the entities of \a text, which has no tags.
+/// Returns the end of the reference that begins at \a start of \a text with an ampersand.
+int endOfReference(const QByteArray &text, int start)
+{
+    int end = start + 1;
+    while (end < text.size() && (std::isalnum(uchar(text[end])) || text[end] == '#'))
+        ++end;
+    return end < text.size() && text[end] == ';' ? end + 1 : end;
+}
+
+/// Resolves each of \a references.
+QStringList resolved(const QByteArrayList &references)
+{
+    // The parser keeps a text that begins with a letter as it is, and line breaks keep texts apart.
+    const QByteArray html = "x" + references.join("<br>x");
+    QStringList texts;
+    HtmlTree(html).forEachInBody([&](const GumboNode &node) {
+        if (node.type == GUMBO_NODE_TEXT)
+            texts.append(QString::fromUtf8(node.v.text.text + 1));
+    });
+    return texts;
+}
+
+/// Resolves the references of \a text, which has no tags. The parser is slow and gets nothing but these.
 QString withoutEntities(const QByteArray &text)
 {
-    if (!text.contains('&'))
-        return QString::fromUtf8(text);
-
+    QByteArrayList references;
+    QByteArrayList between;
+    int copied = 0;
+    for (int at = int(text.indexOf('&')); at != -1; at = int(text.indexOf('&', copied))) {
+        between.append(text.mid(copied, at - copied));
+        copied = endOfReference(text, at);
+        references.append(text.mid(at, copied - at));
+    }
     QString result;
-    HtmlTree(text).forEachInBody(
-        [&](const GumboNode &node) { result += QString::fromUtf8(node.v.text.text); });
-    return result;
+    const QStringList texts = references.isEmpty() ? QStringList() : resolved(references);
+    for (int i = 0; i < texts.size(); ++i)
+        result += QString::fromUtf8(between.at(i)) + texts.at(i);
+    return result + QString::fromUtf8(text.mid(copied));
 }
 
 } // namespace

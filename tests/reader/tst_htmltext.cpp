@@ -66,6 +66,9 @@ void TestHtmlText::plain_data()
     row("a&#1;b", "ab");
     row("&#0;&#xd800;", "\xef\xbf\xbd\xef\xbf\xbd");
     row("&amp;amp;", "&amp;");
+    row("&notit; &amplt; &#65x &&amp; &#x1F600;&#x301; &NotEqualTilde; &bogus; a&",
+        "\xc2\xacit; &lt; Ax && \xf0\x9f\x98\x80\xcc\x81 \xe2\x89\x82\xcc\xb8 &bogus; a&");
+    row("&nbsp;&#32;&lt;b&gt;&NewLine;x", "<b> x");
     row("&", "&");
 
     row("a<!-- <p>no</p> -->b", "ab");
