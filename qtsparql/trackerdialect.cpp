@@ -66,6 +66,25 @@ bool mayHaveEmptyIri(const QString &text)
     return bracket != -1;
 }
 
+/// Returns true if each date-time in \a text is certainly in UTC; otherwise returns false.
+bool hasOnlyUtc(const QString &text)
+{
+    const QLatin1String type("dateTime");
+    const QLatin1String before("Z\"^^xsd:");
+    for (auto at = text.indexOf(type); at != -1; at = text.indexOf(type, at + 1)) {
+        if (!QStringView(text).left(at).endsWith(before))
+            return false;
+    }
+    return true;
+}
+
+/// Returns true if toTracker() may have to change \a statement; otherwise returns false. Most updates are
+/// long and need no change, and these searches are much faster than the lexer.
+bool mayDiffer(const QString &statement)
+{
+    return mayHaveEmptyIri(statement) || statement.contains(QLatin1String("?_")) || !hasOnlyUtc(statement);
+}
+
 bool isWord(const SparqlToken &token, QLatin1String word)
 {
     return token.text.compare(word, Qt::CaseInsensitive) == 0;
@@ -133,6 +152,8 @@ namespace TrackerDialect {
 
 QString toTracker(const QString &statement)
 {
+    if (!mayDiffer(statement))
+        return statement;
     QString result;
     int copied = 0;
     SparqlLexer lexer(statement);
