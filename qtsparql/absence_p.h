@@ -8,9 +8,7 @@
  * Returns \a query with the same meaning in a form that Tracker answers without reading whole tables.
  *
  * SPARQL 1.0 had only one way to ask for what has no match: `OPTIONAL { PATTERN } FILTER(!bound(?v))`. It
- * becomes `FILTER NOT EXISTS { PATTERN }`, for which Tracker uses its indexes. If the pattern repeats a
- * property whose value is given outside, Tracker would still read all its values; there the property becomes
- * a variable that has this value.
+ * becomes `FILTER NOT EXISTS { PATTERN }`, for which Tracker uses its indexes.
  *
  * A query that is not certain to keep its meaning stays as it is.
  */

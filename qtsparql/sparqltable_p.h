@@ -38,6 +38,16 @@ struct SparqlTable
     {
         return cells[size_t(row) * size_t(names.size()) + size_t(column)];
     }
+    /// Removes the rows for whose numbers \a isUnwanted returns true.
+    template <typename Condition> void removeRows(Condition isUnwanted)
+    {
+        std::vector<Cell> kept;
+        for (int row = 0; row < rowCount(); ++row) {
+            for (int column = 0; column < columnCount() && !isUnwanted(row); ++column)
+                kept.push_back(cell(row, column));
+        }
+        cells = std::move(kept);
+    }
 };
 
 #endif

@@ -2,6 +2,7 @@
 #include "trackerstore_p.h"
 
 #include "absence_p.h"
+#include "dividedquery_p.h"
 #include "obstacle_p.h"
 #include "opendatabase_p.h"
 #include "sqlitewaiting_p.h"
@@ -14,6 +15,7 @@
 
 #include <QDateTime>
 #include <QLocale>
+#include <QSet>
 #include <QStorageInfo>
 
 namespace {
@@ -144,13 +146,49 @@ QSparqlError TrackerStore::select(const QString &statement, const QueryParameter
 {
     if (const QSparqlError refusal = refuseNull(statement); refusal.isValid())
         return refusal;
-    const GObjectPtr<TrackerSparqlCursor> prepared = m_database->prepared().run(parameters);
-    if (prepared && readRows(prepared.get(), table, nullptr))
+    const QString query = withNotExists(statement);
+    const std::optional<DividedQuery> divided = DividedQuery::of(query);
+    if (divided && selectDivided(*divided, table))
         return QSparqlError();
+    if (!divided) {
+        const GObjectPtr<TrackerSparqlCursor> prepared = m_database->prepared().run(parameters);
+        if (prepared && readRows(prepared.get(), table, nullptr))
+            return QSparqlError();
+    }
+    return selectText(query, table);
+}
+
+/// Runs \a query. Returns false if it has to be run as a whole; otherwise returns true.
+bool TrackerStore::selectDivided(const DividedQuery &query, SparqlTable *table)
+{
+    // Longer lists gain nothing.
+    constexpr int mostCandidates = 100;
+    SparqlTable candidates;
+    if (selectText(query.candidates(), &candidates).isValid() || candidates.rowCount() > mostCandidates)
+        return false;
+    QStringList resources;
+    for (int row = 0; row < candidates.rowCount(); ++row) {
+        if (candidates.cell(row, 0).kind != SparqlTable::CellKind::Resource)
+            return false;
+        resources.append(candidates.cell(row, 0).value.toString());
+    }
+    const QString question = resources.isEmpty() ? QString() : query.excluded(resources);
+    SparqlTable excluded;
+    if (!resources.isEmpty() && (question.isEmpty() || selectText(question, &excluded).isValid()))
+        return false;
+    QSet<QString> names;
+    for (const SparqlTable::Cell &cell : excluded.cells)
+        names.insert(cell.value.toString());
+    candidates.removeRows([&](int row) { return names.contains(resources.at(row)); });
+    *table = std::move(candidates);
+    return true;
+}
+
+QSparqlError TrackerStore::selectText(const QString &query, SparqlTable *table)
+{
     GError *error = nullptr;
     const GObjectPtr<TrackerSparqlCursor> cursor(tracker_sparql_connection_query(
-        m_database->connection(), TrackerDialect::toTracker(withNotExists(statement)).toUtf8().constData(),
-        nullptr, &error));
+        m_database->connection(), TrackerDialect::toTracker(query).toUtf8().constData(), nullptr, &error));
     if (!cursor)
         return explained(fromGError(QStringLiteral("The query is refused"), error));
     return readRows(cursor.get(), table, &error)

@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class DividedQuery;
 class OpenDatabase;
 class QIODevice;
 class QueryParameters;
@@ -52,6 +53,8 @@ private:
 
     TrackerStore(const QString &folder, int patience);
     void openInTurn(StoreFolder *place, QSparqlError *error);
+    bool selectDivided(const DividedQuery &query, SparqlTable *table);
+    QSparqlError selectText(const QString &query, SparqlTable *table);
     QSparqlError becomeWritable();
     QSparqlError explained(const QSparqlError &error);
     QSparqlError refuseWithoutSpace(const QString &fileName) const;

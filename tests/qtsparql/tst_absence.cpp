@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "absence_p.h"
+#include "dividedquery_p.h"
 #include "scratchstore.h"
 
 #include <QTest>
@@ -36,6 +37,9 @@ private Q_SLOTS:
     void rewritten();
     void unchanged_data();
     void unchanged();
+    void divided();
+    void notDivided_data();
+    void notDivided();
     void sameRows_data();
     void sameRows();
 };
@@ -110,6 +114,46 @@ void TestAbsence::unchanged()
 {
     QFETCH(QString, query);
     QCOMPARE(withNotExists(query), query);
+}
+
+void TestAbsence::divided()
+{
+    const auto query = DividedQuery::of(withNotExists(QString(enclosuresOnlyOf).replace("%1", "urn:m")));
+    QVERIFY(query);
+    QCOMPARE(query->candidates(),
+             QString("SELECT ?u  WHERE {?u a mfo:Enclosure; nie:isLogicalPartOf <urn:m>. }"));
+    QCOMPARE(query->excluded({"urn:a", "urn:b"}),
+             QString("SELECT ?u { VALUES ?u { <urn:a> <urn:b> } ?u nie:isLogicalPartOf ?c . "
+                     "?c a mfo:FeedMessage . FILTER (( ?c != <urn:m> )) . }"));
+    QCOMPARE(query->excluded({"urn:a", "urn:> } #"}), QString());
+    QCOMPARE(query->excluded({QString()}), QString());
+}
+
+void TestAbsence::notDivided_data()
+{
+    QTest::addColumn<QString>("query");
+    const auto row = [](const char *name, const char *query) { QTest::newRow(name) << QString(query); };
+    row("no negation", "SELECT ?u { ?u nie:links ?l }");
+    row("no repeated property",
+        "SELECT ?u { ?u nie:links ?l FILTER NOT EXISTS { ?u nie:isLogicalPartOf ?c } }");
+    row("class only", "SELECT ?u { ?u a nie:A FILTER NOT EXISTS { ?u nie:links ?c . ?c a nie:A } }");
+    row("another column", "SELECT ?l { ?u nie:links ?l FILTER NOT EXISTS { ?u nie:links ?c } }");
+    row("two shared variables",
+        "SELECT ?u { ?u nie:links ?l FILTER NOT EXISTS { ?u nie:links ?c . ?c nie:links ?l } }");
+    row("expression", "SELECT COUNT(?u) { ?u nie:links ?l FILTER NOT EXISTS { ?u nie:links ?c } }");
+    row("distinct", "SELECT DISTINCT ?u { ?u nie:links ?l FILTER NOT EXISTS { ?u nie:links ?c } }");
+    row("limit", "SELECT ?u { ?u nie:links ?l FILTER NOT EXISTS { ?u nie:links ?c } } LIMIT 1");
+    row("more behind", "SELECT ?u { ?u nie:links ?l FILTER NOT EXISTS { ?u nie:links ?c } ?u nie:title ?t }");
+    row("group", "SELECT ?u { { ?u nie:links ?l } FILTER NOT EXISTS { ?u nie:links ?c } }");
+    row("group in the filter", "SELECT ?u { ?u nie:links ?l FILTER NOT EXISTS { { ?u nie:links ?c } } }");
+    row("not complete", "SELECT ?u { ?u nie:links ?l FILTER NOT EXISTS { ?u nie:links ?c }");
+    row("ASK", "ASK { ?u nie:links ?l FILTER NOT EXISTS { ?u nie:links ?c } }");
+}
+
+void TestAbsence::notDivided()
+{
+    QFETCH(QString, query);
+    QVERIFY(!DividedQuery::of(query));
 }
 
 void TestAbsence::sameRows_data()
