@@ -10,44 +10,55 @@ namespace {
 // Three quarters of a character each. With 72 bits two items never have the same digest by chance.
 constexpr int hashBytes = itemDigestSize * 3 / 4;
 
-void append(std::string &target, std::string_view text)
+/// A hash of what is said. Sizes stand before texts, so that different elements never say the same.
+class Hash
 {
-    target.append(std::to_string(text.size())).append(1, ':').append(text);
-}
-
-void append(std::string &target, const QString &text)
-{
-    const QByteArray utf8 = text.toUtf8();
-    append(target, std::string_view(utf8.constData(), size_t(utf8.size())));
-}
-
-// Sizes stand before texts, so that different elements never give the same text.
-void append(std::string &target, const Element &element)
-{
-    target += char(element.vocabulary);
-    target += char('0' + 2 * int(element.isAtom) + int(element.hasMarkup));
-    append(target, element.name);
-    append(target, element.text);
-    append(target, element.base);
-    append(target, element.language);
-    append(target, std::to_string(element.attributes.size()));
-    for (const Attribute &attribute : element.attributes) {
-        append(target, attribute.name);
-        append(target, attribute.value);
+public:
+    void add(std::string_view text)
+    {
+        addBytes(std::to_string(text.size()) + ':');
+        addBytes(text);
     }
-    append(target, std::to_string(element.children.size()));
-    for (const Element &child : element.children)
-        append(target, child);
-}
+    void add(const QString &text)
+    {
+        const QByteArray utf8 = text.toUtf8();
+        add(std::string_view(utf8.constData(), size_t(utf8.size())));
+    }
+    void add(const Element &element)
+    {
+        addBytes(std::string{char(element.vocabulary),
+                             char('0' + 2 * int(element.isAtom) + int(element.hasMarkup))});
+        add(element.name);
+        add(element.text);
+        add(element.base);
+        add(element.language);
+        addBytes(std::to_string(element.attributes.size()) + ':');
+        for (const Attribute &attribute : element.attributes) {
+            add(attribute.name);
+            add(attribute.value);
+        }
+        addBytes(std::to_string(element.children.size()) + ':');
+        for (const Element &child : element.children)
+            add(child);
+    }
+    QByteArray result() const { return m_hash.result(); }
+
+private:
+    // An item can be too large to be copied.
+    void addBytes(std::string_view bytes)
+    {
+        m_hash.addData(QByteArray::fromRawData(bytes.data(), int(bytes.size())));
+    }
+
+    QCryptographicHash m_hash{QCryptographicHash::Sha1};
+};
 
 } // namespace
 
 QByteArray itemDigest(const Element &item)
 {
-    std::string said;
-    append(said, item);
-    QCryptographicHash hash(QCryptographicHash::Sha1);
-    hash.addData(QByteArray::fromRawData(said.data(), int(said.size())));
+    Hash hash;
+    hash.add(item);
     return hash.result().left(hashBytes).toBase64();
 }
 

@@ -51,34 +51,36 @@ int endOfReference(const QByteArray &text, int start)
     return end < text.size() && text[end] == ';' ? end + 1 : end;
 }
 
-/// Resolves each of \a references.
-QStringList resolved(const QByteArrayList &references)
+/// The texts of the body of \a html, which has no tags but line breaks.
+QStringList textsOf(const QByteArray &html)
 {
-    // The parser keeps a text that begins with a letter as it is, and line breaks keep texts apart.
-    const QByteArray html = "x" + references.join("<br>x");
     QStringList texts;
     HtmlTree(html).forEachInBody([&](const GumboNode &node) {
-        if (node.type == GUMBO_NODE_TEXT)
-            texts.append(QString::fromUtf8(node.v.text.text + 1));
+        if (node.type != GUMBO_NODE_ELEMENT)
+            texts.append(QString::fromUtf8(node.v.text.text));
     });
     return texts;
 }
 
-/// Resolves the references of \a text, which has no tags. The parser is slow and gets nothing but these.
+/// Resolves the references of \a text, which has no tags. The parser is slow. If there are few references, it
+/// gets nothing but these.
 QString withoutEntities(const QByteArray &text)
 {
-    QByteArrayList references;
+    QByteArray references;
     QByteArrayList between;
     int copied = 0;
     for (int at = int(text.indexOf('&')); at != -1; at = int(text.indexOf('&', copied))) {
         between.append(text.mid(copied, at - copied));
         copied = endOfReference(text, at);
-        references.append(text.mid(at, copied - at));
+        // The parser keeps a text that begins with a letter as it is, and line breaks keep texts apart.
+        references += "<br>x" + text.mid(at, copied - at);
+        if (references.size() > text.size() / 4)
+            return textsOf(text).join(QString());
     }
+    const QStringList resolved = references.isEmpty() ? QStringList() : textsOf(references);
     QString result;
-    const QStringList texts = references.isEmpty() ? QStringList() : resolved(references);
-    for (int i = 0; i < texts.size(); ++i)
-        result += QString::fromUtf8(between.at(i)) + texts.at(i);
+    for (int i = 0; i < resolved.size(); ++i)
+        result += QString::fromUtf8(between.at(i)) + resolved.at(i).mid(1);
     return result + QString::fromUtf8(text.mid(copied));
 }
 

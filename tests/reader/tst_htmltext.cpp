@@ -68,6 +68,12 @@ void TestHtmlText::plain_data()
     row("&amp;amp;", "&amp;");
     row("&notit; &amplt; &#65x &&amp; &#x1F600;&#x301; &NotEqualTilde; &bogus; a&",
         "\xc2\xacit; &lt; Ax && \xf0\x9f\x98\x80\xcc\x81 \xe2\x89\x82\xcc\xb8 &bogus; a&");
+    // Among much text, references are resolved by themselves.
+    const QByteArray much = QByteArray("<p>many words</p>").repeated(40);
+    const QByteArray words = QByteArray("many words ").repeated(40);
+    row((much + "&notit; &amplt; &#65x &&amp; &#x1F600;&#x301; &NotEqualTilde; &bogus; a&").constData(),
+        (words + "\xc2\xacit; &lt; Ax && \xf0\x9f\x98\x80\xcc\x81 \xe2\x89\x82\xcc\xb8 &bogus; a&")
+            .constData());
     row("&nbsp;&#32;&lt;b&gt;&NewLine;x", "<b> x");
     row("&", "&");
 
