@@ -17,8 +17,6 @@ public:
     QString entityTag;
     QString lastModified;
     QString type;
-    QString itemNote;
-    int parts = 0;
 };
 
 FeedState::FeedState(FeedStatePrivate *state) : d(state) { }
@@ -35,10 +33,6 @@ QString FeedState::itemBase() const { return d->firstLink.isEmpty() ? d->link : 
 QString FeedState::entityTag() const { return d->entityTag; }
 
 QString FeedState::lastModified() const { return d->lastModified; }
-
-QString FeedState::itemNote() const { return d->itemNote; }
-
-int FeedState::parts() const { return d->parts; }
 
 bool FeedState::wasRead() const { return !d->type.isEmpty(); }
 
@@ -77,12 +71,21 @@ Result<FeedState> Feeds::state(const QString &channelUri) const
     state.d->entityTag = (*answer)->value(2).toString();
     state.d->lastModified = (*answer)->value(3).toString();
     state.d->type = (*answer)->value(4).toString();
-    state.d->parts = (*answer)->value(5).toInt();
-    const QString note = (*answer)->value(6).toString();
-    const QString conditions = conditionsOf(state.d->parts, (*answer)->value(7).toString());
-    if (note.startsWith(conditions))
-        state.d->itemNote = note.mid(conditions.size());
     return state;
+}
+
+Result<ItemNote> Feeds::itemNote(const QString &channelUri) const
+{
+    return StorePrivate::of(m_store)
+        .run(Statements::itemNote(channelUri), "read what is noted of the items from the store")
+        .map([](const Answer &answer) {
+            if (!answer->next())
+                return ItemNote();
+            const int parts = answer->value(0).toInt();
+            const QString note = answer->value(1).toString();
+            const QString conditions = conditionsOf(parts, answer->value(2).toString());
+            return ItemNote{note.startsWith(conditions) ? note.mid(conditions.size()) : QString(), parts};
+        });
 }
 
 Result<FeedMemory> Feeds::memory(const QString &channelUri) const

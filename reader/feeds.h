@@ -39,11 +39,6 @@ public:
     bool wasRead() const;
     /// The Last-Modified header of the last download, as its server sent it; empty if there was none.
     QString lastModified() const;
-    /// The ItemNote of the last reading. Empty if there was none, or if messages were added to the channel,
-    /// changed or taken from it since.
-    QString itemNote() const;
-    /// How many messages and images the channel has.
-    int parts() const;
 
 private:
     friend class Feeds;
@@ -56,7 +51,7 @@ private:
 struct ItemNote
 {
     QString text; ///< Empty if nothing is noted.
-    int parts = 0; ///< The FeedState::parts() that the channel has according to the plug-in.
+    int parts = 0; ///< How many messages and images the channel has.
 };
 
 /// What the store remembers of the items of a channel and of the document that was read last.
@@ -76,11 +71,15 @@ public:
 
     /// The state of the channel \a channelUri. Fails with Error::NotFound if it is not stored.
     Result<FeedState> state(const QString &channelUri) const;
+    /// What was noted of the items at the last reading. The text is empty if nothing was, or if messages were
+    /// added to the channel, changed or taken from it since.
+    Result<ItemNote> itemNote(const QString &channelUri) const;
     /// What the store remembers of the channel. A refresh does not store dropped messages again.
     Result<FeedMemory> memory(const QString &channelUri) const;
     /// Notes that the document was read now, what its server said of it, and, unless it is what \a memory
     /// has, what the feed says of itself. A file has an entity tag of the plug-in's choice. \a items takes
-    /// the place of the note before.
+    /// the place of the note before; it has the number of parts that the channel has according to the
+    /// plug-in.
     Result<void> noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified,
                              const ChannelDetails &details = {}, const FeedMemory &memory = {},
                              const ItemNote &items = {});

@@ -249,13 +249,19 @@ QString deleteChannel(const QString &channelUri, const QString &link)
 
 QSparqlQuery feedState(const QString &channelUri)
 {
+    return select(QStringLiteral("SELECT ?link ?first ?tag ?modified ?type WHERE { "
+                                 "?:channel a mfo:FeedChannel ; "
+                                 "nie:links ?link OPTIONAL { ?:channel nie:identifier ?first } "
+                                 "OPTIONAL { ?:channel tidel:entityTag ?tag } "
+                                 "OPTIONAL { ?:channel tidel:lastModified ?modified } "
+                                 "OPTIONAL { ?:channel nie:characterSet ?type } }"),
+                  {{"channel", QUrl(channelUri)}});
+}
+
+QSparqlQuery itemNote(const QString &channelUri)
+{
     return select(
-        QStringLiteral("SELECT ?link ?first ?tag ?modified ?type ?parts ?note ?updated WHERE { "
-                       "?:channel a mfo:FeedChannel ; "
-                       "nie:links ?link OPTIONAL { ?:channel nie:identifier ?first } "
-                       "OPTIONAL { ?:channel tidel:entityTag ?tag } "
-                       "OPTIONAL { ?:channel tidel:lastModified ?modified } "
-                       "OPTIONAL { ?:channel nie:characterSet ?type } "
+        QStringLiteral("SELECT ?parts ?note ?updated WHERE { ?:channel a mfo:FeedChannel "
                        "OPTIONAL { ?:channel tidel:itemDigests ?note } "
                        "OPTIONAL { ?:channel nie:contentLastModified ?updated } "
                        "{ SELECT (COUNT(?part) AS ?parts) WHERE { ?part nie:isLogicalPartOf ?:channel } } }"),

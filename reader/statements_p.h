@@ -84,9 +84,10 @@ QString replaceFolder(const QString &channelUri, const QString &path);
 QString replaceLink(const QString &channelUri, const QString &oldLink, const QString &newLink);
 /// Deletes the channel, the description of its link, and that anything belongs to the channel.
 QString deleteChannel(const QString &channelUri, const QString &link);
-/// Link, first link if it is another one, entity tag, last-modified text, type, number of messages and
-/// images, note about the items, time of the last update.
+/// Link, first link if it is another one, entity tag, last-modified text, type.
 QSparqlQuery feedState(const QString &channelUri);
+/// Number of messages and images, note about the items, time of the last update.
+QSparqlQuery itemNote(const QString &channelUri);
 /// The local time as the store has it.
 QString localTimeText();
 /// Notes what the server said of the document that was read at \a time. Empty texts delete what is stored.

@@ -94,7 +94,6 @@ Outcome FeedDownload::prepare()
         m_address = QUrl(state->link());
         m_itemBase = state->itemBase();
         m_known = {state->entityTag(), state->lastModified()};
-        m_itemNote.text = state->itemNote();
     }
     if (!canTransfer(m_address))
         return badAddress();
@@ -129,6 +128,8 @@ void FeedDownload::transferred(const Transfer &transfer)
 void FeedDownload::read(const FeedDocument &document)
 {
     m_document = document;
+    if (!m_isSubscription)
+        m_itemNote = Feeds(store()).itemNote(m_channelUri).value_or(ItemNote());
     m_digests = ItemDigests::fromNote(m_itemNote.text);
     m_parsing = std::make_unique<Parsing>(parser(), document, m_address, m_digests.digests);
     connect(m_parsing.get(), &Parsing::finished, this, &FeedDownload::parsed);
@@ -227,10 +228,11 @@ Outcome FeedDownload::remember(FeedMemory *memory)
         return Feeds(store())
             .state(m_channelUri)
             .and_then([&](const FeedState &state) {
-                m_itemNote = {state.itemNote(), state.parts()};
                 return state.wasRead() ? Result<void>()
                                        : Channels(store()).describe(m_channelUri, m_feed->channel());
             })
+            .and_then([&] { return Feeds(store()).itemNote(m_channelUri); })
+            .map([&](const ItemNote &note) { m_itemNote = note; })
             .and_then([&] { return Feeds(store()).memory(m_channelUri); });
     });
     if (!remembered)

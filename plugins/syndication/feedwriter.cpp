@@ -288,10 +288,12 @@ Result<WriteTurn> FeedWriter::takeTurn()
     m_turns = WriteTurn::count();
     if (m_isAlone)
         return turn;
-    const Result<FeedState> state = Feeds(m_store).state(m_channelUri);
-    if (!state)
-        return Failure(state.error());
-    m_itemsNow = {state->itemNote(), state->parts()};
+    const Result<ItemNote> items = Feeds(m_store).state(m_channelUri).and_then([&](const FeedState &) {
+        return Feeds(m_store).itemNote(m_channelUri);
+    });
+    if (!items)
+        return Failure(items.error());
+    m_itemsNow = *items;
     return turn;
 }
 

@@ -129,13 +129,13 @@ void TestFeeds::itemBaseIsTheFirstLink()
 void TestFeeds::itemNote()
 {
     addMessages({"a", "b"}, "news");
-    QCOMPARE(feeds().state(channelUri("news"))->parts(), 2);
+    QCOMPARE(feeds().itemNote(channelUri("news"))->parts, 2);
     VERIFY_OK(feeds().noteReading(channelUri("news"), {}, {}, {}, {}, {"some items", 2}));
     VERIFY_OK(feeds().noteReading(channelUri("radio"), {}, {}, {}, {}, {"'> } \\", 0}));
-    QCOMPARE(feeds().state(channelUri("news"))->itemNote(), QString("some items"));
-    QCOMPARE(feeds().state(channelUri("radio"))->itemNote(), QString("'> } \\"));
+    QCOMPARE(feeds().itemNote(channelUri("news"))->text, QString("some items"));
+    QCOMPARE(feeds().itemNote(channelUri("radio"))->text, QString("'> } \\"));
     VERIFY_OK(feeds().noteReading(channelUri("news"), {}, {}));
-    QCOMPARE(feeds().state(channelUri("news"))->itemNote(), QString());
+    QCOMPARE(feeds().itemNote(channelUri("news"))->text, QString());
     QCOMPARE(store().count("?c tidel:itemDigests ?n"), 1);
 }
 
@@ -156,7 +156,7 @@ void TestFeeds::itemNoteOfChangedChannel()
     addMessages({"a", "b"}, "news");
     VERIFY_OK(feeds().noteReading(channelUri("news"), {}, {}, {}, {}, {"some items", 2}));
     store().update(update);
-    QCOMPARE(feeds().state(channelUri("news"))->itemNote(), QString());
+    QCOMPARE(feeds().itemNote(channelUri("news"))->text, QString());
 }
 
 void TestFeeds::copies()

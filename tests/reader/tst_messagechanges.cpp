@@ -163,9 +163,9 @@ void TestMessageChanges::whatCounts()
 // A plug-in that ends before its next note must not find what it noted of the text before.
 void TestMessageChanges::changesEndTheItemNote()
 {
-    const auto note = [this] { return Feeds(reader()).state(channelUri("news"))->itemNote(); };
+    const auto note = [this] { return Feeds(reader()).itemNote(channelUri("news"))->text; };
     write({said("a", {"Title", "Text", {}})});
-    const int parts = Feeds(reader()).state(channelUri("news"))->parts();
+    const int parts = Feeds(reader()).itemNote(channelUri("news"))->parts;
     VERIFY_OK(Feeds(reader()).noteReading(channelUri("news"), {}, {}, {}, {}, {"items", parts}));
     write({said("a", {"Title", "Text", {}})});
     QCOMPARE(note(), QString("items"));

@@ -197,8 +197,9 @@ void TestCommands::refreshWithoutNewsAsksLittle()
     write("feed.xml", "Feed", items + "<!-- later -->");
     StatementGate::reset();
     QCOMPARE(runCommand(refresh, {}).out, QString("Feed: nothing new\n"));
-    // The channels, the channel before and after the download, what is known of it, and the update.
-    QCOMPARE(StatementGate::statements().size(), 5);
+    // The channels, the channel and the note of its items before and after the download, what is known of it,
+    // and the update.
+    QCOMPARE(StatementGate::statements().size(), 7);
 }
 
 void TestCommands::droppedLinksAreNotRead_data()
