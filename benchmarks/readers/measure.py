@@ -95,7 +95,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--tidel", required=True, help="the program")
     parser.add_argument("--big", type=int, default=100000, help="messages of the big archive (%(default)s)")
-    parser.add_argument("--rounds", type=int, default=3, help="how often each step is measured (%(default)s)")
+    parser.add_argument("--rounds", type=int, default=2, help="how often each step is measured (%(default)s)")
     parser.add_argument("--only", nargs="*", help="names of the programs; all installed ones by default")
     parser.add_argument("--output", type=pathlib.Path, help="a file for the figures, as JSON")
     options = parser.parse_args()
