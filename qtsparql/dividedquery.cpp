@@ -82,7 +82,8 @@ std::optional<DividedQuery> DividedQuery::of(const QString &query)
     DividedQuery divided;
     divided.m_candidates = query.left(tokens[filter].start) + QLatin1Char('}');
     divided.m_variable = variable;
-    divided.m_pattern = query.mid(tokens[open].end(), tokens[close].end() - tokens[open].end());
+    const int pattern = tokens[open].end();
+    divided.m_pattern = query.mid(pattern, tokens[close].end() - pattern);
     return divided;
 }
 

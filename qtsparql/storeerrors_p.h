@@ -4,7 +4,7 @@
 
 #include "qsparqlerror.h"
 
-typedef struct _GError GError;
+#include <glib.h>
 
 /// Converts \a error and frees it. \a what says which step failed.
 QSparqlError fromGError(const QString &what, GError *error);

@@ -48,7 +48,7 @@ QVector<DetailValue> sorted(QVector<DetailValue> values)
 }
 
 /// What an item note is stored with. It counts only as long as nobody else changes the channel.
-QString conditionsOf(int parts, const QString &time)
+QString stampOf(int parts, const QString &time)
 {
     return QString::number(parts) + QLatin1Char(' ') + time.left(19) + QLatin1Char(' ');
 }
@@ -83,7 +83,7 @@ Result<ItemNote> Feeds::itemNote(const QString &channelUri) const
                 return ItemNote();
             const int parts = answer->value(0).toInt();
             const QString note = answer->value(1).toString();
-            const QString conditions = conditionsOf(parts, answer->value(2).toString());
+            const QString conditions = stampOf(parts, answer->value(2).toString());
             return ItemNote{note.startsWith(conditions) ? note.mid(conditions.size()) : QString(), parts};
         });
 }
@@ -114,7 +114,7 @@ Result<void> Feeds::noteReading(const QString &channelUri, const QString &entity
                                 const FeedMemory &memory, const ItemNote &items)
 {
     const QString time = Statements::localTimeText();
-    const QString note = items.text.isEmpty() ? QString() : conditionsOf(items.parts, time) + items.text;
+    const QString note = items.text.isEmpty() ? QString() : stampOf(items.parts, time) + items.text;
     QString text = Statements::noteReading(channelUri, entityTag, lastModified, time)
         + Statements::replaceItemNote(channelUri, note);
     if (sorted(detailValues(details)) != sorted(detailValues(memory.details)))
