@@ -11,17 +11,6 @@ namespace {
 
 const QLatin1String rdfType("rdf:type");
 
-bool isSign(const SparqlToken &token, QChar sign)
-{
-    return token.kind == SparqlToken::Other && token.text == sign;
-}
-
-bool isWord(const SparqlToken &token, const char *word)
-{
-    return token.kind == SparqlToken::Other
-        && token.text.compare(QLatin1String(word), Qt::CaseInsensitive) == 0;
-}
-
 bool isWord(const SparqlToken &token)
 {
     return token.kind == SparqlToken::Other && (token.text[0].isLetterOrNumber() || token.text[0] == u'_');

@@ -8,17 +8,6 @@
 
 namespace {
 
-bool isSign(const SparqlToken &token, QChar sign)
-{
-    return token.kind == SparqlToken::Other && token.text == sign;
-}
-
-bool isWord(const SparqlToken &token, const char *word)
-{
-    return token.kind == SparqlToken::Other
-        && token.text.compare(QLatin1String(word), Qt::CaseInsensitive) == 0;
-}
-
 /// Follows the tokens of a query and says what the next one can be.
 class TriplePosition
 {

@@ -30,6 +30,19 @@ struct SparqlToken
     int end() const { return start + int(text.size()); }
 };
 
+/// Returns true if \a token is the word \a word in any case; otherwise returns false.
+inline bool isWord(const SparqlToken &token, const char *word)
+{
+    return token.kind == SparqlToken::Other
+        && token.text.compare(QLatin1String(word), Qt::CaseInsensitive) == 0;
+}
+
+/// Returns true if \a token is the single character \a sign; otherwise returns false.
+inline bool isSign(const SparqlToken &token, QChar sign)
+{
+    return token.kind == SparqlToken::Other && token.text == sign;
+}
+
 /**
  * Divides a statement into tokens. It distinguishes literals, IRIs, variables and comments from the rest.
  *

@@ -8,17 +8,6 @@
 #include <initializer_list>
 #include <vector>
 
-inline bool isWord(const SparqlToken &token, const char *word)
-{
-    return token.kind == SparqlToken::Other
-        && token.text.compare(QLatin1String(word), Qt::CaseInsensitive) == 0;
-}
-
-inline bool isSign(const SparqlToken &token, QChar sign)
-{
-    return token.kind == SparqlToken::Other && token.text == sign;
-}
-
 /// The meaningful tokens of a query, which must exist as long as the object.
 class Tokens
 {

@@ -85,11 +85,6 @@ bool mayDiffer(const QString &statement)
     return mayHaveEmptyIri(statement) || statement.contains(QLatin1String("?_")) || !hasOnlyUtc(statement);
 }
 
-bool isWord(const SparqlToken &token, QLatin1String word)
-{
-    return token.text.compare(word, Qt::CaseInsensitive) == 0;
-}
-
 /// Follows the tokens of an update and finds the subjects in its templates.
 class TemplateReader
 {
@@ -108,8 +103,8 @@ public:
             m_isTemplate = m_isTemplate && m_depth != 0;
         } else if (m_depth == 0) {
             // The braces of DELETE WHERE are a pattern. It would match more without some of its triples.
-            m_isTemplate = isWord(token, QLatin1String("INSERT")) || isWord(token, QLatin1String("DELETE"))
-                || (m_isTemplate && !isWord(token, QLatin1String("WHERE")));
+            m_isTemplate = isWord(token, "INSERT") || isWord(token, "DELETE")
+                || (m_isTemplate && !isWord(token, "WHERE"));
         }
     }
 

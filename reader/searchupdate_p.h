@@ -17,8 +17,7 @@ public:
     /// Adds at most \a count messages that were stored after the last one of the index. The time that it
     /// takes does not depend on the size of the store.
     Result<void> addNew(int count);
-    /// Makes the index say what the store says, whoever has changed it. If the files of the store have not
-    /// changed, it does nothing.
+    /// Brings the index up to date with the store. Does nothing if the files of the store have not changed.
     Result<void> catchUp();
 
     /// The messages \a ids.

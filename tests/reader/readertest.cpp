@@ -3,15 +3,11 @@
 
 using namespace Tidel;
 
-namespace {
-
 QStringList sorted(QStringList list)
 {
     list.sort();
     return list;
 }
-
-} // namespace
 
 QString channelUri(const QString &name) { return "urn:channel:" + name; }
 

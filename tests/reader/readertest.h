@@ -12,6 +12,9 @@
 
 #include <optional>
 
+/// Returns \a list in alphabetical order.
+QStringList sorted(QStringList list);
+
 /// \name Names of test data
 /// The URI of the message "a" is `urn:message:a`, and its link is `https://example.org/a`.
 /// @{

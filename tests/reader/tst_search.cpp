@@ -17,16 +17,6 @@
 
 using namespace Tidel;
 
-namespace {
-
-QStringList sorted(QStringList list)
-{
-    list.sort();
-    return list;
-}
-
-} // namespace
-
 class TestSearch : public ReaderTestCase
 {
     Q_OBJECT

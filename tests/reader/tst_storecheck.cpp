@@ -10,16 +10,6 @@
 
 using namespace Tidel;
 
-namespace {
-
-QStringList sorted(QStringList list)
-{
-    list.sort();
-    return list;
-}
-
-} // namespace
-
 /// What a check finds in a store, and what a repair makes of it.
 class TestStoreCheck : public ReaderTestCase
 {
