@@ -29,8 +29,6 @@ QString advice(const Error &error)
         .arg(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
 }
 
-} // namespace
-
 void backup(const Store &store, const Arguments &arguments, Output &output)
 {
     const QString fileName = arguments.names.first();
@@ -53,5 +51,28 @@ void restore(const Store &store, const Arguments &arguments, Output &output)
     else
         output.failure(size.error(), advice(size.error()));
 }
+
+} // namespace
+
+const Command backupCommand = {
+    "backup",
+    "FILE",
+    "Copy the whole archive, without downloaded files, into one file.",
+    "The name of the copy, such as archive.ttl.gz: compressed Turtle. A file of this name is replaced.",
+    1,
+    1,
+    {},
+    {"tidel backup archive.ttl.gz"},
+    backup};
+
+const Command restoreCommand = {"restore",
+                                "FILE",
+                                "Fill an empty archive from a backup.",
+                                "A file that \"tidel backup\" has written.",
+                                1,
+                                1,
+                                {},
+                                {"tidel restore archive.ttl.gz"},
+                                restore};
 
 } // namespace Tidel

@@ -177,8 +177,6 @@ bool checkDatabase(const Arguments &arguments, Output &output)
     return false;
 }
 
-} // namespace
-
 QString misuseOfCheck(const Arguments &arguments)
 {
     return arguments.isSet("yes") && !arguments.isSet("repair") ? QStringLiteral("--yes belongs to --repair")
@@ -192,5 +190,21 @@ void check(const Arguments &arguments, Output &output)
     else if (checkDatabase(arguments, output))
         checkContents(arguments, output);
 }
+
+} // namespace
+
+const Command checkCommand = {
+    "check",
+    "[--repair [--yes]]",
+    "Check that the store is sound: its database, its contents and the downloaded files.",
+    "",
+    0,
+    0,
+    {{"repair", nullptr,
+      "Mends what can be mended without a loss, and saves what can be read of a damaged database."},
+     {"yes", nullptr, "Repairs without asking."}},
+    {"tidel check", "tidel check --repair"},
+    check,
+    misuseOfCheck};
 
 } // namespace Tidel

@@ -9,6 +9,8 @@
 
 namespace Tidel {
 
+namespace {
+
 void clean(const Store &store, const Arguments &, Output &output)
 {
     RemovalReport report(output);
@@ -22,5 +24,17 @@ void clean(const Store &store, const Arguments &, Output &output)
     if (!removed)
         output.failure(removed.error());
 }
+
+} // namespace
+
+const Command cleanCommand = {"clean",
+                              "",
+                              "Delete messages without a channel and enclosures without a message.",
+                              "",
+                              0,
+                              0,
+                              {},
+                              {"tidel clean"},
+                              clean};
 
 } // namespace Tidel

@@ -85,8 +85,6 @@ void showFileProgress(DownloadQueue &queue, Output &output)
     });
 }
 
-} // namespace
-
 void download(const Store &store, const Arguments &arguments, Output &output)
 {
     QStringList uris;
@@ -112,5 +110,20 @@ QString misuseOfDownload(const Arguments &arguments)
         ? QStringLiteral("--into needs a folder")
         : QString();
 }
+
+} // namespace
+
+const Command downloadCommand = {
+    "download",
+    "MESSAGE|ENCLOSURE...",
+    "Download the files of messages.",
+    "The links or URIs of messages, or the addresses or URIs of enclosures.",
+    1,
+    anyNumber,
+    {{"into", "DIRECTORY", "The folder for the files; by default \"tidel\" in your download folder."}},
+    {"tidel download https://radio.example.org/episodes/7",
+     "tidel download https://radio.example.org/episodes/7 --into ~/Music"},
+    download,
+    misuseOfDownload};
 
 } // namespace Tidel

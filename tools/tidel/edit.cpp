@@ -10,6 +10,8 @@
 
 namespace Tidel {
 
+namespace {
+
 QString misuseOfEdit(const Arguments &arguments)
 {
     if (arguments.options.isEmpty())
@@ -44,5 +46,19 @@ void edit(const Store &store, const Arguments &arguments, Output &output)
     else
         output.failure(channel->title(), edited.error());
 }
+
+} // namespace
+
+const Command editCommand = {
+    "edit",
+    "CHANNEL [--title TITLE] [--link FILE|URL]",
+    "Change the title or link of a channel.",
+    aChannel,
+    1,
+    1,
+    {{"title", "TITLE", "The new title."}, {"link", "FILE|URL", "The new address of the feed."}},
+    {"tidel edit \"Garden Notes\" --title Garden", "tidel edit Garden --link https://example.org/feed.xml"},
+    edit,
+    misuseOfEdit};
 
 } // namespace Tidel

@@ -18,19 +18,23 @@ namespace Tidel {
 
 namespace {
 
-/// A line of JSON for each of \a subscriptions. What a feed does not have is left out.
+/// What a feed does not have is left out.
+QJsonObject json(const Subscription &subscription)
+{
+    QJsonObject json{{QStringLiteral("link"), subscription.link.toString()},
+                     {QStringLiteral("title"), subscription.title}};
+    if (!subscription.folder.isEmpty())
+        json.insert(QStringLiteral("folder"), Folders::path(subscription.folder));
+    if (!subscription.website.isNull())
+        json.insert(QStringLiteral("website"), subscription.website.toString());
+    return json;
+}
+
 QByteArray jsonLines(const QList<Subscription> &subscriptions)
 {
     QByteArray lines;
-    for (const Subscription &subscription : subscriptions) {
-        QJsonObject json{{QStringLiteral("link"), subscription.link.toString()},
-                         {QStringLiteral("title"), subscription.title}};
-        if (!subscription.folder.isEmpty())
-            json.insert(QStringLiteral("folder"), Folders::path(subscription.folder));
-        if (!subscription.website.isNull())
-            json.insert(QStringLiteral("website"), subscription.website.toString());
-        lines += QJsonDocument(json).toJson(QJsonDocument::Compact) + '\n';
-    }
+    for (const Subscription &subscription : subscriptions)
+        lines += QJsonDocument(json(subscription)).toJson(QJsonDocument::Compact) + '\n';
     return lines;
 }
 
@@ -48,8 +52,6 @@ QString writeFile(const QString &fileName, const QByteArray &document)
     return isWritten ? QString() : file.errorString();
 }
 
-} // namespace
-
 QString misuseOfExport(const Arguments &arguments)
 {
     return arguments.isSet("opml") && arguments.isSet("json")
@@ -66,7 +68,10 @@ void exportChannels(const Store &store, const Arguments &arguments, Output &outp
     }
     const QByteArray document =
         arguments.isSet("json") ? jsonLines(*subscriptions) : Opml::write(*subscriptions);
-    if (arguments.names.isEmpty()) {
+    if (arguments.names.isEmpty() && arguments.isSet("json")) {
+        for (const Subscription &subscription : *subscriptions)
+            output.object(json(subscription));
+    } else if (arguments.names.isEmpty()) {
         output.document(document);
     } else {
         const QString fileName = arguments.names.first();
@@ -75,7 +80,8 @@ void exportChannels(const Store &store, const Arguments &arguments, Output &outp
             output.error(QStringLiteral("could not export to %1: %2").arg(fileName, problem));
             return;
         }
-        output.line(QStringLiteral("%1: %2").arg(fileName, countedChannels(int(subscriptions->size()))));
+        output.report(QStringLiteral("%1: %2").arg(fileName, countedChannels(int(subscriptions->size()))),
+                      {});
     }
     const auto passwords =
         std::count_if(subscriptions->begin(), subscriptions->end(), [](const Subscription &subscription) {
@@ -85,5 +91,19 @@ void exportChannels(const Store &store, const Arguments &arguments, Output &outp
         output.note(QStringLiteral("tidel: the addresses of %1 contain passwords; keep the list to yourself")
                         .arg(countedChannels(int(passwords))));
 }
+
+} // namespace
+
+const Command exportCommand = {
+    "export",
+    "[FILE] [--opml | --json]",
+    "Write a list of the channels with their titles and folders, for other feed readers.",
+    "The file to write, which only you can read; by default the standard output.",
+    0,
+    1,
+    {{"opml", nullptr, "Writes OPML 2.0; this is the default."}},
+    {"tidel export subscriptions.opml", "tidel export --json"},
+    exportChannels,
+    misuseOfExport};
 
 } // namespace Tidel

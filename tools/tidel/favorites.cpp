@@ -25,8 +25,6 @@ void setFavorite(const Store &store, const QString &name, bool isFavorite, Outpu
         output.failure(name, changed.error());
 }
 
-} // namespace
-
 void favorite(const Store &store, const Arguments &arguments, Output &output)
 {
     setFavorite(store, arguments.names.first(), true, output);
@@ -36,5 +34,21 @@ void unfavorite(const Store &store, const Arguments &arguments, Output &output)
 {
     setFavorite(store, arguments.names.first(), false, output);
 }
+
+} // namespace
+
+const Command favoriteCommand = {
+    "favorite", "MESSAGE", "Mark a message as a favorite, which is never pruned.",   aMessage, 1,
+    1,          {},        {"tidel favorite https://garden.example.com/beans.html"}, favorite};
+
+const Command unfavoriteCommand = {"unfavorite",
+                                   "MESSAGE",
+                                   "Remove the favorite mark from a message.",
+                                   aMessage,
+                                   1,
+                                   1,
+                                   {},
+                                   {"tidel unfavorite https://garden.example.com/beans.html"},
+                                   unfavorite};
 
 } // namespace Tidel

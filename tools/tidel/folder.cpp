@@ -9,6 +9,8 @@
 
 namespace Tidel {
 
+namespace {
+
 QString misuseOfFolder(const Arguments &arguments)
 {
     const auto depth = arguments.names.last().count(QLatin1Char('/'));
@@ -32,5 +34,20 @@ void moveToFolder(const Store &store, const Arguments &arguments, Output &output
     else
         output.line(QStringLiteral("In %1: %2").arg(folder, title));
 }
+
+} // namespace
+
+const Command folderCommand = {
+    "folder",
+    "CHANNEL FOLDER",
+    "Put a channel into a folder, such as News/World.",
+    "A channel, and the names of folders within each other with / between them; \"\" for no folder.",
+    2,
+    2,
+    {},
+    {"tidel folder \"Town News\" News/Local", "tidel folder \"Town News\" \"\""},
+    moveToFolder,
+    misuseOfFolder,
+    true};
 
 } // namespace Tidel

@@ -98,8 +98,6 @@ void FirstRefresh::report(const FeedChannel &channel, const DownloadResult &resu
                        .arg(channel.title(), channel.link(), result.reason()));
 }
 
-} // namespace
-
 void importChannels(const Store &store, const Arguments &arguments, Output &output)
 {
     const QString fileName = arguments.names.first();
@@ -134,5 +132,18 @@ void importChannels(const Store &store, const Arguments &arguments, Output &outp
         refresh.failures() > 0 ? QStringLiteral(", %1 without messages").arg(refresh.failures()) : QString();
     output.line(total + QStringLiteral(", %1 new%2").arg(added->size()).arg(failures));
 }
+
+} // namespace
+
+const Command importCommand = {
+    "import",
+    "FILE [--dry-run]",
+    "Subscribe to the feeds in an OPML file, with their titles and folders.",
+    "An OPML file that another feed reader has exported. Channels that exist already stay as they are.",
+    1,
+    1,
+    {{"dry-run", nullptr, "Shows what would be subscribed, and changes nothing."}},
+    {"tidel import subscriptions.opml", "tidel import subscriptions.opml --dry-run"},
+    importChannels};
 
 } // namespace Tidel

@@ -25,8 +25,6 @@ QString shownType(const QString &mimeType)
     return mimeType.isEmpty() ? QStringLiteral("(no type)") : mimeType;
 }
 
-} // namespace
-
 void listChannels(const Store &store, const Arguments &, Output &output)
 {
     const QList<FeedChannel> channels = chooseChannels(store, {}, output);
@@ -93,5 +91,38 @@ void listEnclosures(const Store &store, const Arguments &arguments, Output &outp
         table.addRow({shownSize(enclosure.length()), shownType(enclosure.mimeType()), enclosure.remoteUrl()});
     output.table(table);
 }
+
+} // namespace
+
+const Command channelsCommand = {
+    "channels",
+    "",
+    "List the channels: title, folder if there are any, number of messages, link, URI.",
+    "",
+    0,
+    0,
+    {},
+    {"tidel channels"},
+    listChannels};
+
+const Command messagesCommand = {"messages",
+                                 "CHANNEL",
+                                 "List the messages of a channel, newest first; * marks favorites.",
+                                 aChannel,
+                                 1,
+                                 1,
+                                 {},
+                                 {"tidel messages \"Garden Notes\""},
+                                 listMessages};
+
+const Command enclosuresCommand = {"enclosures",
+                                   "MESSAGE",
+                                   "List the files of a message: size, type, address.",
+                                   aMessage,
+                                   1,
+                                   1,
+                                   {},
+                                   {"tidel enclosures https://radio.example.org/episodes/7"},
+                                   listEnclosures};
 
 } // namespace Tidel

@@ -9,6 +9,8 @@
 #include <TidelReader/error.h>
 #include <TidelReader/usertext.h>
 
+#include <QJsonDocument>
+
 #include <limits>
 
 #include <sys/ioctl.h>
@@ -48,8 +50,32 @@ Output::Output(FILE *results, FILE *errors)
 {
 }
 
+void Output::setStyle(Style style, bool isQuiet)
+{
+    m_style = style;
+    m_isQuiet = isQuiet;
+}
+
+void Output::object(const QJsonObject &object)
+{
+    if (m_style != Json)
+        return;
+    eraseProgress();
+    const QByteArray json = QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+    fwrite(json.constData(), 1, size_t(json.size()), m_results);
+}
+
+void Output::report(const QString &text, const QJsonObject &object)
+{
+    this->object(object);
+    if (!m_isQuiet)
+        line(text);
+}
+
 void Output::line(const QString &text)
 {
+    if (m_style == Json)
+        return;
     eraseProgress();
     writeLine(m_results, text);
 }
@@ -82,6 +108,8 @@ void Output::table(const Table &table)
 
 void Output::page(const QStringList &lines)
 {
+    if (m_style == Json)
+        return;
     eraseProgress();
     const int rows = sizeOf(m_results).ws_row;
     if (rows > 0 && lines.size() >= rows && isatty(fileno(m_results)) == 1) {
@@ -112,6 +140,12 @@ int Output::width() const
 
 void Output::note(const QString &text)
 {
+    if (!m_isQuiet)
+        notify(text);
+}
+
+void Output::notify(const QString &text)
+{
     eraseProgress();
     fflush(m_results);
     writeLine(m_errors, shownReason(text));
@@ -125,7 +159,7 @@ void Output::warnings(const QString &subject, const QStringList &warnings)
 
 void Output::progress(const QString &text)
 {
-    if (!m_showsProgress)
+    if (!m_showsProgress || m_isQuiet)
         return;
     eraseProgress();
     fflush(m_results);
@@ -143,10 +177,15 @@ void Output::eraseProgress()
     m_hasProgress = false;
 }
 
-void Output::error(const QString &text)
+void Output::error(const QString &text, QJsonObject object)
 {
     m_hasFailed = true;
-    note(QLatin1String("tidel: ") + text);
+    if (m_style == Json) {
+        object.insert(QStringLiteral("error"), shownReason(text));
+        this->object(object);
+    } else {
+        notify(QLatin1String("tidel: ") + text);
+    }
 }
 
 void Output::failure(const Error &error, const QString &advice)

@@ -3,6 +3,7 @@
 #define TIDEL_OUTPUT_H
 
 #include <QByteArray>
+#include <QJsonObject>
 #include <QPair>
 #include <QString>
 #include <QStringList>
@@ -21,10 +22,25 @@ class Table;
 class Output
 {
 public:
-    /// Creates an output that writes to \a results and \a errors.
-    Output(FILE *results, FILE *errors);
+    /// How results and errors are written.
+    enum Style {
+        Text, ///< For a person: line(), table() and page() write, and errors go to their own stream.
+        Json ///< For a program: object() writes, and errors are objects among the results.
+    };
 
-    /// Writes one line of results.
+    /// Creates an output in the style Text that writes to \a results and \a errors.
+    Output(FILE *results, FILE *errors);
+    /// Uses \a style from now on. If \a isQuiet is true, notes, progress and the texts of reports are left
+    /// out.
+    void setStyle(Style style, bool isQuiet);
+    /// The style.
+    Style style() const { return m_style; }
+
+    /// Writes \a object as one line of JSON, in the style Json only.
+    void object(const QJsonObject &object);
+    /// Reports what the command did: \a text or \a object, by the style.
+    void report(const QString &text, const QJsonObject &object);
+    /// Writes one line of results, in the style Text only.
     void line(const QString &text);
     /// Writes one line of results, and the parts \a marks of it bold on a terminal: position and length of
     /// each.
@@ -41,8 +57,9 @@ public:
     void note(const QString &text);
     /// Writes \a warnings about \a subject, such as the title of a channel, a line for each.
     void warnings(const QString &subject, const QStringList &warnings);
-    /// Writes one line of an error. The command then has failed.
-    void error(const QString &text);
+    /// Writes one line of an error. The command then has failed. \a object describes what it concerns for
+    /// other programs.
+    void error(const QString &text, QJsonObject object = {});
     /// Writes the text of \a error and \a advice as an error.
     void failure(const Error &error, const QString &advice = QString());
     /// Writes the text of an error that concerns \a subject, such as the title of a channel.
@@ -60,6 +77,8 @@ public:
     bool finish();
 
 private:
+    /// Writes \a text for the user.
+    void notify(const QString &text);
     /// Removes the progress from the terminal.
     void eraseProgress();
 
@@ -67,6 +86,8 @@ private:
     FILE *const m_errors;
     const bool m_showsProgress;
     const bool m_showsMarks;
+    Style m_style = Text;
+    bool m_isQuiet = false;
     bool m_hasProgress = false;
     bool m_hasFailed = false;
     int m_signal = 0;

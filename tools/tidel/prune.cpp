@@ -38,8 +38,6 @@ void drop(Retention &retention, const FeedChannel &channel, const QStringList &u
         output.failure(channel.title(), dropped.error(), QStringLiteral("; prune again"));
 }
 
-} // namespace
-
 QString misuseOfPrune(const Arguments &arguments)
 {
     bool isNumber = false;
@@ -64,5 +62,19 @@ void prune(const Store &store, const Arguments &arguments, Output &output)
             drop(retention, channel, *uris, output);
     }
 }
+
+} // namespace
+
+const Command pruneCommand = {"prune",
+                              "[CHANNEL...] --keep N [--dry-run]",
+                              "Delete the oldest messages of each channel, except favorites.",
+                              someChannels,
+                              0,
+                              anyNumber,
+                              {{"keep", "N", "The number of messages to keep in addition to favorites."},
+                               {"dry-run", nullptr, "Shows what would be deleted, and deletes nothing."}},
+                              {"tidel prune --keep 100", "tidel prune \"Town News\" --keep 20 --dry-run"},
+                              prune,
+                              misuseOfPrune};
 
 } // namespace Tidel

@@ -101,8 +101,6 @@ void RefreshReport::summarize() const
                 .arg(countedChannels(m_channels), countedNewMessages(m_newMessages), changes, failures));
 }
 
-} // namespace
-
 void refresh(const Store &store, const Arguments &arguments, Output &output)
 {
     const QList<FeedChannel> chosen = chooseChannels(store, arguments.names, output);
@@ -120,5 +118,17 @@ void refresh(const Store &store, const Arguments &arguments, Output &output)
     report.summarize();
     addToIndex(store, report.newMessages());
 }
+
+} // namespace
+
+const Command refreshCommand = {"refresh",
+                                "[CHANNEL...]",
+                                "Download the feeds and store new messages.",
+                                someChannels,
+                                0,
+                                anyNumber,
+                                {},
+                                {"tidel refresh", "tidel refresh \"Garden Notes\""},
+                                refresh};
 
 } // namespace Tidel

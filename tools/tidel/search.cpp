@@ -7,7 +7,6 @@
 #include "timeargument.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <TidelReader/search.h>
@@ -25,7 +24,7 @@ MarkedText operator+(const QString &before, MarkedText text)
     return text;
 }
 
-QByteArray json(const SearchHit &hit)
+QJsonObject json(const SearchHit &hit)
 {
     QJsonObject object{{QStringLiteral("uri"), hit.uri},
                        {QStringLiteral("link"), withoutPasswords(hit.message.link())},
@@ -35,7 +34,7 @@ QByteArray json(const SearchHit &hit)
     const QDateTime published = hit.message.publishedDate();
     if (published.isValid())
         object.insert(QStringLiteral("published"), published.toUTC().toString(Qt::ISODate));
-    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+    return object;
 }
 
 void show(const SearchHit &hit, Output &output)
@@ -72,8 +71,6 @@ int limitOf(const Arguments &arguments)
     return arguments.isSet("limit") ? arguments.value("limit").toInt() : SearchQuery().limit;
 }
 
-} // namespace
-
 QString misuseOfSearch(const Arguments &arguments)
 {
     for (const char *option : {"since", "until"}) {
@@ -109,15 +106,29 @@ void search(const Store &store, const Arguments &arguments, Output &output)
     }
     if (hits->isEmpty())
         output.note(QStringLiteral("%1: no message has these words").arg(query.words));
-    QByteArray lines;
     for (const SearchHit &hit : *hits) {
-        if (arguments.isSet("json"))
-            lines += json(hit);
-        else
-            show(hit, output);
+        output.object(json(hit));
+        show(hit, output);
     }
-    if (!lines.isEmpty())
-        output.document(lines);
 }
+
+} // namespace
+
+const Command searchCommand = {
+    "search",
+    "WORD... [OPTION...]",
+    "Find the messages that have all of these words in their titles or texts, the best first.",
+    "Words in any case; \"'two words'\" in double quotes for words that follow each other; word* for its beginning.",
+    1,
+    anyNumber,
+    {{"channel", "CHANNEL", "Only messages of this channel."},
+     {"since", "TIME",
+      "Only messages published since then: today, yesterday, 7d for seven days, 2026-11-03."},
+     {"until", "TIME", "Only messages published until then; the day is included."},
+     {"favorites", nullptr, "Only favorites."},
+     {"limit", "N", "The number of messages to show; by default 20."}},
+    {"tidel search runner bean*", "tidel search '\"first frost\"' --since 30d"},
+    search,
+    misuseOfSearch};
 
 } // namespace Tidel

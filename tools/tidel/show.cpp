@@ -5,9 +5,6 @@
 #include "output.h"
 #include "phrases.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-
 #include <TidelReader/messages.h>
 
 namespace Tidel {
@@ -28,14 +25,6 @@ QList<WholeMessage> readMessages(const Store &store, const QStringList &names, O
     return messages;
 }
 
-QByteArray json(const QList<WholeMessage> &messages)
-{
-    QJsonArray array;
-    for (const WholeMessage &message : messages)
-        array.append(messageJson(message));
-    return QJsonDocument(array).toJson();
-}
-
 QStringList shownLines(const QList<WholeMessage> &messages, bool isHtml, int width)
 {
     QStringList lines;
@@ -46,8 +35,6 @@ QStringList shownLines(const QList<WholeMessage> &messages, bool isHtml, int wid
     }
     return lines;
 }
-
-} // namespace
 
 QString misuseOfShow(const Arguments &arguments)
 {
@@ -61,10 +48,26 @@ void showMessages(const Store &store, const Arguments &arguments, Output &output
 {
     const QList<WholeMessage> messages = readMessages(store, arguments.names, output);
     const int width = arguments.isSet("width") ? arguments.value("width").toInt() : output.width();
-    if (arguments.isSet("json"))
-        output.document(json(messages));
-    else
+    for (const WholeMessage &message : messages)
+        output.object(messageJson(message));
+    if (output.style() == Output::Text)
         output.page(shownLines(messages, arguments.isSet("html"), width));
 }
+
+} // namespace
+
+const Command showCommand = {
+    "show",
+    "MESSAGE... [--html] [--width N]",
+    "Show what messages say, as text that fits the terminal.",
+    "The links or URIs of messages.",
+    1,
+    anyNumber,
+    {{"html", nullptr, "Shows the text as the feed has it."},
+     {"width", "N", "The number of columns; by default those of the terminal, or 80."}},
+    {"tidel show https://garden.example.com/beans.html",
+     "tidel show https://garden.example.com/beans.html --width 60"},
+    showMessages,
+    misuseOfShow};
 
 } // namespace Tidel

@@ -97,8 +97,6 @@ void subscribeTo(const Store &store, FeedPluginInterface &plugin, const QStringL
     addToIndex(store, newMessages);
 }
 
-} // namespace
-
 QString misuseOfSubscribe(const Arguments &arguments)
 {
     if (!arguments.isSet("feed"))
@@ -128,5 +126,20 @@ void subscribe(const Store &store, const Arguments &arguments, Output &output)
     if (!chosen.isEmpty())
         subscribeTo(store, *plugin, chosen, output);
 }
+
+} // namespace
+
+const Command subscribeCommand = {
+    "subscribe",
+    "FILE|URL... [--feed N | --all]",
+    "Subscribe to RSS, Atom, RDF or JSON feeds, or to those of web pages.",
+    "The http, https or file URLs of feeds or web pages, or paths of files.",
+    1,
+    anyNumber,
+    {{"feed", "N", "The feed of this number, if a web page has several."},
+     {"all", nullptr, "All feeds, if a web page has several."}},
+    {"tidel subscribe https://example.org/feed.xml", "tidel subscribe https://example.org/ --all"},
+    subscribe,
+    misuseOfSubscribe};
 
 } // namespace Tidel

@@ -9,6 +9,8 @@
 
 namespace Tidel {
 
+namespace {
+
 void unsubscribe(const Store &store, const Arguments &arguments, Output &output)
 {
     const auto channel = chooseChannel(store, arguments.names.first(), output);
@@ -23,5 +25,17 @@ void unsubscribe(const Store &store, const Arguments &arguments, Output &output)
             channel->title(), removed.error(),
             QStringLiteral("; unsubscribe again; a refresh brings back what the feed still shows"));
 }
+
+} // namespace
+
+const Command unsubscribeCommand = {"unsubscribe",
+                                    "CHANNEL",
+                                    "Delete a channel with its messages and their downloaded files.",
+                                    aChannel,
+                                    1,
+                                    1,
+                                    {},
+                                    {"tidel unsubscribe \"Garden Notes\""},
+                                    unsubscribe};
 
 } // namespace Tidel

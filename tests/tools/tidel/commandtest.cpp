@@ -8,14 +8,15 @@
 
 using namespace Tidel;
 
-CommandResult runCommand(Command command, const QStringList &names, const Options &options)
+CommandResult runCommand(const Command &command, const QStringList &names, const Options &options)
 {
     const Result<Store> store = Store::open();
     if (!store)
         return {QString(), store.error().text(), false};
     Capture capture;
     Output output = capture.output();
-    command(*store, {names, options}, output);
+    output.setStyle(options.contains("json") ? Output::Json : Output::Text, options.contains("quiet"));
+    std::get<Command::OnStore>(command.run)(*store, {names, options}, output);
     const bool isFine = output.finish();
     return {capture.out(), capture.err(), isFine};
 }
@@ -99,7 +100,7 @@ QStringList CommandTestCase::costlyQueries()
     return costly;
 }
 
-void CommandTestCase::failEverywhere(Command command, const QStringList &names, const Options &options,
+void CommandTestCase::failEverywhere(const Command &command, const QStringList &names, const Options &options,
                                      const std::function<void()> &fill, const std::function<void()> &check)
 {
     int count = 1;

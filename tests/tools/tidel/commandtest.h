@@ -2,7 +2,7 @@
 #ifndef COMMANDTEST_H
 #define COMMANDTEST_H
 
-#include <arguments.h>
+#include <command.h>
 #include <feedenclosure.h>
 #include <feedmessage.h>
 
@@ -10,13 +10,7 @@
 
 #include <QTemporaryDir>
 
-namespace Tidel {
-class Output;
-class Store;
-} // namespace Tidel
-
-using Command = void (*)(const Tidel::Store &, const Tidel::Arguments &, Tidel::Output &);
-Q_DECLARE_METATYPE(Command)
+Q_DECLARE_METATYPE(const Tidel::Command *)
 using Options = QHash<QString, QString>;
 
 /// The result of a command.
@@ -28,7 +22,8 @@ struct CommandResult
 };
 
 /// Runs \a command on the store of the environment.
-CommandResult runCommand(Command command, const QStringList &names, const Options &options = {});
+CommandResult runCommand(const Tidel::Command &command, const QStringList &names,
+                         const Options &options = {});
 
 /// Returns a message with the title \a name. Its link and those of its enclosures are linkOf() their names.
 FeedMessage message(const QString &name, const QDateTime &published = {}, const QStringList &enclosures = {});
@@ -66,7 +61,7 @@ protected:
      * does not answer. Each time \a fill fills a new store, the command must report the failure, and \a check
      * is called.
      */
-    void failEverywhere(Command command, const QStringList &names, const Options &options,
+    void failEverywhere(const Tidel::Command &command, const QStringList &names, const Options &options,
                         const std::function<void()> &fill, const std::function<void()> &check);
 
 protected Q_SLOTS:

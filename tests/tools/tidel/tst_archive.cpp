@@ -80,7 +80,7 @@ private:
 
     void readFeed(const Feed &feed);
     bool storeMessages(const Store &store, const QList<FeedMessage> &messages, const QString &uri) const;
-    CommandResult runLogged(const QString &name, Command command, const QStringList &arguments,
+    CommandResult runLogged(const QString &name, const Command &command, const QStringList &arguments,
                             const Options &options = {});
     QStringList facts() const;
     QString report() const;
@@ -170,9 +170,9 @@ void TestArchive::setFavorite(bool isFavorite)
     const QString name = anyOf(m_model.messages());
     if (name.isEmpty())
         return;
-    QVERIFY(
-        runLogged(isFavorite ? "favorite" : "unfavorite", isFavorite ? favorite : unfavorite, {linkOf(name)})
-            .isFine);
+    QVERIFY(runLogged(isFavorite ? "favorite" : "unfavorite",
+                      isFavorite ? favoriteCommand : unfavoriteCommand, {linkOf(name)})
+                .isFine);
     m_model.setFavorite(name, isFavorite);
 }
 
@@ -187,13 +187,13 @@ void TestArchive::prune()
     dry.insert("dry-run", QString());
     QSet<QString> messages;
     const QStringList lines =
-        runLogged("prune --dry-run", Tidel::prune, {channel}, dry).out.split('\n', Qt::SkipEmptyParts);
+        runLogged("prune --dry-run", Tidel::pruneCommand, {channel}, dry).out.split('\n', Qt::SkipEmptyParts);
     for (const QString &line : lines.mid(1))
         messages.insert(line.section(' ', -1));
     QVERIFY2(m_model.areOldest(messages, channel, keep), qPrintable(lines.join('\n')));
 
     const CommandResult result =
-        runLogged(QString("prune --keep %1").arg(keep), Tidel::prune, {channel}, real);
+        runLogged(QString("prune --keep %1").arg(keep), Tidel::pruneCommand, {channel}, real);
     QVERIFY2(result.isFine, qPrintable(result.err));
     m_model.prune(channel, messages);
 }
@@ -203,14 +203,14 @@ void TestArchive::unsubscribe()
     const QString channel = anyOf(m_model.channels());
     if (channel.isEmpty())
         return;
-    const CommandResult result = runLogged("unsubscribe", Tidel::unsubscribe, {channel});
+    const CommandResult result = runLogged("unsubscribe", Tidel::unsubscribeCommand, {channel});
     QVERIFY2(result.isFine, qPrintable(result.err));
     m_model.unsubscribe(channel);
 }
 
 void TestArchive::clean()
 {
-    const CommandResult result = runLogged("clean", Tidel::clean, {});
+    const CommandResult result = runLogged("clean", Tidel::cleanCommand, {});
     QVERIFY2(result.isFine, qPrintable(result.err));
     m_model.clean();
 }
@@ -239,8 +239,8 @@ void TestArchive::abandonEnclosure()
     m_model.abandonEnclosure(name);
 }
 
-CommandResult TestArchive::runLogged(const QString &name, Command command, const QStringList &arguments,
-                                     const Options &options)
+CommandResult TestArchive::runLogged(const QString &name, const Command &command,
+                                     const QStringList &arguments, const Options &options)
 {
     m_steps.append(QString("%1 %2").arg(name, arguments.join(' ')).trimmed());
     return runCommand(command, arguments, options);

@@ -26,7 +26,7 @@ void TestBackupCommands::backupAndRestore()
     addFavorite("b");
     const QStringList before = everythingIn(store());
     const QString file = home() + "/archive.ttl.gz";
-    const CommandResult written = runCommand(backup, {file});
+    const CommandResult written = runCommand(backupCommand, {file});
     QCOMPARE(written.err, QString());
     QVERIFY(written.isFine);
     const QRegularExpression report("^" + file
@@ -34,7 +34,7 @@ void TestBackupCommands::backupAndRestore()
     QVERIFY2(report.match(written.out).hasMatch(), qPrintable(written.out));
 
     QDir(store().dataFolder() + "/tidel/store").removeRecursively();
-    const CommandResult restored = runCommand(restore, {file});
+    const CommandResult restored = runCommand(restoreCommand, {file});
     QCOMPARE(restored.err, QString());
     QVERIFY(restored.isFine);
     QCOMPARE(restored.out, QString("Restored: 1 channel, 2 messages, 1 enclosure\n"));
@@ -45,9 +45,9 @@ void TestBackupCommands::restoreIntoAnotherArchive()
 {
     const QString file = home() + "/archive.ttl.gz";
     addChannel("News", {message("a")});
-    QVERIFY(runCommand(backup, {file}).isFine);
+    QVERIFY(runCommand(backupCommand, {file}).isFine);
     const QStringList before = everythingIn(store());
-    const CommandResult refused = runCommand(restore, {file});
+    const CommandResult refused = runCommand(restoreCommand, {file});
     QVERIFY(!refused.isFine);
     QCOMPARE(refused.out, QString());
     QCOMPARE(refused.err,
@@ -59,7 +59,7 @@ void TestBackupCommands::restoreIntoAnotherArchive()
 
 void TestBackupCommands::unreadableBackup()
 {
-    const CommandResult result = runCommand(restore, {home() + "/none"});
+    const CommandResult result = runCommand(restoreCommand, {home() + "/none"});
     QVERIFY(!result.isFine);
     QCOMPARE(result.err,
              "tidel: could not restore the backup: " + home()
@@ -68,18 +68,18 @@ void TestBackupCommands::unreadableBackup()
 
 void TestBackupCommands::failures_data()
 {
-    QTest::addColumn<Command>("command");
-    QTest::newRow("backup") << Command(backup);
-    QTest::newRow("restore") << Command(restore);
+    QTest::addColumn<const Command *>("command");
+    QTest::newRow("backup") << &backupCommand;
+    QTest::newRow("restore") << &restoreCommand;
 }
 
 void TestBackupCommands::failures()
 {
-    QFETCH(Command, command);
+    QFETCH(const Command *, command);
     const QString file = home() + "/archive.ttl.gz";
-    QVERIFY(runCommand(backup, {file}).isFine);
+    QVERIFY(runCommand(backupCommand, {file}).isFine);
     failEverywhere(
-        command, {file}, {}, [] {}, [&] { QCOMPARE(everythingIn(store()), QStringList()); });
+        *command, {file}, {}, [] {}, [&] { QCOMPARE(everythingIn(store()), QStringList()); });
 }
 
 QTEST_GUILESS_MAIN(TestBackupCommands)

@@ -32,13 +32,13 @@ void TestClean::addOrphan(const QString &name, const QStringList &enclosures) co
 
 void TestClean::nothingToClean()
 {
-    QCOMPARE(runCommand(clean, {}).out, QString("Nothing to clean\n"));
+    QCOMPARE(runCommand(cleanCommand, {}).out, QString("Nothing to clean\n"));
     const QString uri = addChannel("News", {message("a", day(1), {"a.ogg"})});
     FeedEnclosure image;
     image.setRemoteUrl(linkOf("image.png"));
     QVERIFY(tracker()->addEnclosures({image}, uri));
     const QStringList before = everythingIn(store());
-    const CommandResult result = runCommand(clean, {});
+    const CommandResult result = runCommand(cleanCommand, {});
     QCOMPARE(result.err, QString());
     QVERIFY(result.isFine);
     QCOMPARE(result.out, QString("Nothing to clean\n"));
@@ -54,29 +54,29 @@ void TestClean::orphans()
     FeedEnclosure orphan;
     orphan.setRemoteUrl(linkOf("orphan.ogg"));
     QVERIFY(tracker()->addEnclosures({orphan}, "urn:no:message"));
-    QCOMPARE(runCommand(clean, {}).out, QString("Deleted: 2 messages, 2 enclosures, 0 files\n"));
+    QCOMPARE(runCommand(cleanCommand, {}).out, QString("Deleted: 2 messages, 2 enclosures, 0 files\n"));
     QCOMPARE(store().texts("SELECT ?t { ?m nie:title ?t }"), titles);
     QStringList left = store().texts("SELECT ?l { ?e a mfo:Enclosure ; mfo:remoteLink ?l }");
     left.sort();
     QCOMPARE(left, QStringList({linkOf("a.ogg"), linkOf("same.ogg")}));
-    QCOMPARE(runCommand(clean, {}).out, QString("Nothing to clean\n"));
+    QCOMPARE(runCommand(cleanCommand, {}).out, QString("Nothing to clean\n"));
 }
 
 void TestClean::countsOfEachKind()
 {
     addOrphan("a");
-    QCOMPARE(runCommand(clean, {}).out, QString("Deleted: 1 message, 0 enclosures, 0 files\n"));
+    QCOMPARE(runCommand(cleanCommand, {}).out, QString("Deleted: 1 message, 0 enclosures, 0 files\n"));
     FeedEnclosure orphan;
     orphan.setRemoteUrl(linkOf("orphan.ogg"));
     QVERIFY(tracker()->addEnclosures({orphan}, "urn:no:message"));
-    QCOMPARE(runCommand(clean, {}).out, QString("Deleted: 0 messages, 1 enclosure, 0 files\n"));
+    QCOMPARE(runCommand(cleanCommand, {}).out, QString("Deleted: 0 messages, 1 enclosure, 0 files\n"));
     QCOMPARE(everythingIn(store()), QStringList());
 }
 
 void TestClean::messageWithoutLinkStays()
 {
     store().update("INSERT DATA { <urn:m> a mfo:FeedMessage ; nie:title 'a' }");
-    const CommandResult result = runCommand(clean, {});
+    const CommandResult result = runCommand(cleanCommand, {});
     QVERIFY(result.isFine);
     QCOMPARE(result.out, QString("Nothing to clean\n"));
     QCOMPARE(store().count("?m a mfo:FeedMessage"), 1);
@@ -89,7 +89,7 @@ void TestClean::downloadedFiles()
     QFile file(home() + "/Downloads/tidel/a.ogg");
     QVERIFY(file.open(QIODevice::WriteOnly));
     setLocalUrl("a.ogg", QUrl::fromLocalFile(file.fileName()).toString());
-    QCOMPARE(runCommand(clean, {}).out, QString("Deleted: 1 message, 1 enclosure, 1 file\n"));
+    QCOMPARE(runCommand(cleanCommand, {}).out, QString("Deleted: 1 message, 1 enclosure, 1 file\n"));
     QVERIFY(!file.exists());
 }
 
@@ -102,11 +102,11 @@ void TestClean::failures()
     };
     const auto check = [&] {
         QCOMPARE(titles(news), QStringList("kept"));
-        QVERIFY(runCommand(clean, {}).isFine);
+        QVERIFY(runCommand(cleanCommand, {}).isFine);
         QCOMPARE(store().count("?m a mfo:FeedMessage"), 1);
         QCOMPARE(store().count("?e a mfo:Enclosure"), 1);
     };
-    failEverywhere(clean, {}, {}, fill, check);
+    failEverywhere(cleanCommand, {}, {}, fill, check);
 }
 
 QTEST_GUILESS_MAIN(TestClean)

@@ -108,7 +108,7 @@ QString TestCommands::write(const QString &name, const QByteArray &title, const 
 void TestCommands::storeRefusesChannel()
 {
     StatementGate::setJudge(refuseChannels);
-    const CommandResult refused = runCommand(subscribe, {sample("town-news.xml")});
+    const CommandResult refused = runCommand(subscribeCommand, {sample("town-news.xml")});
     QVERIFY(!refused.isFine);
     QCOMPARE(refused.out, QString());
     QVERIFY2(refused.err.startsWith("tidel: " + sample("town-news.xml")
@@ -122,7 +122,7 @@ void TestCommands::storeRefusesChannel()
 void TestCommands::storeRefusesMessages()
 {
     StatementGate::setJudge(refuseMessages);
-    const CommandResult refused = runCommand(subscribe, {sample("town-news.xml")});
+    const CommandResult refused = runCommand(subscribeCommand, {sample("town-news.xml")});
     QVERIFY(!refused.isFine);
     QCOMPARE(refused.out, QString());
     QVERIFY2(refused.err.contains(": could not add messages to the store: "), qPrintable(refused.err));
@@ -130,7 +130,7 @@ void TestCommands::storeRefusesMessages()
     QCOMPARE(store().count("?c a mfo:FeedChannel"), 1);
 
     StatementGate::reset();
-    const CommandResult refreshed = runCommand(refresh, {});
+    const CommandResult refreshed = runCommand(refreshCommand, {});
     QVERIFY2(refreshed.isFine, qPrintable(refreshed.err));
     QVERIFY2(refreshed.out.startsWith("Town News: 2 new\n"), qPrintable(refreshed.out));
     QCOMPARE(store().count("?m a mfo:FeedMessage"), 2);
@@ -140,10 +140,10 @@ void TestCommands::storeRefusesNewMessages()
 {
     const QString feed = write("feed.xml", "Feed", "<item><title>One</title></item>");
     const QString other = write("other.xml", "Other", "<item><title>One</title></item>");
-    QVERIFY(runCommand(subscribe, {feed, other}).isFine);
+    QVERIFY(runCommand(subscribeCommand, {feed, other}).isFine);
     write("feed.xml", "Feed", "<item><title>Two</title></item><item><title>One</title></item>");
     StatementGate::setJudge(refuseMessages);
-    const CommandResult refused = runCommand(refresh, {});
+    const CommandResult refused = runCommand(refreshCommand, {});
     QVERIFY(!refused.isFine);
     QCOMPARE(refused.out, QString("Other: nothing new\n2 channels: 0 new messages, 1 failed\n"));
     QVERIFY2(refused.err.startsWith("tidel: Feed (file://")
@@ -151,7 +151,7 @@ void TestCommands::storeRefusesNewMessages()
                  && refused.err.endsWith("; refresh again\n"),
              qPrintable(refused.err));
     StatementGate::reset();
-    QCOMPARE(runCommand(refresh, {}).out,
+    QCOMPARE(runCommand(refreshCommand, {}).out,
              QString("Feed: 1 new\n  (no date)  Two\nOther: nothing new\n"
                      "2 channels: 1 new message\n"));
 }
@@ -162,28 +162,29 @@ void TestCommands::refreshTellsNewFromChanged()
         return "<item><title>" + title + "</title><link>https://example.org/" + QByteArray::number(number)
             + "</link></item>";
     };
-    QVERIFY(runCommand(subscribe, {write("feed.xml", "Feed", page(1, "One") + page(2, "Two"))}).isFine);
+    QVERIFY(
+        runCommand(subscribeCommand, {write("feed.xml", "Feed", page(1, "One") + page(2, "Two"))}).isFine);
     write("feed.xml", "Feed", page(1, "One, corrected") + page(2, "Two") + page(3, "Three"));
-    QCOMPARE(runCommand(refresh, {}).out,
+    QCOMPARE(runCommand(refreshCommand, {}).out,
              QString("Feed: 1 new, 1 changed\n  (no date)  Three\n  (no date)  One, corrected (changed)\n"));
     write("feed.xml", "Feed", page(1, "One, finally") + page(2, "Two") + page(3, "Three"));
-    QVERIFY(runCommand(subscribe, {write("other.xml", "Other", {})}).isFine);
-    QCOMPARE(runCommand(refresh, {}).out,
+    QVERIFY(runCommand(subscribeCommand, {write("other.xml", "Other", {})}).isFine);
+    QCOMPARE(runCommand(refreshCommand, {}).out,
              QString("Feed: 1 changed\n  (no date)  One, finally (changed)\nOther: nothing new\n"
                      "2 channels: 0 new messages, 1 changed\n"));
 }
 
 void TestCommands::refreshTellsNotesOnce()
 {
-    QVERIFY(runCommand(subscribe, {write("feed.xml", "Feed", item(1))}).isFine);
+    QVERIFY(runCommand(subscribeCommand, {write("feed.xml", "Feed", item(1))}).isFine);
     write("feed.xml", "Feed", item(1) + "<item><title>2</title>");
-    const CommandResult refreshed = runCommand(refresh, {});
+    const CommandResult refreshed = runCommand(refreshCommand, {});
     QVERIFY(refreshed.isFine);
     QVERIFY2(refreshed.err.startsWith("tidel: Feed: was not well-formed: line ")
                  && refreshed.err.count('\n') == 1,
              qPrintable(refreshed.err));
     write("feed.xml", "Feed", item(1) + "\n<item><title>2</title>");
-    QCOMPARE(runCommand(refresh, {}).err, QString());
+    QCOMPARE(runCommand(refreshCommand, {}).err, QString());
 }
 
 void TestCommands::refreshWithoutNewsAsksLittle()
@@ -193,10 +194,10 @@ void TestCommands::refreshWithoutNewsAsksLittle()
         items += "<item><title>T</title><guid isPermaLink='false'>" + QByteArray::number(number)
             + "</guid><link>https://example.org/" + QByteArray::number(number) + "</link></item>";
     const QString feed = write("feed.xml", "Feed", items);
-    QVERIFY(runCommand(subscribe, {feed}).isFine);
+    QVERIFY(runCommand(subscribeCommand, {feed}).isFine);
     write("feed.xml", "Feed", items + "<!-- later -->");
     StatementGate::reset();
-    QCOMPARE(runCommand(refresh, {}).out, QString("Feed: nothing new\n"));
+    QCOMPARE(runCommand(refreshCommand, {}).out, QString("Feed: nothing new\n"));
     // The channels, the channel and the note of its items before and after the download, what is known of it,
     // and the update.
     QCOMPARE(StatementGate::statements().size(), 7);
@@ -214,14 +215,14 @@ void TestCommands::droppedLinksAreNotRead()
 {
     QFETCH(StatementGate::Verdict, verdict);
     const QString query = "SELECT ?p ?v ";
-    QVERIFY(runCommand(subscribe, {write("feed.xml", "Feed", item(2) + item(1))}).isFine);
-    QVERIFY(runCommand(prune, {}, {{"keep", "0"}}).isFine);
+    QVERIFY(runCommand(subscribeCommand, {write("feed.xml", "Feed", item(2) + item(1))}).isFine);
+    QVERIFY(runCommand(pruneCommand, {}, {{"keep", "0"}}).isFine);
     const QString uri = store().texts("SELECT ?c { ?c a mfo:FeedChannel }").value(0);
     QCOMPARE(dropped(uri).size(), 2);
     write("feed.xml", "Feed", item(3) + item(2) + item(1));
 
     failQuery(query, 1, verdict);
-    const CommandResult failed = runCommand(refresh, {});
+    const CommandResult failed = runCommand(refreshCommand, {});
     QVERIFY(!failed.isFine);
     QVERIFY2(failed.err.contains("): could not read what is known of the feed from the store: ")
                  && failed.err.endsWith("; refresh again\n") && failed.err.count('\n') == 1,
@@ -262,12 +263,12 @@ void TestCommands::stateIsNotRead()
     QFETCH(StatementGate::Verdict, verdict);
     QFETCH(QString, reason);
     const QString query = "SELECT ?link ?first ?tag ?modified ";
-    QVERIFY(runCommand(subscribe, {write("feed.xml", "Feed", item(1))}).isFine);
+    QVERIFY(runCommand(subscribeCommand, {write("feed.xml", "Feed", item(1))}).isFine);
     const QString uri = store().texts("SELECT ?c { ?c a mfo:FeedChannel }").value(0);
     write("feed.xml", "Feed", item(2) + item(1));
 
     failQuery(query, number, verdict);
-    const CommandResult failed = runCommand(refresh, {});
+    const CommandResult failed = runCommand(refreshCommand, {});
     QVERIFY(!failed.isFine);
     QVERIFY2(failed.err.contains("): " + reason) && failed.err.count('\n') == 1, qPrintable(failed.err));
     failQuery(query, number, verdict);
@@ -281,18 +282,18 @@ void TestCommands::stateIsNotRead()
 void TestCommands::storeDoesNotAnswer()
 {
     StatementGate::setJudge([](const QString &) { return StatementGate::NoResult; });
-    QVERIFY(!runCommand(subscribe, {sample("town-news.xml")}).isFine);
-    QVERIFY(!runCommand(listMessages, {"Town News"}).isFine);
-    QVERIFY(!runCommand(listEnclosures, {"https://press.example.net/bridge"}).isFine);
-    QCOMPARE(runCommand(listChannels, {}).out, QString());
-    QCOMPARE(runCommand(refresh, {}).out, QString());
+    QVERIFY(!runCommand(subscribeCommand, {sample("town-news.xml")}).isFine);
+    QVERIFY(!runCommand(messagesCommand, {"Town News"}).isFine);
+    QVERIFY(!runCommand(enclosuresCommand, {"https://press.example.net/bridge"}).isFine);
+    QCOMPARE(runCommand(channelsCommand, {}).out, QString());
+    QCOMPARE(runCommand(refreshCommand, {}).out, QString());
 }
 
 void TestCommands::refreshRunsFewStatements()
 {
-    QVERIFY(runCommand(subscribe, {sample("town-news.xml"), sample("hillside-radio.xml")}).isFine);
+    QVERIFY(runCommand(subscribeCommand, {sample("town-news.xml"), sample("hillside-radio.xml")}).isFine);
     StatementGate::reset();
-    QVERIFY(runCommand(refresh, {}).isFine);
+    QVERIFY(runCommand(refreshCommand, {}).isFine);
     QCOMPARE(updates(), 0);
     // One query for the channels, and one for the state of each feed.
     QCOMPARE(StatementGate::statements().size(), 3);
@@ -303,10 +304,10 @@ void TestCommands::refreshReadsLinksOfFeedOnly()
 {
     const QByteArray first = "<item><link>https://example.org/1</link></item>";
     const QByteArray second = "<item><link>https://example.org/2</link></item>";
-    QVERIFY(runCommand(subscribe, {write("feed.xml", "Feed", first)}).isFine);
+    QVERIFY(runCommand(subscribeCommand, {write("feed.xml", "Feed", first)}).isFine);
     write("feed.xml", "Feed", second + first);
     StatementGate::reset();
-    QVERIFY(runCommand(refresh, {}).out.startsWith("Feed: 1 new\n"));
+    QVERIFY(runCommand(refreshCommand, {}).out.startsWith("Feed: 1 new\n"));
     const QStringList queries =
         StatementGate::statements().filter(QRegularExpression("^SELECT.*FeedMessage"));
     QVERIFY(!queries.isEmpty());
@@ -316,7 +317,7 @@ void TestCommands::refreshReadsLinksOfFeedOnly()
 
 void TestCommands::imageBelongsToItsChannel()
 {
-    QVERIFY(runCommand(subscribe, {sample("hillside-radio.xml")}).isFine);
+    QVERIFY(runCommand(subscribeCommand, {sample("hillside-radio.xml")}).isFine);
     QCOMPARE(store().texts("SELECT ?l { ?c a mfo:FeedChannel . ?e a mfo:Enclosure ; "
                            "nie:isLogicalPartOf ?c ; mfo:remoteLink ?l }"),
              QStringList("https://radio.example.org/cover.png"));
@@ -326,12 +327,12 @@ void TestCommands::imageBelongsToItsChannel()
 
 void TestCommands::favoritesInListing()
 {
-    QVERIFY(runCommand(subscribe, {sample("town-news.xml")}).isFine);
+    QVERIFY(runCommand(subscribeCommand, {sample("town-news.xml")}).isFine);
     store().update("INSERT DATA { <urn:tag:1> a nao:Tag . <urn:tag:2> a nao:Tag }");
     store().update("INSERT { ?m nao:hasTag <urn:tag:1> } WHERE { ?m a mfo:FeedMessage }");
     store().update("INSERT { ?m nao:hasTag <urn:tag:2> , nao:predefined-tag-favorite } "
                    "WHERE { ?m a mfo:FeedMessage ; nie:links <https://town.example.net/pool> }");
-    const QStringList lines = runCommand(listMessages, {"Town News"}).out.split('\n', Qt::SkipEmptyParts);
+    const QStringList lines = runCommand(messagesCommand, {"Town News"}).out.split('\n', Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), 2);
     QVERIFY2(!lines.at(0).contains('*'), qPrintable(lines.at(0)));
     QVERIFY2(lines.at(1).contains("  *  The pool is closed  "), qPrintable(lines.at(1)));
@@ -340,13 +341,13 @@ void TestCommands::favoritesInListing()
 void TestCommands::markersInTitles()
 {
     const QString feed = write("%2.xml", "100%1 %2 %3", "");
-    const CommandResult subscribed = runCommand(subscribe, {feed});
+    const CommandResult subscribed = runCommand(subscribeCommand, {feed});
     QCOMPARE(subscribed.out, QString("Subscribed: 100%1 %2 %3 (0 messages)\n"));
     QCOMPARE(subscribed.err, QString("tidel: %1: has no items\n").arg(feed));
     write("%2.xml", "100%1 %2 %3", "<item><title>%1 %2</title></item>");
-    QCOMPARE(runCommand(refresh, {}).out, QString("100%1 %2 %3: 1 new\n  (no date)  %1 %2\n"));
+    QCOMPARE(runCommand(refreshCommand, {}).out, QString("100%1 %2 %3: 1 new\n  (no date)  %1 %2\n"));
     QVERIFY(QFile::remove(feed));
-    const CommandResult gone = runCommand(refresh, {});
+    const CommandResult gone = runCommand(refreshCommand, {});
     QVERIFY2(gone.err.startsWith("tidel: 100%1 %2 %3 (file://"), qPrintable(gone.err));
 }
 
@@ -367,9 +368,9 @@ void TestCommands::noFileThatTheStoreDoesNotKnow()
             QTest::qFail("the file is there before the store knows it", __FILE__, __LINE__);
         return ++updates == 1 ? StatementGate::NoResult : StatementGate::Pass;
     });
-    QVERIFY(!runCommand(download, {linkOf("a")}).isFine);
+    QVERIFY(!runCommand(downloadCommand, {linkOf("a")}).isFine);
     QVERIFY(!QFile::exists(path));
-    const CommandResult downloaded = runCommand(download, {linkOf("a")});
+    const CommandResult downloaded = runCommand(downloadCommand, {linkOf("a")});
     QVERIFY2(downloaded.isFine, qPrintable(downloaded.err));
     QCOMPARE(updates, 2);
     QVERIFY(QFile::exists(path));

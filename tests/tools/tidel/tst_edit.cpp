@@ -68,14 +68,14 @@ void TestEdit::misuse_data()
 void TestEdit::misuse()
 {
     QFETCH(Options, options);
-    QTEST(misuseOfEdit({{}, options}), "problem");
+    QTEST(editCommand.misuse({{}, options}), "problem");
 }
 
 void TestEdit::title()
 {
     const QString uri = addChannel("News", {message("a")});
     const QString other = addChannel("Radio");
-    const CommandResult result = runCommand(edit, {"News"}, {{"title", "  Old\n %1 \"News\" "}});
+    const CommandResult result = runCommand(editCommand, {"News"}, {{"title", "  Old\n %1 \"News\" "}});
     QCOMPARE(result.err, QString());
     QVERIFY(result.isFine);
     QCOMPARE(result.out, QString("Changed: Old %1 \"News\" (https://example.org/News)\n"));
@@ -89,7 +89,7 @@ void TestEdit::link()
 {
     const QString uri = addChannel("News", {message("a")});
     const QDateTime subscribed = subscribedTime(uri);
-    const CommandResult result = runCommand(edit, {"News"}, {{"link", " https://example.org/moved "}});
+    const CommandResult result = runCommand(editCommand, {"News"}, {{"link", " https://example.org/moved "}});
     QVERIFY(result.isFine);
     QCOMPARE(result.out, QString("Changed: News (https://example.org/moved)\n"));
     QCOMPARE(linkOfChannel(uri), linkOf("moved"));
@@ -103,7 +103,7 @@ void TestEdit::link()
 void TestEdit::both()
 {
     const QString uri = addChannel("News");
-    QCOMPARE(runCommand(edit, {linkOf("News")}, {{"title", "Moved"}, {"link", linkOf("moved")}}).out,
+    QCOMPARE(runCommand(editCommand, {linkOf("News")}, {{"title", "Moved"}, {"link", linkOf("moved")}}).out,
              QString("Changed: Moved (https://example.org/moved)\n"));
     QCOMPARE(titleOf(uri), QString("Moved"));
     QCOMPARE(linkOfChannel(uri), linkOf("moved"));
@@ -112,9 +112,9 @@ void TestEdit::both()
 void TestEdit::pathAsLink()
 {
     const QString uri = addChannel("News");
-    QVERIFY(runCommand(edit, {"News"}, {{"link", "/some where/../feed.xml"}}).isFine);
+    QVERIFY(runCommand(editCommand, {"News"}, {{"link", "/some where/../feed.xml"}}).isFine);
     QCOMPARE(linkOfChannel(uri), QString("file:///feed.xml"));
-    QVERIFY(runCommand(edit, {"News"}, {{"link", "feed.xml"}}).isFine);
+    QVERIFY(runCommand(editCommand, {"News"}, {{"link", "feed.xml"}}).isFine);
     QCOMPARE(linkOfChannel(uri),
              QUrl::fromLocalFile(QDir::current().filePath("feed.xml")).toString(QUrl::FullyEncoded));
 }
@@ -124,7 +124,8 @@ void TestEdit::unchangedValues()
     const QString uri = addChannel("News");
     store().update("INSERT DATA { <" + uri + "> " + validators + " }");
     const QStringList before = everythingIn(store());
-    const CommandResult result = runCommand(edit, {"News"}, {{"title", "News "}, {"link", linkOf("News")}});
+    const CommandResult result =
+        runCommand(editCommand, {"News"}, {{"title", "News "}, {"link", linkOf("News")}});
     QVERIFY(result.isFine);
     QCOMPARE(result.out, QString("Nothing to change: News (https://example.org/News)\n"));
     QCOMPARE(everythingIn(store()), before);
@@ -137,7 +138,7 @@ void TestEdit::newLinkRemovesValidators()
     for (const QString &channel : {uri, other})
         store().update("INSERT DATA { <" + channel + "> " + validators + " }");
     QCOMPARE(store().count("?c tidel:entityTag ?e ; tidel:lastModified ?m"), 2);
-    QVERIFY(runCommand(edit, {"News"}, {{"link", linkOf("moved")}}).isFine);
+    QVERIFY(runCommand(editCommand, {"News"}, {{"link", linkOf("moved")}}).isFine);
     QCOMPARE(store().count("<" + uri + "> tidel:entityTag ?e"), 0);
     QCOMPARE(store().count("<" + uri + "> tidel:lastModified ?m"), 0);
     QCOMPARE(dropped(uri), QStringList("x"));
@@ -148,10 +149,10 @@ void TestEdit::firstLinkIsKept()
 {
     const QString uri = addChannel("News");
     const QString pattern = "SELECT ?i { <" + uri + "> nie:identifier ?i }";
-    QVERIFY(runCommand(edit, {"News"}, {{"title", "Old News"}}).isFine);
+    QVERIFY(runCommand(editCommand, {"News"}, {{"title", "Old News"}}).isFine);
     QCOMPARE(store().texts(pattern), QStringList());
     for (const char *link : {"moved", "again", "News"}) {
-        QVERIFY(runCommand(edit, {"Old News"}, {{"link", linkOf(link)}}).isFine);
+        QVERIFY(runCommand(editCommand, {"Old News"}, {{"link", linkOf(link)}}).isFine);
         QCOMPARE(store().texts(pattern), QStringList(linkOf("News")));
     }
 }
@@ -160,7 +161,7 @@ void TestEdit::newTitleKeepsValidators()
 {
     const QString uri = addChannel("News");
     store().update("INSERT DATA { <" + uri + "> " + validators + " }");
-    QVERIFY(runCommand(edit, {"News"}, {{"title", "Old News"}, {"link", linkOf("News")}}).isFine);
+    QVERIFY(runCommand(editCommand, {"News"}, {{"title", "Old News"}, {"link", linkOf("News")}}).isFine);
     QCOMPARE(store().count("<" + uri + "> tidel:entityTag ?e ; tidel:lastModified ?m ; tidel:droppedLink ?l"),
              1);
 }
@@ -170,7 +171,8 @@ void TestEdit::linkOfAnotherChannel()
     addChannel("News");
     addChannel("Radio");
     const QStringList before = everythingIn(store());
-    const CommandResult result = runCommand(edit, {"News"}, {{"title", "Old"}, {"link", linkOf("Radio")}});
+    const CommandResult result =
+        runCommand(editCommand, {"News"}, {{"title", "Old"}, {"link", linkOf("Radio")}});
     QVERIFY(!result.isFine);
     QCOMPARE(result.out, QString());
     QCOMPARE(
@@ -185,7 +187,7 @@ void TestEdit::linkOfAMessage()
     addChannel("News", {message("a")});
     addChannel("Radio");
     const QStringList before = everythingIn(store());
-    const CommandResult result = runCommand(edit, {"Radio"}, {{"link", linkOf("a")}});
+    const CommandResult result = runCommand(editCommand, {"Radio"}, {{"link", linkOf("a")}});
     QVERIFY(!result.isFine);
     QCOMPARE(result.err,
              QString("tidel: https://example.org/a is the link of a message; choose another link\n"));
@@ -196,7 +198,7 @@ void TestEdit::unknownChannel()
 {
     addChannel("News");
     const QStringList before = everythingIn(store());
-    const CommandResult result = runCommand(edit, {"Nowhere"}, {{"title", "a"}});
+    const CommandResult result = runCommand(editCommand, {"Nowhere"}, {{"title", "a"}});
     QVERIFY(!result.isFine);
     QCOMPARE(result.err, QString("tidel: Nowhere: no such channel; \"tidel channels\" lists the channels\n"));
     QCOMPARE(everythingIn(store()), before);
@@ -206,9 +208,9 @@ void TestEdit::ambiguousTitle()
 {
     addChannel("News");
     addChannel("Radio");
-    QVERIFY(runCommand(edit, {"Radio"}, {{"title", "News"}}).isFine);
+    QVERIFY(runCommand(editCommand, {"Radio"}, {{"title", "News"}}).isFine);
     const QStringList before = everythingIn(store());
-    const CommandResult result = runCommand(edit, {"News"}, {{"title", "a"}});
+    const CommandResult result = runCommand(editCommand, {"News"}, {{"title", "a"}});
     QVERIFY(!result.isFine);
     QVERIFY2(result.err.startsWith("tidel: News: 2 channels have this title"), qPrintable(result.err));
     QCOMPARE(everythingIn(store()), before);
@@ -230,11 +232,11 @@ void TestEdit::failures()
     const auto check = [&] {
         QCOMPARE(titles(uri), QStringList("a"));
         QVERIFY(QStringList({"News", "Old"}).contains(titleOf(uri)));
-        QVERIFY(runCommand(edit, {uri}, options).isFine);
+        QVERIFY(runCommand(editCommand, {uri}, options).isFine);
         QCOMPARE(titleOf(uri), options.value("title", "News"));
         QCOMPARE(linkOfChannel(uri), options.value("link", linkOf("News")));
     };
-    failEverywhere(edit, {"News"}, options, fill, check);
+    failEverywhere(editCommand, {"News"}, options, fill, check);
 }
 
 QTEST_GUILESS_MAIN(TestEdit)

@@ -43,7 +43,7 @@ void TestFavorites::init()
 
 void TestFavorites::mark()
 {
-    const CommandResult result = runCommand(favorite, {linkOf("a")});
+    const CommandResult result = runCommand(favoriteCommand, {linkOf("a")});
     QCOMPARE(result.err, QString());
     QVERIFY(result.isFine);
     QCOMPARE(result.out, QString("Favorite: https://example.org/a\n"));
@@ -57,7 +57,7 @@ void TestFavorites::unmark()
 {
     addFavorite("a");
     addFavorite("b");
-    const CommandResult result = runCommand(unfavorite, {linkOf("a")});
+    const CommandResult result = runCommand(unfavoriteCommand, {linkOf("a")});
     QVERIFY(result.isFine);
     QCOMPARE(result.out, QString("Not a favorite: https://example.org/a\n"));
     QCOMPARE(favorites(), QStringList("b"));
@@ -66,20 +66,20 @@ void TestFavorites::unmark()
 void TestFavorites::twice()
 {
     const QStringList plain = everythingIn(store());
-    QVERIFY(runCommand(unfavorite, {linkOf("a")}).isFine);
+    QVERIFY(runCommand(unfavoriteCommand, {linkOf("a")}).isFine);
     QCOMPARE(everythingIn(store()), plain);
-    QVERIFY(runCommand(favorite, {linkOf("a")}).isFine);
+    QVERIFY(runCommand(favoriteCommand, {linkOf("a")}).isFine);
     const QStringList marked = everythingIn(store());
-    QVERIFY(runCommand(favorite, {linkOf("a")}).isFine);
+    QVERIFY(runCommand(favoriteCommand, {linkOf("a")}).isFine);
     QCOMPARE(everythingIn(store()), marked);
 }
 
 void TestFavorites::byUri()
 {
     const QString uri = store().texts("SELECT ?m { ?m a mfo:FeedMessage ; nie:title 'b' }").value(0);
-    QVERIFY(runCommand(favorite, {uri}).isFine);
+    QVERIFY(runCommand(favoriteCommand, {uri}).isFine);
     QCOMPARE(favorites(), QStringList("b"));
-    QVERIFY(runCommand(unfavorite, {uri}).isFine);
+    QVERIFY(runCommand(unfavoriteCommand, {uri}).isFine);
     QCOMPARE(favorites(), QStringList());
 }
 
@@ -88,15 +88,15 @@ void TestFavorites::otherTagsStay()
     store().update("INSERT DATA { <urn:tag> a nao:Tag }");
     store().update("INSERT { ?m nao:hasTag <urn:tag> } WHERE { ?m a mfo:FeedMessage ; nie:title 'a' }");
     const QStringList before = everythingIn(store());
-    QVERIFY(runCommand(favorite, {linkOf("a")}).isFine);
-    QVERIFY(runCommand(unfavorite, {linkOf("a")}).isFine);
+    QVERIFY(runCommand(favoriteCommand, {linkOf("a")}).isFine);
+    QVERIFY(runCommand(unfavoriteCommand, {linkOf("a")}).isFine);
     QCOMPARE(everythingIn(store()), before);
 }
 
 void TestFavorites::inEveryChannel()
 {
     const QString radio = addChannel("Radio", {message("a")});
-    QVERIFY(runCommand(favorite, {linkOf("a")}).isFine);
+    QVERIFY(runCommand(favoriteCommand, {linkOf("a")}).isFine);
     QVERIFY(tracker()->messagesForChannel(radio).value(0).isFavorite());
 }
 
@@ -115,8 +115,8 @@ void TestFavorites::unknownMessage()
 {
     QFETCH(QString, name);
     const QStringList before = everythingIn(store());
-    for (Command command : {favorite, unfavorite}) {
-        const CommandResult result = runCommand(command, {name});
+    for (const Command *command : {&favoriteCommand, &unfavoriteCommand}) {
+        const CommandResult result = runCommand(*command, {name});
         QVERIFY(!result.isFine);
         QCOMPARE(result.out, QString());
         QCOMPARE(result.err,
@@ -136,7 +136,7 @@ void TestFavorites::failures_data()
 void TestFavorites::failures()
 {
     QFETCH(bool, isFavorite);
-    const Command command = isFavorite ? favorite : unfavorite;
+    const Command &command = isFavorite ? favoriteCommand : unfavoriteCommand;
     const auto fill = [&] {
         addChannel("News", {message("a"), message("b")});
         if (!isFavorite)

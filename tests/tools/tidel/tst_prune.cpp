@@ -13,12 +13,12 @@ namespace {
 
 CommandResult pruned(const QStringList &names, int keep)
 {
-    return runCommand(prune, names, {{"keep", QString::number(keep)}});
+    return runCommand(pruneCommand, names, {{"keep", QString::number(keep)}});
 }
 
 CommandResult dryRun(const QStringList &names, int keep)
 {
-    return runCommand(prune, names, {{"keep", QString::number(keep)}, {"dry-run", QString()}});
+    return runCommand(pruneCommand, names, {{"keep", QString::number(keep)}, {"dry-run", QString()}});
 }
 
 QStringList links(const QStringList &names)
@@ -85,7 +85,7 @@ void TestPrune::misuse()
 {
     QFETCH(Options, options);
     QFETCH(bool, isFine);
-    QCOMPARE(misuseOfPrune({{}, options}),
+    QCOMPARE(pruneCommand.misuse({{}, options}),
              isFine ? QString() : QString("give the number of messages to keep: --keep N, 0 or more"));
 }
 
@@ -353,12 +353,12 @@ void TestPrune::failures()
         QCOMPARE(titles(radio), QStringList("shared"));
         // A second run completes the first one.
         QVERIFY(pruned({"News"}, 2).isFine);
-        QVERIFY(runCommand(clean, {}).isFine);
+        QVERIFY(runCommand(cleanCommand, {}).isFine);
         QCOMPARE(titles(news), QStringList({"b", "d", "e"}));
         QCOMPARE(dropped(news), links({"a", "shared"}));
         QCOMPARE(store().count("?e a mfo:Enclosure"), 0);
     };
-    failEverywhere(prune, {"News"}, {{"keep", "2"}}, fill, check);
+    failEverywhere(pruneCommand, {"News"}, {{"keep", "2"}}, fill, check);
 }
 
 void TestPrune::failuresOfDryRun()
@@ -368,7 +368,7 @@ void TestPrune::failuresOfDryRun()
         addChannel("News", {message("a", day(1), {"a.ogg"}), message("b", day(2))});
         before = everythingIn(store());
     };
-    failEverywhere(prune, {}, {{"keep", "1"}, {"dry-run", ""}}, fill,
+    failEverywhere(pruneCommand, {}, {{"keep", "1"}, {"dry-run", ""}}, fill,
                    [&] { QCOMPARE(everythingIn(store()), before); });
 }
 

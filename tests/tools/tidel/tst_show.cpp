@@ -56,7 +56,7 @@ void TestShow::init()
 
 QStringList TestShow::shown(const QStringList &names, const Options &options) const
 {
-    const CommandResult result = runCommand(showMessages, names, options);
+    const CommandResult result = runCommand(showCommand, names, options);
     return result.isFine ? result.out.chopped(1).split('\n') : QStringList(result.err);
 }
 
@@ -89,10 +89,9 @@ void TestShow::html()
 
 void TestShow::json()
 {
-    const QJsonDocument document =
-        QJsonDocument::fromJson(shown({linkOf("Beans")}, {{"json", ""}}).join('\n').toUtf8());
-    QCOMPARE(document.array().size(), 1);
-    QJsonObject json = document.array().first().toObject();
+    const QStringList lines = shown({linkOf("Beans")}, {{"json", ""}});
+    QCOMPARE(lines.size(), 1);
+    QJsonObject json = QJsonDocument::fromJson(lines.first().toUtf8()).object();
     QVERIFY(json.take("uri").toString().startsWith("urn:uuid:"));
     QJsonObject file = json.take("enclosures").toArray().first().toObject();
     QVERIFY(file.take("uri").toString().startsWith("urn:uuid:"));
@@ -114,7 +113,7 @@ void TestShow::json()
 
 void TestShow::unknownMessage()
 {
-    const CommandResult result = runCommand(showMessages, {"https://example.org/none", linkOf("Peas")});
+    const CommandResult result = runCommand(showCommand, {"https://example.org/none", linkOf("Peas")});
     QVERIFY(!result.isFine);
     QVERIFY(result.err.startsWith("tidel: https://example.org/none: no such message; "));
     QVERIFY(result.out.startsWith("Peas\n"));
@@ -123,7 +122,7 @@ void TestShow::unknownMessage()
 void TestShow::failures()
 {
     failEverywhere(
-        showMessages, {linkOf("Beans")}, {}, [this] { init(); }, [] {});
+        showCommand, {linkOf("Beans")}, {}, [this] { init(); }, [] {});
 }
 
 void TestShow::options_data()
@@ -142,7 +141,7 @@ void TestShow::options()
 {
     QFETCH(Options, options);
     QFETCH(QString, problem);
-    QCOMPARE(misuseOfShow({{"a"}, options}), problem);
+    QCOMPARE(showCommand.misuse({{"a"}, options}), problem);
 }
 
 void TestShow::pagerOnAShortTerminal()

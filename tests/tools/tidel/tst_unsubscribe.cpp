@@ -44,7 +44,7 @@ void TestUnsubscribe::nothingIsLeft()
         "News",
         {message("a", day(1), {"a.ogg", "same.ogg"}), message("b", day(2), {"same.ogg"}), message("c")});
     addImage(uri, "/nowhere/image.png");
-    const CommandResult result = runCommand(unsubscribe, {"News"});
+    const CommandResult result = runCommand(unsubscribeCommand, {"News"});
     QCOMPARE(result.err, QString());
     QVERIFY(result.isFine);
     QCOMPARE(result.out, QString("Unsubscribed: News\n"));
@@ -56,7 +56,7 @@ void TestUnsubscribe::otherChannelsStay()
     addChannel("Radio", {message("a", day(1), {"a.ogg"})});
     const QStringList before = everythingIn(store());
     addChannel("News", {message("b", day(1), {"b.ogg"})});
-    QVERIFY(runCommand(unsubscribe, {linkOf("News")}).isFine);
+    QVERIFY(runCommand(unsubscribeCommand, {linkOf("News")}).isFine);
     QCOMPARE(everythingIn(store()), before);
 }
 
@@ -65,9 +65,9 @@ void TestUnsubscribe::sharedMessageStays()
     addChannel("Radio", {message("a", day(1), {"a.ogg"})});
     const QStringList before = everythingIn(store());
     addChannel("News", {message("a", day(1), {"a.ogg"}), message("b", day(1), {"b.ogg"})});
-    QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
+    QVERIFY(runCommand(unsubscribeCommand, {"News"}).isFine);
     QCOMPARE(everythingIn(store()), before);
-    QVERIFY(runCommand(unsubscribe, {"Radio"}).isFine);
+    QVERIFY(runCommand(unsubscribeCommand, {"Radio"}).isFine);
     QCOMPARE(everythingIn(store()), QStringList());
 }
 
@@ -75,9 +75,9 @@ void TestUnsubscribe::sharedEnclosureStays()
 {
     const QString radio = addChannel("Radio", {message("a", day(1), {"same.ogg"})});
     addChannel("News", {message("b", day(1), {"same.ogg"})});
-    QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
+    QVERIFY(runCommand(unsubscribeCommand, {"News"}).isFine);
     QCOMPARE(store().count("?e a mfo:Enclosure ; nie:isLogicalPartOf ?m . ?m nie:title 'a'"), 1);
-    QVERIFY(runCommand(unsubscribe, {radio}).isFine);
+    QVERIFY(runCommand(unsubscribeCommand, {radio}).isFine);
     QCOMPARE(everythingIn(store()), QStringList());
 }
 
@@ -85,7 +85,7 @@ void TestUnsubscribe::favoritesAreDeleted()
 {
     addChannel("News", {message("a", day(1))});
     addFavorite("a");
-    QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
+    QVERIFY(runCommand(unsubscribeCommand, {"News"}).isFine);
     QCOMPARE(everythingIn(store()), QStringList());
 }
 
@@ -94,7 +94,7 @@ void TestUnsubscribe::feedStateIsDeleted()
     const QString uri = addChannel("News");
     store().update("INSERT DATA { <" + uri
                    + "> tidel:entityTag 'a' ; tidel:lastModified 'b' ; tidel:droppedLink 'c' , 'd' }");
-    QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
+    QVERIFY(runCommand(unsubscribeCommand, {"News"}).isFine);
     QCOMPARE(everythingIn(store()), QStringList());
 }
 
@@ -110,9 +110,9 @@ void TestUnsubscribe::downloadedFiles()
         QVERIFY(file.open(QIODevice::WriteOnly));
         setLocalUrl(name, QUrl::fromLocalFile(file.fileName()).toString());
     }
-    QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
+    QVERIFY(runCommand(unsubscribeCommand, {"News"}).isFine);
     QCOMPARE(folder.entryList(QDir::Files), QStringList("same.ogg"));
-    QVERIFY(runCommand(unsubscribe, {"Radio"}).isFine);
+    QVERIFY(runCommand(unsubscribeCommand, {"Radio"}).isFine);
     QCOMPARE(folder.entryList(QDir::Files), QStringList());
 }
 
@@ -121,7 +121,7 @@ void TestUnsubscribe::unknownChannel()
     addChannel("News", {message("a")});
     const QStringList before = everythingIn(store());
     for (const QString &name : {QString("Nowhere"), linkOf("a"), QString(), QString("> } #")}) {
-        const CommandResult result = runCommand(unsubscribe, {name});
+        const CommandResult result = runCommand(unsubscribeCommand, {name});
         QVERIFY(!result.isFine);
         QCOMPARE(result.out, QString());
         QCOMPARE(result.err, "tidel: " + name + ": no such channel; \"tidel channels\" lists the channels\n");
@@ -135,14 +135,14 @@ void TestUnsubscribe::ambiguousTitle()
     const QString radio = addChannel("Radio");
     QVERIFY(tracker()->editChannel(radio, {{FeedTrackerSparql::TitleKey, "News"}}));
     const QStringList before = everythingIn(store());
-    const CommandResult result = runCommand(unsubscribe, {"News"});
+    const CommandResult result = runCommand(unsubscribeCommand, {"News"});
     QVERIFY(!result.isFine);
     QCOMPARE(
         result.err,
         QString(
             "tidel: News: 2 channels have this title; use a link or URI that \"tidel channels\" shows\n"));
     QCOMPARE(everythingIn(store()), before);
-    QVERIFY(runCommand(unsubscribe, {linkOf("Radio")}).isFine);
+    QVERIFY(runCommand(unsubscribeCommand, {linkOf("Radio")}).isFine);
     QCOMPARE(tracker()->allChannelUrls(), QStringList(news));
 }
 
@@ -151,7 +151,7 @@ void TestUnsubscribe::noCostlyQueries()
     addChannel("Radio", {message("shared", day(1))});
     addChannel("News", {message("a", day(1), {"a.ogg"}), message("b", day(2)), message("shared", day(1))});
     StatementGate::reset();
-    QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
+    QVERIFY(runCommand(unsubscribeCommand, {"News"}).isFine);
     QCOMPARE(costlyQueries(), QStringList());
 }
 
@@ -167,13 +167,13 @@ void TestUnsubscribe::failures()
         QCOMPARE(titles(radio), QStringList("shared"));
         // A channel that is deleted in part can still be deleted.
         if (tracker()->allChannelUrls().size() > 1)
-            QVERIFY(runCommand(unsubscribe, {"News"}).isFine);
-        QVERIFY(runCommand(clean, {}).isFine);
+            QVERIFY(runCommand(unsubscribeCommand, {"News"}).isFine);
+        QVERIFY(runCommand(cleanCommand, {}).isFine);
         QCOMPARE(store().texts("SELECT ?t { ?m a mfo:FeedMessage ; nie:title ?t }"), QStringList("shared"));
         QCOMPARE(store().count("?e a mfo:Enclosure"), 0);
         QCOMPARE(tracker()->allChannelUrls(), QStringList(radio));
     };
-    failEverywhere(unsubscribe, {"News"}, {}, fill, check);
+    failEverywhere(unsubscribeCommand, {"News"}, {}, fill, check);
 }
 
 QTEST_GUILESS_MAIN(TestUnsubscribe)

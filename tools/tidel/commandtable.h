@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef TIDEL_COMMANDTABLE_H
+#define TIDEL_COMMANDTABLE_H
+
+#include "command.h"
+
+#include <QVector>
+
+namespace Tidel {
+
+/// All commands, in the order of the help.
+const QVector<const Command *> &allCommands();
+
+/// The options that every command has.
+const std::vector<Option> &commonOptions();
+
+/// Returns the command \a name; null if there is none.
+const Command *findCommand(const QString &name);
+
+/// Returns the one of \a words that \a word was probably meant to be; empty if none is similar.
+QString similarWord(const QString &word, const QStringList &words);
+
+/// The names of all commands.
+QStringList commandNames();
+
+} // namespace Tidel
+
+#endif
