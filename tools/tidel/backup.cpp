@@ -21,6 +21,13 @@ QString shown(const Backup::Size &size)
              countedEnclosures(size.enclosures));
 }
 
+QJsonObject json(const Backup::Size &size)
+{
+    return {{QStringLiteral("channels"), size.channels},
+            {QStringLiteral("messages"), size.messages},
+            {QStringLiteral("enclosures"), size.enclosures}};
+}
+
 QString advice(const Error &error)
 {
     if (error.kind() != Error::NotEmpty)
@@ -34,12 +41,17 @@ void backup(const Store &store, const Arguments &arguments, Output &output)
     const QString fileName = arguments.names.first();
     output.progress(QStringLiteral("Writing %1...").arg(fileName));
     const Result<Backup::Size> size = Backup(store).write(fileName);
-    if (size)
-        output.line(
-            QStringLiteral("%1: %2 in %3")
-                .arg(fileName, shown(*size), QLocale::c().formattedDataSize(QFileInfo(fileName).size())));
-    else
+    if (!size) {
         output.failure(size.error());
+        return;
+    }
+    const qint64 length = QFileInfo(fileName).size();
+    QJsonObject object = json(*size);
+    object.insert(QStringLiteral("file"), fileName);
+    object.insert(QStringLiteral("length"), length);
+    output.report(
+        QStringLiteral("%1: %2 in %3").arg(fileName, shown(*size), QLocale::c().formattedDataSize(length)),
+        object);
 }
 
 void restore(const Store &store, const Arguments &arguments, Output &output)
@@ -47,7 +59,7 @@ void restore(const Store &store, const Arguments &arguments, Output &output)
     output.progress(QStringLiteral("Restoring %1...").arg(arguments.names.first()));
     const Result<Backup::Size> size = Backup(store).restore(arguments.names.first());
     if (size)
-        output.line(QStringLiteral("Restored: %1").arg(shown(*size)));
+        output.report(QStringLiteral("Restored: %1").arg(shown(*size)), json(*size));
     else
         output.failure(size.error(), advice(size.error()));
 }

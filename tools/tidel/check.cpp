@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "commands.h"
 
+#include "jsonobjects.h"
 #include "output.h"
 #include "phrases.h"
 #include "question.h"
@@ -38,14 +39,26 @@ const Words words[] = {
 
 const Words &wordsOf(const Finding &finding) { return words[finding.kind]; }
 
+/// Reports that the check \a name has \a problems: \a text for a person.
+void report(const QString &text, const QString &name, const QStringList &problems, Output &output)
+{
+    QJsonObject json{{QStringLiteral("check"), name}, {QStringLiteral("count"), int(problems.size())}};
+    addList(json, "problems", problems);
+    output.object(json);
+    output.line(text);
+}
+
 void show(const Finding &finding, Output &output)
 {
     const int count = int(finding.places.size());
     const QString examples =
         finding.places.mid(0, 3).join(QLatin1String(", ")) + QLatin1String(count > 3 ? ", ..." : "");
-    output.line(QStringLiteral("%1: %2").arg(
-        QLatin1String(wordsOf(finding).name),
-        count == 0 ? QStringLiteral("ok") : QStringLiteral("%1 (%2)").arg(QString::number(count), examples)));
+    const QString name = QLatin1String(wordsOf(finding).name);
+    report(QStringLiteral("%1: %2").arg(
+               name,
+               count == 0 ? QStringLiteral("ok")
+                          : QStringLiteral("%1 (%2)").arg(QString::number(count), examples)),
+           name, finding.places, output);
 }
 
 /// Returns true if the user wants the repair; otherwise returns false.
@@ -53,7 +66,7 @@ bool isConfirmed(const Arguments &arguments, Output &output)
 {
     if (arguments.isSet("yes"))
         return true;
-    if (!canAsk()) {
+    if (!canAsk() || output.style() == Output::Json) {
         output.error(QStringLiteral("nothing was repaired; add --yes to repair without being asked"));
         return false;
     }
@@ -118,9 +131,11 @@ void checkContents(const Arguments &arguments, Output &output)
     }
     for (const Finding &finding : *findings)
         show(finding, output);
-    output.line(QStringLiteral("Index for searches: %1")
-                    .arg(QLatin1String(
-                        Search(*store).check() ? "ok" : "was damaged; the next search makes it again")));
+    const QString index = QStringLiteral("Index for searches");
+    const QString state =
+        QLatin1String(Search(*store).check() ? "ok" : "was damaged; the next search makes it again");
+    report(index + QLatin1String(": ") + state, index,
+           state == QLatin1String("ok") ? QStringList() : QStringList(state), output);
     if (problems(*findings) == 0)
         return;
     if (arguments.isSet("repair"))
@@ -163,11 +178,12 @@ bool checkDatabase(const Arguments &arguments, Output &output)
         output.failure(damage.error());
         return false;
     }
-    if (damage->isEmpty()) {
-        output.line(QStringLiteral("Database: ok"));
+    const QString state = damage->isEmpty()
+        ? QStringLiteral("ok")
+        : QStringLiteral("damaged (%1)").arg(damage->mid(0, 3).join(QLatin1String("; ")));
+    report(QLatin1String("Database: ") + state, QStringLiteral("Database"), *damage, output);
+    if (damage->isEmpty())
         return true;
-    }
-    output.line(QStringLiteral("Database: damaged (%1)").arg(damage->mid(0, 3).join(QLatin1String("; "))));
     if (arguments.isSet("repair"))
         return salvage(arguments, output);
     output.error(QStringLiteral(

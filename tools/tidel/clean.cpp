@@ -16,11 +16,12 @@ void clean(const Store &store, const Arguments &, Output &output)
     RemovalReport report(output);
     const Result<void> removed = Orphans(store).remove(report.step());
     if (report.messages() > 0 || report.enclosures() > 0)
-        output.line(QStringLiteral("Deleted: %1, %2, %3")
-                        .arg(countedMessages(report.messages()), countedEnclosures(report.enclosures()),
-                             countedFiles(report.files())));
+        output.report(QStringLiteral("Deleted: %1, %2, %3")
+                          .arg(countedMessages(report.messages()), countedEnclosures(report.enclosures()),
+                               countedFiles(report.files())),
+                      report.json());
     else if (removed)
-        output.line(QStringLiteral("Nothing to clean"));
+        output.report(QStringLiteral("Nothing to clean"), report.json());
     if (!removed)
         output.failure(removed.error());
 }

@@ -2,6 +2,7 @@
 #include "commands.h"
 
 #include "downloads.h"
+#include "jsonobjects.h"
 #include "output.h"
 #include "phrases.h"
 
@@ -38,13 +39,18 @@ void report(const FeedEnclosure &enclosure, const DownloadResult &result, Output
     if (result.error() == FeedDownloadCanceled)
         return;
     if (!result.isOk()) {
-        output.error(enclosure.remoteUrl() + QLatin1String(": ") + result.reason());
+        output.error(enclosure.remoteUrl() + QLatin1String(": ") + result.reason(), enclosureJson(enclosure));
         return;
     }
     const bool wasDownloaded = result.localUrl() == enclosure.localUrl() && !result.localUrl().isEmpty();
-    output.line(QStringLiteral("%1: %2 (%3 bytes)")
-                    .arg(wasDownloaded ? QStringLiteral("Already downloaded") : QStringLiteral("Downloaded"),
-                         result.path(), QString::number(result.length())));
+    QJsonObject json = enclosureJson(enclosure);
+    addText(json, "file", result.path());
+    addNumber(json, "length", result.length());
+    output.report(
+        QStringLiteral("%1: %2 (%3 bytes)")
+            .arg(wasDownloaded ? QStringLiteral("Already downloaded") : QStringLiteral("Downloaded"),
+                 result.path(), QString::number(result.length())),
+        json);
 }
 
 /// Adds the enclosure \a uri to \a queue.

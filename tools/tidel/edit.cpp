@@ -2,6 +2,7 @@
 #include "commands.h"
 
 #include "channelfinder.h"
+#include "jsonobjects.h"
 #include "output.h"
 
 #include <TidelReader/channels.h>
@@ -14,7 +15,7 @@ namespace {
 
 QString misuseOfEdit(const Arguments &arguments)
 {
-    if (arguments.options.isEmpty())
+    if (!arguments.isSet("title") && !arguments.isSet("link"))
         return QStringLiteral("nothing to change: give --title or --link");
     if (arguments.isSet("title") && arguments.value("title").simplified().isEmpty())
         return QStringLiteral("--title needs a text");
@@ -35,12 +36,15 @@ void edit(const Store &store, const Arguments &arguments, Output &output)
     if (arguments.isSet("link"))
         link = Link::encoded(documentUrl(arguments.value("link").trimmed()));
     if (title == channel->title() && link == channel->link()) {
-        output.line(QStringLiteral("Nothing to change: %1 (%2)").arg(title, link));
+        output.report(QStringLiteral("Nothing to change: %1 (%2)").arg(title, link), channelJson(*channel));
         return;
     }
     const Result<void> edited = Channels(store).edit(*channel, title, link);
+    FeedChannel changed = *channel;
+    changed.setTitle(title);
+    changed.setLink(link);
     if (edited)
-        output.line(QStringLiteral("Changed: %1 (%2)").arg(title, link));
+        output.report(QStringLiteral("Changed: %1 (%2)").arg(title, link), channelJson(changed));
     else if (edited.error().kind() == Error::LinkInUse)
         output.error(QStringLiteral("%1 %2; choose another link").arg(link, edited.error().reason()));
     else

@@ -20,7 +20,8 @@ void setFavorite(const Store &store, const QString &name, bool isFavorite, Outpu
     }
     const Result<void> changed = messages.setFavorite(*uri, isFavorite);
     if (changed)
-        output.line((isFavorite ? QLatin1String("Favorite: ") : QLatin1String("Not a favorite: ")) + name);
+        output.report((isFavorite ? QLatin1String("Favorite: ") : QLatin1String("Not a favorite: ")) + name,
+                      {{QStringLiteral("uri"), *uri}, {QStringLiteral("favorite"), isFavorite}});
     else
         output.failure(name, changed.error());
 }

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "feedchoice.h"
 
+#include "jsonobjects.h"
 #include "output.h"
 #include "phrases.h"
 #include "question.h"
 #include "table.h"
 
+#include <QJsonArray>
+
 #include <TidelReader/link.h>
+#include <TidelReader/usertext.h>
 
 #include <optional>
 
@@ -38,6 +42,18 @@ void list(const QVector<FoundFeed> &feeds, Output &output)
     output.table(table);
 }
 
+QJsonArray json(const QVector<FoundFeed> &feeds)
+{
+    QJsonArray array;
+    for (const FoundFeed &feed : feeds) {
+        QJsonObject object;
+        addText(object, "title", feed.title);
+        addText(object, "link", withoutPasswords(Link::encoded(feed.address)));
+        array.append(object);
+    }
+    return array;
+}
+
 /// Asks until the answer can be understood. The end of the input means none.
 QVector<FoundFeed> asked(const QVector<FoundFeed> &feeds)
 {
@@ -60,14 +76,15 @@ QVector<FoundFeed> chosenFeeds(const QString &page, const DownloadResult &result
     const auto chosen = meant(answer, feeds);
     if (chosen && !chosen->isEmpty())
         return *chosen;
-    if (answer.isEmpty() && canAsk()) {
+    if (answer.isEmpty() && canAsk() && output.style() == Output::Text) {
         output.line(QStringLiteral("%1: %2").arg(page, result.reason()));
         list(feeds, output);
         return asked(feeds);
     }
     list(feeds, output);
     output.error(QStringLiteral("%1: %2; choose one with \"--feed N\", or take them with \"--all\"")
-                     .arg(page, result.reason()));
+                     .arg(page, result.reason()),
+                 {{QStringLiteral("feeds"), json(feeds)}});
     return {};
 }
 

@@ -2,6 +2,7 @@
 #include "commands.h"
 
 #include "channelfinder.h"
+#include "jsonobjects.h"
 #include "output.h"
 #include "phrases.h"
 
@@ -27,12 +28,15 @@ void moveToFolder(const Store &store, const Arguments &arguments, Output &output
     const QString folder = Folders::path(Folders::names(arguments.names.last()));
     const QString title = shownTitle(channel->title());
     const Result<void> moved = Folders(store).move(channel->uri(), folder);
-    if (!moved)
+    if (!moved) {
         output.failure(title, moved.error());
-    else if (folder.isEmpty())
-        output.line(QStringLiteral("In no folder: %1").arg(title));
-    else
-        output.line(QStringLiteral("In %1: %2").arg(folder, title));
+        return;
+    }
+    QJsonObject json = channelJson(*channel);
+    addText(json, "folder", folder);
+    output.report(folder.isEmpty() ? QStringLiteral("In no folder: %1").arg(title)
+                                   : QStringLiteral("In %1: %2").arg(folder, title),
+                  json);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "commands.h"
 
 #include "downloads.h"
+#include "jsonobjects.h"
 #include "output.h"
 #include "phrases.h"
 #include "searchable.h"
@@ -14,6 +15,7 @@
 #include <TidelReader/downloadqueue.h>
 #include <TidelReader/folders.h>
 #include <TidelReader/opml.h>
+#include <TidelReader/usertext.h>
 
 namespace Tidel {
 
@@ -45,6 +47,11 @@ void showPlan(const QList<Subscription> &missing, Output &output)
 {
     for (const Subscription &subscription : missing) {
         const QString folder = Folders::path(subscription.folder);
+        QJsonObject json;
+        addText(json, "link", withoutPasswords(subscription.link.toString()));
+        addText(json, "title", subscription.title);
+        addText(json, "folder", folder);
+        output.object(json);
         output.line(QStringLiteral("Would subscribe: %1 (%2)%3")
                         .arg(shownTitle(subscription.title), subscription.link.toString(),
                              folder.isEmpty() ? QString() : QLatin1String(" in ") + folder));
@@ -88,14 +95,18 @@ void FirstRefresh::report(const FeedChannel &channel, const DownloadResult &resu
         m_newMessages += int(result.newMessages().size());
         // A channel without a given title has got one from its feed.
         const QString title = Channels(m_store).title(channel.link()).value_or(channel.title());
-        m_output.line(QStringLiteral("Subscribed: %1 (%2)")
-                          .arg(title, countedMessages(int(result.newMessages().size()))));
+        const int count = int(result.newMessages().size());
+        QJsonObject json = channelJson(channel);
+        json.insert(QStringLiteral("title"), title);
+        json.insert(QStringLiteral("new"), count);
+        m_output.report(QStringLiteral("Subscribed: %1 (%2)").arg(title, countedMessages(count)), json);
         m_output.warnings(title, result.newNotes());
         return;
     }
     ++m_failures;
     m_output.error(QStringLiteral("%1 (%2): subscribed without messages: %3; \"tidel refresh\" tries again")
-                       .arg(channel.title(), channel.link(), result.reason()));
+                       .arg(channel.title(), channel.link(), result.reason()),
+                   channelJson(channel));
 }
 
 void importChannels(const Store &store, const Arguments &arguments, Output &output)
@@ -130,7 +141,7 @@ void importChannels(const Store &store, const Arguments &arguments, Output &outp
     }
     const QString failures =
         refresh.failures() > 0 ? QStringLiteral(", %1 without messages").arg(refresh.failures()) : QString();
-    output.line(total + QStringLiteral(", %1 new%2").arg(added->size()).arg(failures));
+    output.report(total + QStringLiteral(", %1 new%2").arg(added->size()).arg(failures), {});
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "commands.h"
 
 #include "channelfinder.h"
+#include "jsonobjects.h"
 #include "output.h"
 #include "phrases.h"
 #include "table.h"
@@ -47,6 +48,10 @@ void listChannels(const Store &store, const Arguments &, Output &output)
         if (!folders->isEmpty())
             row.insert(1, folders->value(channel.uri()));
         table.addRow(row);
+        QJsonObject json = channelJson(channel);
+        addText(json, "folder", folders->value(channel.uri()));
+        json.insert(QStringLiteral("messages"), counts->value(channel.uri()));
+        output.object(json);
     }
     output.table(table);
 }
@@ -64,10 +69,12 @@ void listMessages(const Store &store, const Arguments &arguments, Output &output
     if (messages->isEmpty())
         output.note(QStringLiteral("%1: the channel has no messages").arg(channel->title()));
     Table table;
-    for (const FeedMessage &message : *messages)
+    for (const FeedMessage &message : *messages) {
         table.addRow({shownTime(message.publishedDate()),
                       message.isFavorite() ? QStringLiteral("*") : QStringLiteral(" "),
                       shownTitle(message.title()), message.link()});
+        output.object(headlineJson(message.id(), message, {channel->title()}));
+    }
     output.table(table);
 }
 
@@ -87,8 +94,10 @@ void listEnclosures(const Store &store, const Arguments &arguments, Output &outp
     if (enclosures->isEmpty())
         output.note(QStringLiteral("%1: the message has no enclosures").arg(name));
     Table table({0});
-    for (const FeedEnclosure &enclosure : *enclosures)
+    for (const FeedEnclosure &enclosure : *enclosures) {
         table.addRow({shownSize(enclosure.length()), shownType(enclosure.mimeType()), enclosure.remoteUrl()});
+        output.object(enclosureJson(enclosure));
+    }
     output.table(table);
 }
 

@@ -2,6 +2,7 @@
 #include "messagetext.h"
 
 #include "articlelayout.h"
+#include "jsonobjects.h"
 #include "phrases.h"
 #include "terminaltext.h"
 
@@ -80,23 +81,6 @@ QStringList headLines(const WholeMessage &whole, int width)
     return fieldLines(fields, width);
 }
 
-QJsonObject enclosureJson(const FeedEnclosure &enclosure, const EnclosureDetails &details)
-{
-    QJsonObject json{{QStringLiteral("uri"), enclosure.uri()},
-                     {QStringLiteral("address"), withoutPasswords(enclosure.remoteUrl())}};
-    const auto add = [&json](const char *name, const QJsonValue &value, bool isKnown) {
-        if (isKnown)
-            json.insert(QLatin1String(name), value);
-    };
-    const QString file = QUrl(enclosure.localUrl()).toLocalFile();
-    add("type", enclosure.mimeType(), !enclosure.mimeType().isEmpty());
-    add("bytes", double(enclosure.length()), enclosure.length() > 0);
-    add("seconds", details.duration, details.duration > 0);
-    add("title", details.title, !details.title.isEmpty());
-    add("file", file, !file.isEmpty());
-    return json;
-}
-
 } // namespace
 
 Result<WholeMessage> readMessage(const Store &store, const QString &uri)
@@ -145,22 +129,16 @@ QJsonObject messageJson(const WholeMessage &whole)
     QJsonArray files;
     for (const FeedEnclosure &enclosure : whole.enclosures)
         files.append(enclosureJson(enclosure, whole.enclosureDetails.value(enclosure.uri())));
-    QJsonObject json{{QStringLiteral("uri"), whole.uri},
-                     {QStringLiteral("title"), whole.message.title()},
-                     {QStringLiteral("link"), withoutPasswords(whole.message.link())},
-                     {QStringLiteral("channels"), QJsonArray::fromStringList(whole.channels)},
-                     {QStringLiteral("authors"), QJsonArray::fromStringList(whole.details.authors)},
-                     {QStringLiteral("categories"), QJsonArray::fromStringList(whole.details.categories)},
-                     {QStringLiteral("favorite"), whole.message.isFavorite()},
-                     {QStringLiteral("html"), withoutPasswords(htmlOf(whole))},
-                     {QStringLiteral("text"), withoutPasswords(plainText(htmlOf(whole)))},
-                     {QStringLiteral("enclosures"), files}};
-    const auto addTime = [&json](const char *name, const QDateTime &time) {
-        if (time.isValid())
-            json.insert(QLatin1String(name), time.toUTC().toString(Qt::ISODate));
-    };
-    addTime("published", whole.message.publishedDate());
-    addTime("updated", whole.details.updatedDate);
+    QJsonObject json = headlineJson(whole.uri, whole.message, whole.channels);
+    addText(json, "author", whole.details.authors.join(QLatin1String(", ")));
+    addList(json, "categories", whole.details.categories);
+    addTime(json, "updated", whole.details.updatedDate);
+    addTime(json, "downloaded", whole.message.downloadedTime());
+    addText(json, "summary", withoutPasswords(plainText(whole.message.summary())));
+    addText(json, "text", withoutPasswords(plainText(htmlOf(whole))));
+    addText(json, "html", withoutPasswords(htmlOf(whole)));
+    if (!files.isEmpty())
+        json.insert(QStringLiteral("enclosures"), files);
     return json;
 }
 

@@ -67,7 +67,8 @@ void Output::object(const QJsonObject &object)
 
 void Output::report(const QString &text, const QJsonObject &object)
 {
-    this->object(object);
+    if (!object.isEmpty())
+        this->object(object);
     if (!m_isQuiet)
         line(text);
 }

@@ -38,7 +38,7 @@ public:
 
     /// Writes \a object as one line of JSON, in the style Json only.
     void object(const QJsonObject &object);
-    /// Reports what the command did: \a text or \a object, by the style.
+    /// Reports what the command did: \a text or \a object, by the style. An empty object is left out.
     void report(const QString &text, const QJsonObject &object);
     /// Writes one line of results, in the style Text only.
     void line(const QString &text);

@@ -2,6 +2,7 @@
 #include "commands.h"
 
 #include "channelfinder.h"
+#include "jsonobjects.h"
 #include "output.h"
 #include "phrases.h"
 #include "removalreport.h"
@@ -19,6 +20,9 @@ void show(const Retention &retention, const FeedChannel &channel, const QStringL
         output.failure(channel.title(), messages.error());
         return;
     }
+    QJsonObject json = channelJson(channel);
+    json.insert(QStringLiteral("wouldDelete"), int(uris.size()));
+    output.object(json);
     output.line(
         QStringLiteral("%1: would delete %2").arg(channel.title(), countedMessages(int(uris.size()))));
     for (const FeedMessage &message : *messages)
@@ -31,9 +35,10 @@ void drop(Retention &retention, const FeedChannel &channel, const QStringList &u
     RemovalReport report(output);
     const Result<void> dropped = retention.drop(channel.uri(), uris, report.step());
     if (report.messages() > 0)
-        output.line(
+        output.report(
             QStringLiteral("%1: deleted %2, %3")
-                .arg(channel.title(), countedMessages(report.messages()), countedFiles(report.files())));
+                .arg(channel.title(), countedMessages(report.messages()), countedFiles(report.files())),
+            report.json(channelJson(channel)));
     if (!dropped)
         output.failure(channel.title(), dropped.error(), QStringLiteral("; prune again"));
 }
@@ -55,7 +60,8 @@ void prune(const Store &store, const Arguments &arguments, Output &output)
         if (!uris)
             output.failure(channel.title(), uris.error());
         else if (uris->isEmpty())
-            output.line(QStringLiteral("%1: nothing to delete").arg(channel.title()));
+            output.report(QStringLiteral("%1: nothing to delete").arg(channel.title()),
+                          RemovalReport(output).json(channelJson(channel)));
         else if (arguments.isSet("dry-run"))
             show(retention, channel, *uris, output);
         else

@@ -3,6 +3,7 @@
 
 #include "channelfinder.h"
 #include "downloads.h"
+#include "jsonobjects.h"
 #include "output.h"
 #include "phrases.h"
 #include "searchable.h"
@@ -60,7 +61,8 @@ void RefreshReport::add(const FeedChannel &channel, const DownloadResult &result
     const QString advice =
         result.error() == gone ? QStringLiteral("; \"tidel unsubscribe\" deletes the channel") : QString();
     m_output.error(
-        QStringLiteral("%1 (%2): %3").arg(channel.title(), channel.link(), result.reason() + advice));
+        QStringLiteral("%1 (%2): %3").arg(channel.title(), channel.link(), result.reason() + advice),
+        channelJson(channel));
 }
 
 void RefreshReport::addMessages(const FeedChannel &channel, const DownloadResult &result)
@@ -70,8 +72,11 @@ void RefreshReport::addMessages(const FeedChannel &channel, const DownloadResult
     m_newMessages += int(added.size());
     m_changedMessages += int(changed.size());
     m_output.warnings(channel.title(), result.newNotes());
-    m_output.line(channel.title() + QLatin1String(": ")
-                  + countedNews(int(added.size()), int(changed.size())));
+    QJsonObject json = channelJson(channel);
+    json.insert(QStringLiteral("new"), int(added.size()));
+    json.insert(QStringLiteral("changed"), int(changed.size()));
+    m_output.report(
+        channel.title() + QLatin1String(": ") + countedNews(int(added.size()), int(changed.size())), json);
     list(channel, added, QString(), result.headlines());
     list(channel, changed, QStringLiteral(" (changed)"));
 }
@@ -85,9 +90,13 @@ void RefreshReport::list(const FeedChannel &channel, const QStringList &links, c
         m_output.failure(channel.title(), messages.error());
         return;
     }
-    for (const FeedMessage &message : *messages)
-        m_output.line(QStringLiteral("  %1  %2")
-                          .arg(shownTime(message.publishedDate()), shownTitle(message.title()) + mark));
+    for (const FeedMessage &message : *messages) {
+        QJsonObject json = headlineJson(message.id(), message, {channel.title()});
+        json.insert(QStringLiteral("changed"), !mark.isEmpty());
+        m_output.report(QStringLiteral("  %1  %2")
+                            .arg(shownTime(message.publishedDate()), shownTitle(message.title()) + mark),
+                        json);
+    }
 }
 
 void RefreshReport::summarize() const
@@ -96,9 +105,10 @@ void RefreshReport::summarize() const
         m_changedMessages > 0 ? QStringLiteral(", %1 changed").arg(m_changedMessages) : QString();
     const QString failures = m_failures > 0 ? QStringLiteral(", %1 failed").arg(m_failures) : QString();
     if (m_channels > 1)
-        m_output.line(
+        m_output.report(
             QStringLiteral("%1: %2%3%4")
-                .arg(countedChannels(m_channels), countedNewMessages(m_newMessages), changes, failures));
+                .arg(countedChannels(m_channels), countedNewMessages(m_newMessages), changes, failures),
+            {});
 }
 
 void refresh(const Store &store, const Arguments &arguments, Output &output)

@@ -19,4 +19,12 @@ RemovalStep RemovalReport::step()
     };
 }
 
+QJsonObject RemovalReport::json(QJsonObject object) const
+{
+    object.insert(QStringLiteral("deletedMessages"), m_messages);
+    object.insert(QStringLiteral("deletedEnclosures"), m_enclosures);
+    object.insert(QStringLiteral("deletedFiles"), m_files);
+    return object;
+}
+
 } // namespace Tidel

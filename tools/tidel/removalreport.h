@@ -2,6 +2,8 @@
 #ifndef TIDEL_REMOVALREPORT_H
 #define TIDEL_REMOVALREPORT_H
 
+#include <QJsonObject>
+
 #include <TidelReader/removal.h>
 
 namespace Tidel {
@@ -18,6 +20,8 @@ public:
     /// Returns the function to call after each step of the removal. It must not outlive this object.
     RemovalStep step();
 
+    /// The numbers as `deletedMessages`, `deletedEnclosures` and `deletedFiles`, added to \a object.
+    QJsonObject json(QJsonObject object = {}) const;
     /// The number of removed messages.
     int messages() const { return m_messages; }
     /// The number of removed enclosures.

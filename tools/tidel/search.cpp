@@ -2,12 +2,10 @@
 #include "commands.h"
 
 #include "channelfinder.h"
+#include "jsonobjects.h"
 #include "output.h"
 #include "phrases.h"
 #include "timeargument.h"
-
-#include <QJsonArray>
-#include <QJsonObject>
 
 #include <TidelReader/search.h>
 #include <TidelReader/usertext.h>
@@ -26,14 +24,8 @@ MarkedText operator+(const QString &before, MarkedText text)
 
 QJsonObject json(const SearchHit &hit)
 {
-    QJsonObject object{{QStringLiteral("uri"), hit.uri},
-                       {QStringLiteral("link"), withoutPasswords(hit.message.link())},
-                       {QStringLiteral("title"), hit.message.title()},
-                       {QStringLiteral("channels"), QJsonArray::fromStringList(hit.channels)},
-                       {QStringLiteral("excerpt"), withoutPasswords(hit.excerpt.text)}};
-    const QDateTime published = hit.message.publishedDate();
-    if (published.isValid())
-        object.insert(QStringLiteral("published"), published.toUTC().toString(Qt::ISODate));
+    QJsonObject object = headlineJson(hit.uri, hit.message, hit.channels);
+    addText(object, "excerpt", withoutPasswords(hit.excerpt.text));
     return object;
 }
 

@@ -3,6 +3,7 @@
 
 #include "downloads.h"
 #include "feedchoice.h"
+#include "jsonobjects.h"
 #include "output.h"
 #include "phrases.h"
 #include "searchable.h"
@@ -15,6 +16,7 @@
 #include <TidelReader/documenturl.h>
 #include <TidelReader/downloadqueue.h>
 #include <TidelReader/link.h>
+#include <TidelReader/usertext.h>
 
 #include <vector>
 
@@ -31,12 +33,15 @@ QString schemeAdvice(const QString &argument)
     return mayLackScheme ? QStringLiteral("; web addresses begin with https:// or http://") : QString();
 }
 
-/// Writes \a text with the title of the channel with the link \a address.
-void reportChannel(const Store &store, const QUrl &address, const QString &text, Output &output)
+/// Writes \a text with the title of the channel with the link \a address, which has \a count new messages.
+void reportChannel(const Store &store, const QUrl &address, const QString &text, int count, Output &output)
 {
     const Result<QString> title = Channels(store).title(Link::encoded(address));
+    QJsonObject json{{QStringLiteral("new"), count}};
+    addText(json, "link", withoutPasswords(Link::encoded(address)));
+    addText(json, "title", title.value_or(QString()));
     if (title)
-        output.line(text.arg(shownTitle(*title)));
+        output.report(text.arg(shownTitle(*title)), json);
     else
         output.failure(Link::encoded(address), title.error());
 }
@@ -51,9 +56,9 @@ QUrl channelAddress(const QUrl &address, const DownloadResult &result)
 void reportNew(const Store &store, const QString &argument, const QUrl &address, const DownloadResult &result,
                Output &output)
 {
+    const int count = int(result.newMessages().size());
     reportChannel(store, address,
-                  QStringLiteral("Subscribed: %1 (") + countedMessages(int(result.newMessages().size()))
-                      + QLatin1Char(')'),
+                  QStringLiteral("Subscribed: %1 (") + countedMessages(count) + QLatin1Char(')'), count,
                   output);
     output.warnings(argument, result.newNotes());
 }
@@ -65,10 +70,11 @@ void report(const Store &store, const QString &argument, const DownloadResult &r
         reportNew(store, argument, address, result, output);
     else if (result.error() == FeedDownloadAlreadyStored)
         reportChannel(store, address,
-                      QStringLiteral("Already subscribed: %1 (\"tidel refresh\" downloads new messages)"),
+                      QStringLiteral("Already subscribed: %1 (\"tidel refresh\" downloads new messages)"), 0,
                       output);
     else if (result.error() != FeedDownloadCanceled)
-        output.error(argument + QLatin1String(": ") + result.reason() + schemeAdvice(argument));
+        output.error(argument + QLatin1String(": ") + result.reason() + schemeAdvice(argument),
+                     {{QStringLiteral("link"), withoutPasswords(argument)}});
 }
 
 /// A web page with several feeds.

@@ -2,6 +2,7 @@
 #include "commands.h"
 
 #include "channelfinder.h"
+#include "jsonobjects.h"
 #include "output.h"
 #include "removalreport.h"
 
@@ -19,7 +20,8 @@ void unsubscribe(const Store &store, const Arguments &arguments, Output &output)
     RemovalReport report(output);
     const Result<void> removed = Channels(store).remove(*channel, report.step());
     if (removed)
-        output.line(QStringLiteral("Unsubscribed: %1").arg(channel->title()));
+        output.report(QStringLiteral("Unsubscribed: %1").arg(channel->title()),
+                      report.json(channelJson(*channel)));
     else
         output.failure(
             channel->title(), removed.error(),

@@ -156,6 +156,7 @@ void TestSearchCommand::json()
                           {"link", "https://example.org/Shi"},
                           {"channels", QJsonArray{"Sea"}},
                           {"excerpt", "Masts are poles too"},
+                          {"favorite", false},
                           {"published", "2026-11-04T12:00:00Z"}}));
 }
 

@@ -95,13 +95,14 @@ void TestShow::json()
     QVERIFY(json.take("uri").toString().startsWith("urn:uuid:"));
     QJsonObject file = json.take("enclosures").toArray().first().toObject();
     QVERIFY(file.take("uri").toString().startsWith("urn:uuid:"));
-    QCOMPARE(file, QJsonObject({{"address", "https://example.org/beans.mp3"}, {"seconds", 3723}}));
+    QCOMPARE(file, QJsonObject({{"url", "https://example.org/beans.mp3"}, {"duration", 3723}}));
+    QVERIFY(json.take("downloaded").toString().endsWith("Z"));
     QCOMPARE(json,
              QJsonObject(
                  {{"title", "Beans"},
                   {"link", "https://example.org/Beans"},
                   {"channels", QJsonArray{"Garden"}},
-                  {"authors", QJsonArray{"Ada", "Zoe"}},
+                  {"author", "Ada, Zoe"},
                   {"categories", QJsonArray{"food"}},
                   {"favorite", true},
                   {"html",
