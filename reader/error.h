@@ -38,7 +38,8 @@ public:
         LinkInUse, ///< Another channel or a message has this link.
         PluginUnusable, ///< A file is not a usable download plug-in, or there is none.
         FileFailed, ///< A file of the user cannot be read or written, or holds something else.
-        NotEmpty ///< The archive already holds something.
+        NotEmpty, ///< The archive already holds something.
+        QueryRefused ///< A query of the user is not valid.
     };
 
     /// An error of \a kind. \a attempt completes the sentence "could not ...", and may be empty. \a reason

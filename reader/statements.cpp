@@ -965,4 +965,23 @@ QSparqlQuery channelTitles(const QStringList &messageUris)
                   + QLatin1String("?m nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel ; nie:title ?title }"));
 }
 
+QSparqlQuery countOfLocalCopies()
+{
+    return select(QStringLiteral("SELECT (COUNT(?e) AS ?n) WHERE { ?e mfo:localLink ?file "
+                                 "FILTER(?file != <>) }"));
+}
+
+QSparqlQuery newestMessages()
+{
+    return select(QStringLiteral("SELECT ?c (MAX(?published) AS ?newest) WHERE { ?c a mfo:FeedChannel . "
+                                 "?m nie:isLogicalPartOf ?c ; nie:contentCreated ?published } GROUP BY ?c"));
+}
+
+QSparqlQuery datesSince(const QDateTime &since)
+{
+    return select(QStringLiteral("SELECT ?published WHERE { ?m nie:contentCreated ?published . "
+                                 "FILTER(?published >= ?:since) }"),
+                  {{"since", since}});
+}
+
 } // namespace Tidel::Statements

@@ -291,6 +291,16 @@ QSparqlQuery countOfStrays();
 QString adoptStrays(const QString &channelUri);
 /// @}
 
+/// \name Statistics
+/// @{
+/// The number of enclosures with a local copy.
+QSparqlQuery countOfLocalCopies();
+/// Channel, date of its newest message.
+QSparqlQuery newestMessages();
+/// The dates of all messages that were published since then.
+QSparqlQuery datesSince(const QDateTime &since);
+/// @}
+
 } // namespace Tidel::Statements
 
 #endif

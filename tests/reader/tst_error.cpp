@@ -70,7 +70,7 @@ void TestError::values_data()
                                     << "could not write: ";
     for (Error::Kind kind :
          {Error::StoreUnavailable, Error::StoreFailed, Error::StoreRefused, Error::NotFound, Error::Ambiguous,
-          Error::AlreadyStored, Error::LinkInUse, Error::PluginUnusable})
+          Error::AlreadyStored, Error::LinkInUse, Error::PluginUnusable, Error::QueryRefused})
         QTest::addRow("kind %d", kind) << int(kind) << "a"
                                        << "b"
                                        << "could not a: b";

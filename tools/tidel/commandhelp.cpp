@@ -74,11 +74,13 @@ const std::vector<Option> &programOptions()
 QString programHelp(int width)
 {
     width = std::min(width, widestText);
-    QString text =
-        QStringLiteral("Usage: tidel COMMAND [ARGUMENT...]\n\n"
-                       "A feed reader that keeps its feeds in the desktop's store.\n\nCommands:\n");
-    for (const Command *command : allCommands())
-        text += entry(QLatin1String(command->name), QLatin1String(command->summary), 11, width);
+    QString text = QStringLiteral("Usage: tidel COMMAND [ARGUMENT...]\n\n"
+                                  "A feed reader that keeps its feeds in the desktop's store.\n");
+    for (const CommandGroup &group : commandGroups()) {
+        text += QStringLiteral("\n%1:\n").arg(QLatin1String(group.title));
+        for (const Command *command : group.commands)
+            text += entry(QLatin1String(command->name), QLatin1String(command->summary), 11, width);
+    }
     return text + QStringLiteral("\nOptions:\n") + optionList(programOptions(), width)
         + optionList(commonOptions(), width)
         + QStringLiteral("\n\"tidel COMMAND --help\" describes a command and shows examples.\n"

@@ -28,6 +28,8 @@ extern const Command backupCommand;
 extern const Command restoreCommand;
 extern const Command cleanCommand;
 extern const Command checkCommand;
+extern const Command queryCommand;
+extern const Command statsCommand;
 
 } // namespace Tidel
 

@@ -28,14 +28,28 @@ int distance(const QString &one, const QString &other)
 
 } // namespace
 
-const QVector<const Command *> &allCommands()
+const QVector<CommandGroup> &commandGroups()
 {
-    static const QVector<const Command *> commands{
-        &subscribeCommand, &unsubscribeCommand, &refreshCommand,    &downloadCommand, &editCommand,
-        &folderCommand,    &importCommand,      &exportCommand,     &channelsCommand, &messagesCommand,
-        &showCommand,      &searchCommand,      &enclosuresCommand, &favoriteCommand, &unfavoriteCommand,
-        &pruneCommand,     &backupCommand,      &restoreCommand,    &cleanCommand,    &checkCommand,
+    static const QVector<CommandGroup> groups{
+        {"Channels",
+         {&subscribeCommand, &unsubscribeCommand, &refreshCommand, &editCommand, &folderCommand,
+          &importCommand, &exportCommand}},
+        {"Reading",
+         {&channelsCommand, &messagesCommand, &showCommand, &searchCommand, &favoriteCommand,
+          &unfavoriteCommand}},
+        {"Files", {&enclosuresCommand, &downloadCommand}},
+        {"Archive",
+         {&statsCommand, &queryCommand, &pruneCommand, &cleanCommand, &backupCommand, &restoreCommand,
+          &checkCommand}},
     };
+    return groups;
+}
+
+QVector<const Command *> allCommands()
+{
+    QVector<const Command *> commands;
+    for (const CommandGroup &group : commandGroups())
+        commands += group.commands;
     return commands;
 }
 
@@ -50,7 +64,7 @@ const std::vector<Option> &commonOptions()
 
 const Command *findCommand(const QString &name)
 {
-    const auto &commands = allCommands();
+    const auto commands = allCommands();
     const auto found = std::find_if(commands.begin(), commands.end(), [&](const Command *command) {
         return name == QLatin1String(command->name);
     });
@@ -74,7 +88,8 @@ QString similarWord(const QString &word, const QStringList &words)
 QStringList commandNames()
 {
     QStringList names;
-    for (const Command *command : allCommands())
+    const auto commands = allCommands();
+    for (const Command *command : commands)
         names.append(QString::fromLatin1(command->name));
     return names;
 }

@@ -8,8 +8,18 @@
 
 namespace Tidel {
 
-/// All commands, in the order of the help.
-const QVector<const Command *> &allCommands();
+/// Commands that the help lists together.
+struct CommandGroup
+{
+    const char *title;
+    QVector<const Command *> commands;
+};
+
+/// All commands by topic, in the order of the help.
+const QVector<CommandGroup> &commandGroups();
+
+/// All commands.
+QVector<const Command *> allCommands();
 
 /// The options that every command has.
 const std::vector<Option> &commonOptions();

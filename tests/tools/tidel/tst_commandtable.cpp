@@ -23,7 +23,8 @@ private Q_SLOTS:
 
 void TestCommandTable::examples()
 {
-    for (const Command *command : allCommands()) {
+    const auto commands = allCommands();
+    for (const Command *command : qAsConst(commands)) {
         QVERIFY2(!command->examples.empty(), command->name);
         for (const char *example : command->examples)
             QVERIFY2(QString(example).startsWith(QString("tidel %1").arg(command->name)), example);
@@ -32,9 +33,10 @@ void TestCommandTable::examples()
 
 void TestCommandTable::helpFitsTheTerminal()
 {
+    const auto commands = allCommands();
     for (const int width : {70, 80, 300}) {
         QStringList lines = programHelp(width).split('\n');
-        for (const Command *command : allCommands())
+        for (const Command *command : qAsConst(commands))
             lines += commandHelp(*command, width).split('\n');
         for (const QString &line : qAsConst(lines))
             QVERIFY2(line.startsWith("  tidel ") || line.size() <= qMin(width, 100), qPrintable(line));

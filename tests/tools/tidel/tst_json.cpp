@@ -28,6 +28,7 @@ private Q_SLOTS:
     void init();
     void everyCommand();
     void values();
+    void query();
     void errors();
     void quiet();
 
@@ -114,6 +115,17 @@ void TestJson::everyCommand()
           {{"author", "categories", "channels", "downloaded", "enclosures", "favorite", "html", "link",
             "published", "text", "title", "uri"}});
     check({"search", "poles"}, {{"channels", "excerpt", "favorite", "link", "published", "title", "uri"}});
+    check(
+        {"query",
+         "SELECT ?t (COUNT(?m) AS ?n) { ?m nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel ; nie:title ?t } GROUP BY ?t"},
+        {{"n", "t"}});
+    const Objects statistics = objects({"stats"});
+    tested.insert("stats");
+    QCOMPARE(statistics.size(), 16);
+    QCOMPARE(keys(statistics.first()),
+             QStringList({"channels", "downloaded", "enclosures", "favorites", "length", "messages"}));
+    QCOMPARE(keys(statistics.at(1)), QStringList({"day", "messages"}));
+    QCOMPARE(keys(statistics.last()), QStringList({"link", "messages", "newest", "title", "type", "uri"}));
     check({"unfavorite", beans}, {{"favorite", "uri"}});
     check({"edit", "Garden", "--title", "Notes"}, {channel});
     check({"folder", "Notes", "A/B"}, {{"folder", "link", "title", "type", "uri"}});
@@ -150,6 +162,23 @@ void TestJson::values()
     QCOMPARE(file["length"].toInt(), 4);
     QCOMPARE(file["type"].toString(), QString("audio/mpeg"));
     QCOMPARE(objects({"channels"}).value(0)["messages"].toInt(), 2);
+}
+
+void TestJson::query()
+{
+    objects({"subscribe", path("garden.xml")});
+    const QString sparql = "SELECT ?title ?date (1 + 1 AS ?two) (true AS ?yes) ?nothing WHERE { "
+                           "?m nie:isLogicalPartOf ?c ; nie:title ?title ; nie:contentCreated ?date }";
+    const QJsonObject row = objects({"query", sparql}).value(0);
+    QCOMPARE(row,
+             QJsonObject({{"title", "Beans"}, {"date", "2026-11-03T12:00:00Z"}, {"two", 2}, {"yes", true}}));
+    QCOMPARE(run({"query", sparql}),
+             QByteArray("title  date                  two  yes   nothing\n"
+                        "Beans  2026-11-03T12:00:00Z  2    true\n"));
+    QCOMPARE(run({"query", "SELECT ('a \"b\", c\' AS ?x) ('d\' AS ?y) {}", "--csv"}),
+             QByteArray("x,y\n\"a \"\"b\"\", c\",d\n"));
+    QCOMPARE(keys(objects({"query", "DELETE WHERE { ?s ?p ?o }"}, 1).value(0)), QStringList{"error"});
+    QCOMPARE(objects({"channels"}).size(), 1);
 }
 
 // Each failure is an object beside the results, and the standard error stays empty.
