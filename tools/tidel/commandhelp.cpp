@@ -60,15 +60,6 @@ QString argumentName(const QString &syntax)
     return syntax.section(QLatin1Char(' '), 0, 0).remove(QRegularExpression(QStringLiteral("[][.]")));
 }
 
-const std::vector<Option> &programOptions()
-{
-    static const std::vector<Option> options{
-        {"help", nullptr, "Displays this help."},
-        {"version", nullptr, "Displays the version."},
-        {"log-settings", "FILE", "Writes log messages as configured in FILE; stands before the command."}};
-    return options;
-}
-
 } // namespace
 
 QString programHelp(int width)

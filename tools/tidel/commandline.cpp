@@ -3,6 +3,7 @@
 
 #include "commandhelp.h"
 #include "commandtable.h"
+#include "complete.h"
 #include "logging.h"
 #include "output.h"
 
@@ -152,6 +153,10 @@ int runCommandLine(const QStringList &arguments)
 {
     const QString help = QStringLiteral("\"tidel --help\"");
     Output output(stdout, stderr);
+    if (arguments.value(1) == QLatin1String("--complete")) {
+        complete(arguments.mid(2), output);
+        return exitCode(output);
+    }
     QCommandLineParser parser;
     parser.addOption(helpOption());
     const QCommandLineOption version = parser.addVersionOption();

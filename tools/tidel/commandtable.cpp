@@ -62,6 +62,15 @@ const std::vector<Option> &commonOptions()
     return options;
 }
 
+const std::vector<Option> &programOptions()
+{
+    static const std::vector<Option> options{
+        {"help", nullptr, "Displays this help."},
+        {"version", nullptr, "Displays the version."},
+        {"log-settings", "FILE", "Writes log messages as configured in FILE; stands before the command."}};
+    return options;
+}
+
 const Command *findCommand(const QString &name)
 {
     const auto commands = allCommands();

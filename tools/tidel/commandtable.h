@@ -24,6 +24,9 @@ QVector<const Command *> allCommands();
 /// The options that every command has.
 const std::vector<Option> &commonOptions();
 
+/// The options that stand before the command.
+const std::vector<Option> &programOptions();
+
 /// Returns the command \a name; null if there is none.
 const Command *findCommand(const QString &name);
 
