@@ -17,6 +17,16 @@ const QByteArray feed = R"(<rss version="2.0" xmlns:dc="http://purl.org/dc/eleme
 
 QStringList keys(const QJsonObject &object) { return object.keys(); }
 
+/// Returns true if the manual page has \a key; otherwise returns false.
+bool isDocumented(const QString &key)
+{
+    QFile file(TIDEL_JSON_MANUAL);
+    const QString page = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    return QRegularExpression("^\\.BR? .*\\b" + key + "\\b", QRegularExpression::MultilineOption)
+        .match(page)
+        .hasMatch();
+}
+
 } // namespace
 
 /// Tests what every command writes for other programs.
@@ -98,6 +108,8 @@ void TestJson::everyCommand()
         QCOMPARE(written.size(), expected.size());
         for (int i = 0; i < written.size(); ++i)
             QCOMPARE(keys(written.at(i)), expected.at(i));
+        for (const QString &key : expected.first())
+            QVERIFY2(arguments.first() == "query" || isDocumented(key), qPrintable(key));
     };
     const QStringList channel{"link", "title", "type", "uri"};
     const QStringList deleted{"deletedEnclosures", "deletedFiles", "deletedMessages"};
