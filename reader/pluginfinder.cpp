@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "pluginfinder.h"
 
+#include "pluginswitch_p.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QLibrary>
 #include <QPluginLoader>
@@ -65,18 +68,41 @@ Result<FeedPluginInterface *> loadPlugin(const QString &file)
     return plugin;
 }
 
-Result<FeedPluginInterface *> findPlugin(const QString &folder, QStringList *problems)
+QList<PluginDescription> describePlugins(const QString &folder)
 {
     const QDir dir(folder);
     const QStringList names = dir.entryList({QStringLiteral("*.so")}, QDir::Files, QDir::Name);
+    QList<PluginDescription> plugins;
     for (const QString &name : names) {
-        const Result<FeedPluginInterface *> plugin = loadPlugin(dir.filePath(name));
-        if (plugin)
-            return plugin;
-        if (problems)
-            problems->append(dir.filePath(name) + QLatin1Char(' ') + plugin.error().reason());
+        const QString file = dir.filePath(name);
+        const QJsonObject data = QPluginLoader(file).metaData().value(QLatin1String("MetaData")).toObject();
+        const auto text = [&data](const char *key) { return data.value(QLatin1String(key)).toString(); };
+        QStringList addresses;
+        const QJsonArray beginnings = data.value(QLatin1String("addresses")).toArray();
+        for (const QJsonValue &beginning : beginnings)
+            addresses.append(beginning.toString());
+        plugins.append({file, text("name"), text("version"), text("description"), addresses});
     }
-    return unusable(QStringLiteral("no download plug-in in ") + folder);
+    return plugins;
+}
+
+Result<FeedPluginInterface *> findPlugin(const QString &folder, QStringList *problems)
+{
+    QVector<PluginChoice> choices;
+    const QList<PluginDescription> descriptions = describePlugins(folder);
+    for (const PluginDescription &description : descriptions) {
+        const Result<FeedPluginInterface *> plugin = loadPlugin(description.file);
+        if (plugin)
+            choices.append({*plugin, description.addresses});
+        else if (problems)
+            problems->append(description.file + QLatin1Char(' ') + plugin.error().reason());
+    }
+    if (choices.isEmpty())
+        return unusable(QStringLiteral("no download plug-in in ") + folder);
+    if (choices.size() == 1)
+        return choices.constFirst().plugin;
+    // As the plug-ins, it lives until the process ends. QPluginLoader owns these.
+    return new PluginSwitch(choices, choices.constFirst().plugin);
 }
 
 } // namespace Tidel

@@ -5,6 +5,7 @@
 #include "error.h"
 #include "tidelreaderglobal.h"
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -19,8 +20,23 @@ TIDELREADER_EXPORT QString pluginFolder();
 /// Error::PluginUnusable.
 TIDELREADER_EXPORT Result<FeedPluginInterface *> loadPlugin(const QString &file);
 
-/// Loads the first file of \a folder, by name, that is a download plug-in. Fails with Error::PluginUnusable
-/// if there is none. A line about each unusable file is appended to \a problems, which may be null.
+/// What a plug-in says of itself in its metadata.
+struct PluginDescription
+{
+    QString file; ///< Its path.
+    QString name; ///< Empty if it says nothing, as the other texts.
+    QString version;
+    QString description;
+    QStringList addresses; ///< The beginnings of the addresses that it takes; all addresses if it is empty.
+};
+
+/// Describes the files of \a folder, by name, without running them.
+TIDELREADER_EXPORT QList<PluginDescription> describePlugins(const QString &folder);
+
+/// Loads the download plug-ins of \a folder. If there are several, returns one that passes each operation on
+/// to the plug-in that takes the address: the one with the longest matching beginning, and of several the
+/// first one by file name. Fails with Error::PluginUnusable if there is none. A line about each unusable file
+/// is appended to \a problems, which may be null.
 TIDELREADER_EXPORT Result<FeedPluginInterface *> findPlugin(const QString &folder,
                                                             QStringList *problems = nullptr);
 

@@ -60,7 +60,11 @@ mkdir -p "$work/ours" "$plugins"
 find "$plugins" -name '*.so' -exec mv {} "$work/ours" \;
 export XDG_DATA_HOME=$work/lines
 expect "$("$work/build/reader" /none 2>&1)" "reader: plug-in: no download plug-in in $plugins"
-cp "$work/build/liblines.so" "$plugins"
+case $way in
+cmake) "$cmake" --install "$work/build" >/dev/null ;;
+pkgconfig) cp "$work/build/liblines.so" "$(pkg-config --variable=plugindir TidelReader)" ;;
+esac
+[ -f "$plugins/liblines.so" ] || fail "the package does not tell the folder of the plug-ins"
 printf 'https://example.org/1 First\nhttps://example.org/2 Second\n' >"$work/news"
 expect "$("$work/build/reader" "$work/news")" $'news\n  Second\n  First'
 expect "$("$work/build/reader" "$work/news" 2>/dev/null && echo "exit 0")" $'news\n  Second\n  First'

@@ -17,7 +17,7 @@ private slots:
     void badPlugins_data();
     void badPlugins();
     void goodPlugin();
-    void firstGoodPlugin();
+    void onlyGoodPlugin();
     void nothingThere();
 
 private:
@@ -79,7 +79,7 @@ void TestPluginFinder::goodPlugin()
     QVERIFY(downloader != nullptr && downloader.get() != *plugin);
 }
 
-void TestPluginFinder::firstGoodPlugin()
+void TestPluginFinder::onlyGoodPlugin()
 {
     QVERIFY(!copy("throws", "a").isEmpty());
     QFile text(m_folder->filePath("b.so"));
@@ -94,9 +94,10 @@ void TestPluginFinder::firstGoodPlugin()
 
     QStringList problems;
     QVERIFY(findPlugin(m_folder->path(), &problems));
-    QCOMPARE(problems.size(), 2);
+    QCOMPARE(problems.size(), 3);
     QVERIFY2(problems.at(0).endsWith("a.so fails to start"), qPrintable(problems.at(0)));
     QVERIFY2(problems.at(1).contains("b.so is not a plug-in: "), qPrintable(problems.at(1)));
+    QVERIFY2(problems.at(2).contains("d.so is a plug-in for another"), qPrintable(problems.at(2)));
 }
 
 void TestPluginFinder::nothingThere()

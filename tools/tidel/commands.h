@@ -29,6 +29,7 @@ extern const Command restoreCommand;
 extern const Command cleanCommand;
 extern const Command checkCommand;
 extern const Command queryCommand;
+extern const Command pluginsCommand;
 extern const Command statsCommand;
 
 } // namespace Tidel

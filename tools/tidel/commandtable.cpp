@@ -40,7 +40,7 @@ const QVector<CommandGroup> &commandGroups()
         {"Files", {&enclosuresCommand, &downloadCommand}},
         {"Archive",
          {&statsCommand, &queryCommand, &pruneCommand, &cleanCommand, &backupCommand, &restoreCommand,
-          &checkCommand}},
+          &checkCommand, &pluginsCommand}},
     };
     return groups;
 }

@@ -44,7 +44,8 @@ int lineLength(FILE *terminal)
 } // namespace
 
 Output::Output(FILE *results, FILE *errors)
-    : m_results(results), m_errors(errors), m_showsProgress(isatty(fileno(errors)) == 1),
+    : m_results(results), m_errors(errors),
+      m_showsProgress(isatty(fileno(errors)) == 1 && qgetenv("TERM") != "dumb"),
       m_showsMarks(isatty(fileno(results)) == 1 && qEnvironmentVariableIsEmpty("NO_COLOR")
                    && qgetenv("TERM") != "dumb")
 {
@@ -160,8 +161,10 @@ void Output::warnings(const QString &subject, const QStringList &warnings)
 
 void Output::progress(const QString &text)
 {
-    if (!m_showsProgress || m_isQuiet)
+    constexpr int interval = 100; // milliseconds
+    if (!m_showsProgress || m_isQuiet || (m_lastProgress.isValid() && m_lastProgress.elapsed() < interval))
         return;
+    m_lastProgress.start();
     eraseProgress();
     fflush(m_results);
     // A text of two lines could not be erased.

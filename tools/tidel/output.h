@@ -3,6 +3,7 @@
 #define TIDEL_OUTPUT_H
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QJsonObject>
 #include <QPair>
 #include <QString>
@@ -65,7 +66,8 @@ public:
     /// Writes the text of an error that concerns \a subject, such as the title of a channel.
     void failure(const QString &subject, const Error &error, const QString &advice = QString());
 
-    /// Shows the progress of the command, on a terminal only. The next line or progress replaces it.
+    /// Shows the progress of the command, on a terminal that can erase it only, and at most ten times a
+    /// second. The next line or progress replaces it.
     void progress(const QString &text);
 
     /// Notes that \a signal has interrupted the command.
@@ -90,6 +92,7 @@ private:
     bool m_isQuiet = false;
     bool m_hasProgress = false;
     bool m_hasFailed = false;
+    QElapsedTimer m_lastProgress;
     int m_signal = 0;
 };
 

@@ -138,6 +138,7 @@ void TestJson::everyCommand()
              QStringList({"channels", "downloaded", "enclosures", "favorites", "length", "messages"}));
     QCOMPARE(keys(statistics.at(1)), QStringList({"day", "messages"}));
     QCOMPARE(keys(statistics.last()), QStringList({"link", "messages", "newest", "title", "type", "uri"}));
+    check({"plugins"}, {{"addresses", "description", "file", "name", "version"}});
     check({"unfavorite", beans}, {{"favorite", "uri"}});
     check({"edit", "Garden", "--title", "Notes"}, {channel});
     check({"folder", "Notes", "A/B"}, {{"folder", "link", "title", "type", "uri"}});

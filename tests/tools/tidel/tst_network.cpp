@@ -521,8 +521,7 @@ void TestNetwork::progress()
 {
     const QByteArray shown = shownProgress(0);
     QVERIFY2(shown.startsWith("[....................] 0/2 feeds\r\033[K"), shown.constData());
-    QVERIFY2(shown.contains("[##########..........] 1/2 feeds"), shown.constData());
-    QVERIFY2(shown.contains("[####################] 2/2 feeds"), shown.constData());
+    // What comes within a tenth of a second is left out.
     QVERIFY2(shown.endsWith("\r\033[K"), shown.constData());
 }
 
