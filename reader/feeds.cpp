@@ -2,10 +2,9 @@
 #include "feeds.h"
 
 #include "detailfields_p.h"
+#include "readingnote_p.h"
 #include "statements_p.h"
 #include "store_p.h"
-
-#include <algorithm>
 
 namespace Tidel {
 
@@ -38,19 +37,14 @@ bool FeedState::wasRead() const { return !d->type.isEmpty(); }
 
 namespace {
 
-/// \a values in an order that does not depend on that of the document.
-QVector<DetailValue> sorted(QVector<DetailValue> values)
+void remember(const QString &name, const QVariant &value, FeedMemory *memory)
 {
-    std::sort(values.begin(), values.end(), [](const DetailValue &a, const DetailValue &b) {
-        return a.first != b.first ? a.first < b.first : a.second.toString() < b.second.toString();
-    });
-    return values;
-}
-
-/// What an item note is stored with. It counts only as long as nobody else changes the channel.
-QString stampOf(int parts, const QString &time)
-{
-    return QString::number(parts) + QLatin1Char(' ') + time.left(19) + QLatin1Char(' ');
+    if (name == Statements::droppedLink)
+        memory->droppedLinks.insert(value.toString());
+    else if (name == Statements::droppedKey)
+        memory->droppedKeys.insert(value.toString());
+    else
+        addDetail(memory->details, name, value);
 }
 
 } // namespace
@@ -83,7 +77,7 @@ Result<ItemNote> Feeds::itemNote(const QString &channelUri) const
                 return ItemNote();
             const int parts = answer->value(0).toInt();
             const QString note = answer->value(1).toString();
-            const QString conditions = stampOf(parts, answer->value(2).toString());
+            const QString conditions = itemNoteStamp(parts, answer->value(2).toString());
             return ItemNote{note.startsWith(conditions) ? note.mid(conditions.size()) : QString(), parts};
         });
 }
@@ -94,33 +88,21 @@ Result<FeedMemory> Feeds::memory(const QString &channelUri) const
         detailNames<ChannelDetails>() + QStringList{Statements::droppedLink, Statements::droppedKey};
     return StorePrivate::of(m_store)
         .run(Statements::detailsOf(channelUri, names), "read what is known of the feed from the store")
-        .map([](const Answer &answer) {
+        .map([&names](const Answer &answer) {
             FeedMemory memory;
             while (answer->next()) {
-                const QString name = Statements::detailName(answer->value(0).toString());
-                if (name == Statements::droppedLink)
-                    memory.droppedLinks.insert(answer->value(1).toString());
-                else if (name == Statements::droppedKey)
-                    memory.droppedKeys.insert(answer->value(1).toString());
-                else
-                    addDetail(memory.details, name, answer->value(1));
+                for (int i = 0; i < names.size(); ++i) {
+                    if (answer->value(i).isValid())
+                        remember(names.at(i), answer->value(i), &memory);
+                }
             }
             return memory;
         });
 }
 
-Result<void> Feeds::noteReading(const QString &channelUri, const QString &entityTag,
-                                const QString &lastModified, const ChannelDetails &details,
-                                const FeedMemory &memory, const ItemNote &items)
+Result<void> Feeds::noteReading(const QString &channelUri, const Reading &reading)
 {
-    const QString time = Statements::localTimeText();
-    const QString note = items.text.isEmpty() ? QString() : stampOf(items.parts, time) + items.text;
-    QString text = Statements::noteReading(channelUri, entityTag, lastModified, time)
-        + Statements::replaceItemNote(channelUri, note);
-    if (sorted(detailValues(details)) != sorted(detailValues(memory.details)))
-        text += Statements::deleteDetails({channelUri}, detailNames<ChannelDetails>())
-            + Statements::insertDetails(channelUri, detailValues(details));
-    return StorePrivate::of(m_store).updateLoosely(Statements::update(text),
+    return StorePrivate::of(m_store).updateLoosely(Statements::update(noteOf(reading, channelUri)),
                                                    "note the download in the store");
 }
 

@@ -10,6 +10,8 @@
 #include <QSharedDataPointer>
 #include <QString>
 
+#include <optional>
+
 namespace Tidel {
 
 class FeedStatePrivate;
@@ -54,6 +56,16 @@ struct ItemNote
     int parts = 0; ///< How many messages and images the channel has.
 };
 
+/// What a plug-in notes of a document that it has read.
+struct Reading
+{
+    QString entityTag; ///< As its server sent it. A file has one of the plug-in's choice.
+    QString lastModified; ///< As its server sent it.
+    ChannelDetails details; ///< What the feed says of itself.
+    ItemNote items; ///< Has the number of parts that the channel has according to the plug-in.
+    std::optional<ChannelDetails> before; ///< What the store has of the feed; nothing if that is not known.
+};
+
 /// What the store remembers of the items of a channel and of the document that was read last.
 struct FeedMemory
 {
@@ -76,13 +88,8 @@ public:
     Result<ItemNote> itemNote(const QString &channelUri) const;
     /// What the store remembers of the channel. A refresh does not store dropped messages again.
     Result<FeedMemory> memory(const QString &channelUri) const;
-    /// Notes that the document was read now, what its server said of it, and, unless it is what \a memory
-    /// has, what the feed says of itself. A file has an entity tag of the plug-in's choice. \a items takes
-    /// the place of the note before; it has the number of parts that the channel has according to the
-    /// plug-in.
-    Result<void> noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified,
-                             const ChannelDetails &details = {}, const FeedMemory &memory = {},
-                             const ItemNote &items = {});
+    /// Notes that the document was read now, and \a reading in the place of what was noted before.
+    Result<void> noteReading(const QString &channelUri, const Reading &reading);
     /// Forgets the dropped \a links and \a keys, because the feed does not show them any more.
     Result<void> forgetDropped(const QString &channelUri, const QStringList &links,
                                const QStringList &keys = {});

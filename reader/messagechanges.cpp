@@ -148,7 +148,7 @@ QString MessageChanges::text() const
         detailNames<MessageDetails>() + QStringList{Statements::digest, Statements::earlierVersionsName};
     // A plug-in that is interrupted before its note must not find the items of before.
     return Statements::deleteTexts(m_uris) + Statements::deleteDetails(m_uris, names) + m_text
-        + Statements::replaceItemNote(m_channelUri, QString());
+        + Statements::forgetItemNote(m_channelUri);
 }
 
 } // namespace Tidel

@@ -8,8 +8,8 @@
 
 namespace Tidel {
 
-MessageUpdate::MessageUpdate(StorePrivate &store, const QString &channelUri)
-    : m_store(store), m_channelUri(channelUri), m_changes(store, channelUri)
+MessageUpdate::MessageUpdate(StorePrivate &store, const QString &channelUri, const QString &note)
+    : m_store(store), m_channelUri(channelUri), m_note(note), m_changes(store, channelUri)
 {
 }
 
@@ -66,7 +66,7 @@ Result<void> MessageUpdate::run()
     if (!asked)
         return asked;
     const QString text = refusals() + m_changes.text() + m_text + joins() + enclosures()
-        + deletionOfReleased(m_changes.released());
+        + deletionOfReleased(m_changes.released()) + m_note;
     return text.isEmpty() ? Result<void>()
                           : m_store.updateLoosely(Statements::update(text), "add messages to the store");
 }

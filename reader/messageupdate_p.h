@@ -13,7 +13,8 @@ namespace Tidel {
 class MessageUpdate
 {
 public:
-    MessageUpdate(StorePrivate &store, const QString &channelUri);
+    /// The update ends with \a note, a piece of it.
+    MessageUpdate(StorePrivate &store, const QString &channelUri, const QString &note);
 
     /// Adds a message that the store does not have.
     void insert(const StorableMessage &message);
@@ -54,6 +55,7 @@ private:
 
     StorePrivate &m_store;
     const QString m_channelUri;
+    const QString m_note;
     MessageChanges m_changes;
     QString m_text;
     QStringList m_newLinks;

@@ -3,6 +3,7 @@
 
 #include "likeness_p.h"
 #include "messageupdate_p.h"
+#include "readingnote_p.h"
 #include "statements_p.h"
 
 #include <algorithm>
@@ -18,6 +19,12 @@ constexpr int maximumWeight = 250 * 1000;
 Failure failure(Error::Kind kind, const char *reason)
 {
     return Failure(Error(kind, QString::fromLatin1(attempt), QString::fromLatin1(reason)));
+}
+
+// Other texts would be encoded, and then name another resource.
+bool mayBeChannel(const QString &uri)
+{
+    return !uri.isEmpty() && Statements::iri(uri) == QLatin1Char('<') + uri + QLatin1Char('>');
 }
 
 } // namespace
@@ -44,6 +51,12 @@ public:
         return first ? second : first;
     }
 
+    /// Writes \a messages and notes \a reading with one update, or writes nothing.
+    Result<void> write(const QList<StorableMessage> &messages, const Reading &reading)
+    {
+        return write(messages, m_use, noteOf(reading, m_channelUri), nullptr);
+    }
+
     const WrittenMessages &written() const { return m_written; }
 
     static const KnownMessage *knownMessage(const StorableMessage &message, const LinkUse &use,
@@ -56,34 +69,35 @@ public:
 private:
     Result<void> writeAtOnce(const QList<StorableMessage> &messages)
     {
-        QList<Link> links;
-        for (const StorableMessage &message : messages) {
-            if (message.link().isNull())
-                return failure(Error::StoreRefused, "a message has no link");
-            links.append(message.link());
-        }
         Result<LinkUse> use = m_use;
         while (use) {
             bool isOutOfDate = false;
-            const Result<void> written = write(messages, *use, &isOutOfDate);
+            const Result<void> written = write(messages, *use, QString(), &isOutOfDate);
             if (!isOutOfDate)
                 return written;
+            QList<Link> links;
+            for (const StorableMessage &message : messages)
+                links.append(message.link());
             use = LinkUse::of(m_store, links, m_channelUri);
         }
         return Failure(use.error());
     }
 
-    /// Writes \a messages. Sets \a isOutOfDate if the store has got some of them since \a use was asked for.
-    Result<void> write(const QList<StorableMessage> &messages, const LinkUse &use, bool *isOutOfDate)
+    /// Writes \a messages and \a note with one update. Sets \a isOutOfDate if the store has got some of them
+    /// since \a use was asked for.
+    Result<void> write(const QList<StorableMessage> &messages, const LinkUse &use, const QString &note,
+                       bool *isOutOfDate)
     {
-        MessageUpdate update(StorePrivate::of(m_store), m_channelUri);
+        MessageUpdate update(StorePrivate::of(m_store), m_channelUri, note);
         QSet<QString> seen;
         for (const StorableMessage &message : messages) {
+            if (message.link().isNull())
+                return failure(Error::StoreRefused, "a message has no link");
             add(&update, message, use, seen);
             seen.insert(message.link().toString());
         }
         const Result<void> written = update.run();
-        if (!written && written.error().kind() == Error::StoreRefused)
+        if (!written && written.error().kind() == Error::StoreRefused && isOutOfDate)
             *isOutOfDate = update.isOutOfDate().value_or(false);
         return written.map([&] {
             m_links.unite(seen);
@@ -143,9 +157,7 @@ bool MessageWriter::isStored(const StorableMessage &message, const QString &chan
 Result<void> MessageWriter::write(const QList<StorableMessage> &messages, const QString &channelUri,
                                   const LinkUse &use, const KnownItems &items, WrittenMessages *written)
 {
-    // Other texts would be encoded, and then name another resource.
-    if (channelUri.isEmpty()
-        || Statements::iri(channelUri) != QLatin1Char('<') + channelUri + QLatin1Char('>'))
+    if (!mayBeChannel(channelUri))
         return failure(Error::NotFound, "no such channel");
     Groups groups(m_store, channelUri, use, items);
     Result<void> result;
@@ -161,6 +173,16 @@ Result<void> MessageWriter::write(const QList<StorableMessage> &messages, const 
     if (written)
         *written = groups.written();
     return result;
+}
+
+Result<void> MessageWriter::writeLast(const QList<StorableMessage> &messages, const QString &channelUri,
+                                      const Reading &reading, const LinkUse &use, const KnownItems &items,
+                                      WrittenMessages *written)
+{
+    if (!mayBeChannel(channelUri))
+        return failure(Error::NotFound, "no such channel");
+    Groups groups(m_store, channelUri, use, items);
+    return groups.write(messages, reading).map([&] { *written = groups.written(); });
 }
 
 } // namespace Tidel

@@ -3,6 +3,7 @@
 #define TIDEL_MESSAGEWRITER_H
 
 #include "error.h"
+#include "feeds.h"
 #include "knownitems.h"
 #include "linkuse.h"
 #include "storablemessage.h"
@@ -55,6 +56,12 @@ public:
     /// writing it again is safe. Sets \a written to what was done, also after a failure.
     Result<void> write(const QList<StorableMessage> &messages, const QString &channelUri, const LinkUse &use,
                        const KnownItems &items = KnownItems(), WrittenMessages *written = nullptr);
+    /// Stores the last messages of a document, one group of them, and notes \a reading with the same update,
+    /// see Feeds::noteReading(). The other arguments are as for write(). Stores nothing if it fails: use
+    /// write() then, which leaves out only what the store refuses.
+    Result<void> writeLast(const QList<StorableMessage> &messages, const QString &channelUri,
+                           const Reading &reading, const LinkUse &use, const KnownItems &items,
+                           WrittenMessages *written);
 
 private:
     /// The messages of one call.

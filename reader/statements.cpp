@@ -86,6 +86,26 @@ QString replacement(const QString &subject, const char *property, const QString 
                            : deletion + QLatin1String("INSERT { ") + values + value + QLatin1String(" } ");
 }
 
+/// Replaces the values of properties of the channel by one text each, or deletes them if it is empty. One
+/// operation costs less than one for each property, and does nothing if there is no such channel.
+QString replacements(const QString &channelUri, const QVector<QPair<QString, QString>> &texts)
+{
+    const QString channel = iri(channelUri) + QLatin1Char(' ');
+    QString deletion;
+    QString insertion;
+    QString pattern = channel + QLatin1String("a mfo:FeedChannel ");
+    for (const auto &[property, text] : texts) {
+        const QString name = channel + property + QLatin1Char(' ');
+        const QString value = name + QLatin1Char('?') + property.section(QLatin1Char(':'), 1);
+        deletion += value + QLatin1String(" . ");
+        pattern += QLatin1String("OPTIONAL { ") + value + QLatin1String(" } ");
+        if (!text.isEmpty())
+            insertion += name + literal(text) + QLatin1String(" . ");
+    }
+    return QLatin1String("DELETE { ") + deletion + QLatin1String("} INSERT { ") + insertion
+        + QLatin1String("} WHERE { ") + pattern + QLatin1String("} ");
+}
+
 const QString enclosureColumns =
     QStringLiteral("SELECT ?e ?remote ?local ?group ?size ?default ?optional ?icon ?type WHERE { %1 "
                    "OPTIONAL { ?e mfo:remoteLink ?remote } OPTIONAL { ?e mfo:localLink ?local } "
@@ -121,10 +141,15 @@ QSparqlQuery details(const QStringList &uris, const QStringList &names)
     return select(QLatin1String("SELECT ?s ?p ?v ") + valuesOfAll(uris, each(names, detail)));
 }
 
+// Tracker makes texts of a column of several types. It looks at every property for a variable one.
 QSparqlQuery detailsOf(const QString &uri, const QStringList &names)
 {
-    return select(QLatin1String("SELECT ?p ?v WHERE { ?:uri ?p ?v ") + isIn("p", each(names, detail))
-                      + QLatin1Char('}'),
+    QStringList branches;
+    for (const QString &name : names)
+        branches.append(QLatin1String("{ ?:uri ") + detail(name) + QLatin1String(" ?") + name
+                        + QLatin1String(" } "));
+    return select(QLatin1String("SELECT ?") + names.join(QLatin1String(" ?")) + QLatin1String(" WHERE { ")
+                      + branches.join(QLatin1String("UNION ")) + QLatin1Char('}'),
                   {{"uri", QUrl(uri)}});
 }
 
@@ -269,18 +294,19 @@ QSparqlQuery itemNote(const QString &channelUri)
 }
 
 QString noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified,
-                    const QString &time)
+                    const QString &time, const QString &items)
 {
-    const auto optional = [](const QString &text) { return text.isEmpty() ? QString() : literal(text); };
-    return replacement(channelUri, "tidel:entityTag", optional(entityTag))
-        + replacement(channelUri, "tidel:lastModified", optional(lastModified))
-        + replacement(channelUri, "nie:comment", optional(lastModified))
-        + replacement(channelUri, "nie:contentLastModified", literal(time));
+    return replacements(channelUri,
+                        {{"tidel:entityTag", entityTag},
+                         {"tidel:lastModified", lastModified},
+                         {"nie:comment", lastModified},
+                         {"nie:contentLastModified", time},
+                         {"tidel:itemDigests", items}});
 }
 
-QString replaceItemNote(const QString &channelUri, const QString &note)
+QString forgetItemNote(const QString &channelUri)
 {
-    return replacement(channelUri, "tidel:itemDigests", note.isEmpty() ? QString() : literal(note));
+    return replacement(channelUri, "tidel:itemDigests", QString());
 }
 
 QString deleteDropped(const QString &channelUri, const QString &name, const QStringList &values)

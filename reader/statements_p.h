@@ -46,7 +46,8 @@ extern const QString digest; ///< Of a message: the digest of its texts.
 extern const QString earlierVersionsName; ///< Of a message: its earlier versions.
 /// URI, property, value of the properties \a names of \a uris; detailName() is the name of such a property.
 QSparqlQuery details(const QStringList &uris, const QStringList &names);
-/// Property, value of the properties \a names of \a uri. The text of the query does not depend on \a uri.
+/// The properties \a names of \a uri, each in a column of its own. Each row has one value. The text of the
+/// query does not depend on \a uri.
 QSparqlQuery detailsOf(const QString &uri, const QStringList &names);
 QString detailName(const QString &property);
 /// URI, value of the property \a name of all that have it.
@@ -90,11 +91,12 @@ QSparqlQuery feedState(const QString &channelUri);
 QSparqlQuery itemNote(const QString &channelUri);
 /// The local time as the store has it.
 QString localTimeText();
-/// Notes what the server said of the document that was read at \a time. Empty texts delete what is stored.
+/// Notes what the server said of the document that was read at \a time, and \a items about its items. Empty
+/// texts delete what is stored.
 QString noteReading(const QString &channelUri, const QString &entityTag, const QString &lastModified,
-                    const QString &time);
-/// Replaces the note about the items, or deletes it if it is empty.
-QString replaceItemNote(const QString &channelUri, const QString &note);
+                    const QString &time, const QString &items);
+/// Deletes the note about the items.
+QString forgetItemNote(const QString &channelUri);
 /// Deletes values of the property \a name.
 QString deleteDropped(const QString &channelUri, const QString &name, const QStringList &values);
 /// @}

@@ -7,7 +7,6 @@
 #include <TidelReader/linkuse.h>
 
 #include <algorithm>
-#include <functional>
 
 namespace Tidel {
 
@@ -101,31 +100,76 @@ void FeedWriter::writeNext()
         return;
     }
     const int size = MessageWriter::groupSize(m_messages, m_next);
-    const Result<void> done = writeGroup(m_messages.mid(m_next, size));
+    const QList<StorableMessage> messages = m_messages.mid(m_next, size);
     m_next += size;
+    if (m_next == m_messages.size() && m_isAlone && m_result) {
+        const Result<bool> isWritten = writeLast(messages);
+        m_isOver = isWritten.value_or(true);
+        m_result = isWritten.map([](bool) {});
+        if (m_isOver)
+            return;
+    }
+    const Result<void> done = writeGroup(messages);
     if (!done && m_result)
         m_result = done;
     // The other groups may be without the values that the store refuses.
     m_isOver = !done && done.error().kind() != Error::StoreRefused;
 }
 
-Result<void> FeedWriter::writeChannel()
+Result<bool> FeedWriter::writeLast(const QList<StorableMessage> &messages)
 {
-    ChannelDetails details = m_feed->channelDetails();
-    if (m_leavesMessages)
-        details.notes.append(QStringLiteral("has more new messages than one refresh stores: refresh again"));
-    // With the validators, the server would not send the rest.
-    const Validators validators = m_leavesMessages ? Validators() : m_validators;
     const Result<WriteTurn> turn = takeTurn();
     if (!turn)
         return Failure(turn.error());
-    return Feeds(m_store)
-        .noteReading(m_channelUri, validators.entityTag, validators.lastModified, details, m_memory,
-                     itemNote())
-        .and_then([&] {
-            m_newNotes = newKinds(details.notes, m_memory.details.notes);
-            return forgetDropped();
-        });
+    if (!m_isAlone)
+        return false;
+    QStringList added;
+    for (const StorableMessage &message : messages) {
+        if (!isKnown(message.link(), message.key()))
+            added.append(message.link().toString());
+    }
+    const Reading reading = this->reading(added);
+    WrittenMessages written;
+    const Result<void> done =
+        MessageWriter(m_store).writeLast(messages, m_channelUri, reading, m_claims->use, m_known, &written);
+    if (!done)
+        return done.error().kind() == Error::StoreRefused ? Result<bool>(false) : Failure(done.error());
+    m_written.added += written.added;
+    m_written.changed += written.changed;
+    return endReading(reading).map([] { return true; });
+}
+
+Result<void> FeedWriter::writeChannel()
+{
+    const Result<WriteTurn> turn = takeTurn();
+    if (!turn)
+        return Failure(turn.error());
+    const Reading reading = this->reading({});
+    return Feeds(m_store).noteReading(m_channelUri, reading).and_then([&] { return endReading(reading); });
+}
+
+Reading FeedWriter::reading(const QStringList &added) const
+{
+    Reading reading;
+    reading.details = m_feed->channelDetails();
+    reading.items = itemNote(added);
+    if (m_isAlone)
+        reading.before = m_memory.details;
+    if (m_leavesMessages) {
+        // With the validators, the server would not send the rest.
+        reading.details.notes.append(
+            QStringLiteral("has more new messages than one refresh stores: refresh again"));
+    } else {
+        reading.entityTag = m_validators.entityTag;
+        reading.lastModified = m_validators.lastModified;
+    }
+    return reading;
+}
+
+Result<void> FeedWriter::endReading(const Reading &reading)
+{
+    m_newNotes = newKinds(reading.details.notes, m_memory.details.notes);
+    return forgetDropped();
 }
 
 // Another reading of the channel, in this process too, replaces the note. The changes of this one have ended
@@ -139,15 +183,16 @@ bool FeedWriter::isAsLeft() const
     return m_isOnlyProcess && isNoteLeft && m_itemsNow.parts == m_items.parts + int(m_written.added.size());
 }
 
-ItemNote FeedWriter::itemNote() const
+ItemNote FeedWriter::itemNote(const QStringList &added) const
 {
     if (!isAsLeft() || m_feed->uniqueIds().size() != int(m_feed->items().size()))
         return {};
+    const QStringList all = m_written.added + added;
     ItemDigests digests = m_stored;
-    for (const QString &link : m_written.added)
+    for (const QString &link : all)
         digests.digests.insert(m_inserted.value(link));
     digests.digests.remove(QByteArray());
-    return {digests.note(), m_items.parts + int(m_written.added.size())};
+    return {digests.note(), m_items.parts + int(all.size())};
 }
 
 QList<FeedMessage> FeedWriter::headlines() const
@@ -178,6 +223,11 @@ bool FeedWriter::isDropped(const ClaimedItem &claimed) const
 {
     return m_memory.droppedKeys.contains(keyOf(*claimed.item))
         || m_memory.droppedLinks.contains(claimed.link.toString());
+}
+
+bool FeedWriter::isKnown(const Link &link, const QString &key) const
+{
+    return m_claims->use.isInChannel(link) || !m_known.link(key).isNull();
 }
 
 Result<FeedWriter::Claims> FeedWriter::claim() const
@@ -248,11 +298,11 @@ void FeedWriter::choose()
 {
     std::vector<ClaimedItem> items = m_claims->items;
     sortNewestFirst(items);
-    const auto isKnown = [&](const ClaimedItem &claimed) {
-        return m_claims->use.isInChannel(claimed.link) || !m_known.link(keyOf(*claimed.item)).isNull();
-    };
     // A feed that changes all its messages each time must not keep out the new ones.
-    const auto firstKnown = std::stable_partition(items.begin(), items.end(), std::not_fn(isKnown));
+    const auto firstKnown =
+        std::stable_partition(items.begin(), items.end(), [&](const ClaimedItem &claimed) {
+            return !isKnown(claimed.link, keyOf(*claimed.item));
+        });
     int resources = 0;
     int weight = 0;
     for (auto claimed = items.begin(); claimed != items.end(); ++claimed) {

@@ -41,8 +41,8 @@ public:
     /// noted of its items; both were read in the last turn of this process.
     void begin(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory,
                const ItemNote &note);
-    /// Stores the next messages in one WriteTurn. After the last ones stores what the feed says of itself,
-    /// with the validators. The process may do something else between two calls.
+    /// Stores the next messages in one WriteTurn, and with or after the last ones what the feed says of
+    /// itself, with the validators. The process may do something else between two calls.
     void writeNext();
     /// Returns true if everything is written or the store has failed; otherwise returns false.
     bool isOver() const { return m_isOver; }
@@ -64,6 +64,8 @@ private:
     /// The key of \a item; empty if it has none.
     QString keyOf(const NamedItem &item) const;
     bool isDropped(const ClaimedItem &claimed) const;
+    /// Returns true if the channel had the message of \a link and \a key before; otherwise returns false.
+    bool isKnown(const Link &link, const QString &key) const;
     /// Gives each item a link: the one under which it is stored, or one that nothing else has.
     Result<Claims> claim() const;
     /// Asks about the links of those \a items that are not known.
@@ -82,15 +84,21 @@ private:
     Result<void> writeGroup(const QList<StorableMessage> &messages);
     /// As writeGroup(), after another process may have changed the store: asks again about \a messages.
     Result<void> writeAfterOthers(const QList<StorableMessage> &messages);
+    /// Stores \a messages, which are the last ones, and notes the reading with the same update. Returns false
+    /// if nothing is stored: they have to be stored as others change the store or without what it refuses.
+    Result<bool> writeLast(const QList<StorableMessage> &messages);
     /// Stores \a messages in the turn of the caller.
     Result<void> store(const QList<StorableMessage> &messages, const LinkUse &use, const KnownItems &known);
-    /// Notes what the feed says of itself, and forgets the dropped messages that it no longer contains.
+    /// Notes the reading, and forgets the dropped messages that the feed no longer contains.
     Result<void> writeChannel();
+    /// What is noted after the messages with the links \a added were added to those that are written.
+    Reading reading(const QStringList &added) const;
+    /// Forgets the dropped messages that the feed no longer contains. \a reading was noted.
+    Result<void> endReading(const Reading &reading);
     /// Returns true if only this writer has changed the channel; otherwise returns false.
     bool isAsLeft() const;
-    /// What the next reading recognizes the items by.
-    ItemNote itemNote() const;
-    /// Forgets the dropped messages that the feed no longer contains.
+    /// What the next reading recognizes the items by, after messages with the links \a added were added.
+    ItemNote itemNote(const QStringList &added) const;
     Result<void> forgetDropped();
 
     Store m_store;

@@ -143,7 +143,7 @@ void TestDetails::ofEnclosures()
 
 void TestDetails::ofChannels()
 {
-    VERIFY_OK(Feeds(reader()).noteReading(channelUri("news"), {}, {}, channelDetails()));
+    VERIFY_OK(Feeds(reader()).noteReading(channelUri("news"), {{}, {}, channelDetails(), {}, {}}));
     const auto details = Channels(reader()).details({channelUri("news")});
     VERIFY_OK(details);
     const ChannelDetails read = details->value(channelUri("news"));
@@ -207,11 +207,11 @@ void TestDetails::limits()
 void TestDetails::sameChannelDetailsAreNotWritten()
 {
     Feeds feeds(reader());
-    VERIFY_OK(feeds.noteReading(channelUri("news"), "1", {}, channelDetails()));
+    VERIFY_OK(feeds.noteReading(channelUri("news"), {"1", {}, channelDetails(), {}, {}}));
     const auto memory = feeds.memory(channelUri("news"));
     VERIFY_OK(memory);
     StatementGate::reset();
-    VERIFY_OK(feeds.noteReading(channelUri("news"), "2", {}, channelDetails(), *memory));
+    VERIFY_OK(feeds.noteReading(channelUri("news"), {"2", {}, channelDetails(), {}, memory->details}));
     QCOMPARE(StatementGate::statements().size(), 1);
     QVERIFY2(!StatementGate::statements().first().contains("tidel:website"),
              qPrintable(StatementGate::statements().first()));
@@ -221,12 +221,13 @@ void TestDetails::sameChannelDetailsAreNotWritten()
 void TestDetails::channelDetailsAreReplaced()
 {
     Feeds feeds(reader());
-    VERIFY_OK(feeds.noteReading(channelUri("news"), "1", {}, channelDetails()));
+    VERIFY_OK(feeds.noteReading(channelUri("news"), {"1", {}, channelDetails(), {}, {}}));
     addDropped({"a"}, "news");
     ChannelDetails now;
     now.language = "en";
     StatementGate::reset();
-    VERIFY_OK(feeds.noteReading(channelUri("news"), "2", {}, now, *feeds.memory(channelUri("news"))));
+    VERIFY_OK(
+        feeds.noteReading(channelUri("news"), {"2", {}, now, {}, feeds.memory(channelUri("news"))->details}));
     QCOMPARE(StatementGate::statements().size(), 2);
     const ChannelDetails read = feeds.memory(channelUri("news"))->details;
     QCOMPARE(read.language, QString("en"));
@@ -236,7 +237,7 @@ void TestDetails::channelDetailsAreReplaced()
 
 void TestDetails::deletedWithTheirOwner()
 {
-    VERIFY_OK(Feeds(reader()).noteReading(channelUri("news"), "1", {}, channelDetails()));
+    VERIFY_OK(Feeds(reader()).noteReading(channelUri("news"), {"1", {}, channelDetails(), {}, {}}));
     write({episode("a")});
     const FeedChannel channel = *Channels::find(*Channels(reader()).all(), "news");
     VERIFY_OK(Channels(reader()).remove(channel, [](int, const QList<FeedEnclosure> &) {}));

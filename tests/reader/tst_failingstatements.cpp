@@ -168,7 +168,9 @@ void TestFailingStatements::queriesAndUpdates_data()
                [](S s) { return outcome(Enclosures(s).uris(enclosureUri("a.ogg"))); });
     addAttempt("Enclosures::setFile", 1, [](S s) { return Enclosures(s).setFile(file()); });
     addAttempt("Feeds::state", 1, [=](S s) { return outcome(Feeds(s).state(news)); });
-    addAttempt("Feeds::noteReading", 1, [=](S s) { return Feeds(s).noteReading(news, "tag", "then"); });
+    addAttempt("Feeds::noteReading", 1, [=](S s) {
+        return Feeds(s).noteReading(news, {"tag", "then", {}, {}, {}});
+    });
     addAttempt("Feeds::memory", 1, [=](S s) { return outcome(Feeds(s).memory(news)); });
     addAttempt("Feeds::forgetDropped", 1,
                [=](S s) { return Feeds(s).forgetDropped(news, linksOf({"dropped"})); });

@@ -99,9 +99,9 @@ void TestFeeds::noteReading()
     QFETCH(QString, entityTag);
     QFETCH(QString, lastModified);
     const QStringList radio = propertiesOf(store(), channelUri("radio"));
-    VERIFY_OK(feeds().noteReading(channelUri("news"), "first", "first"));
+    VERIFY_OK(feeds().noteReading(channelUri("news"), {"first", "first", {}, {}, {}}));
     StatementGate::reset();
-    VERIFY_OK(feeds().noteReading(channelUri("news"), entityTag, lastModified));
+    VERIFY_OK(feeds().noteReading(channelUri("news"), {entityTag, lastModified, {}, {}, {}}));
     QCOMPARE(StatementGate::statements().size(), 1);
     const auto state = feeds().state(channelUri("news"));
     QCOMPARE(state->entityTag(), entityTag);
@@ -116,7 +116,7 @@ void TestFeeds::noteReading()
 void TestFeeds::itemBaseIsTheFirstLink()
 {
     const FeedChannel channel = *Channels::find(*Channels(reader()).all(), "news");
-    VERIFY_OK(feeds().noteReading(channelUri("news"), "tag", "then"));
+    VERIFY_OK(feeds().noteReading(channelUri("news"), {"tag", "then", {}, {}, {}}));
     VERIFY_OK(Channels(reader()).edit(channel, "news", linkOf("moved")));
     const auto state = feeds().state(channelUri("news"));
     VERIFY_OK(state);
@@ -130,11 +130,11 @@ void TestFeeds::itemNote()
 {
     addMessages({"a", "b"}, "news");
     QCOMPARE(feeds().itemNote(channelUri("news"))->parts, 2);
-    VERIFY_OK(feeds().noteReading(channelUri("news"), {}, {}, {}, {}, {"some items", 2}));
-    VERIFY_OK(feeds().noteReading(channelUri("radio"), {}, {}, {}, {}, {"'> } \\", 0}));
+    VERIFY_OK(feeds().noteReading(channelUri("news"), {{}, {}, {}, {"some items", 2}, {}}));
+    VERIFY_OK(feeds().noteReading(channelUri("radio"), {{}, {}, {}, {"'> } \\", 0}, {}}));
     QCOMPARE(feeds().itemNote(channelUri("news"))->text, QString("some items"));
     QCOMPARE(feeds().itemNote(channelUri("radio"))->text, QString("'> } \\"));
-    VERIFY_OK(feeds().noteReading(channelUri("news"), {}, {}));
+    VERIFY_OK(feeds().noteReading(channelUri("news"), Reading()));
     QCOMPARE(feeds().itemNote(channelUri("news"))->text, QString());
     QCOMPARE(store().count("?c tidel:itemDigests ?n"), 1);
 }
@@ -154,14 +154,14 @@ void TestFeeds::itemNoteOfChangedChannel()
 {
     QFETCH(QString, update);
     addMessages({"a", "b"}, "news");
-    VERIFY_OK(feeds().noteReading(channelUri("news"), {}, {}, {}, {}, {"some items", 2}));
+    VERIFY_OK(feeds().noteReading(channelUri("news"), {{}, {}, {}, {"some items", 2}, {}}));
     store().update(update);
     QCOMPARE(feeds().itemNote(channelUri("news"))->text, QString());
 }
 
 void TestFeeds::copies()
 {
-    VERIFY_OK(feeds().noteReading(channelUri("radio"), "tag", "then"));
+    VERIFY_OK(feeds().noteReading(channelUri("radio"), {"tag", "then", {}, {}, {}}));
     const FeedState news = *feeds().state(channelUri("news"));
     FeedState state = *feeds().state(channelUri("radio"));
     const FeedState radio = state;

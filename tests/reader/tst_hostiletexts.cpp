@@ -115,8 +115,10 @@ void TestHostileTexts::structureStays_data()
     addUse("Enclosures::setFile, type",
            [](S s, T t) { Enclosures(s).setFile(enclosure(enclosureUri("a.ogg"), "file:///x", t)); });
     addUse("Feeds::state", [](S s, T t) { Feeds(s).state(t); });
-    addUse("Feeds::noteReading, URI", [](S s, T t) { Feeds(s).noteReading(t, "tag", "then"); });
-    addUse("Feeds::noteReading, texts", [](S s, T t) { Feeds(s).noteReading(channelUri("news"), t, t); });
+    addUse("Feeds::noteReading, URI", [](S s, T t) { Feeds(s).noteReading(t, {"tag", "then", {}, {}, {}}); });
+    addUse("Feeds::noteReading, texts", [](S s, T t) {
+        Feeds(s).noteReading(channelUri("news"), {t, t, {}, {}, {}});
+    });
     addUse("Feeds::memory", [](S s, T t) { Feeds(s).memory(t); });
     addUse("Feeds::forgetDropped, URI", [](S s, T t) { Feeds(s).forgetDropped(t, {linkOf("x")}); });
     addUse("Feeds::forgetDropped, link", [](S s, T t) {
@@ -129,7 +131,7 @@ void TestHostileTexts::structureStays_data()
         ChannelDetails details;
         details.description = t;
         details.notes = QStringList{t, t};
-        Feeds(s).noteReading(channelUri("news"), {}, {}, details);
+        Feeds(s).noteReading(channelUri("news"), {{}, {}, details, {}, {}});
     });
     addUse("Messages::details", [](S s, T t) { Messages(s).details({t, messageUri("a")}); });
     addUse("Messages::earlierVersions", [](S s, T t) { Messages(s).earlierVersions(t); });
@@ -249,7 +251,7 @@ void TestHostileTexts::textsAreStoredAsTheyAre()
     QCOMPARE(enclosures->constFirst().mimeType(), text);
     QCOMPARE(enclosures->constFirst().typeIcon(), text);
 
-    VERIFY_OK(Feeds(reader()).noteReading(*uri, text, text + '2'));
+    VERIFY_OK(Feeds(reader()).noteReading(*uri, {text, text + '2', {}, {}, {}}));
     QCOMPARE(Feeds(reader()).state(*uri)->entityTag(), text);
     QCOMPARE(Feeds(reader()).state(*uri)->lastModified(), text + '2');
 }

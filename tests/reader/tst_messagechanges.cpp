@@ -166,7 +166,7 @@ void TestMessageChanges::changesEndTheItemNote()
     const auto note = [this] { return Feeds(reader()).itemNote(channelUri("news"))->text; };
     write({said("a", {"Title", "Text", {}})});
     const int parts = Feeds(reader()).itemNote(channelUri("news"))->parts;
-    VERIFY_OK(Feeds(reader()).noteReading(channelUri("news"), {}, {}, {}, {}, {"items", parts}));
+    VERIFY_OK(Feeds(reader()).noteReading(channelUri("news"), {{}, {}, {}, {"items", parts}, {}}));
     write({said("a", {"Title", "Text", {}})});
     QCOMPARE(note(), QString("items"));
     write({said("a", {"Title", "Other text", {}})});

@@ -108,6 +108,8 @@ private slots:
     void withoutChannel();
     void groupsAreBounded();
     void isStored();
+    void lastMessages();
+    void refusedLastMessages();
 
     void refusedMessageHoldsNoOtherUp();
     void messageThatCannotBeStored();
@@ -539,6 +541,43 @@ void TestMessageWriter::isStored()
     FeedMessage changed = episode(1);
     changed.setDescription("Another text");
     QVERIFY(!isStored(changed));
+}
+
+void TestMessageWriter::lastMessages()
+{
+    const QList<StorableMessage> messages = storable(numbered(3, episode));
+    const auto use = LinkUse::of(*m_reader, linksOf(messages), channelUri);
+    QVERIFY(use);
+    StatementGate::reset();
+    Reading reading;
+    reading.entityTag = "tag";
+    WrittenMessages written;
+    QVERIFY(MessageWriter(*m_reader).writeLast(messages, channelUri, reading, *use, {}, &written));
+    QCOMPARE(updates(), 1);
+    QCOMPARE(written.added, QStringList({linkOf(0), linkOf(1), linkOf(2)}));
+    QCOMPARE(m_store->count("?e nie:isLogicalPartOf ?m . ?m a mfo:FeedMessage"), 3);
+    QCOMPARE(m_store->count("<urn:c> tidel:entityTag 'tag'"), 1);
+    QVERIFY(!MessageWriter(*m_reader).writeLast(messages, QString(), reading, *use, {}, &written));
+}
+
+void TestMessageWriter::refusedLastMessages()
+{
+    FeedMessage broken = message(7);
+    broken.setTitle(QString("a") + QChar(0) + "b");
+    Reading reading;
+    reading.entityTag = "tag";
+    const LinkUse use = *LinkUse::of(*m_reader, {}, channelUri);
+    for (const FeedMessage &refused : {broken, linked(QString())}) {
+        const QList<StorableMessage> messages = storable({message(6), refused});
+        WrittenMessages written;
+        const auto done =
+            MessageWriter(*m_reader).writeLast(messages, channelUri, reading, use, {}, &written);
+        QVERIFY(!done);
+        QCOMPARE(done.error().kind(), Error::StoreRefused);
+        QCOMPARE(written.added, QStringList());
+    }
+    QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 0);
+    QCOMPARE(m_store->count("<urn:c> tidel:entityTag ?tag"), 0);
 }
 
 QTEST_GUILESS_MAIN(TestMessageWriter)

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "plugintest.h"
 
+#include <statementgate.h>
+
 #include <TidelReader/channels.h>
+#include <TidelReader/feeds.h>
 #include <TidelReader/messages.h>
 #include <TidelReader/retention.h>
 
@@ -53,6 +56,8 @@ private slots:
     void newestFirstWhenThereAreTooMany();
     void canceledBetweenGroups();
     void downloadersTakeTurns();
+    void lastMessagesAndNoteAreOneUpdate();
+    void refusedLastMessages();
     void storeOfVersion01();
 
 private:
@@ -73,6 +78,8 @@ private:
                                  QFileDevice::FileModificationTime));
     }
     QStringList last(const char *property) const { return downloader().property(property).toStringList(); }
+    /// What is noted of the items of the only channel.
+    ItemNote noteOf() const { return Feeds(*Store::open()).itemNote(channelUri()).value_or(ItemNote()); }
     void drop(const QString &link) const
     {
         const Result<Store> store = Store::open();
@@ -298,6 +305,39 @@ void TestFeedWriter::downloadersTakeTurns()
     QTRY_COMPARE_WITH_TIMEOUT(int(ends.size()), 1, 60000);
     QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 8000);
     QCOMPARE(m_store->count("?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c"), 16000);
+}
+
+void TestFeedWriter::lastMessagesAndNoteAreOneUpdate()
+{
+    StatementGate::reset();
+    read(item("1", "a") + item("2", "b"));
+    // One adds the channel.
+    QCOMPARE(int(StatementGate::types().count(QSparqlQuery::InsertStatement)), 2);
+    StatementGate::reset();
+    read(item("1", "a", "Better text") + item("3", "c"));
+    QCOMPARE(int(StatementGate::types().count(QSparqlQuery::InsertStatement)), 1);
+    QCOMPARE(messageLinks(), QStringList({linkOf("a"), linkOf("b"), linkOf("c")}));
+    QVERIFY(!noteOf().text.isEmpty());
+}
+
+// The store refuses the update of all, then what is written without the note.
+void TestFeedWriter::refusedLastMessages()
+{
+    read(item("1", "a"));
+    StatementGate::setJudge([](const QString &statement) {
+        const bool isOfB = statement.startsWith("INSERT") && statement.contains(linkOf("b"));
+        return isOfB ? StatementGate::Refuse : StatementGate::Pass;
+    });
+    const QString path = write("feed.xml", feed(item("2", "b") + item("3", "c") + item("1", "a")));
+    touch(path);
+    const Ending refused = refresh();
+    StatementGate::reset();
+    QCOMPARE(refused.error, int(FeedDownloadStoreFailed));
+    QCOMPARE(last("newMessages"), QStringList(linkOf("c")));
+    VERIFY_ENDING(refresh(), "downloadFeedsFinished");
+    QCOMPARE(last("newMessages"), QStringList(linkOf("b")));
+    VERIFY_ENDING(refresh(), "downloadFeedsFinished");
+    QCOMPARE(messageLinks(), QStringList({linkOf("a"), linkOf("b"), linkOf("c")}));
 }
 
 // A note is told when the channel gets it, and again only if it was gone in between.
