@@ -5,7 +5,6 @@
 #include "searchupdate_p.h"
 #include "searchwords_p.h"
 #include "statements_p.h"
-#include "storedatabase.h"
 
 namespace Tidel {
 
@@ -35,7 +34,7 @@ MarkedText toMarkedText(const QString &text)
 class Search::Private
 {
 public:
-    explicit Private(const Store &store) : m_store(store), m_index(indexPath()) { }
+    explicit Private(const Store &store) : m_store(store), m_index(SearchIndex::file()) { }
 
     /// Calls \a work, which reads and writes the index. If the index is damaged, it is made again; if it
     /// cannot be written, a temporary one is made.
@@ -47,7 +46,6 @@ public:
     SearchIndex &index() { return m_index; }
 
 private:
-    static QString indexPath() { return StoreDatabase::folder() + QLatin1String("/search.db"); }
     StorePrivate &store() { return StorePrivate::of(m_store); }
     Error indexError() const { return Error(Error::StoreFailed, QStringLiteral("search"), m_index.error()); }
     Result<SearchBounds> bounds(const SearchQuery &query);

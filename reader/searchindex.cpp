@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "searchindex_p.h"
 
+#include "storedatabase.h"
+
 #include <QCryptographicHash>
 #include <QFile>
 #include <QtEndian>
@@ -52,6 +54,8 @@ QVariant seconds(const QDateTime &time)
 }
 
 } // namespace
+
+QString SearchIndex::file() { return StoreDatabase::folder() + QLatin1String("/search.db"); }
 
 SearchIndex::SearchIndex(const QString &path)
 {
@@ -142,14 +146,16 @@ bool SearchIndex::isWasteful()
     return dropped > 1000 && dropped > kept / 2;
 }
 
-bool SearchIndex::inTransaction(const std::function<bool()> &work)
+bool SearchIndex::inTransaction(const std::function<bool()> &work) { return begin() && end(work()); }
+
+bool SearchIndex::begin() { return run("BEGIN IMMEDIATE"); }
+
+bool SearchIndex::end(bool isDone)
 {
-    if (!run("BEGIN IMMEDIATE"))
-        return false;
-    const bool isDone = work() && run("COMMIT");
-    if (!isDone && sqlite3_get_autocommit(m_database->handle()) == 0)
+    const bool isKept = isDone && run("COMMIT");
+    if (!isKept && sqlite3_get_autocommit(m_database->handle()) == 0)
         m_database->run("ROLLBACK");
-    return isDone;
+    return isKept;
 }
 
 bool SearchIndex::put(const QVector<SearchableMessage> &messages)

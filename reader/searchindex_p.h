@@ -61,6 +61,9 @@ public:
     static constexpr QChar beginMark = QChar(2);
     static constexpr QChar endMark = QChar(3);
 
+    /// The file of the index of the user's store.
+    static QString file();
+
     /// Opens the index in the file \a path, and makes or empties it if it is of another version, damaged or
     /// missing. If the file cannot be written, the index is in a temporary file.
     explicit SearchIndex(const QString &path);
@@ -91,6 +94,10 @@ public:
 
     /// Calls \a work while no other process can write. What it writes is kept if it returns true.
     bool inTransaction(const std::function<bool()> &work);
+    /// Begins a transaction. No other process can write before its end().
+    bool begin();
+    /// Ends the transaction. What it wrote is kept if \a isDone is true. Returns true if it is kept.
+    bool end(bool isDone);
     /// Adds \a messages, or replaces those with the same numbers.
     bool put(const QVector<SearchableMessage> &messages);
     bool remove(const QVector<qlonglong> &ids);

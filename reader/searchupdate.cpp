@@ -15,8 +15,6 @@ namespace Tidel {
 
 namespace {
 
-// While a group is read and written, no other process can write to the index.
-constexpr int groupSize = 500;
 constexpr int manyMessages = 5000; // about half a second
 constexpr int margin = 2; // seconds, the coarsest time of a file
 
@@ -52,20 +50,22 @@ QString searchableText(const QString &html, const QString &summary)
 }
 
 /// A message of several titles or dates has several rows; the first one counts.
-QVector<SearchableMessage> extractMessages(const Answer &answer)
+QVector<StoredTexts> extractMessages(const Answer &answer)
 {
-    QVector<SearchableMessage> messages;
+    QVector<StoredTexts> messages;
     while (answer->next()) {
-        SearchableMessage message;
-        message.id = answer->value(0).toLongLong();
-        if (!messages.isEmpty() && messages.constLast().id == message.id)
+        const qlonglong id = answer->value(0).toLongLong();
+        if (!messages.isEmpty() && messages.constLast().message.id == id)
             continue;
-        message.modified = answer->value(1).toLongLong();
-        message.uri = answer->value(2).toString();
-        message.title = cleanText(answer->value(3).toString()).simplified();
-        message.text = searchableText(answer->value(4).toString(), answer->value(5).toString());
-        message.published = answer->value(6).toDateTime();
-        messages.append(message);
+        StoredTexts stored;
+        stored.message.id = id;
+        stored.message.modified = answer->value(1).toLongLong();
+        stored.message.uri = answer->value(2).toString();
+        stored.message.published = answer->value(6).toDateTime();
+        stored.title = answer->value(3).toString();
+        stored.html = answer->value(4).toString();
+        stored.summary = answer->value(5).toString();
+        messages.append(stored);
     }
     return messages;
 }
@@ -87,19 +87,35 @@ Result<void> SearchUpdate::checked(bool isDone) const
 
 Result<QVector<SearchableMessage>> SearchUpdate::read(StorePrivate &store, const QVector<qlonglong> &ids)
 {
-    return store.run(Statements::searchable(ids), attempt).map(extractMessages);
+    return store.run(Statements::searchable(ids), attempt).map(extractMessages).map(inPlainText);
+}
+
+Result<QVector<StoredTexts>> SearchUpdate::readAfter(StorePrivate &store, qlonglong last, int limit)
+{
+    return store.run(Statements::searchableAfter(last, limit), attempt).map(extractMessages);
+}
+
+QVector<SearchableMessage> SearchUpdate::inPlainText(const QVector<StoredTexts> &messages)
+{
+    QVector<SearchableMessage> plain;
+    plain.reserve(messages.size());
+    for (const StoredTexts &stored : messages) {
+        plain.append(stored.message);
+        plain.last().title = cleanText(stored.title).simplified();
+        plain.last().text = searchableText(stored.html, stored.summary);
+    }
+    return plain;
 }
 
 /// Adds the next messages, and returns their number.
 Result<int> SearchUpdate::addGroup(int limit)
 {
-    Result<QVector<SearchableMessage>> messages;
+    Result<QVector<StoredTexts>> messages;
     const bool isWritten = m_index.inTransaction([&] {
-        messages =
-            m_store.run(Statements::searchableAfter(m_index.lastId(), limit), attempt).map(extractMessages);
-        return messages && m_index.put(*messages);
+        messages = readAfter(m_store, m_index.lastId(), limit);
+        return messages && m_index.put(inPlainText(*messages));
     });
-    return messages.and_then([&](const QVector<SearchableMessage> &added) {
+    return messages.and_then([&](const QVector<StoredTexts> &added) {
         return checked(isWritten).map([&] { return int(added.size()); });
     });
 }

@@ -8,10 +8,22 @@
 
 namespace Tidel {
 
+/// A message as the store has it.
+struct StoredTexts
+{
+    SearchableMessage message; ///< Without title and text.
+    QString title;
+    QString html;
+    QString summary; ///< HTML.
+};
+
 /// Brings the index up to what the store holds.
 class SearchUpdate
 {
 public:
+    /// While a group is read and written, no other process can write to the index.
+    static constexpr int groupSize = 500;
+
     SearchUpdate(StorePrivate &store, SearchIndex &index, const Search::Progress &progress);
 
     /// Adds at most \a count messages that were stored after the last one of the index. The time that it
@@ -20,6 +32,10 @@ public:
     /// Brings the index up to date with the store. Does nothing if the files of the store have not changed.
     Result<void> catchUp();
 
+    /// The first \a limit messages after the number \a last.
+    static Result<QVector<StoredTexts>> readAfter(StorePrivate &store, qlonglong last, int limit);
+    /// \a messages for the index. The function is reentrant.
+    static QVector<SearchableMessage> inPlainText(const QVector<StoredTexts> &messages);
     /// The messages \a ids.
     static Result<QVector<SearchableMessage>> read(StorePrivate &store, const QVector<qlonglong> &ids);
 

@@ -2,6 +2,7 @@
 #include "readertest.h"
 
 #include <TidelReader/search.h>
+#include <TidelReader/searchfiller.h>
 
 #include <statementgate.h>
 
@@ -38,6 +39,8 @@ private Q_SLOTS:
     void reusedNumbers();
     void unchangedStoreIsNotCompared();
     void addNewMessages();
+    void filler();
+    void fillerOfUnwritableIndex();
     void missingOrDamagedIndex_data();
     void missingOrDamagedIndex();
     void unwritableIndex();
@@ -53,6 +56,8 @@ private:
     QStringList found(const QString &words) const { return found(Search(reader()), words); }
     /// Names of the found messages, the best first.
     static QStringList found(Search &&search, const QString &words);
+    /// The rows of the index that \a query selects.
+    QStringList indexed(const char *query) const;
     /// Makes the files of the store so old that a change of them is told by their times.
     void age() const;
 };
@@ -326,6 +331,53 @@ void TestSearch::addNewMessages()
     // It asks for the new ones, and whether there are more.
     QCOMPARE(StatementGate::statements().size(), 2);
     QCOMPARE(found("title").size(), 3);
+}
+
+QStringList TestSearch::indexed(const char *query) const
+{
+    const auto addRow = [](void *list, int columns, char **values, char **) {
+        QStringList row;
+        for (int i = 0; i < columns; ++i)
+            row.append(QString::fromUtf8(values[i]));
+        static_cast<QStringList *>(list)->append(row.join(' '));
+        return 0;
+    };
+    sqlite3 *database = nullptr;
+    QStringList rows;
+    sqlite3_open(QFile::encodeName(indexFile()).constData(), &database);
+    sqlite3_exec(database, query, addRow, &rows, nullptr);
+    sqlite3_close(database);
+    return rows;
+}
+
+void TestSearch::filler()
+{
+    const char *const all = "CREATE VIRTUAL TABLE temp.places USING fts5vocab('main', 'words', 'instance');"
+                            "SELECT * FROM temp.places ORDER BY doc, col, offset; SELECT * FROM messages";
+    addMessages(numberedNames("a", 1100), "news");
+    VERIFY_OK(Search(reader()).addNewMessages(1100));
+    const QStringList plain = indexed(all);
+    QVERIFY(plain.size() > 2 * 1100);
+    QVERIFY(QFile::remove(indexFile()));
+    SearchFiller filler(reader());
+    filler.add(499);
+    QVERIFY(!QFile::exists(indexFile()));
+    filler.add(601);
+    // The second group begins when the thread is idle.
+    QTRY_VERIFY_WITH_TIMEOUT((filler.add(0), indexed("SELECT id FROM messages").size() == 1000), 60000);
+    QCOMPARE(filler.finish(), 100);
+    VERIFY_OK(Search(reader()).addNewMessages(100));
+    QCOMPARE(indexed(all), plain);
+}
+
+void TestSearch::fillerOfUnwritableIndex()
+{
+    QVERIFY(QDir().mkpath(indexFile()));
+    addMessages(numberedNames("a", 600), "news");
+    SearchFiller filler(reader());
+    filler.add(600);
+    QCOMPARE(filler.finish(), 600);
+    QCOMPARE(found("text").size(), 20);
 }
 
 void TestSearch::missingOrDamagedIndex_data()

@@ -62,7 +62,7 @@ void showPlan(const QList<Subscription> &missing, Output &output)
 class FirstRefresh
 {
 public:
-    FirstRefresh(const Store &store, Output &output) : m_store(store), m_output(output) { }
+    FirstRefresh(const Store &store, Output &output) : m_store(store), m_output(output), m_filler(store) { }
 
     void run(FeedPluginInterface &plugin, const QList<FeedChannel> &channels);
     int failures() const { return m_failures; }
@@ -73,7 +73,7 @@ private:
     const Store &m_store;
     Output &m_output;
     int m_failures = 0;
-    int m_newMessages = 0;
+    SearchFiller m_filler;
 };
 
 void FirstRefresh::run(FeedPluginInterface &plugin, const QList<FeedChannel> &channels)
@@ -84,7 +84,7 @@ void FirstRefresh::run(FeedPluginInterface &plugin, const QList<FeedChannel> &ch
                            [this, channel](const DownloadResult &result) { report(channel, result); });
     showProgress(queue, "feeds", m_output);
     Tidel::run(queue, m_output);
-    addToIndex(m_store, m_newMessages);
+    addToIndex(m_store, m_filler);
 }
 
 void FirstRefresh::report(const FeedChannel &channel, const DownloadResult &result)
@@ -92,7 +92,7 @@ void FirstRefresh::report(const FeedChannel &channel, const DownloadResult &resu
     if (result.error() == FeedDownloadCanceled)
         return;
     if (result.isOk()) {
-        m_newMessages += int(result.newMessages().size());
+        m_filler.add(int(result.newMessages().size()));
         // A channel without a given title has got one from its feed.
         const QString title = Channels(m_store).title(channel.link()).value_or(channel.title());
         const int count = int(result.newMessages().size());

@@ -24,14 +24,14 @@ constexpr int gone = 410;
 class RefreshReport
 {
 public:
-    RefreshReport(const Store &store, Output &output) : m_store(store), m_output(output) { }
+    RefreshReport(const Store &store, Output &output) : m_store(store), m_output(output), m_filler(store) { }
 
     /// Reports the result of the download of \a channel.
     void add(const FeedChannel &channel, const DownloadResult &result);
     /// Reports the totals if there were several channels.
     void summarize() const;
-    /// The number of new messages.
-    int newMessages() const { return m_newMessages; }
+    /// Adds the new messages to the index for searches.
+    void addToIndex() { Tidel::addToIndex(m_store, m_filler); }
 
 private:
     /// Reports the messages of \a result.
@@ -46,6 +46,7 @@ private:
     int m_newMessages = 0;
     int m_changedMessages = 0;
     int m_failures = 0;
+    SearchFiller m_filler;
 };
 
 void RefreshReport::add(const FeedChannel &channel, const DownloadResult &result)
@@ -70,6 +71,7 @@ void RefreshReport::addMessages(const FeedChannel &channel, const DownloadResult
     const QStringList added = result.newMessages();
     const QStringList changed = result.changedMessages();
     m_newMessages += int(added.size());
+    m_filler.add(int(added.size()));
     m_changedMessages += int(changed.size());
     m_output.warnings(channel.title(), result.newNotes());
     QJsonObject json = channelJson(channel);
@@ -126,7 +128,7 @@ void refresh(const Store &store, const Arguments &arguments, Output &output)
     showProgress(queue, "feeds", output);
     run(queue, output);
     report.summarize();
-    addToIndex(store, report.newMessages());
+    report.addToIndex();
 }
 
 } // namespace

@@ -3,15 +3,17 @@
 #define TIDEL_SEARCHABLE_H
 
 #include <TidelReader/search.h>
+#include <TidelReader/searchfiller.h>
 
 namespace Tidel {
 
-/// Adds the \a count messages that a command has stored to the index for searches.
-inline void addToIndex(const Store &store, int count)
+/// Adds the messages that a command has told \a filler of to the index for searches.
+inline void addToIndex(const Store &store, SearchFiller &filler)
 {
     // If it fails, the next search adds them, or says why it cannot.
-    if (count > 0)
-        static_cast<void>(Search(store).addNewMessages(count));
+    const int left = filler.finish();
+    if (left > 0)
+        static_cast<void>(Search(store).addNewMessages(left));
 }
 
 } // namespace Tidel

@@ -89,10 +89,10 @@ void subscribeTo(const Store &store, FeedPluginInterface &plugin, const QStringL
                  Output &output, std::vector<Page> *pages = nullptr)
 {
     DownloadQueue queue(plugin);
-    int newMessages = 0;
+    SearchFiller filler(store);
     for (const QString &address : addresses)
         queue.subscribe(documentUrl(address), [&, address](const DownloadResult &result) {
-            newMessages += int(result.newMessages().size());
+            filler.add(int(result.newMessages().size()));
             if (pages && result.foundFeeds().size() > 1)
                 pages->push_back({address, result});
             else
@@ -100,7 +100,7 @@ void subscribeTo(const Store &store, FeedPluginInterface &plugin, const QStringL
         });
     showProgress(queue, "feeds", output);
     run(queue, output);
-    addToIndex(store, newMessages);
+    addToIndex(store, filler);
 }
 
 QString misuseOfSubscribe(const Arguments &arguments)
