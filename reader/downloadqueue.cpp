@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace Tidel {
@@ -138,11 +139,13 @@ void DownloadQueuePrivate::end(FeedPluginInterface *downloader, const DownloadRe
 /// job that was never started because of cancel() is left out.
 void DownloadQueuePrivate::report()
 {
-    for (; reported < started; ++reported) {
-        const Job &job = jobs[reported];
-        if (!job.result)
-            return;
-        job.handler(*job.result);
+    for (; reported < started && jobs[reported].result; ++reported) {
+        Job &job = jobs[reported];
+        // The results of thousands of feeds would take much memory.
+        job.downloader = nullptr;
+        const DownloadQueue::Handler handler = std::exchange(job.handler, nullptr);
+        const DownloadResult result = *std::exchange(job.result, std::nullopt);
+        handler(result);
     }
 }
 

@@ -128,6 +128,7 @@ void FeedDownload::transferred(const Transfer &transfer)
 void FeedDownload::read(const FeedDocument &document)
 {
     m_document = document;
+    m_buffer.setData(QByteArray());
     if (!m_isSubscription)
         m_itemNote = Feeds(store()).itemNote(m_channelUri).value_or(ItemNote());
     m_digests = ItemDigests::fromNote(m_itemNote.text);
@@ -141,6 +142,8 @@ void FeedDownload::parsed()
         return;
     auto feed = m_parsing->takeResult();
     if (!feed) {
+        // Others need not wait until the next address has answered.
+        m_parsing.release()->deleteLater();
         // A page that a page has led to is not followed.
         if (feed.error().isWebPage && m_isSubscription && !m_page)
             m_page.emplace(m_document);
@@ -159,6 +162,7 @@ void FeedDownload::parsed()
         ParsedFeed::parse(m_document, m_address).map([this](ParsedFeed &&whole) {
             setFeed(std::move(whole));
         });
+    m_document.bytes.clear();
     m_writer = std::make_unique<FeedWriter>(store(), m_channelUri, m_isSubscription);
     m_writer->begin(*m_feed, m_document.validators, memory, m_itemNote);
     writeSome();

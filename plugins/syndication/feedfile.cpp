@@ -53,7 +53,9 @@ std::optional<QByteArray> readDocument(const QString &path, qint64 maximumSize, 
         *outcome = unreadable(file);
         return std::nullopt;
     }
-    const QByteArray document = file.read(maximumSize + 1);
+    QByteArray document = file.read(maximumSize + 1);
+    // It has space for the largest one.
+    document.squeeze();
     if (file.error() != QFileDevice::NoError)
         *outcome = unreadable(file);
     else if (document.size() > maximumSize)

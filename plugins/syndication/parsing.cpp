@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "parsing.h"
 
-#include <QRunnable>
-#include <QThreadPool>
+#include "parser.h"
 
 #include <mutex>
 
@@ -18,7 +17,7 @@ struct Parsing::Job
         return receiver != nullptr;
     }
 
-    const FeedDocument document;
+    FeedDocument document;
     const QUrl link;
     const QSet<QByteArray> known;
     std::mutex mutex;
@@ -31,6 +30,7 @@ void Parsing::Job::run()
     if (!isWanted())
         return;
     auto parsed = ParsedFeed::parse(document, link, known);
+    document = {};
     const std::lock_guard lock(mutex);
     if (!receiver)
         return;
@@ -38,15 +38,16 @@ void Parsing::Job::run()
     QMetaObject::invokeMethod(receiver, &Parsing::finished, Qt::QueuedConnection);
 }
 
-Parsing::Parsing(QThreadPool &pool, const FeedDocument &document, const QUrl &link,
+Parsing::Parsing(Parser &parser, const FeedDocument &document, const QUrl &link,
                  const QSet<QByteArray> &known)
-    : m_job(new Job{document, link, known, {}, this, {}})
+    : m_parser(parser), m_job(new Job{document, link, known, {}, this, {}})
 {
-    pool.start(QRunnable::create([job = m_job] { job->run(); }));
+    m_parser.enter(this, [job = m_job] { job->run(); });
 }
 
 Parsing::~Parsing()
 {
+    m_parser.leave(this);
     const std::lock_guard lock(m_job->mutex);
     m_job->receiver = nullptr;
 }

@@ -10,9 +10,9 @@
 #include <memory>
 #include <optional>
 
-class QThreadPool;
-
 namespace Tidel {
+
+class Parser;
 
 /// Parses a document on another thread, while the thread of this object stores other feeds.
 class Parsing : public QObject
@@ -20,9 +20,10 @@ class Parsing : public QObject
     Q_OBJECT
 
 public:
-    /// Lets \a pool parse \a document when it has parsed those before. See ParsedFeed::parse().
-    Parsing(QThreadPool &pool, const FeedDocument &document, const QUrl &link, const QSet<QByteArray> &known);
-    /// Does not wait: finished() is not emitted any more.
+    /// Lets \a parser parse \a document. See ParsedFeed::parse().
+    Parsing(Parser &parser, const FeedDocument &document, const QUrl &link, const QSet<QByteArray> &known);
+    /// Does not wait: finished() is not emitted any more. Lets the parser go on. Destroy it when the feed is
+    /// stored.
     ~Parsing() override;
 
     /// The feed, or why the document is none. Call it once, after finished().
@@ -35,6 +36,7 @@ Q_SIGNALS:
 private:
     struct Job;
 
+    Parser &m_parser;
     const std::shared_ptr<Job> m_job;
 };
 

@@ -4,8 +4,8 @@
 #include "connections.h"
 #include "enclosuredownload.h"
 #include "feeddownload.h"
+#include "parser.h"
 
-#include <QThreadPool>
 #include <QUrl>
 
 #include <TidelReader/link.h>
@@ -59,10 +59,8 @@ struct SyndicationPlugin::Task
 
 SyndicationPlugin::SyndicationPlugin(QObject *parent)
     : FeedPluginInterface(parent), m_connections(std::make_shared<Connections>()),
-      m_parser(std::make_shared<QThreadPool>())
+      m_parser(std::make_shared<Parser>())
 {
-    // Storing the feeds takes longer than parsing them, and only one thread stores.
-    m_parser->setMaxThreadCount(1);
 }
 
 SyndicationPlugin::~SyndicationPlugin() = default;

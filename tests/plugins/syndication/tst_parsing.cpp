@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
+#include "parser.h"
 #include "parsing.h"
 
 #include <QSignalSpy>
-#include <QThreadPool>
 #include <QtTest>
 
 using namespace Tidel;
@@ -24,24 +24,21 @@ class TestParsing : public QObject
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        m_pool = std::make_unique<QThreadPool>();
-        m_pool->setMaxThreadCount(1);
-    }
+    void init() { m_parser = std::make_unique<Parser>(); }
 
     void feed();
     void noFeed();
     void severalAtOnce();
+    void oneFeedAhead();
     void endsBeforeTheResult();
 
 private:
     std::unique_ptr<Parsing> parsing(const FeedDocument &of)
     {
-        return std::make_unique<Parsing>(*m_pool, of, of.address, QSet<QByteArray>());
+        return std::make_unique<Parsing>(*m_parser, of, of.address, QSet<QByteArray>());
     }
 
-    std::unique_ptr<QThreadPool> m_pool;
+    std::unique_ptr<Parser> m_parser;
 };
 
 void TestParsing::feed()
@@ -49,7 +46,7 @@ void TestParsing::feed()
     const auto job = parsing(document(3));
     QSignalSpy ends(job.get(), &Parsing::finished);
     // The result waits for the event loop.
-    QVERIFY(m_pool->waitForDone());
+    QVERIFY(m_parser->waitForDone());
     QCOMPARE(int(ends.size()), 0);
     QTRY_COMPARE(int(ends.size()), 1);
     QCOMPARE(int(job->takeResult()->items().size()), 3);
@@ -66,15 +63,40 @@ void TestParsing::noFeed()
 
 void TestParsing::severalAtOnce()
 {
-    std::vector<std::unique_ptr<Parsing>> jobs;
+    std::vector<std::unique_ptr<Parsing>> jobs(20);
     QVector<int> sizes;
-    for (int i = 0; i < 20; ++i) {
-        jobs.push_back(parsing(document(20 - i)));
-        connect(jobs.back().get(), &Parsing::finished, this,
-                [&sizes, job = jobs.back().get()] { sizes.append(int(job->takeResult()->items().size())); });
+    for (size_t i = 0; i < jobs.size(); ++i) {
+        jobs[i] = parsing(document(20 - int(i)));
+        connect(jobs[i].get(), &Parsing::finished, this, [&sizes, &job = jobs[i]] {
+            sizes.append(int(job->takeResult()->items().size()));
+            job.release()->deleteLater();
+        });
     }
     QTRY_COMPARE(int(sizes.size()), 20);
     QVERIFY(std::is_sorted(sizes.rbegin(), sizes.rend()));
+}
+
+void TestParsing::oneFeedAhead()
+{
+    std::vector<std::unique_ptr<Parsing>> jobs;
+    QVector<int> ends;
+    for (int i = 0; i < 5; ++i) {
+        jobs.push_back(parsing(document(1)));
+        connect(jobs.back().get(), &Parsing::finished, this, [&ends, i] { ends.append(i); });
+    }
+    const auto endsNow = [&] {
+        m_parser->waitForDone();
+        QCoreApplication::processEvents();
+        return ends;
+    };
+    QCOMPARE(endsNow(), QVector<int>({0, 1}));
+    // One that has not begun leaves no gap.
+    jobs[2].reset();
+    QCOMPARE(endsNow(), QVector<int>({0, 1}));
+    jobs[1].reset();
+    QCOMPARE(endsNow(), QVector<int>({0, 1, 3}));
+    jobs[0].reset();
+    QCOMPARE(endsNow(), QVector<int>({0, 1, 3, 4}));
 }
 
 void TestParsing::endsBeforeTheResult()
@@ -87,7 +109,7 @@ void TestParsing::endsBeforeTheResult()
             connect(jobs.back().get(), &Parsing::finished, this, [&ends] { ++ends; });
         }
         jobs.clear();
-        QVERIFY(m_pool->waitForDone());
+        QVERIFY(m_parser->waitForDone());
         QCoreApplication::processEvents();
         QCOMPARE(ends, 0);
     }
