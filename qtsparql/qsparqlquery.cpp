@@ -84,9 +84,25 @@ void QSparqlQuery::unbindValues()
         d->bindings.clear();
 }
 
+namespace {
+
+/// Returns false if \a statement certainly has no placeholder. Most updates are long and have none, and this
+/// search is much faster than the lexer.
+bool mayHavePlaceholder(const QString &statement)
+{
+    auto colon = statement.indexOf(u':', 1);
+    while (colon != -1 && statement[colon - 1] != u'?' && statement[colon - 1] != u'$')
+        colon = statement.indexOf(u':', colon + 1);
+    return colon != -1;
+}
+
+} // namespace
+
 QString QSparqlQuery::preparedQueryText() const
 {
     const QString &statement = readable(d).query;
+    if (!mayHavePlaceholder(statement))
+        return statement;
     const QMap<QString, QSparqlBinding> &bindings = readable(d).bindings;
     QString text;
     int copied = 0;

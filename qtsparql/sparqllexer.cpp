@@ -9,7 +9,18 @@ bool isWordCharacter(QChar character) { return character.isLetterOrNumber() || c
 
 bool isForbiddenInIri(QChar character)
 {
-    return character.unicode() <= u' ' || QStringView(u"<>\"{}|^`\\").contains(character);
+    switch (character.unicode()) {
+    case u'<':
+    case u'>':
+    case u'"':
+    case u'{':
+    case u'}':
+    case u'|':
+    case u'^':
+    case u'`':
+    case u'\\': return true;
+    default: return character.unicode() <= u' ';
+    }
 }
 
 SparqlLexer::SparqlLexer(QStringView text) : m_text(text) { }

@@ -9,7 +9,8 @@
 namespace Tidel {
 
 MessageUpdate::MessageUpdate(StorePrivate &store, const QString &channelUri, const QString &note)
-    : m_store(store), m_channelUri(channelUri), m_note(note), m_changes(store, channelUri)
+    : m_store(store), m_channelUri(channelUri), m_note(note), m_time(Statements::localTimeText()),
+      m_changes(store, channelUri)
 {
 }
 
@@ -20,7 +21,7 @@ void MessageUpdate::insert(const StorableMessage &message)
     values.append({Statements::digest, digest(message.message(), m_channelUri)});
     if (!message.key().isEmpty())
         values.append({Statements::itemKey, message.key()});
-    m_text += Statements::insertMessage(message.message(), uri, m_channelUri)
+    m_text += Statements::insertMessage(message.message(), uri, m_channelUri, m_time)
         + Statements::insertDetails(uri, values);
     m_newLinks.append(message.link().toString());
     m_addedLinks.append(message.link().toString());

@@ -56,6 +56,7 @@ private:
     StorePrivate &m_store;
     const QString m_channelUri;
     const QString m_note;
+    const QString m_time;
     MessageChanges m_changes;
     QString m_text;
     QStringList m_newLinks;

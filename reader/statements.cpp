@@ -9,6 +9,8 @@
 #include <feedenclosure.h>
 #include <feedmessage.h>
 
+#include <algorithm>
+
 namespace Tidel::Statements {
 
 namespace {
@@ -117,6 +119,16 @@ const QString enclosureColumns =
 const QString isNoFavorite =
     QStringLiteral("FILTER NOT EXISTS { ?m nao:hasTag nao:predefined-tag-favorite } ");
 
+/// Returns true if \a address certainly is a URI that createUrn() has made; otherwise returns false.
+bool isUrn(const QString &address)
+{
+    const QLatin1String scheme("urn:uuid:");
+    return address.startsWith(scheme)
+        && std::all_of(address.begin() + scheme.size(), address.end(), [](QChar c) {
+               return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || c == u'-';
+           });
+}
+
 } // namespace
 
 // contract: the store holds local times without their zone, and the time of download labelled as UTC.
@@ -132,7 +144,12 @@ const QString earlierVersionsName = QStringLiteral("earlierVersions");
 
 QString literal(const QString &text) { return QSparqlBinding(QString(), text).toString(); }
 
-QString iri(const QString &address) { return QSparqlBinding(QString(), QUrl(address)).toString(); }
+QString iri(const QString &address)
+{
+    // QUrl leaves the URIs of the store as they are, which takes long to find out.
+    return isUrn(address) ? QLatin1Char('<') + address + QLatin1Char('>')
+                          : QSparqlBinding(QString(), QUrl(address)).toString();
+}
 
 QSparqlQuery update(const QString &text) { return QSparqlQuery(text, QSparqlQuery::InsertStatement); }
 
@@ -444,12 +461,13 @@ QString publishedTerm(const FeedMessage &message)
 
 } // namespace
 
-QString insertMessage(const FeedMessage &message, const QString &uri, const QString &channelUri)
+QString insertMessage(const FeedMessage &message, const QString &uri, const QString &channelUri,
+                      const QString &time)
 {
     QString insert = QLatin1String("INSERT { ") + iri(uri)
         + QLatin1String(" a mfo:FeedMessage ; nie:isLogicalPartOf ") + iri(channelUri) + textsOf(message)
         + QLatin1String(" ; nie:links ") + iri(message.link()) + QLatin1String(" ; mfo:downloadedTime \"")
-        + localTimeText() + QLatin1String("Z\"^^xsd:dateTime");
+        + time + QLatin1String("Z\"^^xsd:dateTime");
     if (message.publishedDate().isValid())
         insert += QLatin1String(" ; nie:contentCreated ") + publishedTerm(message);
     return insert + QLatin1String(" } ");

@@ -130,7 +130,9 @@ QSparqlQuery linksAndKeys(const QStringList &uris);
 QSparqlQuery texts(const QStringList &uris);
 /// The earlier versions of the message, as one text.
 QSparqlQuery earlierVersions(const QString &messageUri);
-QString insertMessage(const FeedMessage &message, const QString &uri, const QString &channelUri);
+/// \a time is the localTimeText() of the download.
+QString insertMessage(const FeedMessage &message, const QString &uri, const QString &channelUri,
+                      const QString &time);
 /// Those of \a links that are links of messages.
 QSparqlQuery knownLinks(const QStringList &links);
 /// Makes the store refuse the update if a message has one of \a links.

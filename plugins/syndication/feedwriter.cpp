@@ -210,8 +210,8 @@ QList<FeedMessage> FeedWriter::headlines() const
         headline.setLink(link);
         headline.setTitle(message.message().title());
         // The store keeps whole seconds.
-        const QString date = message.message().publishedDate().toString(Qt::ISODate);
-        headline.setPublishedDate(QDateTime::fromString(date, Qt::ISODate));
+        const QDateTime date = message.message().publishedDate();
+        headline.setPublishedDate(date.addMSecs(-date.time().msec()));
         headlines.append(headline);
     }
     return headlines;
