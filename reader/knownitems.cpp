@@ -18,15 +18,23 @@ public:
 Result<KnownItems> KnownItems::of(const Store &store, const QStringList &keys, const QString &channelUri)
 {
     KnownItems items;
-    const auto ask = [&](const QStringList &some) {
+    const char *const attempt = "look up the items of the feed in the store";
+    const auto describe = [&](const QStringList &known) {
         return StorePrivate::of(store)
-            .run(Statements::messagesWithKeys(some, channelUri), "look up the items of the feed in the store")
+            .run(Statements::messagesWithKeys(known, channelUri), attempt)
             .map([&](const Answer &answer) {
                 while (answer->next())
                     items.d->messages.insert(answer->value(0).toString(),
                                              {answer->value(1).toString(), answer->value(2).toString(),
                                               answer->value(3).toString(), true});
             });
+    };
+    // Most items that are asked about are new, and that question costs half.
+    const auto ask = [&](const QStringList &some) {
+        return StorePrivate::of(store)
+            .texts(Statements::usedKeys(some), attempt)
+            .and_then(
+                [&](const QStringList &known) { return known.isEmpty() ? Result<void>() : describe(known); });
     };
     return inChunks(keys, ask).map([&] { return items; });
 }

@@ -23,12 +23,10 @@ Result<LinkUse> LinkUse::of(const Store &store, const QList<Link> &links, const 
 {
     LinkUse use(new LinkUsePrivate);
     const QString prefix = itemKeyPrefix(channelUri);
-    const auto ask = [&](const QList<Link> &some) -> Result<void> {
-        QStringList texts;
-        for (const Link &link : some)
-            texts.append(link.toString());
+    const char *const attempt = "look up the links of the feed in the store";
+    const auto describe = [&](const QStringList &used) {
         return StorePrivate::of(store)
-            .run(Statements::linkUse(texts, channelUri), "look up the links of the feed in the store")
+            .run(Statements::linkUse(used, channelUri), attempt)
             .map([&](const Answer &answer) {
                 while (answer->next()) {
                     const QString link = answer->value(0).toString();
@@ -46,6 +44,16 @@ Result<LinkUse> LinkUse::of(const Store &store, const QList<Link> &links, const 
                     known.digest = answer->value(6).toString();
                 }
             });
+    };
+    // Most links of a feed are new, and that question costs a third.
+    const auto ask = [&](const QList<Link> &some) {
+        QStringList texts;
+        for (const Link &link : some)
+            texts.append(link.toString());
+        return StorePrivate::of(store)
+            .texts(Statements::usedLinks(texts), attempt)
+            .and_then(
+                [&](const QStringList &used) { return used.isEmpty() ? Result<void>() : describe(used); });
     };
     return inChunks(links, ask).map([&] { return use; });
 }

@@ -405,6 +405,12 @@ QSparqlQuery headlines(const QStringList &uris)
                                   "OPTIONAL { ?m nie:contentCreated ?date } }"));
 }
 
+QSparqlQuery usedLinks(const QStringList &links)
+{
+    return select(QLatin1String("SELECT DISTINCT ?link WHERE { ") + valuesOf("link", links)
+                  + QLatin1String("?x nie:links ?link }"));
+}
+
 QSparqlQuery linkUse(const QStringList &links, const QString &channelUri)
 {
     return select(QLatin1String("SELECT ?link (EXISTS { ?x a mfo:FeedChannel } AS ?isOfChannel) "
@@ -414,6 +420,12 @@ QSparqlQuery linkUse(const QStringList &links, const QString &channelUri)
                   + valuesOf("link", links)
                   + QLatin1String("?x nie:links ?link OPTIONAL { ?x tidel:itemKey ?key } "
                                   "OPTIONAL { ?x tidel:digest ?digest } }"));
+}
+
+QSparqlQuery usedKeys(const QStringList &keys)
+{
+    return select(QLatin1String("SELECT DISTINCT ?key WHERE { ?m tidel:itemKey ?key ")
+                  + isIn("key", each(keys, literal)) + QLatin1Char('}'));
 }
 
 QSparqlQuery messagesWithKeys(const QStringList &keys, const QString &channelUri)

@@ -119,9 +119,13 @@ QSparqlQuery message(const QUrl &uri);
 QSparqlQuery headlinesOfLinks(const QStringList &links);
 /// URI, link, title, date of the messages \a uris.
 QSparqlQuery headlines(const QStringList &uris);
+/// Those of \a links that anything has.
+QSparqlQuery usedLinks(const QStringList &links);
 /// Link, and whether it belongs to a channel, to a message, and to a message of the channel \a channelUri;
 /// URI, key and digest of the message.
 QSparqlQuery linkUse(const QStringList &links, const QString &channelUri);
+/// Those of \a keys that a message has.
+QSparqlQuery usedKeys(const QStringList &keys);
 /// Key, URI, link and digest of the messages \a keys of the channel.
 QSparqlQuery messagesWithKeys(const QStringList &keys, const QString &channelUri);
 /// Message, link, key.
