@@ -14,14 +14,14 @@
 namespace Tidel {
 
 class Connections;
-class Parser;
+class ParserThread;
 
 /// What a download needs.
 struct DownloadTools
 {
     Store store; ///< Where the results are stored.
     std::shared_ptr<Connections> connections; ///< The connections to web servers.
-    std::shared_ptr<Parser> parser; ///< The thread that parses feeds.
+    std::shared_ptr<ParserThread> parser; ///< The thread that parses feeds.
     TransferLimits limits; ///< When the download fails.
 };
 
@@ -52,7 +52,7 @@ protected:
     /// Where the results are stored.
     const Store &store() const { return m_tools.store; }
     /// The thread that parses feeds.
-    Parser &parser() const { return *m_tools.parser; }
+    ParserThread &parser() const { return *m_tools.parser; }
     /// The maximum size of the document or file, in bytes.
     qint64 maximumSize() const { return m_tools.limits.bytes; }
 

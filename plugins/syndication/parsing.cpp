@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "parsing.h"
 
-#include "parser.h"
+#include "parserthread.h"
 
 #include <mutex>
 
@@ -38,7 +38,7 @@ void Parsing::Job::run()
     QMetaObject::invokeMethod(receiver, &Parsing::finished, Qt::QueuedConnection);
 }
 
-Parsing::Parsing(Parser &parser, const FeedDocument &document, const QUrl &link,
+Parsing::Parsing(ParserThread &parser, const FeedDocument &document, const QUrl &link,
                  const QSet<QByteArray> &known)
     : m_parser(parser), m_job(new Job{document, link, known, {}, this, {}})
 {

@@ -12,7 +12,7 @@
 
 namespace Tidel {
 
-class Parser;
+class ParserThread;
 
 /// Parses a document on another thread, while the thread of this object stores other feeds.
 class Parsing : public QObject
@@ -21,7 +21,8 @@ class Parsing : public QObject
 
 public:
     /// Lets \a parser parse \a document. See ParsedFeed::parse().
-    Parsing(Parser &parser, const FeedDocument &document, const QUrl &link, const QSet<QByteArray> &known);
+    Parsing(ParserThread &parser, const FeedDocument &document, const QUrl &link,
+            const QSet<QByteArray> &known);
     /// Does not wait: finished() is not emitted any more. Lets the parser go on. Destroy it when the feed is
     /// stored.
     ~Parsing() override;
@@ -36,7 +37,7 @@ Q_SIGNALS:
 private:
     struct Job;
 
-    Parser &m_parser;
+    ParserThread &m_parser;
     const std::shared_ptr<Job> m_job;
 };
 

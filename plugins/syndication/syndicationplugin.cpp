@@ -4,7 +4,7 @@
 #include "connections.h"
 #include "enclosuredownload.h"
 #include "feeddownload.h"
-#include "parser.h"
+#include "parserthread.h"
 
 #include <QUrl>
 
@@ -59,7 +59,7 @@ struct SyndicationPlugin::Task
 
 SyndicationPlugin::SyndicationPlugin(QObject *parent)
     : FeedPluginInterface(parent), m_connections(std::make_shared<Connections>()),
-      m_parser(std::make_shared<Parser>())
+      m_parser(std::make_shared<ParserThread>())
 {
 }
 

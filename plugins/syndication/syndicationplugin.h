@@ -14,7 +14,7 @@
 namespace Tidel {
 
 class Connections;
-class Parser;
+class ParserThread;
 class Download;
 struct DownloadTools;
 struct Outcome;
@@ -92,7 +92,7 @@ private:
     qint64 m_maximumEnclosureSize = Q_INT64_C(4) * 1024 * 1024 * 1024 - 1; // The limit of FeedEnclosure.
 
     std::shared_ptr<Connections> m_connections; // Shared by the downloaders of one plug-in, as the next.
-    std::shared_ptr<Parser> m_parser;
+    std::shared_ptr<ParserThread> m_parser;
     std::optional<Store> m_store;
     std::unique_ptr<Task> m_task;
     QString m_errorString;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-#include "parser.h"
+#include "parserthread.h"
 #include "parsing.h"
 
 #include <QSignalSpy>
@@ -24,7 +24,7 @@ class TestParsing : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { m_parser = std::make_unique<Parser>(); }
+    void init() { m_parser = std::make_unique<ParserThread>(); }
 
     void feed();
     void noFeed();
@@ -38,7 +38,7 @@ private:
         return std::make_unique<Parsing>(*m_parser, of, of.address, QSet<QByteArray>());
     }
 
-    std::unique_ptr<Parser> m_parser;
+    std::unique_ptr<ParserThread> m_parser;
 };
 
 void TestParsing::feed()

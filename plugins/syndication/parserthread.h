@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-#ifndef TIDEL_PARSER_H
-#define TIDEL_PARSER_H
+#ifndef TIDEL_PARSERTHREAD_H
+#define TIDEL_PARSERTHREAD_H
 
 #include <QThreadPool>
 
@@ -13,10 +13,10 @@ class Parsing;
 
 /// The thread that parses documents for all downloaders. It keeps one feed ahead of the one that is being
 /// stored, so that feeds do not pile up in memory.
-class Parser
+class ParserThread
 {
 public:
-    Parser();
+    ParserThread();
 
     /// Runs \a job on the thread when all but one of those that entered before \a parsing have left.
     void enter(const Parsing *parsing, const std::function<void()> &job);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-#include "parser.h"
+#include "parserthread.h"
 
 #include <QRunnable>
 
@@ -16,15 +16,15 @@ constexpr size_t mostAtOnce = 2;
 } // namespace
 
 // Storing the feeds takes longer than parsing them, and only one thread stores.
-Parser::Parser() { m_pool.setMaxThreadCount(1); }
+ParserThread::ParserThread() { m_pool.setMaxThreadCount(1); }
 
-void Parser::enter(const Parsing *parsing, const std::function<void()> &job)
+void ParserThread::enter(const Parsing *parsing, const std::function<void()> &job)
 {
     m_entries.push_back({parsing, job});
     startNext();
 }
 
-void Parser::leave(const Parsing *parsing)
+void ParserThread::leave(const Parsing *parsing)
 {
     m_entries.erase(std::remove_if(m_entries.begin(), m_entries.end(),
                                    [&](const Entry &entry) { return entry.parsing == parsing; }),
@@ -32,7 +32,7 @@ void Parser::leave(const Parsing *parsing)
     startNext();
 }
 
-void Parser::startNext()
+void ParserThread::startNext()
 {
     for (size_t i = 0; i < std::min(m_entries.size(), mostAtOnce); ++i) {
         if (const auto job = std::exchange(m_entries[i].job, nullptr))
