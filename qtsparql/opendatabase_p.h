@@ -41,6 +41,7 @@ private:
     /// For writing, the compiled-in ontology is used. On failure, sets \a error and returns null.
     static Pointer connect(const StoreFolder &place, Access access, QSparqlError *error);
     static bool make(StoreFolder *place, QSparqlError *error);
+    void quickenQueries() const;
     /// Returns the answer to the ASK statement \a question; false if there is none.
     bool ask(const QByteArray &question) const;
     /// Returns true if the store has the compiled-in ontology; otherwise returns false.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "sqlitewaiting_p.h"
 
+#include "sqliteconnections_p.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QThread>
@@ -22,29 +24,10 @@ struct Connection
 };
 
 thread_local SqliteWaiting *current = nullptr;
-thread_local QVector<Connection *> *opened = nullptr;
-
-/// Called by SQLite when it closes the connection \a connection.
-void noteClosed(void *connection)
-{
-    if (opened)
-        opened->removeAll(static_cast<Connection *>(connection));
-    delete static_cast<Connection *>(connection);
-}
+/// Called by SQLite when it closes a connection.
+void forget(void *connection) { delete static_cast<Connection *>(connection); }
 
 void doNothing(sqlite3_context *, int, sqlite3_value **) { }
-
-/// Called by SQLite for each connection that any thread opens.
-int noteOpened(sqlite3 *database, char **, const sqlite3_api_routines *)
-{
-    if (!opened)
-        return SQLITE_OK;
-    auto *connection = new Connection{database, &current};
-    opened->append(connection);
-    // SQLite calls noteClosed() when it drops the function, which it does when the connection ends.
-    return sqlite3_create_function_v2(database, "tidel_connection", 0, SQLITE_UTF8, connection, doNothing,
-                                      nullptr, nullptr, noteClosed);
-}
 
 /// Called by SQLite while another process keeps a lock. \a count is the number of calls for the same lock.
 int waitForOthers(void *data, int count)
@@ -99,16 +82,15 @@ SqliteWaiting::~SqliteWaiting() { current = m_previous; }
 // Tracker sets its own waiting time when it has opened a connection, and so before this function ends.
 void SqliteWaiting::govern(const std::function<void()> &open)
 {
-    QVector<Connection *> connections;
-    opened = &connections;
-    const auto entry = reinterpret_cast<void (*)()>(noteOpened);
-    sqlite3_auto_extension(entry);
-    open();
-    opened = nullptr;
-    for (Connection *connection : qAsConst(connections)) {
-        sqlite3_busy_handler(connection->database, waitForOthers, connection);
-        sqlite3_commit_hook(connection->database, refuseIncomplete, connection);
-        sqlite3_rollback_hook(connection->database, noteUndone, connection);
+    const QVector<sqlite3 *> databases = connectionsOpenedBy(open);
+    for (sqlite3 *database : databases) {
+        auto *connection = new Connection{database, &current};
+        // SQLite calls forget() when it drops the function, which it does when the connection ends.
+        sqlite3_create_function_v2(database, "tidel_waiting", 0, SQLITE_UTF8, connection, doNothing, nullptr,
+                                   nullptr, forget);
+        sqlite3_busy_handler(database, waitForOthers, connection);
+        sqlite3_commit_hook(database, refuseIncomplete, connection);
+        sqlite3_rollback_hook(database, noteUndone, connection);
     }
 }
 

@@ -18,9 +18,41 @@
 #include <QSet>
 #include <QStorageInfo>
 
+#include <array>
+
 namespace {
 
 const QString fileRefused = QStringLiteral("The file is refused");
+
+/// Returns the time \a iso if it has the form of most: 2009-12-24T18:00:00Z. Qt's function for all forms
+/// takes ten times as long.
+QDateTime utcTime(const QString &iso)
+{
+    constexpr QStringView form = u"dddd-dd-ddTdd:dd:ddZ";
+    std::array<int, 6> numbers{};
+    size_t number = 0;
+    for (int i = 0; iso.size() == form.size() && i < form.size(); ++i) {
+        const bool isDigit = iso[i] >= u'0' && iso[i] <= u'9';
+        if (isDigit != (form[i] == u'd') || (!isDigit && iso[i] != form[i]))
+            return QDateTime();
+        if (isDigit)
+            numbers[number] = 10 * numbers[number] + (iso[i].unicode() - u'0');
+        else
+            ++number;
+    }
+    const QTime time(numbers[3], numbers[4], numbers[5]);
+    // Qt takes midnight for an invalid time.
+    return time.isValid() ? QDateTime(QDate(numbers[0], numbers[1], numbers[2]), time, Qt::UTC) : QDateTime();
+}
+
+/// Returns the time \a iso; the text itself if it is none.
+QVariant readTime(const QString &iso)
+{
+    QDateTime time = utcTime(iso);
+    if (!time.isValid())
+        time = QDateTime::fromString(iso, Qt::ISODateWithMs);
+    return time.isValid() ? QVariant(time) : QVariant(iso);
+}
 
 SparqlTable::Cell readCell(TrackerSparqlCursor *cursor, int column)
 {
@@ -38,11 +70,7 @@ SparqlTable::Cell readCell(TrackerSparqlCursor *cursor, int column)
         return {qlonglong(tracker_sparql_cursor_get_integer(cursor, column))};
     case TRACKER_SPARQL_VALUE_TYPE_DOUBLE: return {tracker_sparql_cursor_get_double(cursor, column)};
     case TRACKER_SPARQL_VALUE_TYPE_BOOLEAN: return {bool(tracker_sparql_cursor_get_boolean(cursor, column))};
-    case TRACKER_SPARQL_VALUE_TYPE_DATETIME: {
-        const QString iso = text();
-        const QDateTime time = QDateTime::fromString(iso, Qt::ISODateWithMs);
-        return {time.isValid() ? QVariant(time) : QVariant(iso)};
-    }
+    case TRACKER_SPARQL_VALUE_TYPE_DATETIME: return {readTime(text())};
     default: return {text()};
     }
 }
