@@ -50,15 +50,6 @@ int findFilter(const Tokens &tokens, int from)
     return -1;
 }
 
-/// Returns true if the columns are nothing but variables; otherwise returns false.
-bool hasPlainColumns(const Tokens &tokens, int firstBrace)
-{
-    int i = 1;
-    while (tokens[i].kind == SparqlToken::Variable)
-        ++i;
-    return i > 1 && i + int(isWord(tokens[i], "WHERE")) == firstBrace;
-}
-
 } // namespace
 
 std::optional<DividedQuery> DividedQuery::of(const QString &query)
@@ -70,9 +61,9 @@ std::optional<DividedQuery> DividedQuery::of(const QString &query)
     const int filter = findFilter(tokens, firstBrace);
     const int open = filter + 3;
     const int close = tokens.find(u'}', open);
-    if (!isWord(tokens[0], "SELECT") || !hasPlainColumns(tokens, firstBrace) || filter == -1
-        || !isSign(tokens[open], u'{') || tokens.find(u'{', firstBrace + 1) != open
-        || tokens.find(u'{', open + 1) < tokens.size() || !endsAt(tokens, close + 1))
+    if (!tokens.hasPlainColumns(firstBrace) || filter == -1 || !isSign(tokens[open], u'{')
+        || tokens.find(u'{', firstBrace + 1) != open || tokens.find(u'{', open + 1) < tokens.size()
+        || !endsAt(tokens, close + 1))
         return std::nullopt;
     const Names shared = variablesOf(tokens, firstBrace, filter).intersect(variablesOf(tokens, open, close));
     const QString variable = tokens[1].text.toString();

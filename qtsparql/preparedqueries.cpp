@@ -44,8 +44,9 @@ GObjectPtr<TrackerSparqlStatement> PreparedQueries::prepare(const QueryParameter
     for (const QueryParameters::Parameter &parameter : query.parameters()) {
         // Tracker converts a literal to the type of other properties, but takes a parameter as it is.
         const PropertyRanges::Range range = m_ranges->of(parameter.property);
-        if (!parameter.property.isEmpty() && range != PropertyRanges::Resource
-            && range != PropertyRanges::Text)
+        const bool isComparable =
+            range == PropertyRanges::Resource || (range == PropertyRanges::Text && !parameter.isFiltered);
+        if (!parameter.property.isEmpty() && !isComparable)
             return nullptr;
     }
     const QByteArray text = TrackerDialect::toTracker(withNotExists(query.text())).toUtf8();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "queryparameters_p.h"
 
+#include "filteredvalue_p.h"
 #include "qsparqlquery.h"
 #include "sparqllexer_p.h"
 
@@ -67,6 +68,14 @@ QString plainValue(const QSparqlBinding &binding, bool isSubject)
     return !isSubject && term == QSparqlBinding(QString(), text).toString() ? text : QString();
 }
 
+/// Returns true if a filter compares resources with \a binding as a triple does; otherwise returns false.
+bool isComparedAsResource(const QSparqlBinding &binding)
+{
+    const QString resource = plainValue(binding, true);
+    // The store has no names of blank nodes.
+    return !resource.isEmpty() && !resource.startsWith(QLatin1String("urn:bnode:"));
+}
+
 } // namespace
 
 QueryParameters::QueryParameters(const QSparqlQuery &query)
@@ -78,22 +87,44 @@ QueryParameters::QueryParameters(const QSparqlQuery &query)
     if (!isTable || query.bindings().isEmpty() || statement.contains(QLatin1Char('~'))
         || statement.contains(QLatin1String("PREFIX"), Qt::CaseInsensitive))
         return;
+    const std::optional<FilteredValue> filtered = FilteredValue::of(statement);
+    const QSparqlBinding value = filtered ? query.bindings().value(filtered->placeholder) : QSparqlBinding();
+    if (!isComparedAsResource(value)) {
+        parametrize(statement, query.bindings());
+    } else if (!parametrize(filtered->text, query.bindings(), filtered->placeholder)) {
+        m_parameters.clear();
+    } else if (filtered->column != -1) {
+        m_column = Column{filtered->column, plainValue(value, true)};
+    }
+}
+
+/// Makes parameters of the values in \a statement. Returns false if one named \a filtered cannot be one.
+bool QueryParameters::parametrize(const QString &statement, const QMap<QString, QSparqlBinding> &bindings,
+                                  const QString &filtered)
+{
     int copied = 0;
+    bool isDone = true;
     TriplePosition position;
     SparqlLexer lexer(statement);
     for (SparqlToken token = lexer.nextMeaningful(); token.kind != SparqlToken::End;
          token = lexer.nextMeaningful()) {
-        if (token.kind == SparqlToken::Placeholder) {
-            const auto binding = query.bindings().constFind(token.text.mid(2).toString());
-            if (binding != query.bindings().cend()) {
-                m_text.append(statement.constData() + copied, token.start - copied);
-                m_text += term(*binding, position.isAtSubject(), position.property());
-                copied = token.end();
-            }
+        const QString name =
+            token.kind == SparqlToken::Placeholder ? token.text.mid(2).toString() : QString();
+        const auto binding = name.isNull() ? bindings.cend() : bindings.constFind(name);
+        if (binding != bindings.cend()) {
+            const int before = m_parameters.size();
+            m_text.append(statement.constData() + copied, token.start - copied);
+            m_text += term(*binding, position.isAtSubject(), position.property());
+            copied = token.end();
+            const bool isParameter = m_parameters.size() > before;
+            if (isParameter)
+                m_parameters.last().isFiltered = name == filtered;
+            isDone = isDone && (isParameter || name != filtered);
         }
         position.pass(token);
     }
     m_text.append(statement.constData() + copied, statement.size() - copied);
+    return isDone;
 }
 
 /// Adds \a binding as a parameter if it can be one. Returns its place in the text.
@@ -102,6 +133,6 @@ QString QueryParameters::term(const QSparqlBinding &binding, bool isSubject, con
     const QString value = plainValue(binding, isSubject);
     if (value.isNull() || value.contains(QChar(u'\0')) || (!isSubject && property.isEmpty()))
         return binding.toString();
-    m_parameters.append({value.toUtf8(), property});
+    m_parameters.append({value.toUtf8(), property, false});
     return QLatin1Char('~') + QString::fromLatin1(name(m_parameters.size() - 1));
 }

@@ -3,8 +3,11 @@
 #define QUERYPARAMETERS_P_H
 
 #include <QByteArray>
+#include <QMap>
 #include <QString>
 #include <QVector>
+
+#include <optional>
 
 class QSparqlBinding;
 class QSparqlQuery;
@@ -15,7 +18,8 @@ class QSparqlQuery;
  *
  * A value becomes a parameter if it is an IRI or a plain text and stands as the subject or the object of a
  * triple. There Tracker compares a parameter as it compares the value in the text. Elsewhere it does not: in
- * a FILTER or VALUES a parameter is a text, never a resource. All other values are in the text.
+ * a FILTER or VALUES a parameter is a text, never a resource. All other values are in the text. A FILTER that
+ * lets one resource through is taken out of the text, and the resource put into its triples.
  */
 class QueryParameters
 {
@@ -25,6 +29,14 @@ public:
     {
         QByteArray value;
         QString property; ///< as the text names it; empty if the value is the subject
+        bool isFiltered; ///< It stands for a variable, and must be a resource.
+    };
+
+    /// A column that has the same resource in all rows. The text has a number in its place.
+    struct Column
+    {
+        int index;
+        QString resource;
     };
 
     /// Constructs an object without parameters.
@@ -35,14 +47,18 @@ public:
     /// Returns the text, in which the parameters are `~` and name().
     QString text() const { return m_text; }
     const QVector<Parameter> &parameters() const { return m_parameters; }
+    const std::optional<Column> &column() const { return m_column; }
     /// Returns the name of the parameter with the number \a index.
     static QByteArray name(int index) { return "value" + QByteArray::number(index); }
 
 private:
+    bool parametrize(const QString &statement, const QMap<QString, QSparqlBinding> &bindings,
+                     const QString &filtered = QString());
     QString term(const QSparqlBinding &binding, bool isSubject, const QString &property);
 
     QString m_text;
     QVector<Parameter> m_parameters;
+    std::optional<Column> m_column;
 };
 
 #endif

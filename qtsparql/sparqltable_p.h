@@ -38,6 +38,8 @@ struct SparqlTable
     {
         return cells[size_t(row) * size_t(names.size()) + size_t(column)];
     }
+    /// Returns the same cell for writing.
+    Cell &cell(int row, int column) { return cells[size_t(row) * size_t(names.size()) + size_t(column)]; }
     /// Removes the rows for whose numbers \a isUnwanted returns true.
     template <typename Condition> void removeRows(Condition isUnwanted)
     {

@@ -32,6 +32,16 @@ public:
         return from;
     }
 
+    /// Returns true if the query is a SELECT whose columns are nothing but variables; otherwise returns
+    /// false.
+    bool hasPlainColumns(int firstBrace) const
+    {
+        int i = 1;
+        while ((*this)[i].kind == SparqlToken::Variable)
+            ++i;
+        return isWord((*this)[0], "SELECT") && i > 1 && i + int(isWord((*this)[i], "WHERE")) == firstBrace;
+    }
+
     /// Returns true if any token in the range is one of \a words; otherwise returns false.
     bool hasWord(std::initializer_list<const char *> words, int from, int end) const
     {

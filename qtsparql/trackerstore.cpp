@@ -5,6 +5,7 @@
 #include "dividedquery_p.h"
 #include "obstacle_p.h"
 #include "opendatabase_p.h"
+#include "queryparameters_p.h"
 #include "sqlitewaiting_p.h"
 #include "storeerrors_p.h"
 #include "storefolder_p.h"
@@ -73,6 +74,16 @@ SparqlTable::Cell readCell(TrackerSparqlCursor *cursor, int column)
     case TRACKER_SPARQL_VALUE_TYPE_DATETIME: return {readTime(text())};
     default: return {text()};
     }
+}
+
+/// Fills the column that the text of \a query has not.
+void fillColumn(const QueryParameters &query, SparqlTable *table)
+{
+    if (!query.column())
+        return;
+    const QVariant resource = TrackerDialect::iriFromTracker(query.column()->resource);
+    for (int row = 0; row < table->rowCount(); ++row)
+        table->cell(row, query.column()->index) = {resource, SparqlTable::CellKind::Resource};
 }
 
 /// Stores the rows of \a cursor in \a table. Returns false if that fails, and sets \a error; otherwise
@@ -180,8 +191,10 @@ QSparqlError TrackerStore::select(const QString &statement, const QueryParameter
         return QSparqlError();
     if (!divided) {
         const GObjectPtr<TrackerSparqlCursor> prepared = m_database->prepared().run(parameters);
-        if (prepared && readRows(prepared.get(), table, nullptr))
+        if (prepared && readRows(prepared.get(), table, nullptr)) {
+            fillColumn(parameters, table);
             return QSparqlError();
+        }
     }
     return selectText(query, table);
 }

@@ -51,6 +51,7 @@ private Q_SLOTS:
     void sameRows();
     void randomQueries();
     void preparedOnce();
+    void filteredOnce();
     void asText_data();
     void asText();
     void afterTheFirstUpdate();
@@ -208,6 +209,20 @@ void TestPreparedQueries::randomQueries()
         "SELECT ?o { ?:v %1 ?o }",
         "SELECT ?x { ?x %1 ?y . ?y %2 ?:v }",
         "SELECT ?x ?o { ?x %1 ?o FILTER(?o = ?:v) }",
+        "SELECT ?o ?x { ?x %1 ?o ; %2 ?y . FILTER((?o = ?:v)) . }",
+        "SELECT ?x ?o WHERE { ?x %1 ?o FILTER(?x = ?:v) }",
+        "SELECT ?y { ?x %1 ?o . ?y %2 ?x FILTER(?x = ?:v) . }",
+        "SELECT ?x ?o ?o { ?x %1 ?o FILTER(?o = ?:v) }",
+        "SELECT ?x ?o { ?x %1 ?o , ?y FILTER(?o = ?:v) FILTER(?y != ?:v) }",
+        "SELECT ?x ?o { ?x %1 ?o FILTER(?o = ?:v) FILTER(?o != ?x) }",
+        "SELECT ?x ?o { ?x %1 ?o FILTER(!(?o = ?:v)) }",
+        "SELECT ?x ?o { ?x %1 ?o FILTER(?o = ?:v || ?x = ?:v) }",
+        "SELECT ?x ?o { ?x %1 ?o FILTER(?o = ?:v) } ORDER BY ?o ?x LIMIT 3",
+        "SELECT (COUNT(?o) AS ?n) { ?x %1 ?o FILTER(?o = ?:v) }",
+        "SELECT ?p ?o { ?x ?p ?o FILTER(?p = ?:v) }",
+        "SELECT ?x ?o { ?x %1 ?o FILTER(?o = ?:v) ?x %2 ?y }",
+        "SELECT ?x ?o { ?x %1 ?o . OPTIONAL { ?x %2 ?y } FILTER(?o = ?:v) }",
+        "SELECT ?x ?o { ?x a mfo:FeedMessage . ?x %1 ?o . FILTER(?o = ?:v) . ?x %2 ?y }",
         "SELECT ?x ?o { ?x %1 ?o OPTIONAL { ?x %2 ?:v } }",
         "SELECT ?x { ?x %1 ?o FILTER NOT EXISTS { ?x %2 ?:v } }",
         "SELECT ?x ?o { VALUES ?o { ?:v } ?x %1 ?o }",
@@ -221,7 +236,7 @@ void TestPreparedQueries::randomQueries()
         "ASK { ?x %1 ?:v }",
         "PREFIX nie: <http://x/> SELECT ?x { ?x %1 ?:v }",
     };
-    for (int i = 0; i < 600; ++i) {
+    for (int i = 0; i < 1200; ++i) {
         const QString text =
             QString(texts[any(std::size(texts))])
                 .arg(properties[any(std::size(properties))], properties[any(std::size(properties))]);
@@ -247,14 +262,31 @@ void TestPreparedQueries::preparedOnce()
     QCOMPARE(runs, 6);
 }
 
+void TestPreparedQueries::filteredOnce()
+{
+    const QString text = "SELECT ?l ?x { ?x a mfo:FeedMessage ; nie:links ?l .FILTER(( ?l = ?:v)). }";
+    rows(query(text, QUrl("http://a/1")));
+    prepared = 0;
+    runs = 0;
+    for (int i = 1; i <= 6; ++i)
+        QCOMPARE(rows(query(text, QUrl(QString("http://a/%1").arg(i)))),
+                 QStringList({QString(), QString("l=QString <http://a/%1>|x=QString <urn:m%1>|").arg(i)}));
+    QCOMPARE(prepared, 0);
+    QCOMPARE(runs, 6);
+}
+
 void TestPreparedQueries::asText_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QVariant>("value");
     QTest::newRow("number") << "SELECT ?x { ?x nie:contentSize ?:v }" << QVariant(1);
     QTest::newRow("property of numbers") << "SELECT ?x { ?x nie:contentSize ?:v }" << QVariant("1");
-    QTest::newRow("filter") << "SELECT ?x { ?x nie:links ?l FILTER(?l = ?:v) }"
-                            << QVariant(QUrl("http://a/1"));
+    QTest::newRow("filter of a text")
+        << "SELECT ?x { ?x nie:title ?t FILTER(?t = ?:v) }" << QVariant(QUrl("urn:c1"));
+    QTest::newRow("filter that excludes")
+        << "SELECT ?x { ?x nie:links ?l FILTER(?l != ?:v) }" << QVariant(QUrl("http://a/1"));
+    QTest::newRow("filter of a property")
+        << "SELECT ?x { ?x ?p ?l FILTER(?p = ?:v) }" << QVariant(QUrl("http://a/1"));
     QTest::newRow("list") << "SELECT ?x { VALUES ?l { ?:v } ?x nie:links ?l }"
                           << QVariant(QUrl("http://a/1"));
     QTest::newRow("class") << "SELECT ?x { ?x a ?:v }" << QVariant(QUrl("urn:c1"));
