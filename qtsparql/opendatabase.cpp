@@ -27,6 +27,8 @@ OpenDatabase::OpenDatabase(const QString &path) : m_folder(path) { }
 OpenDatabase::~OpenDatabase()
 {
     m_prepared.reset();
+    for (const auto &cleanup : m_cleanups)
+        cleanup->beforeClosing();
     // Closing cleans up. If others are in the way, the next program that closes the store does it.
     const SqliteWaiting waiting(m_folder, 1000);
     if (m_connection)
@@ -74,12 +76,14 @@ OpenDatabase::Pointer OpenDatabase::connect(const StoreFolder &place, Access acc
     const bool isForWriting = access == Access::Writing;
     GError *cause = nullptr;
     auto database = Pointer(new OpenDatabase(place.path()));
-    SqliteWaiting::govern([&] {
+    const QVector<sqlite3 *> connections = SqliteWaiting::govern([&] {
         database->m_connection.reset(tracker_sparql_connection_new(
             isForWriting ? TRACKER_SPARQL_CONNECTION_FLAGS_NONE : TRACKER_SPARQL_CONNECTION_FLAGS_READONLY,
             store.get(), isForWriting ? ontology.get() : nullptr, nullptr, &cause));
     });
     if (!cause) {
+        for (sqlite3 *connection : connections)
+            database->m_cleanups.push_back(std::make_unique<ClosingCleanup>(connection));
         database->quickenQueries();
         database->m_ranges.emplace(database->m_connection.get());
         database->m_prepared.emplace(database->m_connection.get(), &*database->m_ranges);

@@ -2,6 +2,7 @@
 #ifndef OPENDATABASE_P_H
 #define OPENDATABASE_P_H
 
+#include "closingcleanup_p.h"
 #include "preparedqueries_p.h"
 #include "propertyranges_p.h"
 #include "qsparqlerror.h"
@@ -11,6 +12,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 class StoreFolder;
 
@@ -53,6 +55,7 @@ private:
 
     const QString m_folder;
     std::unique_ptr<QTemporaryDir> m_copy; // if the folder is one
+    std::vector<std::unique_ptr<ClosingCleanup>> m_cleanups; // for writing
     GObjectPtr<TrackerSparqlConnection> m_connection;
     std::optional<PropertyRanges> m_ranges;
     std::optional<PreparedQueries> m_prepared;

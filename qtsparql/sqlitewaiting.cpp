@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "sqlitewaiting_p.h"
 
-#include "sqliteconnections_p.h"
-
 #include <QCoreApplication>
 #include <QFile>
 #include <QThread>
@@ -80,7 +78,7 @@ SqliteWaiting::SqliteWaiting(const QString &folder, int milliseconds)
 SqliteWaiting::~SqliteWaiting() { current = m_previous; }
 
 // Tracker sets its own waiting time when it has opened a connection, and so before this function ends.
-void SqliteWaiting::govern(const std::function<void()> &open)
+QVector<sqlite3 *> SqliteWaiting::govern(const std::function<void()> &open)
 {
     const QVector<sqlite3 *> databases = connectionsOpenedBy(open);
     for (sqlite3 *database : databases) {
@@ -92,6 +90,7 @@ void SqliteWaiting::govern(const std::function<void()> &open)
         sqlite3_commit_hook(database, refuseIncomplete, connection);
         sqlite3_rollback_hook(database, noteUndone, connection);
     }
+    return databases;
 }
 
 bool SqliteWaiting::goOn(unsigned pause)

@@ -3,6 +3,7 @@
 #define SQLITEWAITING_P_H
 
 #include "patientwait_p.h"
+#include "sqliteconnections_p.h"
 
 #include <atomic>
 #include <functional>
@@ -19,8 +20,8 @@ public:
     SqliteWaiting(const QString &folder, int milliseconds);
     ~SqliteWaiting();
 
-    /// Calls \a open, and has the connections that it opens wait as objects of this class say.
-    static void govern(const std::function<void()> &open);
+    /// Calls \a open, and has the connections that it opens wait as objects of this class say. Returns these.
+    static QVector<sqlite3 *> govern(const std::function<void()> &open);
 
     /// Sleeps and returns true. Returns false if the time is over.
     bool goOn(unsigned pause = 10);
