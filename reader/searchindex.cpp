@@ -124,10 +124,18 @@ int SearchIndex::size() { return value("SELECT count(*) FROM messages").toInt();
 
 qlonglong SearchIndex::lastId() { return value("SELECT max(id) FROM messages").toLongLong(); }
 
-QHash<qlonglong, IndexedState> SearchIndex::states()
+QVariantList SearchIndex::sums()
+{
+    QVariantList sums;
+    run("SELECT count(*), sum(id), sum(modified), sum(id * modified) FROM messages", {},
+        [&sums](const QVariantList &row) { sums = row; });
+    return sums;
+}
+
+QHash<qlonglong, IndexedState> SearchIndex::states(qlonglong first)
 {
     QHash<qlonglong, IndexedState> states;
-    run("SELECT id, modified, uri FROM messages", {}, [&states](const QVariantList &row) {
+    run("SELECT id, modified, uri FROM messages WHERE id >= ?1", {first}, [&states](const QVariantList &row) {
         states.insert(row.at(0).toLongLong(), {row.at(1).toLongLong(), row.at(2).toLongLong()});
     });
     return states;

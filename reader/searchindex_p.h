@@ -85,9 +85,12 @@ public:
 
     /// The number of messages.
     int size();
+    /// Sums over all messages: 1, the number, modified, the product of both. Empty if they are too large.
+    QVariantList sums();
     /// The number of the last message; 0 if there is none.
     qlonglong lastId();
-    QHash<qlonglong, IndexedState> states();
+    /// The states of the messages from the number \a first on.
+    QHash<qlonglong, IndexedState> states(qlonglong first = 0);
     static qlonglong hashOf(const QString &uri);
     /// Returns true if more is to be dropped than is worth keeping; otherwise returns false.
     bool isWasteful();

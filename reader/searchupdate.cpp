@@ -7,7 +7,7 @@
 #include "storedatabase.h"
 
 #include <QFile>
-#include <QSet>
+#include <QMap>
 
 #include <sys/stat.h>
 
@@ -133,6 +133,9 @@ Result<void> SearchUpdate::addNew(int count)
 
 Result<void> SearchUpdate::addAll()
 {
+    const Result<int> first = addGroup(groupSize);
+    if (!first || *first == 0)
+        return first.map([](int) {});
     const Result<int> all = m_store.number(Statements::countOf(Statements::Kind::Message), attempt);
     if (!all)
         return Failure(all.error());
@@ -158,63 +161,79 @@ Result<void> SearchUpdate::catchUp()
     const qint64 now = QDateTime::currentSecsSinceEpoch();
     if (m_index.isWasteful() && !m_index.reset())
         return checked(false);
-    return addAll().and_then([&] { return compare(since); }).and_then([&] {
-        return checked(m_index.note(sign, now));
-    });
+    return addAll()
+        .and_then([&] { return replaceRenumbered(since); })
+        .and_then([&] { return hasSameSums() ? Result<void>() : compare(); })
+        .and_then([&] { return checked(m_index.note(sign, now)); });
 }
 
-Result<void> SearchUpdate::compare(qint64 since)
+/// Replaces the messages whose numbers were those of others. The store gives the number of a deleted message
+/// to a new one, and its mark of change too.
+Result<void> SearchUpdate::replaceRenumbered(qint64 since)
 {
-    const QHash<qlonglong, IndexedState> known = m_index.states();
-    Ids deleted;
-    return changed(known, since, &deleted)
-        .and_then([this](const Ids &ids) {
-            for (int from = 0; from < ids.size(); from += groupSize) {
-                const Result<void> done = replace(ids.mid(from, groupSize));
-                if (!done)
-                    return done;
-            }
-            return Result<void>();
-        })
-        .and_then([&] {
-            return checked(deleted.isEmpty()
-                           || m_index.inTransaction([&] { return m_index.remove(deleted); }));
-        });
-}
-
-/// The messages that are not in the index as they are in the store.
-Result<SearchUpdate::Ids> SearchUpdate::changed(const QHash<qlonglong, IndexedState> &known, qint64 since,
-                                                Ids *deleted)
-{
-    Ids ids;
-    QHash<qlonglong, IndexedState> unseen = known;
-    const Result<Answer> states = m_store.run(Statements::messageStates(), attempt);
-    if (!states)
-        return Failure(states.error());
-    while ((*states)->next()) {
-        const qlonglong id = (*states)->value(0).toLongLong();
-        if (unseen.take(id).modified != (*states)->value(1).toLongLong())
-            ids.append(id);
-    }
-    // The store gives the number of a deleted message to a new one, and its mark of change too.
     const Result<Answer> added =
         m_store.run(Statements::messagesAddedSince(QDateTime::fromSecsSinceEpoch(since, Qt::UTC)), attempt);
     if (!added)
         return Failure(added.error());
-    while ((*added)->next()) {
-        const qlonglong id = (*added)->value(0).toLongLong();
-        if (known.value(id).uriHash != SearchIndex::hashOf((*added)->value(1).toString()))
-            ids.append(id);
+    QMap<qlonglong, qlonglong> hashes;
+    while ((*added)->next())
+        hashes.insert((*added)->value(0).toLongLong(), SearchIndex::hashOf((*added)->value(1).toString()));
+    if (hashes.isEmpty())
+        return {};
+    // New messages have the highest numbers.
+    const QHash<qlonglong, IndexedState> known = m_index.states(hashes.firstKey());
+    Ids ids;
+    for (auto hash = hashes.cbegin(); hash != hashes.cend(); ++hash) {
+        if (known.value(hash.key()).uriHash != hash.value())
+            ids.append(hash.key());
     }
-    *deleted = unseen.keys().toVector();
-    return ids;
+    return replace(ids);
+}
+
+/// Returns true if the index has all messages as the store has them; otherwise, and if in doubt, returns
+/// false.
+// Marks of change only grow, but for one thing: a program that was open while another one wrote can give
+// lower ones. It would have to lower and raise three or more at once so that all sums stay.
+bool SearchUpdate::hasSameSums() const
+{
+    const Result<Answer> answer = m_store.run(Statements::sumsOfMessageStates(), attempt);
+    QVariantList sums;
+    for (int i = 0; answer && (*answer)->first() && i < 4; ++i)
+        sums.append((*answer)->value(i));
+    return !sums.isEmpty() && sums == m_index.sums();
+}
+
+/// Compares each message.
+Result<void> SearchUpdate::compare()
+{
+    QHash<qlonglong, IndexedState> unseen = m_index.states();
+    const Result<Answer> states = m_store.run(Statements::messageStates(), attempt);
+    if (!states)
+        return Failure(states.error());
+    Ids changed;
+    while ((*states)->next()) {
+        const qlonglong id = (*states)->value(0).toLongLong();
+        if (unseen.take(id).modified != (*states)->value(1).toLongLong())
+            changed.append(id);
+    }
+    const Ids deleted = unseen.keys().toVector();
+    return replace(changed).and_then([&] {
+        return checked(deleted.isEmpty() || m_index.inTransaction([&] { return m_index.remove(deleted); }));
+    });
 }
 
 Result<void> SearchUpdate::replace(const Ids &ids)
 {
-    return read(m_store, ids).and_then([this](const QVector<SearchableMessage> &messages) {
-        return checked(m_index.inTransaction([&] { return m_index.put(messages); }));
-    });
+    for (int from = 0; from < ids.size(); from += groupSize) {
+        const Result<void> done =
+            read(m_store, ids.mid(from, groupSize))
+                .and_then([this](const QVector<SearchableMessage> &messages) {
+                    return checked(m_index.inTransaction([&] { return m_index.put(messages); }));
+                });
+        if (!done)
+            return done;
+    }
+    return {};
 }
 
 } // namespace Tidel

@@ -44,8 +44,9 @@ private:
 
     Result<int> addGroup(int limit);
     Result<void> addAll();
-    Result<void> compare(qint64 since);
-    Result<Ids> changed(const QHash<qlonglong, IndexedState> &known, qint64 since, Ids *deleted);
+    Result<void> replaceRenumbered(qint64 since);
+    bool hasSameSums() const;
+    Result<void> compare();
     Result<void> replace(const Ids &ids);
     Result<void> checked(bool isDone) const;
 

@@ -998,6 +998,13 @@ QSparqlQuery messageStates()
         QStringLiteral("SELECT tracker:id(?m) ?state WHERE { ?m a mfo:FeedMessage ; nrl:modified ?state }"));
 }
 
+QSparqlQuery sumsOfMessageStates()
+{
+    return select(QStringLiteral(
+        "SELECT (COUNT(?m) AS ?count) (SUM(tracker:id(?m)) AS ?numbers) (SUM(?state) AS ?states) "
+        "(SUM(tracker:id(?m) * ?state) AS ?products) WHERE { ?m a mfo:FeedMessage ; nrl:modified ?state }"));
+}
+
 QSparqlQuery messagesAddedSince(const QDateTime &time)
 {
     return select(QStringLiteral("SELECT tracker:id(?m) ?m WHERE { ?m a mfo:FeedMessage ; nrl:added ?added "

@@ -229,6 +229,8 @@ QSparqlQuery searchable(const QVector<qlonglong> &numbers);
 QSparqlQuery searchableAfter(qlonglong last, int limit);
 /// Number and mark of change of all messages. Most changes of a message change its mark.
 QSparqlQuery messageStates();
+/// One row of sums over all messages: 1, the number, the mark of change, the product of both.
+QSparqlQuery sumsOfMessageStates();
 /// Number and URI of the messages that were added then or later.
 QSparqlQuery messagesAddedSince(const QDateTime &time);
 /// The numbers of all messages of the channel, or of all channels if it is empty.

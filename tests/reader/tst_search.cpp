@@ -38,6 +38,9 @@ private Q_SLOTS:
     void deletedText();
     void reusedNumbers();
     void unchangedStoreIsNotCompared();
+    void newMessagesAreNotCompared();
+    void everyChangeIsCompared_data();
+    void everyChangeIsCompared();
     void addNewMessages();
     void filler();
     void fillerOfUnwritableIndex();
@@ -58,6 +61,8 @@ private:
     static QStringList found(Search &&search, const QString &words);
     /// The rows of the index that \a query selects.
     QStringList indexed(const char *query) const;
+    /// Runs \a sql on the index. Returns its rows.
+    QVector<QByteArray> inIndex(const QString &sql) const;
     /// Makes the files of the store so old that a change of them is told by their times.
     void age() const;
 };
@@ -88,6 +93,24 @@ QStringList TestSearch::found(Search &&search, const QString &words)
     for (const SearchHit &hit : *hits)
         names.append(hit.uri.section(':', -1));
     return names;
+}
+
+QVector<QByteArray> TestSearch::inIndex(const QString &sql) const
+{
+    QVector<QByteArray> rows;
+    const auto append = [](void *list, int count, char **values, char **) {
+        QByteArrayList row;
+        for (int i = 0; i < count; ++i)
+            row.append(values[i]);
+        static_cast<QVector<QByteArray> *>(list)->append(row.join(' '));
+        return 0;
+    };
+    sqlite3 *index = nullptr;
+    sqlite3_open(QFile::encodeName(indexFile()).constData(), &index);
+    if (sqlite3_exec(index, sql.toUtf8().constData(), append, &rows, nullptr) != SQLITE_OK)
+        qFatal("%s", sqlite3_errmsg(index));
+    sqlite3_close(index);
+    return rows;
 }
 
 void TestSearch::age() const
@@ -318,6 +341,41 @@ void TestSearch::unchangedStoreIsNotCompared()
     QVERIFY2(!statements.contains("nrl:modified ?state }"), qPrintable(statements));
     add("b", "wren", "two");
     QCOMPARE(found("wren"), QStringList("b"));
+}
+
+void TestSearch::newMessagesAreNotCompared()
+{
+    add("a", "sparrow", "one");
+    QCOMPARE(found("sparrow"), QStringList("a"));
+    add("b", "wren", "two");
+    StatementGate::reset();
+    QCOMPARE(found("wren"), QStringList("b"));
+    const QString statements = StatementGate::statements().join('\n');
+    QVERIFY2(!statements.contains("SELECT tracker:id(?m) ?state"), qPrintable(statements));
+}
+
+void TestSearch::everyChangeIsCompared_data()
+{
+    QTest::addColumn<QString>("change");
+    // What the store says differs from the index as if it had changed the other way.
+    QTest::newRow("one mark") << "UPDATE messages SET modified = modified - 1 WHERE id = %1";
+    QTest::newRow("two marks") << "UPDATE messages SET modified = modified + CASE id WHEN %1 THEN 1 WHEN %2 "
+                                  "THEN -1 ELSE 0 END";
+    QTest::newRow("deletion") << "INSERT INTO messages (id, modified, uri) VALUES (1, 1, 1)";
+}
+
+void TestSearch::everyChangeIsCompared()
+{
+    QFETCH(QString, change);
+    add("a", "sparrow", "one");
+    add("b", "wren", "two");
+    add("c", "eagle", "three");
+    QCOMPARE(found("sparrow"), QStringList("a"));
+    const QVector<QByteArray> before = inIndex("SELECT id, modified, uri FROM messages ORDER BY id");
+    QCOMPARE(before.size(), 3);
+    inIndex(change.arg(QString(before[0].split(' ')[0]), QString(before[1].split(' ')[0])));
+    QCOMPARE(found("sparrow"), QStringList("a"));
+    QCOMPARE(inIndex("SELECT id, modified, uri FROM messages ORDER BY id"), before);
 }
 
 void TestSearch::addNewMessages()
