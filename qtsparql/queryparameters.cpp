@@ -94,7 +94,7 @@ QueryParameters::QueryParameters(const QSparqlQuery &query)
     } else if (!parametrize(filtered->text, query.bindings(), filtered->placeholder)) {
         m_parameters.clear();
     } else if (filtered->column != -1) {
-        m_column = Column{filtered->column, plainValue(value, true)};
+        m_column = Column{filtered->column, plainValue(value, true).toUtf8()};
     }
 }
 

@@ -36,7 +36,7 @@ public:
     struct Column
     {
         int index;
-        QString resource;
+        QByteArray resource;
     };
 
     /// Constructs an object without parameters.

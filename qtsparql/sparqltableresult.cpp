@@ -33,24 +33,23 @@ QSparqlResultRow SparqlTableResult::current() const
 
 QSparqlBinding SparqlTableResult::binding(int index) const
 {
-    const SparqlTable::Cell *found = cell(index);
-    if (!found)
+    if (!hasColumn(index))
         return QSparqlBinding();
-    const QString &name = m_table.names.at(index);
-    if (found->kind == SparqlTable::CellKind::Literal)
-        return QSparqlBinding(name, found->value);
+    const QString &name = m_table.names().at(index);
+    const SparqlTable::Cell found = m_table.cell(pos(), index);
+    if (found.kind == SparqlTable::CellKind::Literal)
+        return QSparqlBinding(name, found.value);
     QSparqlBinding binding(name);
-    if (found->kind == SparqlTable::CellKind::Resource)
-        binding.setResource(found->value.toString());
+    if (found.kind == SparqlTable::CellKind::Resource)
+        binding.setResource(found.value.toString());
     else
-        binding.setBlankNodeLabel(found->value.toString());
+        binding.setBlankNodeLabel(found.value.toString());
     return binding;
 }
 
 QVariant SparqlTableResult::value(int index) const
 {
-    const SparqlTable::Cell *found = cell(index);
-    return found ? found->value : QVariant();
+    return hasColumn(index) ? m_table.cell(pos(), index).value : QVariant();
 }
 
 bool SparqlTableResult::event(QEvent *event)
@@ -60,7 +59,8 @@ bool SparqlTableResult::event(QEvent *event)
     return QSparqlResult::event(event);
 }
 
-const SparqlTable::Cell *SparqlTableResult::cell(int index) const
+/// Returns true if there is a current row with a column \a index; otherwise returns false.
+bool SparqlTableResult::hasColumn(int index) const
 {
-    return isValid() && index >= 0 && index < m_table.columnCount() ? &m_table.cell(pos(), index) : nullptr;
+    return isValid() && index >= 0 && index < m_table.columnCount();
 }

@@ -23,7 +23,7 @@ public:
     bool event(QEvent *event) override;
 
 private:
-    const SparqlTable::Cell *cell(int index) const;
+    bool hasColumn(int index) const;
 
     SparqlTable m_table;
 };

@@ -14,76 +14,38 @@
 #include "turtlestream_p.h"
 #include "updatebatch_p.h"
 
-#include <QDateTime>
 #include <QLocale>
 #include <QSet>
 #include <QStorageInfo>
-
-#include <array>
 
 namespace {
 
 const QString fileRefused = QStringLiteral("The file is refused");
 
-/// Returns the time \a iso if it has the form of most: 2009-12-24T18:00:00Z. Qt's function for all forms
-/// takes ten times as long.
-QDateTime utcTime(const QString &iso)
+void readCell(TrackerSparqlCursor *cursor, int column, SparqlTable *table)
 {
-    constexpr QStringView form = u"dddd-dd-ddTdd:dd:ddZ";
-    std::array<int, 6> numbers{};
-    size_t number = 0;
-    for (int i = 0; iso.size() == form.size() && i < form.size(); ++i) {
-        const bool isDigit = iso[i] >= u'0' && iso[i] <= u'9';
-        if (isDigit != (form[i] == u'd') || (!isDigit && iso[i] != form[i]))
-            return QDateTime();
-        if (isDigit)
-            numbers[number] = 10 * numbers[number] + (iso[i].unicode() - u'0');
-        else
-            ++number;
-    }
-    const QTime time(numbers[3], numbers[4], numbers[5]);
-    // Qt takes midnight for an invalid time.
-    return time.isValid() ? QDateTime(QDate(numbers[0], numbers[1], numbers[2]), time, Qt::UTC) : QDateTime();
-}
-
-/// Returns the time \a iso; the text itself if it is none.
-QVariant readTime(const QString &iso)
-{
-    QDateTime time = utcTime(iso);
-    if (!time.isValid())
-        time = QDateTime::fromString(iso, Qt::ISODateWithMs);
-    return time.isValid() ? QVariant(time) : QVariant(iso);
-}
-
-SparqlTable::Cell readCell(TrackerSparqlCursor *cursor, int column)
-{
-    const auto text = [cursor, column] {
+    using Type = SparqlTable::TextType;
+    const auto append = [&](Type type) {
         glong length = 0;
         const gchar *utf8 = tracker_sparql_cursor_get_string(cursor, column, &length);
-        return QString::fromUtf8(utf8, int(length));
+        table->append(type, utf8, size_t(length));
     };
     switch (tracker_sparql_cursor_get_value_type(cursor, column)) {
-    case TRACKER_SPARQL_VALUE_TYPE_UNBOUND: return {};
-    case TRACKER_SPARQL_VALUE_TYPE_URI:
-        return {TrackerDialect::iriFromTracker(text()), SparqlTable::CellKind::Resource};
-    case TRACKER_SPARQL_VALUE_TYPE_BLANK_NODE: return {text(), SparqlTable::CellKind::BlankNode};
+    case TRACKER_SPARQL_VALUE_TYPE_UNBOUND: table->append(); break;
+    case TRACKER_SPARQL_VALUE_TYPE_URI: append(Type::Resource); break;
+    case TRACKER_SPARQL_VALUE_TYPE_BLANK_NODE: append(Type::BlankNode); break;
     case TRACKER_SPARQL_VALUE_TYPE_INTEGER:
-        return {qlonglong(tracker_sparql_cursor_get_integer(cursor, column))};
-    case TRACKER_SPARQL_VALUE_TYPE_DOUBLE: return {tracker_sparql_cursor_get_double(cursor, column)};
-    case TRACKER_SPARQL_VALUE_TYPE_BOOLEAN: return {bool(tracker_sparql_cursor_get_boolean(cursor, column))};
-    case TRACKER_SPARQL_VALUE_TYPE_DATETIME: return {readTime(text())};
-    default: return {text()};
+        table->append(qint64(tracker_sparql_cursor_get_integer(cursor, column)));
+        break;
+    case TRACKER_SPARQL_VALUE_TYPE_DOUBLE:
+        table->append(tracker_sparql_cursor_get_double(cursor, column));
+        break;
+    case TRACKER_SPARQL_VALUE_TYPE_BOOLEAN:
+        table->append(bool(tracker_sparql_cursor_get_boolean(cursor, column)));
+        break;
+    case TRACKER_SPARQL_VALUE_TYPE_DATETIME: append(Type::Time); break;
+    default: append(Type::Literal);
     }
-}
-
-/// Fills the column that the text of \a query has not.
-void fillColumn(const QueryParameters &query, SparqlTable *table)
-{
-    if (!query.column())
-        return;
-    const QVariant resource = TrackerDialect::iriFromTracker(query.column()->resource);
-    for (int row = 0; row < table->rowCount(); ++row)
-        table->cell(row, query.column()->index) = {resource, SparqlTable::CellKind::Resource};
 }
 
 /// Stores the rows of \a cursor in \a table. Returns false if that fails, and sets \a error; otherwise
@@ -91,13 +53,14 @@ void fillColumn(const QueryParameters &query, SparqlTable *table)
 bool readRows(TrackerSparqlCursor *cursor, SparqlTable *table, GError **error)
 {
     GError *failure = nullptr;
-    SparqlTable rows;
+    QStringList names;
     const int columns = tracker_sparql_cursor_get_n_columns(cursor);
     for (int i = 0; i < columns; ++i)
-        rows.names.append(QString::fromUtf8(tracker_sparql_cursor_get_variable_name(cursor, i)));
+        names.append(QString::fromUtf8(tracker_sparql_cursor_get_variable_name(cursor, i)));
+    SparqlTable rows(names);
     while (tracker_sparql_cursor_next(cursor, nullptr, &failure)) {
         for (int i = 0; i < columns; ++i)
-            rows.cells.push_back(readCell(cursor, i));
+            readCell(cursor, i, &rows);
     }
     // An open cursor would keep the read transaction open until the result is deleted.
     tracker_sparql_cursor_close(cursor);
@@ -192,7 +155,8 @@ QSparqlError TrackerStore::select(const QString &statement, const QueryParameter
     if (!divided) {
         const GObjectPtr<TrackerSparqlCursor> prepared = m_database->prepared().run(parameters);
         if (prepared && readRows(prepared.get(), table, nullptr)) {
-            fillColumn(parameters, table);
+            if (parameters.column())
+                table->fillColumn(parameters.column()->index, parameters.column()->resource);
             return QSparqlError();
         }
     }
@@ -218,8 +182,8 @@ bool TrackerStore::selectDivided(const DividedQuery &query, SparqlTable *table)
     if (!resources.isEmpty() && (question.isEmpty() || selectText(question, &excluded).isValid()))
         return false;
     QSet<QString> names;
-    for (const SparqlTable::Cell &cell : excluded.cells)
-        names.insert(cell.value.toString());
+    for (int row = 0; row < excluded.rowCount(); ++row)
+        names.insert(excluded.cell(row, 0).value.toString());
     candidates.removeRows([&](int row) { return names.contains(resources.at(row)); });
     *table = std::move(candidates);
     return true;
