@@ -18,6 +18,12 @@ PreparedQueries::PreparedQueries(TrackerSparqlConnection *connection, PropertyRa
 {
 }
 
+bool PreparedQueries::knows(const QueryParameters &query) const
+{
+    const Prepared *known = query.parameters().isEmpty() ? nullptr : m_prepared.object(query.text());
+    return known && known->statement;
+}
+
 GObjectPtr<TrackerSparqlCursor> PreparedQueries::run(const QueryParameters &query)
 {
     if (query.parameters().isEmpty())

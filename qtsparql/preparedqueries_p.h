@@ -15,6 +15,8 @@ class PreparedQueries
 public:
     PreparedQueries(TrackerSparqlConnection *connection, PropertyRanges *ranges);
 
+    /// Returns true if Tracker has parsed \a query; otherwise returns false.
+    bool knows(const QueryParameters &query) const;
     /// Runs \a query. Returns null if it has no parameters or Tracker does not take them; the query has to be
     /// run as a text then, which also gives its error.
     GObjectPtr<TrackerSparqlCursor> run(const QueryParameters &query);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "qsparqlquery.h"
 
+#include "queryshape_p.h"
 #include "sharedrecord_p.h"
-#include "sparqllexer_p.h"
 
 #include <QDebug>
 #include <QLoggingCategory>
@@ -106,19 +106,16 @@ QString QSparqlQuery::preparedQueryText() const
     const QMap<QString, QSparqlBinding> &bindings = readable(d).bindings;
     QString text;
     int copied = 0;
-    SparqlLexer lexer(statement);
-    for (SparqlToken token = lexer.next(); token.kind != SparqlToken::End; token = lexer.next()) {
-        if (token.kind != SparqlToken::Placeholder)
-            continue;
-        const QString name = token.text.mid(2).toString();
-        const auto binding = bindings.constFind(name);
+    const auto shape = QueryShape::of(statement);
+    for (const QueryShape::Place &place : shape->places) {
+        const auto binding = bindings.constFind(place.name);
         if (binding == bindings.cend()) {
-            qCWarning(lcQuery) << "No value is bound to the placeholder" << name;
+            qCWarning(lcQuery) << "No value is bound to the placeholder" << place.name;
             continue;
         }
-        text.append(statement.constData() + copied, token.start - copied);
+        text.append(statement.constData() + copied, place.start - copied);
         text += binding->toString();
-        copied = token.end();
+        copied = place.end;
     }
     return copied == 0 ? statement : text.append(statement.constData() + copied, statement.size() - copied);
 }

@@ -11,6 +11,7 @@
 
 class QSparqlBinding;
 class QSparqlQuery;
+struct QueryShape;
 
 /**
  * A query whose bound values are parameters as far as possible. Tracker parses such a text once for all
@@ -52,8 +53,8 @@ public:
     static QByteArray name(int index) { return "value" + QByteArray::number(index); }
 
 private:
-    bool parametrize(const QString &statement, const QMap<QString, QSparqlBinding> &bindings,
-                     const QString &filtered = QString());
+    bool parametrize(const QString &statement, const QueryShape &shape,
+                     const QMap<QString, QSparqlBinding> &bindings, const QString &filtered = QString());
     QString term(const QSparqlBinding &binding, bool isSubject, const QString &property);
 
     QString m_text;

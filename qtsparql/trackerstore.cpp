@@ -148,19 +148,25 @@ QSparqlError TrackerStore::select(const QString &statement, const QueryParameter
 {
     if (const QSparqlError refusal = refuseNull(statement); refusal.isValid())
         return refusal;
+    // Not to read the text again is half of the time of a small query.
+    if (m_database->prepared().knows(parameters) && selectPrepared(parameters, table))
+        return QSparqlError();
     const QString query = withNotExists(statement);
     const std::optional<DividedQuery> divided = DividedQuery::of(query);
-    if (divided && selectDivided(*divided, table))
+    if (divided ? selectDivided(*divided, table) : selectPrepared(parameters, table))
         return QSparqlError();
-    if (!divided) {
-        const GObjectPtr<TrackerSparqlCursor> prepared = m_database->prepared().run(parameters);
-        if (prepared && readRows(prepared.get(), table, nullptr)) {
-            if (parameters.column())
-                table->fillColumn(parameters.column()->index, parameters.column()->resource);
-            return QSparqlError();
-        }
-    }
     return selectText(query, table);
+}
+
+/// Runs \a query. Returns false if it has to be run as a text; otherwise returns true.
+bool TrackerStore::selectPrepared(const QueryParameters &query, SparqlTable *table)
+{
+    const GObjectPtr<TrackerSparqlCursor> prepared = m_database->prepared().run(query);
+    if (!prepared || !readRows(prepared.get(), table, nullptr))
+        return false;
+    if (query.column())
+        table->fillColumn(query.column()->index, query.column()->resource);
+    return true;
 }
 
 /// Runs \a query. Returns false if it has to be run as a whole; otherwise returns true.

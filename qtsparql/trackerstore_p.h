@@ -53,6 +53,7 @@ private:
 
     TrackerStore(const QString &folder, int patience);
     void openInTurn(StoreFolder *place, QSparqlError *error);
+    bool selectPrepared(const QueryParameters &query, SparqlTable *table);
     bool selectDivided(const DividedQuery &query, SparqlTable *table);
     QSparqlError selectText(const QString &query, SparqlTable *table);
     QSparqlError becomeWritable();
