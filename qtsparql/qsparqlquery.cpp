@@ -3,6 +3,7 @@
 
 #include "queryshape_p.h"
 #include "sharedrecord_p.h"
+#include "sparqllexer_p.h"
 
 #include <QDebug>
 #include <QLoggingCategory>
@@ -86,22 +87,12 @@ void QSparqlQuery::unbindValues()
 
 namespace {
 
-/// Returns false if \a statement certainly has no placeholder. Most updates are long and have none, and this
-/// search is much faster than the lexer.
-bool mayHavePlaceholder(const QString &statement)
-{
-    auto colon = statement.indexOf(u':', 1);
-    while (colon != -1 && statement[colon - 1] != u'?' && statement[colon - 1] != u'$')
-        colon = statement.indexOf(u':', colon + 1);
-    return colon != -1;
-}
-
 } // namespace
 
 QString QSparqlQuery::preparedQueryText() const
 {
     const QString &statement = readable(d).query;
-    if (!mayHavePlaceholder(statement))
+    if (!hasPair(statement, u'?', u':') && !hasPair(statement, u'$', u':'))
         return statement;
     const QMap<QString, QSparqlBinding> &bindings = readable(d).bindings;
     QString text;

@@ -7,6 +7,14 @@ bool isWordCharacter(QChar character) { return character.isLetterOrNumber() || c
 
 } // namespace
 
+bool hasPair(const QString &text, QChar first, QChar second)
+{
+    auto at = text.indexOf(first);
+    while (at != -1 && (at + 1 == text.size() || text[at + 1] != second))
+        at = text.indexOf(first, at + 1);
+    return at != -1;
+}
+
 bool isForbiddenInIri(QChar character)
 {
     switch (character.unicode()) {

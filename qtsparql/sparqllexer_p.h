@@ -7,6 +7,10 @@
 /// Returns true if an IRI must not contain \a character; otherwise returns false.
 bool isForbiddenInIri(QChar character);
 
+/// Returns true if \a text contains \a first with \a second behind it; otherwise returns false. Updates are
+/// long, and this search is much faster than the lexer and than Qt's search for a text.
+bool hasPair(const QString &text, QChar first, QChar second);
+
 /// A part of a SPARQL statement.
 struct SparqlToken
 {

@@ -56,15 +56,7 @@ QString replacement(const SparqlToken &token, const SparqlLexer &following)
     }
 }
 
-/// Returns true if \a text contains `<>` anywhere; otherwise returns false. Most updates do not, and this
-/// search is much faster than the lexer.
-bool mayHaveEmptyIri(const QString &text)
-{
-    auto bracket = text.indexOf(u'<');
-    while (bracket != -1 && (bracket + 1 == text.size() || text[bracket + 1] != u'>'))
-        bracket = text.indexOf(u'<', bracket + 1);
-    return bracket != -1;
-}
+bool mayHaveEmptyIri(const QString &text) { return hasPair(text, u'<', u'>'); }
 
 /// Returns true if each date-time in \a text is certainly in UTC; otherwise returns false.
 bool hasOnlyUtc(const QString &text)
@@ -82,7 +74,7 @@ bool hasOnlyUtc(const QString &text)
 /// long and need no change, and these searches are much faster than the lexer.
 bool mayDiffer(const QString &statement)
 {
-    return mayHaveEmptyIri(statement) || statement.contains(QLatin1String("?_")) || !hasOnlyUtc(statement);
+    return mayHaveEmptyIri(statement) || hasPair(statement, u'?', u'_') || !hasOnlyUtc(statement);
 }
 
 /// Follows the tokens of an update and finds the subjects in its templates.
