@@ -11,7 +11,7 @@ namespace {
 // call.
 constexpr int keptLookup = -0x7465;
 
-constexpr qint64 secondsOfDay = 24 * 60 * 60;
+constexpr qint64 secondsOfDay = 86400;
 // Tracker prints no other times.
 constexpr qint64 firstTime = -62135596800; // 0001-01-01T00:00:00Z
 constexpr qint64 lastTime = 253402300799; // 9999-12-31T23:59:59Z

@@ -11,7 +11,7 @@
 namespace {
 
 constexpr size_t smallestBlock = 256;
-constexpr size_t largestBlock = 64 * 1024; // unless a text is larger
+constexpr size_t largestBlock = 65536; // unless a text is larger
 
 /// Returns the time \a iso if it has the form of most: 2009-12-24T18:00:00Z. Qt's function for all forms
 /// takes ten times as long.
