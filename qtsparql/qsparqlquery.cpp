@@ -85,10 +85,6 @@ void QSparqlQuery::unbindValues()
         d->bindings.clear();
 }
 
-namespace {
-
-} // namespace
-
 QString QSparqlQuery::preparedQueryText() const
 {
     const QString &statement = readable(d).query;
