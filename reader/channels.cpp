@@ -103,6 +103,20 @@ Result<FeedChannel> Channels::find(const QList<FeedChannel> &channels, const QSt
         Error(Error::Ambiguous, {}, QStringLiteral("%1 channels have this title").arg(sameTitle.size())));
 }
 
+QList<FeedChannel> Channels::titled(const QList<FeedChannel> &channels, const QString &name)
+{
+    const QString title = name.simplified();
+    QList<FeedChannel> same;
+    QList<FeedChannel> others;
+    for (const FeedChannel &channel : channels) {
+        if (channel.title().compare(title, Qt::CaseInsensitive) == 0)
+            same.append(channel);
+        else if (!title.isEmpty() && channel.title().contains(title, Qt::CaseInsensitive))
+            others.append(channel);
+    }
+    return same.isEmpty() ? others : same;
+}
+
 QString Channels::titleWithoutFeed(const QString &link)
 {
     return QUrl(link).toDisplayString(QUrl::RemovePassword);
@@ -132,16 +146,17 @@ Result<QHash<QString, ChannelDetails>> Channels::details(const QStringList &uris
                                        "read the details of channels from the store");
 }
 
+// To count messages by their class would take several times as long.
 Result<QHash<QString, int>> Channels::messageCounts() const
 {
-    return StorePrivate::of(m_store)
-        .run(Statements::messageCounts(), "count the messages in the store")
-        .map([](const Answer &answer) {
-            QHash<QString, int> counts;
-            while (answer->next())
-                counts.insert(answer->value(0).toString(), answer->value(1).toInt());
+    StorePrivate &store = StorePrivate::of(m_store);
+    const char *const attempt = "count the messages in the store";
+    return store.counts(Statements::partCounts(), attempt).and_then([&](QHash<QString, int> counts) {
+        return store.counts(Statements::imageCounts(), attempt).map([&](const QHash<QString, int> &images) {
+            subtract(&counts, images);
             return counts;
         });
+    });
 }
 
 Result<QString> Channels::add(const FeedChannel &channel)

@@ -27,6 +27,9 @@ public:
     /// The one of \a channels that the user calls \a name: its URI, its link, the path of its file, or its
     /// title if no other channel has the same one. Fails with Error::NotFound or Error::Ambiguous.
     static Result<FeedChannel> find(const QList<FeedChannel> &channels, const QString &name);
+    /// Those of \a channels that the user may call \a name: those with this title in any case, or those whose
+    /// titles contain it if no title is it.
+    static QList<FeedChannel> titled(const QList<FeedChannel> &channels, const QString &name);
     /// The title of a channel that nobody has given one, until its feed is read: \a link without password.
     static QString titleWithoutFeed(const QString &link);
     /// The URI of the channel with the link \a link; empty if there is none.

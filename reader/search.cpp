@@ -41,14 +41,18 @@ public:
     Result<void> withIndex(const std::function<Result<void>()> &work);
     Result<void> catchUp(const Progress &progress);
     Result<void> addNew(int count);
-    Result<QVector<qlonglong>> best(const QString &expression, const SearchQuery &query);
+    Result<QVector<qlonglong>> search(const QString &expression, const SearchQuery &query,
+                                      const Progress &progress);
+    Result<QStringList> uris(const QVector<qlonglong> &ids);
     Result<QList<SearchHit>> hits(const QString &expression, const QVector<qlonglong> &ids);
     SearchIndex &index() { return m_index; }
 
 private:
     StorePrivate &store() { return StorePrivate::of(m_store); }
     Error indexError() const { return Error(Error::StoreFailed, QStringLiteral("search"), m_index.error()); }
+    Result<QVector<qlonglong>> best(const QString &expression, const SearchQuery &query);
     Result<SearchBounds> bounds(const SearchQuery &query);
+    Result<QVector<qlonglong>> unread(const QVector<qlonglong> &ids, int limit);
     /// Adds link, title, date and channels of the messages \a uris to \a hits.
     Result<void> describe(const QStringList &uris, QHash<QString, SearchHit> *hits);
 
@@ -78,11 +82,12 @@ Result<void> Search::Private::addNew(int count)
 
 Result<SearchBounds> Search::Private::bounds(const SearchQuery &query)
 {
-    SearchBounds bounds{std::nullopt, query.since, query.until, query.limit};
-    if (query.channelUri.isEmpty() && !query.onlyFavorites)
+    SearchBounds bounds{std::nullopt, query.since, query.until,
+                        query.onlyUnread ? SearchIndex::maximumRanked : query.limit};
+    if (query.channelUris.isEmpty() && !query.onlyFavorites)
         return bounds;
     return store()
-        .run(Statements::numbersOfMessages(query.channelUri, query.onlyFavorites), "search the store")
+        .run(Statements::numbersOfMessages(query.channelUris, query.onlyFavorites), "search the store")
         .map([&bounds](const Answer &answer) {
             bounds.ids.emplace();
             while (answer->next())
@@ -97,8 +102,37 @@ Result<QVector<qlonglong>> Search::Private::best(const QString &expression, cons
         QVector<qlonglong> ids;
         if (!m_index.find(expression, bounds, &ids))
             return Failure(indexError());
-        return ids;
+        return query.onlyUnread ? unread(ids, query.limit) : ids;
     });
+}
+
+/// The first \a limit of the messages \a ids that are unread.
+Result<QVector<qlonglong>> Search::Private::unread(const QVector<qlonglong> &ids, int limit)
+{
+    QVector<qlonglong> found;
+    for (int from = 0; from < ids.size() && found.size() < limit; from += chunkSize) {
+        const QVector<qlonglong> some = ids.mid(from, chunkSize);
+        const auto read = store().texts(Statements::readAmong(some), "search the store");
+        if (!read)
+            return Failure(read.error());
+        for (qlonglong id : some) {
+            if (found.size() < limit && !read->contains(QString::number(id)))
+                found.append(id);
+        }
+    }
+    return found;
+}
+
+Result<QStringList> Search::Private::uris(const QVector<qlonglong> &ids)
+{
+    QStringList uris;
+    return inChunks(ids,
+                    [&](const QVector<qlonglong> &some) {
+                        return store()
+                            .texts(Statements::urisOf(some), "search the store")
+                            .map([&uris](const QStringList &found) { uris += found; });
+                    })
+        .map([&] { return uris; });
 }
 
 Result<void> Search::Private::describe(const QStringList &uris, QHash<QString, SearchHit> *hits)
@@ -157,19 +191,38 @@ Search::Search(const Store &store) : d(std::make_unique<Private>(store)) { }
 
 Search::~Search() = default;
 
+/// The numbers of the messages that \a query asks for, in the index as the store is now.
+Result<QVector<qlonglong>> Search::Private::search(const QString &expression, const SearchQuery &query,
+                                                   const Progress &progress)
+{
+    QVector<qlonglong> ids;
+    return withIndex([&] {
+               return catchUp(progress)
+                   .and_then([&] { return best(expression, query); })
+                   .map([&ids](const QVector<qlonglong> &best) { ids = best; });
+           })
+        .map([&] { return ids; });
+}
+
 Result<QList<SearchHit>> Search::find(const SearchQuery &query, const Progress &progress)
 {
-    const Result<QString> expression = matchExpression(query.words);
-    if (!expression)
-        return Failure(expression.error());
-    QVector<qlonglong> ids;
-    return d
-        ->withIndex([&] {
-            return d->catchUp(progress)
-                .and_then([&] { return d->best(*expression, query); })
-                .map([&ids](const QVector<qlonglong> &best) { ids = best; });
-        })
-        .and_then([&] { return d->hits(*expression, ids); });
+    return matchExpression(query.words).and_then([&](const QString &expression) {
+        return d->search(expression, query, progress).and_then([&](const QVector<qlonglong> &ids) {
+            return d->hits(expression, ids);
+        });
+    });
+}
+
+Result<QStringList> Search::uris(const SearchQuery &query, const Progress &progress)
+{
+    SearchQuery all = query;
+    all.limit = SearchIndex::maximumRanked;
+    all.onlyUnread = false;
+    return matchExpression(query.words).and_then([&](const QString &expression) {
+        return d->search(expression, all, progress).and_then([&](const QVector<qlonglong> &ids) {
+            return d->uris(ids);
+        });
+    });
 }
 
 Result<void> Search::addNewMessages(int count)

@@ -25,11 +25,12 @@ struct SearchQuery
     /// Words that must all be in a message, in any case and with or without accents: `garden`, `"two beans"`
     /// for words that follow each other, `gard*` for the beginning of a word. Nothing else has a meaning.
     QString words;
-    QString channelUri; ///< Only messages of this channel, if it is not empty.
+    QStringList channelUris; ///< Only messages of these channels, if there are any.
     bool onlyFavorites = false; ///< Only favorites.
     QDateTime since; ///< Only messages that were published then or later, if it is valid.
     QDateTime until; ///< Only messages that were published before, if it is valid.
     int limit = 20; ///< The number of hits.
+    bool onlyUnread = false; ///< Only unread messages.
 };
 
 /// A plain text in which the words that were found are marked.
@@ -79,6 +80,9 @@ public:
     /// ten seconds or so for 100,000 messages. Fails with Error::StoreRefused if there are no words, and with
     /// Error::StoreFailed.
     Result<QList<SearchHit>> find(const SearchQuery &query, const Progress &progress = {});
+
+    /// The URIs of all messages that find() would compare, in any order and whether they are read or not.
+    Result<QStringList> uris(const SearchQuery &query, const Progress &progress = {});
 
     /// Adds at most \a count messages that were stored since, so that the next search need not do so. The
     /// time that this takes does not depend on the size of the store. Fails with Error::StoreFailed.

@@ -189,6 +189,18 @@ bool SearchIndex::remove(const QVector<qlonglong> &ids)
     return isDone;
 }
 
+bool SearchIndex::note(const QVector<MarkChange> &changes)
+{
+    return inTransaction([&] {
+        bool isDone = true;
+        for (const MarkChange &change : changes)
+            isDone = isDone
+                && run("UPDATE messages SET modified = ?3 WHERE id = ?1 AND modified = ?2",
+                       {change.id, change.before, change.after});
+        return isDone;
+    });
+}
+
 bool SearchIndex::restrictTo(const QVector<qlonglong> &ids)
 {
     bool isDone = run("DELETE FROM temp.allowed");

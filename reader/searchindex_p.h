@@ -26,6 +26,14 @@ struct SearchableMessage
     QString text;
 };
 
+/// A change of a message that left its texts as they are.
+struct MarkChange
+{
+    qlonglong id = 0; ///< The store's number of it.
+    qlonglong before = 0; ///< Its mark of change before, and after.
+    qlonglong after = 0;
+};
+
 /// What the index knows of a message.
 struct IndexedState
 {
@@ -60,6 +68,7 @@ class SearchIndex
 public:
     static constexpr QChar beginMark = QChar(2);
     static constexpr QChar endMark = QChar(3);
+    static constexpr int maximumRanked = 2000; ///< find() compares no more.
 
     /// The file of the index of the user's store.
     static QString file();
@@ -104,6 +113,8 @@ public:
     /// Adds \a messages, or replaces those with the same numbers.
     bool put(const QVector<SearchableMessage> &messages);
     bool remove(const QVector<qlonglong> &ids);
+    /// Takes over the new marks of messages that the index had as they were before.
+    bool note(const QVector<MarkChange> &changes);
 
     /// The numbers of the messages that match \a expression, see matchExpression(), the best first. If
     /// thousands match, the best of those that were stored last.

@@ -115,6 +115,18 @@ const QString enclosureColumns =
                    "OPTIONAL { ?e mfo:groupDefault ?default } OPTIONAL { ?e mfo:optional ?optional } "
                    "OPTIONAL { ?e mfo:image ?icon } OPTIONAL { ?e nie:mimeType ?type } }");
 
+QString timeTerm(const QDateTime &time)
+{
+    return QLatin1Char('"') + time.toUTC().toString(Qt::ISODateWithMs) + QLatin1String("\"^^xsd:dateTime");
+}
+
+/// The local time of \a time, labelled as UTC.
+QDateTime localAsUtc(const QDateTime &time)
+{
+    const QDateTime local = time.toLocalTime();
+    return QDateTime(local.date(), local.time(), Qt::UTC);
+}
+
 /// Favorites are marked at any time, so that this stands in each statement that chooses or drops messages.
 const QString isNoFavorite =
     QStringLiteral("FILTER NOT EXISTS { ?m nao:hasTag nao:predefined-tag-favorite } ");
@@ -204,10 +216,16 @@ QSparqlQuery channels()
                        "OPTIONAL { ?c nie:contentLastModified ?updated } }"));
 }
 
-QSparqlQuery messageCounts()
+QSparqlQuery partCounts()
 {
-    return select(QStringLiteral("SELECT ?c (COUNT(?m) AS ?n) WHERE { ?c a mfo:FeedChannel . "
-                                 "?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c } GROUP BY ?c"));
+    return select(QStringLiteral("SELECT ?c (COUNT(*) AS ?n) WHERE { ?c a mfo:FeedChannel . "
+                                 "?x nie:isLogicalPartOf ?c } GROUP BY ?c"));
+}
+
+QSparqlQuery imageCounts()
+{
+    return select(QStringLiteral("SELECT ?c (COUNT(*) AS ?n) WHERE { ?c a mfo:FeedChannel . "
+                                 "?x a mfo:Enclosure ; nie:isLogicalPartOf ?c } GROUP BY ?c"));
 }
 
 QSparqlQuery channelWithLink(const QString &link)
@@ -584,6 +602,141 @@ QString removal(const QStringList &messages, const QString &channelUri, const QS
 }
 
 } // namespace
+
+QSparqlQuery readStates(const QStringList &uris)
+{
+    return select(QLatin1String("SELECT ?m tracker:id(?m) ?mark ?read ?unread WHERE { ") + valuesOf("m", uris)
+                  + QLatin1String("?m a mfo:FeedMessage ; nrl:modified ?mark "
+                                  "OPTIONAL { ?m tidel:readTime ?read } "
+                                  "OPTIONAL { ?m tidel:unreadTime ?unread } }"));
+}
+
+QString replaceReadState(const QStringList &uris, bool isRead, const QDateTime &time)
+{
+    const QString messages = valuesOf("m", uris);
+    const QString value = timeTerm(time) + QLatin1String(" } WHERE { ") + messages;
+    const QLatin1String gained(isRead ? "tidel:readTime " : "tidel:unreadTime ");
+    const QLatin1String lost(isRead ? "tidel:unreadTime " : "tidel:readTime ");
+    return QLatin1String("DELETE { ?m ") + lost + QLatin1String("?time } WHERE { ") + messages
+        + QLatin1String("?m ") + lost + QLatin1String("?time } INSERT { ?m ") + gained + value
+        + QLatin1String("?m a mfo:FeedMessage } ");
+}
+
+QSparqlQuery readCounts()
+{
+    return select(QStringLiteral("SELECT ?c (COUNT(*) AS ?n) WHERE { ?c a mfo:FeedChannel . "
+                                 "?m tidel:readTime ?time ; nie:isLogicalPartOf ?c } GROUP BY ?c"));
+}
+
+QSparqlQuery unreadMessages(const QString &channelUri, const QDateTime &before)
+{
+    QString text = QStringLiteral("SELECT DISTINCT ?m WHERE { ?m a mfo:FeedMessage ");
+    if (!channelUri.isEmpty())
+        text += QLatin1String("; nie:isLogicalPartOf ") + iri(channelUri) + QLatin1Char(' ');
+    text += QLatin1String("FILTER NOT EXISTS { ?m tidel:readTime ?read } ");
+    // The time of download is local time labelled as UTC.
+    if (before.isValid())
+        text += QLatin1String("OPTIONAL { ?m nie:contentCreated ?published } "
+                              "OPTIONAL { ?m mfo:downloadedTime ?downloaded } "
+                              "FILTER(?published < ")
+            + timeTerm(before) + QLatin1String(" || (!bound(?published) && ?downloaded < ")
+            + timeTerm(localAsUtc(before)) + QLatin1String(")) ");
+    return select(text + QLatin1String("} ORDER BY tracker:id(?m)"));
+}
+
+namespace {
+
+/// The columns of queries for headlines.
+const QString headlineColumns =
+    QStringLiteral("SELECT ?m ?link ?title ?date (EXISTS { ?m a mfo:FeedMessage } AS ?isMessage) "
+                   "(EXISTS { ?m nao:hasTag nao:predefined-tag-favorite } AS ?isFavorite) "
+                   "(EXISTS { ?m tidel:readTime ?read } AS ?isRead) (tracker:id(?m) AS ?number) WHERE { %1 "
+                   "OPTIONAL { ?m nie:links ?link } OPTIONAL { ?m nie:title ?title } }");
+
+/// What \a filter demands of ?m, but no dates.
+QString demands(const ListFilter &filter)
+{
+    QString text;
+    if (!filter.channelUris.isEmpty())
+        text += valuesOf("c", filter.channelUris) + QLatin1String("?m nie:isLogicalPartOf ?c . ");
+    if (filter.onlyFavorites)
+        text += QLatin1String("?m nao:hasTag nao:predefined-tag-favorite . ");
+    return text;
+}
+
+QString without(bool isAsked, const char *property)
+{
+    return isAsked ? QStringLiteral("FILTER NOT EXISTS { ?m %1 ?none } ").arg(QLatin1String(property))
+                   : QString();
+}
+
+/// The messages that match \a pattern, those first that \a order puts first. They are chosen before anything
+/// else is read of them.
+QSparqlQuery chosenHeadlines(const QString &pattern, const QString &columns, const QString &order, int limit)
+{
+    const QString bound = limit > 0 ? QStringLiteral(" LIMIT %1").arg(limit) : QString();
+    return select(headlineColumns.arg(QLatin1String("{ SELECT DISTINCT ") + columns
+                                      + QLatin1String(" WHERE { ") + pattern + QLatin1String("} ORDER BY ")
+                                      + order + bound + QLatin1String(" }")));
+}
+
+} // namespace
+
+// To ask for the class here would make Tracker look up each message before it chooses.
+QSparqlQuery datedHeadlines(const ListFilter &filter)
+{
+    QString pattern = demands(filter) + QLatin1String("?m nie:contentCreated ?date ");
+    if (filter.since.isValid())
+        pattern += QLatin1String("FILTER(?date >= ") + timeTerm(filter.since) + QLatin1String(") ");
+    if (filter.until.isValid())
+        pattern += QLatin1String("FILTER(?date < ") + timeTerm(filter.until) + QLatin1String(") ");
+    return chosenHeadlines(pattern + without(filter.onlyUnread, "tidel:readTime"), QStringLiteral("?m ?date"),
+                           QStringLiteral("DESC(?date) DESC(tracker:id(?m))"), filter.limit);
+}
+
+QSparqlQuery undatedHeadlines(const ListFilter &filter)
+{
+    return chosenHeadlines(demands(filter) + QLatin1String("?m a mfo:FeedMessage ")
+                               + without(true, "nie:contentCreated")
+                               + without(filter.onlyUnread, "tidel:readTime"),
+                           QStringLiteral("?m"), QStringLiteral("DESC(tracker:id(?m))"), filter.limit);
+}
+
+QSparqlQuery headlinesOf(const QStringList &uris)
+{
+    return select(headlineColumns.arg(valuesOf("m", uris)
+                                      + QLatin1String("OPTIONAL { ?m nie:contentCreated ?date } ")));
+}
+
+QSparqlQuery channelsOfMessages(const QStringList &uris)
+{
+    return select(QLatin1String("SELECT ?m ?c WHERE { ") + valuesOf("m", uris)
+                  + QLatin1String("?m nie:isLogicalPartOf ?c }"));
+}
+
+QSparqlQuery channelsOfAllMessages()
+{
+    return select(QStringLiteral("SELECT ?m ?c WHERE { ?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c }"));
+}
+
+QSparqlQuery titlesOfChannels()
+{
+    return select(QStringLiteral("SELECT ?c ?title WHERE { ?c a mfo:FeedChannel ; nie:title ?title }"));
+}
+
+QSparqlQuery countOfRead()
+{
+    return select(QStringLiteral("SELECT (COUNT(*) AS ?n) WHERE { ?m tidel:readTime ?time }"));
+}
+
+QSparqlQuery messagesTitled(const QString &part, int limit)
+{
+    return select(QStringLiteral("SELECT ?m ?title WHERE { ?m a mfo:FeedMessage ; nie:title ?title "
+                                 "FILTER(CONTAINS(LCASE(?title), LCASE(?:part))) } "
+                                 "ORDER BY DESC(LCASE(?title) = LCASE(?:part)) DESC(tracker:id(?m)) "
+                                 "LIMIT ?:limit"),
+                  {{"part", part}, {"limit", limit}});
+}
 
 QSparqlQuery enclosuresOf(const QString &messageUri)
 {
@@ -964,6 +1117,15 @@ QString adoptStrays(const QString &channelUri)
 
 namespace {
 
+/// "IN (...)".
+QString amongNumbers(const QVector<qlonglong> &numbers)
+{
+    QStringList list;
+    for (qlonglong number : numbers)
+        list.append(QString::number(number));
+    return QLatin1String("IN (") + list.join(QLatin1String(", ")) + QLatin1Char(')');
+}
+
 /// The columns of searchable() of those messages that \a filter lets through.
 QString searchableIf(const QString &filter)
 {
@@ -980,10 +1142,7 @@ QString searchableIf(const QString &filter)
 
 QSparqlQuery searchable(const QVector<qlonglong> &numbers)
 {
-    QStringList list;
-    for (qlonglong number : numbers)
-        list.append(QString::number(number));
-    return select(searchableIf(QLatin1String("IN (") + list.join(QLatin1String(", ")) + QLatin1Char(')')));
+    return select(searchableIf(amongNumbers(numbers)));
 }
 
 QSparqlQuery searchableAfter(qlonglong last, int limit)
@@ -1012,14 +1171,28 @@ QSparqlQuery messagesAddedSince(const QDateTime &time)
                   {{"time", time}});
 }
 
-QSparqlQuery numbersOfMessages(const QString &channelUri, bool onlyFavorites)
+QSparqlQuery numbersOfMessages(const QStringList &channelUris, bool onlyFavorites)
 {
-    QString text = QStringLiteral("SELECT tracker:id(?m) WHERE { ?m a mfo:FeedMessage ");
-    if (!channelUri.isEmpty())
-        text += QLatin1String("; nie:isLogicalPartOf ") + iri(channelUri) + QLatin1Char(' ');
+    QString text = QStringLiteral("SELECT tracker:id(?m) WHERE { ");
+    if (!channelUris.isEmpty())
+        text += valuesOf("c", channelUris) + QLatin1String("?m nie:isLogicalPartOf ?c . ");
+    text += QLatin1String("?m a mfo:FeedMessage ");
     if (onlyFavorites)
         text += QLatin1String("; nao:hasTag nao:predefined-tag-favorite ");
     return select(text + QLatin1Char('}'));
+}
+
+QSparqlQuery readAmong(const QVector<qlonglong> &numbers)
+{
+    return select(
+        QLatin1String("SELECT tracker:id(?m) WHERE { ?m tidel:readTime ?time FILTER(tracker:id(?m) ")
+        + amongNumbers(numbers) + QLatin1String(") }"));
+}
+
+QSparqlQuery urisOf(const QVector<qlonglong> &numbers)
+{
+    return select(QLatin1String("SELECT ?m WHERE { ?m a mfo:FeedMessage FILTER(tracker:id(?m) ")
+                  + amongNumbers(numbers) + QLatin1String(") }"));
 }
 
 QSparqlQuery channelTitles(const QStringList &messageUris)

@@ -2,6 +2,7 @@
 #ifndef TIDEL_STATEMENTS_P_H
 #define TIDEL_STATEMENTS_P_H
 
+#include <QDateTime>
 #include <QPair>
 #include <QSparqlQuery>
 #include <QString>
@@ -12,7 +13,6 @@
 class FeedChannel;
 class FeedEnclosure;
 class FeedMessage;
-class QDateTime;
 class QUrl;
 
 /**
@@ -62,8 +62,10 @@ QString deleteDetails(const QStringList &uris, const QStringList &names);
 /// @{
 /// URI, title, link, type, last-modified text, time of subscription, time of the last update.
 QSparqlQuery channels();
-/// Channel URI, number of messages; no row for a channel without messages.
-QSparqlQuery messageCounts();
+/// Channel URI, number of its parts, which are messages and images; no row for a channel without any.
+QSparqlQuery partCounts();
+/// Channel URI, number of its images; no row for a channel without any.
+QSparqlQuery imageCounts();
 /// The URI of the channel that has \a link.
 QSparqlQuery channelWithLink(const QString &link);
 /// The title of the channel that has \a link.
@@ -157,6 +159,52 @@ QSparqlQuery droppableCount(const QString &channelUri);
 QSparqlQuery droppableMessages(const QString &channelUri, int limit);
 /// @}
 
+/// \name Read state
+/// @{
+/// URI, number, mark of change, time of reading, time of marking as unread of those of \a uris that are
+/// stored. Number and mark are those of the searches below.
+QSparqlQuery readStates(const QStringList &uris);
+/// Gives the stored messages \a uris \a time as the time of reading, or as the time of marking as unread, and
+/// deletes the other one.
+QString replaceReadState(const QStringList &uris, bool isRead, const QDateTime &time);
+/// Channel URI, number of its messages that were read; no row for a channel without any.
+QSparqlQuery readCounts();
+/// The URIs of the unread messages, the oldest first: those of the channel, or all if it is empty; those that
+/// are older than \a before, or all if it is invalid. The age of a message without a date is that of its
+/// download.
+QSparqlQuery unreadMessages(const QString &channelUri, const QDateTime &before);
+/// @}
+
+/// \name Lists
+/// @{
+/// Which messages a list shows.
+struct ListFilter
+{
+    QStringList channelUris; ///< All channels if it is empty.
+    bool onlyFavorites = false;
+    bool onlyUnread = false;
+    QDateTime since; ///< Without a bound if invalid.
+    QDateTime until;
+    int limit = 0; ///< Without a limit if it is 0.
+};
+/// URI, link, title, date, whether it is a message, a favorite, and read: messages with a date, the newest
+/// first.
+QSparqlQuery datedHeadlines(const ListFilter &filter);
+/// As datedHeadlines(), messages without a date, those that were stored last first.
+QSparqlQuery undatedHeadlines(const ListFilter &filter);
+/// As datedHeadlines(), of the messages \a uris in any order.
+QSparqlQuery headlinesOf(const QStringList &uris);
+/// Message, channel that it belongs to, of some or all messages.
+QSparqlQuery channelsOfMessages(const QStringList &uris);
+QSparqlQuery channelsOfAllMessages();
+/// Channel URI, title.
+QSparqlQuery titlesOfChannels();
+/// The number of messages that were read.
+QSparqlQuery countOfRead();
+/// URI, title of messages whose title contains \a part in any case, those first whose title is \a part.
+QSparqlQuery messagesTitled(const QString &part, int limit);
+/// @}
+
 /// \name Enclosures
 /// @{
 /// URI, remote link, local link, group, size, default, optional, icon, MIME type.
@@ -233,8 +281,12 @@ QSparqlQuery messageStates();
 QSparqlQuery sumsOfMessageStates();
 /// Number and URI of the messages that were added then or later.
 QSparqlQuery messagesAddedSince(const QDateTime &time);
-/// The numbers of all messages of the channel, or of all channels if it is empty.
-QSparqlQuery numbersOfMessages(const QString &channelUri, bool onlyFavorites);
+/// The numbers of all messages of the channels, or of all channels if there are none.
+QSparqlQuery numbersOfMessages(const QStringList &channelUris, bool onlyFavorites);
+/// Those of the messages \a numbers that were read.
+QSparqlQuery readAmong(const QVector<qlonglong> &numbers);
+/// The URIs of the messages \a numbers.
+QSparqlQuery urisOf(const QVector<qlonglong> &numbers);
 /// Message, title of a channel that it belongs to.
 QSparqlQuery channelTitles(const QStringList &messageUris);
 /// @}

@@ -100,6 +100,16 @@ Result<QHash<QString, QString>> StorePrivate::values(const QSparqlQuery &stateme
     });
 }
 
+Result<QHash<QString, int>> StorePrivate::counts(const QSparqlQuery &statement, const char *attempt)
+{
+    return run(statement, attempt).map([](const Answer &answer) {
+        QHash<QString, int> counts;
+        while (answer->next())
+            counts.insert(answer->value(0).toString(), answer->value(1).toInt());
+        return counts;
+    });
+}
+
 Result<int> StorePrivate::number(const QSparqlQuery &statement, const char *attempt)
 {
     return run(statement, attempt).map([](const Answer &answer) {
@@ -115,6 +125,17 @@ Result<void> StorePrivate::update(const QSparqlQuery &statement, const char *att
 Result<void> StorePrivate::updateLoosely(const QSparqlQuery &statement, const char *attempt)
 {
     return run(statement, attempt).map([](const Answer &) {});
+}
+
+void subtract(QHash<QString, int> *counts, const QHash<QString, int> &others)
+{
+    for (auto other = others.cbegin(); other != others.cend(); ++other) {
+        const int left = counts->value(other.key()) - other.value();
+        if (left > 0)
+            counts->insert(other.key(), left);
+        else
+            counts->remove(other.key());
+    }
 }
 
 } // namespace Tidel

@@ -38,6 +38,8 @@ public:
     Result<int> number(const QSparqlQuery &statement, const char *attempt);
     /// As run(), and returns the second column by the first one.
     Result<QHash<QString, QString>> values(const QSparqlQuery &statement, const char *attempt);
+    /// As run(), and returns the number in the second column by the first one.
+    Result<QHash<QString, int>> counts(const QSparqlQuery &statement, const char *attempt);
     /// As run(), for updates. What was changed is on the disk when the function returns.
     Result<void> update(const QSparqlQuery &statement, const char *attempt);
     /// As update(), but a power loss can undo the change. For what the next refresh writes again.
@@ -50,6 +52,9 @@ private:
 
     std::optional<QSparqlConnection> durableConnection; // shares the open store with the other one
 };
+
+/// Takes \a others off \a counts. What is not more than 0 then is left out.
+void subtract(QHash<QString, int> *counts, const QHash<QString, int> &others);
 
 /// The rows of \a answer as values, each resource of the first column once. A resource with two values of one
 /// property is in two rows.

@@ -263,14 +263,14 @@ void TestSearch::bounds()
     };
     const QDateTime noon(QDate(2026, 11, 2), QTime(12, 0), Qt::UTC);
     QCOMPARE(found({"text", {}, false, {}, {}, 9}), QStringList({"a", "b", "c", "d", "undated"}));
-    QCOMPARE(found({"text", channelUri("news"), false, {}, {}, 9}), QStringList({"a", "b", "c"}));
+    QCOMPARE(found({"text", {channelUri("news")}, false, {}, {}, 9}), QStringList({"a", "b", "c"}));
     QCOMPARE(found({"text", {}, true, {}, {}, 9}), QStringList({"b", "d"}));
-    QCOMPARE(found({"text", channelUri("news"), true, {}, {}, 9}), QStringList({"b"}));
+    QCOMPARE(found({"text", {channelUri("news")}, true, {}, {}, 9}), QStringList({"b"}));
     QCOMPARE(found({"text", {}, false, noon, {}, 9}), QStringList({"b", "c", "d"}));
     QCOMPARE(found({"text", {}, false, {}, noon, 9}), QStringList({"a"}));
     QCOMPARE(found({"text", {}, false, noon, noon.addDays(1), 9}), QStringList({"b"}));
     QCOMPARE(found({"text", {}, false, {}, {}, 2}).size(), 2);
-    QCOMPARE(found({"text", channelUri("none"), false, {}, {}, 9}), QStringList());
+    QCOMPARE(found({"text", {channelUri("none")}, false, {}, {}, 9}), QStringList());
 }
 
 void TestSearch::changesOfOtherPrograms()

@@ -89,7 +89,7 @@ void search(const Store &store, const Arguments &arguments, Output &output)
         const auto channel = chooseChannel(store, arguments.value("channel"), output);
         if (!channel)
             return;
-        query.channelUri = channel->uri();
+        query.channelUris = QStringList(channel->uri());
     }
     const auto hits = Search(store).find(query, progressOn(output));
     if (!hits) {
