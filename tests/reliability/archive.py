@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: LGPL-2.1-or-later
 """What a home holds, as facts that can be compared, and whether its database is sound."""
 import datetime
+import json
 import re
 import shutil
 import sqlite3
@@ -8,9 +9,6 @@ import tempfile
 from collections import Counter, namedtuple
 
 from home import has_crashed
-
-CHANNEL = re.compile(r"^(?P<title>.*?) +\d+ messages? +(?P<link>\S+) +(?P<uri>\S+)$")
-MESSAGE = re.compile(r"^(?:[-0-9]{10} [0-9:]{5}|\(no date\) *)  (?P<mark>[ *])  .*?(?P<link>\S+)$")
 
 # A fact is of a channel (its link and title, as the program names it), and of a message if it has a link.
 Fact = namedtuple("Fact", "kind channel title link")
@@ -25,24 +23,23 @@ class Unreadable(Exception):
 
 
 def listed(home, *arguments, faults=None):
-    outcome = home.run(*arguments, faults=faults)
+    """Returns the objects that a command lists."""
+    outcome = home.run(*arguments, "--json", faults=faults)
     if outcome.code != 0:
         kind = "crashed" if has_crashed(outcome) else "refused"
-        raise Unreadable(kind, f"{arguments[0]}: exit {outcome.code}: {outcome.err.strip()}")
-    return outcome.out.splitlines()
+        raise Unreadable(kind, f"{arguments[0]}: exit {outcome.code}: {(outcome.err or outcome.out).strip()}")
+    return [json.loads(line) for line in outcome.out.splitlines()]
 
 
 def facts(home, faults=None):
     """Returns how often each fact is true."""
     found = Counter()
-    for line in listed(home, "channels", faults=faults):
-        channel = CHANNEL.match(line)
-        named = (channel["link"], channel["title"])
+    for channel in listed(home, "channels", faults=faults):
+        named = (channel["link"], channel.get("title", ""))
         found[Fact("channel", *named, "")] += 1
-        for text in listed(home, "messages", channel["uri"], faults=faults):
-            message = MESSAGE.match(text)
+        for message in listed(home, "messages", channel["uri"], faults=faults):
             found[Fact("message", *named, message["link"])] += 1
-            if message["mark"] == "*":
+            if message["favorite"]:
                 found[Fact("favorite", *named, message["link"])] += 1
     for path in sorted((home.path / "Downloads").rglob("*")):
         if path.is_file() and not path.name.endswith(".part"):

@@ -3,12 +3,15 @@
 
 payloads.txt has a kind and a JSON text in each line, and the number of its repetitions if it is not one.
 """
+import fcntl
 import json
 import os
 import pathlib
 import pty
 import re
+import struct
 import subprocess
+import termios
 import threading
 
 from archive import facts
@@ -40,6 +43,8 @@ def read_table():
 def run_on_terminal(home, *arguments):
     """Runs `tidel` so that it writes to a terminal, and returns what the terminal got."""
     terminal, program = pty.openpty()
+    # Wide enough for every title, and of no height, so that lists are not cut.
+    fcntl.ioctl(program, termios.TIOCSWINSZ, struct.pack("HHHH", 0, 5000, 0, 0))
     process = subprocess.Popen([home.tidel, *map(as_bytes, arguments)], env=home.environment(), cwd=home.path,
                                stdin=subprocess.DEVNULL, stdout=program, stderr=program)
     os.close(program)

@@ -1,11 +1,11 @@
 # SPDX-License-Identifier: LGPL-2.1-or-later
 """Programs that use one store at once: four refresh, two read, one prunes and one marks favorites."""
+import json
 import random
 import threading
 import time
 from collections import Counter
 
-from archive import MESSAGE
 from feeds import link, write_feed
 from findings import Judge
 
@@ -72,10 +72,14 @@ class Together:
         if self.command("refresh").code == 0:
             self.seen = max(self.seen, items)
 
+    def messages(self, channel):
+        lines = self.command("messages", channel, "--json").out.splitlines()
+        return [message for message in map(json.loads, lines) if "error" not in message]
+
     def read(self, rng):
         self.command("channels")
         name = rng.choice(WHOLE + PRUNED)
-        links = [MESSAGE.match(line)["link"] for line in self.command("messages", name).out.splitlines()]
+        links = [message["link"] for message in self.messages(name)]
         if len(links) != len(set(links)):
             self.findings.add("twice", 0, f"{name} lists a message twice")
 
@@ -84,8 +88,8 @@ class Together:
 
     def mark(self, rng):
         """Marks an old message, which the next pruning would delete."""
-        listed = self.command("messages", rng.choice(WHOLE + PRUNED)).out.splitlines()
-        old = [line for line in map(MESSAGE.match, listed[KEPT // 2:]) if line["mark"] != "*"]
+        listed = self.messages(rng.choice(WHOLE + PRUNED))
+        old = [message for message in listed[KEPT // 2:] if not message["favorite"]]
         chosen = rng.choice(old)["link"] if old else None
         if chosen and self.command("favorite", chosen, may_miss=True).code == 0:
             self.favorites.add(chosen)

@@ -45,9 +45,14 @@ struct Command
 constexpr int anyNumber = -1; ///< As Command::maximumArguments.
 
 // Descriptions of arguments that several commands have.
-constexpr const char *aChannel = "The title, link, file or URI of a channel.";
-constexpr const char *someChannels = "The titles, links, files or URIs of channels; all channels by default.";
-constexpr const char *aMessage = "The link or URI of a message.";
+constexpr const char *aChannel =
+    "A channel: its number in the last list, a part of its title, its link, file or URI.";
+constexpr const char *someChannels =
+    "Channels: numbers in the last list, parts of titles, links, files or URIs; "
+    "all channels by default.";
+constexpr const char *aMessage =
+    "A message: its number in the last list, a part of its title, its link or URI.";
+constexpr const char *someMessages = "Messages: numbers in the last list, parts of titles, links or URIs.";
 
 } // namespace Tidel
 

@@ -3,6 +3,8 @@
 
 #include "downloads.h"
 #include "jsonobjects.h"
+#include "lastlist.h"
+#include "messagefinder.h"
 #include "output.h"
 #include "phrases.h"
 
@@ -18,15 +20,20 @@ namespace Tidel {
 
 namespace {
 
-/// Returns the URIs of the enclosures that \a name identifies. Reports to \a output if there are none.
+/// Returns the URIs of the enclosures that \a name identifies: an enclosure, or a message as chooseMessage()
+/// finds it. Reports to \a output if there are none.
 QStringList findEnclosures(const Store &store, const QString &name, Output &output)
 {
-    const Result<QStringList> uris = Enclosures(store).uris(name);
+    const bool isRow = LastList::rowNumber(name) > 0;
+    Result<QStringList> uris = isRow ? QStringList() : Enclosures(store).uris(name);
+    if (isRow || (!uris && uris.error().kind() == Error::NotFound)) {
+        const auto message = chooseMessage(store, name, output);
+        if (!message)
+            return {};
+        uris = Enclosures(store).uris(message->uri);
+    }
     if (!uris) {
-        const bool isUnknown = uris.error().kind() == Error::NotFound;
-        output.failure(name, uris.error(),
-                       isUnknown ? QStringLiteral("; \"tidel messages\" and \"tidel enclosures\" list them")
-                                 : QString());
+        output.failure(name, uris.error());
         return {};
     }
     if (uris->isEmpty())
@@ -123,7 +130,7 @@ const Command downloadCommand = {
     "download",
     "MESSAGE|ENCLOSURE...",
     "Download the files of messages.",
-    "The links or URIs of messages, or the addresses or URIs of enclosures.",
+    "Messages: numbers in the last list, parts of titles, links or URIs; or the addresses or URIs of enclosures.",
     1,
     anyNumber,
     {{"into", "DIRECTORY", "The folder for the files; by default \"tidel\" in your download folder."}},

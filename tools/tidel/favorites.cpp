@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "commands.h"
 
+#include "messagefinder.h"
 #include "output.h"
 #include "phrases.h"
+
+#include <QJsonObject>
 
 #include <TidelReader/messages.h>
 
@@ -12,18 +15,16 @@ namespace {
 
 void setFavorite(const Store &store, const QString &name, bool isFavorite, Output &output)
 {
-    Messages messages(store);
-    const Result<QString> uri = messages.uri(name);
-    if (!uri) {
-        output.failure(name, uri.error(), messageAdvice(uri.error()));
+    const auto message = chooseMessage(store, name, output);
+    if (!message)
         return;
-    }
-    const Result<void> changed = messages.setFavorite(*uri, isFavorite);
+    const QString title = shownTitle(message->title);
+    const Result<void> changed = Messages(store).setFavorite(message->uri, isFavorite);
     if (changed)
-        output.report((isFavorite ? QLatin1String("Favorite: ") : QLatin1String("Not a favorite: ")) + name,
-                      {{QStringLiteral("uri"), *uri}, {QStringLiteral("favorite"), isFavorite}});
+        output.report(QLatin1String(isFavorite ? "Favorite: " : "Not a favorite: ") + title,
+                      {{QStringLiteral("uri"), message->uri}, {QStringLiteral("favorite"), isFavorite}});
     else
-        output.failure(name, changed.error());
+        output.failure(title, changed.error());
 }
 
 void favorite(const Store &store, const Arguments &arguments, Output &output)

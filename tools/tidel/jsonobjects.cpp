@@ -41,14 +41,15 @@ QJsonObject channelJson(const FeedChannel &channel)
     return json;
 }
 
-QJsonObject headlineJson(const QString &uri, const FeedMessage &message, const QStringList &channels)
+QJsonObject headlineJson(const MessageHeadline &message)
 {
-    QJsonObject json{{QStringLiteral("favorite"), message.isFavorite()}};
-    addText(json, "uri", uri);
-    addText(json, "link", withoutPasswords(message.link()));
-    addText(json, "title", message.title());
-    addList(json, "channels", channels);
-    addTime(json, "published", message.publishedDate());
+    QJsonObject json{{QStringLiteral("read"), message.isRead},
+                     {QStringLiteral("favorite"), message.isFavorite}};
+    addText(json, "uri", message.uri);
+    addText(json, "link", withoutPasswords(message.link));
+    addText(json, "title", message.title);
+    addList(json, "channels", message.channels);
+    addTime(json, "published", message.published);
     return json;
 }
 

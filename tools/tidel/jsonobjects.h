@@ -5,10 +5,10 @@
 #include <QJsonObject>
 
 #include <TidelReader/details.h>
+#include <TidelReader/messagelist.h>
 
 #include <feedchannel.h>
 #include <feedenclosure.h>
-#include <feedmessage.h>
 
 namespace Tidel {
 
@@ -27,8 +27,8 @@ void addTime(QJsonObject &object, const char *key, const QDateTime &value);
 /// The channel: `uri`, `link`, `title`, `type`.
 QJsonObject channelJson(const FeedChannel &channel);
 
-/// The message: `uri`, `link`, `title`, `channels`, `published`, `favorite`.
-QJsonObject headlineJson(const QString &uri, const FeedMessage &message, const QStringList &channels);
+/// The message: `uri`, `link`, `title`, `channels`, `published`, `read`, `favorite`.
+QJsonObject headlineJson(const MessageHeadline &message);
 
 /// The enclosure: `uri`, `url`, `type`, `length` in bytes, `duration` in seconds, `title`, `file`.
 QJsonObject enclosureJson(const FeedEnclosure &enclosure, const EnclosureDetails &details = {});

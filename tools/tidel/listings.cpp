@@ -3,6 +3,8 @@
 
 #include "channelfinder.h"
 #include "jsonobjects.h"
+#include "lastlist.h"
+#include "messagefinder.h"
 #include "output.h"
 #include "phrases.h"
 #include "table.h"
@@ -10,7 +12,8 @@
 #include <TidelReader/channels.h>
 #include <TidelReader/enclosures.h>
 #include <TidelReader/folders.h>
-#include <TidelReader/messages.h>
+#include <TidelReader/readstate.h>
+#include <TidelReader/usertext.h>
 
 namespace Tidel {
 
@@ -26,73 +29,99 @@ QString shownType(const QString &mimeType)
     return mimeType.isEmpty() ? QStringLiteral("(no type)") : mimeType;
 }
 
-void listChannels(const Store &store, const Arguments &, Output &output)
+QJsonObject json(const FeedChannel &channel, const QString &folder, const MessageCounts &counts,
+                 const ChannelDetails &details)
+{
+    QJsonObject json = channelJson(channel);
+    addText(json, "folder", folder);
+    addText(json, "website", withoutPasswords(details.website.toString()));
+    addTime(json, "updated", channel.updatedTime());
+    json.insert(QStringLiteral("messages"), counts.all);
+    json.insert(QStringLiteral("unread"), counts.unread);
+    return json;
+}
+
+/// What a list of channels shows beside them.
+struct ChannelFacts
+{
+    QHash<QString, MessageCounts> counts; ///< By URI, as the next.
+    QHash<QString, QString> folders;
+    QHash<QString, ChannelDetails> details; ///< Only for other programs.
+};
+
+Result<ChannelFacts> factsOf(const Store &store, const QStringList &uris, bool withDetails)
+{
+    ChannelFacts facts;
+    return ReadState(store)
+        .counts()
+        .and_then([&](const QHash<QString, MessageCounts> &counts) {
+            facts.counts = counts;
+            return Folders(store).all();
+        })
+        .and_then([&](const QHash<QString, QString> &folders) {
+            facts.folders = folders;
+            return Channels(store).details(withDetails ? uris : QStringList());
+        })
+        .map([&](const QHash<QString, ChannelDetails> &details) {
+            facts.details = details;
+            return facts;
+        });
+}
+
+/// The rows of \a channels: number, title, folder if there are any, unread and all messages, link, URI.
+Table channelTable(const QList<FeedChannel> &channels, const ChannelFacts &facts, bool withUris)
+{
+    const bool hasFolders = !facts.folders.isEmpty();
+    Table table({0, hasFolders ? 3 : 2});
+    table.setElastic(hasFolders ? QVector<int>{4, 2, 1} : QVector<int>{3, 1}, 12);
+    int row = 0;
+    for (const FeedChannel &channel : channels) {
+        const MessageCounts counts = facts.counts.value(channel.uri());
+        QStringList cells{QString::number(++row), shownTitle(channel.title()),
+                          QStringLiteral("%1/%2").arg(counts.unread).arg(counts.all), channel.link()};
+        if (hasFolders)
+            cells.insert(2, facts.folders.value(channel.uri()));
+        if (withUris)
+            cells.append(channel.uri());
+        table.addRow(cells);
+    }
+    return table;
+}
+
+void listChannels(const Store &store, const Arguments &arguments, Output &output)
 {
     const QList<FeedChannel> channels = chooseChannels(store, {}, output);
     if (channels.isEmpty())
         return;
-    const Result<QHash<QString, int>> counts = Channels(store).messageCounts();
-    if (!counts) {
-        output.failure(counts.error());
+    QStringList uris;
+    for (const FeedChannel &channel : channels)
+        uris.append(channel.uri());
+    const Result<ChannelFacts> facts = factsOf(store, uris, output.style() == Output::Json);
+    if (!facts) {
+        output.failure(facts.error());
         return;
     }
-    const Result<QHash<QString, QString>> folders = Folders(store).all();
-    if (!folders) {
-        output.failure(folders.error());
-        return;
-    }
-    Table table({folders->isEmpty() ? 1 : 2});
-    for (const FeedChannel &channel : channels) {
-        QStringList row{shownTitle(channel.title()), countedMessages(counts->value(channel.uri())),
-                        channel.link(), channel.uri()};
-        if (!folders->isEmpty())
-            row.insert(1, folders->value(channel.uri()));
-        table.addRow(row);
-        QJsonObject json = channelJson(channel);
-        addText(json, "folder", folders->value(channel.uri()));
-        json.insert(QStringLiteral("messages"), counts->value(channel.uri()));
-        output.object(json);
-    }
-    output.table(table);
-}
-
-void listMessages(const Store &store, const Arguments &arguments, Output &output)
-{
-    const auto channel = chooseChannel(store, arguments.names.first(), output);
-    if (!channel)
-        return;
-    const Result<QList<FeedMessage>> messages = Messages(store).ofChannel(channel->uri());
-    if (!messages) {
-        output.failure(channel->title(), messages.error());
-        return;
-    }
-    if (messages->isEmpty())
-        output.note(QStringLiteral("%1: the channel has no messages").arg(channel->title()));
-    Table table;
-    for (const FeedMessage &message : *messages) {
-        table.addRow({shownTime(message.publishedDate()),
-                      message.isFavorite() ? QStringLiteral("*") : QStringLiteral(" "),
-                      shownTitle(message.title()), message.link()});
-        output.object(headlineJson(message.id(), message, {channel->title()}));
-    }
-    output.table(table);
+    for (const FeedChannel &channel : channels)
+        output.object(json(channel, facts->folders.value(channel.uri()), facts->counts.value(channel.uri()),
+                           facts->details.value(channel.uri())));
+    if (output.style() == Output::Text)
+        LastList(LastList::Channels).remember(uris);
+    output.table(channelTable(channels, *facts, arguments.isSet("uri")));
 }
 
 void listEnclosures(const Store &store, const Arguments &arguments, Output &output)
 {
-    const QString name = arguments.names.first();
-    const Result<QString> uri = Messages(store).uri(name);
-    if (!uri) {
-        output.failure(name, uri.error(), messageAdvice(uri.error()));
+    const auto message = chooseMessage(store, arguments.names.first(), output);
+    if (!message)
         return;
-    }
-    const Result<QList<FeedEnclosure>> enclosures = Enclosures(store).ofMessage(*uri);
+    const QString title = shownTitle(message->title);
+    const Result<QList<FeedEnclosure>> enclosures = Enclosures(store).ofMessage(message->uri);
     if (!enclosures) {
-        output.failure(name, enclosures.error());
+        output.failure(title, enclosures.error());
         return;
     }
     if (enclosures->isEmpty())
-        output.note(QStringLiteral("%1: the message has no enclosures").arg(name));
+        output.note(QStringLiteral("%1: the message has no enclosures").arg(title));
     Table table({0});
     for (const FeedEnclosure &enclosure : *enclosures) {
         table.addRow({shownSize(enclosure.length()), shownType(enclosure.mimeType()), enclosure.remoteUrl()});
@@ -106,23 +135,13 @@ void listEnclosures(const Store &store, const Arguments &arguments, Output &outp
 const Command channelsCommand = {
     "channels",
     "",
-    "List the channels: title, folder if there are any, number of messages, link, URI.",
+    "List the channels: title, folder if there are any, numbers of unread and of all messages, link.",
     "",
     0,
     0,
-    {},
+    {{"uri", nullptr, "Shows the URIs of the channels."}},
     {"tidel channels"},
     listChannels};
-
-const Command messagesCommand = {"messages",
-                                 "CHANNEL",
-                                 "List the messages of a channel, newest first; * marks favorites.",
-                                 aChannel,
-                                 1,
-                                 1,
-                                 {},
-                                 {"tidel messages \"Garden Notes\""},
-                                 listMessages};
 
 const Command enclosuresCommand = {"enclosures",
                                    "MESSAGE",

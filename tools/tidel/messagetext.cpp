@@ -66,7 +66,7 @@ QStringList headLines(const WholeMessage &whole, int width)
     const QString comma = QStringLiteral(", ");
     const auto time = [](const QDateTime &date) { return date.isValid() ? shownTime(date) : QString(); };
     QVector<QPair<QString, QString>> fields = {
-        {QStringLiteral("Channel"), whole.channels.join(comma)},
+        {QStringLiteral("Channel"), whole.headline.channels.join(comma)},
         {QStringLiteral("Author"), whole.details.authors.join(comma)},
         {QStringLiteral("Published"), time(whole.message.publishedDate())},
         {QStringLiteral("Updated"), time(whole.details.updatedDate)},
@@ -83,8 +83,9 @@ QStringList headLines(const WholeMessage &whole, int width)
 
 } // namespace
 
-Result<WholeMessage> readMessage(const Store &store, const QString &uri)
+Result<WholeMessage> readMessage(const Store &store, const MessageHeadline &headline)
 {
+    const QString uri = headline.uri;
     const Messages messages(store);
     const Enclosures enclosures(store);
     const auto message = messages.get(uri);
@@ -93,9 +94,6 @@ Result<WholeMessage> readMessage(const Store &store, const QString &uri)
     const auto details = messages.details({uri});
     if (!details)
         return Failure(details.error());
-    const auto channels = messages.channelTitles(uri);
-    if (!channels)
-        return Failure(channels.error());
     const auto files = enclosures.ofMessage(uri);
     if (!files)
         return Failure(files.error());
@@ -103,7 +101,7 @@ Result<WholeMessage> readMessage(const Store &store, const QString &uri)
     for (const FeedEnclosure &enclosure : *files)
         uris.append(enclosure.uri());
     return enclosures.details(uris).map([&](const QHash<QString, EnclosureDetails> &ofFiles) {
-        return WholeMessage{uri, *message, details->value(uri), *channels, *files, ofFiles};
+        return WholeMessage{headline, *message, details->value(uri), *files, ofFiles};
     });
 }
 
@@ -129,7 +127,7 @@ QJsonObject messageJson(const WholeMessage &whole)
     QJsonArray files;
     for (const FeedEnclosure &enclosure : whole.enclosures)
         files.append(enclosureJson(enclosure, whole.enclosureDetails.value(enclosure.uri())));
-    QJsonObject json = headlineJson(whole.uri, whole.message, whole.channels);
+    QJsonObject json = headlineJson(whole.headline);
     addText(json, "author", whole.details.authors.join(QLatin1String(", ")));
     addList(json, "categories", whole.details.categories);
     addTime(json, "updated", whole.details.updatedDate);

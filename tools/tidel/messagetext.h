@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <TidelReader/details.h>
+#include <TidelReader/messagelist.h>
 #include <TidelReader/store.h>
 
 #include <feedenclosure.h>
@@ -18,16 +19,15 @@ namespace Tidel {
 /// All that the store knows of a message.
 struct WholeMessage
 {
-    QString uri;
+    MessageHeadline headline;
     FeedMessage message;
     MessageDetails details;
-    QStringList channels; ///< Titles.
     QList<FeedEnclosure> enclosures;
     QHash<QString, EnclosureDetails> enclosureDetails; ///< By URI.
 };
 
-/// Reads the message \a uri. Fails as the functions of Messages and Enclosures do.
-Result<WholeMessage> readMessage(const Store &store, const QString &uri);
+/// Reads the message \a headline. Fails as the functions of Messages and Enclosures do.
+Result<WholeMessage> readMessage(const Store &store, const MessageHeadline &headline);
 
 /// The HTML text of the message: its text, or its summary if it has none.
 QString htmlOf(const WholeMessage &whole);

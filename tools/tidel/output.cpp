@@ -46,8 +46,8 @@ int lineLength(FILE *terminal)
 Output::Output(FILE *results, FILE *errors)
     : m_results(results), m_errors(errors),
       m_showsProgress(isatty(fileno(errors)) == 1 && qgetenv("TERM") != "dumb"),
-      m_showsMarks(isatty(fileno(results)) == 1 && qEnvironmentVariableIsEmpty("NO_COLOR")
-                   && qgetenv("TERM") != "dumb")
+      m_isTerminal(isatty(fileno(results)) == 1),
+      m_showsMarks(m_isTerminal && qEnvironmentVariableIsEmpty("NO_COLOR") && qgetenv("TERM") != "dumb")
 {
 }
 
@@ -103,7 +103,7 @@ void Output::line(const QString &text, const QVector<QPair<int, int>> &marks)
 
 void Output::table(const Table &table)
 {
-    const QStringList lines = table.lines();
+    const QStringList lines = m_isTerminal ? table.lines(width()) : table.lines();
     for (const QString &text : lines)
         line(text);
 }
@@ -114,7 +114,7 @@ void Output::page(const QStringList &lines)
         return;
     eraseProgress();
     const int rows = sizeOf(m_results).ws_row;
-    if (rows > 0 && lines.size() >= rows && isatty(fileno(m_results)) == 1) {
+    if (rows > 0 && lines.size() >= rows && m_isTerminal) {
         QByteArray text;
         for (const QString &each : lines)
             text += terminalText(each).toUtf8() + '\n';
@@ -128,7 +128,7 @@ void Output::page(const QStringList &lines)
 
 void Output::document(const QByteArray &utf8)
 {
-    if (isatty(fileno(m_results)) == 1)
+    if (m_isTerminal)
         page(QString::fromUtf8(utf8).trimmed().split(QLatin1Char('\n')));
     else
         fwrite(utf8.constData(), 1, size_t(utf8.size()), m_results);
@@ -139,6 +139,8 @@ int Output::width() const
     const int columns = sizeOf(m_results).ws_col;
     return columns > 0 ? columns : 80;
 }
+
+int Output::height() const { return m_isTerminal ? sizeOf(m_results).ws_row : 0; }
 
 void Output::note(const QString &text)
 {

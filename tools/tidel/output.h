@@ -46,7 +46,7 @@ public:
     /// Writes one line of results, and the parts \a marks of it bold on a terminal: position and length of
     /// each.
     void line(const QString &text, const QVector<QPair<int, int>> &marks);
-    /// Writes the lines of \a table as results.
+    /// Writes the lines of \a table as results. On a terminal, makes them fit its width.
     void table(const Table &table);
     /// Writes \a lines as results. On a terminal that is too short for them, shows them in a pager.
     void page(const QStringList &lines);
@@ -54,6 +54,8 @@ public:
     void document(const QByteArray &utf8);
     /// The number of columns for results: those of the terminal, or 80 if the results go elsewhere.
     int width() const;
+    /// The number of lines of the terminal that the results go to; 0 if they go elsewhere.
+    int height() const;
     /// Writes one line for the user that is neither a result nor an error.
     void note(const QString &text);
     /// Writes \a warnings about \a subject, such as the title of a channel, a line for each.
@@ -87,6 +89,7 @@ private:
     FILE *const m_results;
     FILE *const m_errors;
     const bool m_showsProgress;
+    const bool m_isTerminal; ///< The results go to a terminal.
     const bool m_showsMarks;
     Style m_style = Text;
     bool m_isQuiet = false;

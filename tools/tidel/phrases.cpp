@@ -47,9 +47,8 @@ QString shownTime(const QDateTime &time)
 
 QString messageAdvice(const Error &error)
 {
-    return error.kind() == Error::NotFound
-        ? QStringLiteral("; \"tidel messages CHANNEL\" shows the links of messages")
-        : QString();
+    return error.kind() == Error::NotFound ? QStringLiteral("; \"tidel messages\" lists the messages")
+                                           : QString();
 }
 
 QString damageAdvice(const Error &error)

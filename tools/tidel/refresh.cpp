@@ -12,6 +12,7 @@
 
 #include <TidelReader/downloadqueue.h>
 #include <TidelReader/messages.h>
+#include <TidelReader/usertext.h>
 
 namespace Tidel {
 
@@ -93,8 +94,11 @@ void RefreshReport::list(const FeedChannel &channel, const QStringList &links, c
         return;
     }
     for (const FeedMessage &message : *messages) {
-        QJsonObject json = headlineJson(message.id(), message, {channel.title()});
-        json.insert(QStringLiteral("changed"), !mark.isEmpty());
+        QJsonObject json{{QStringLiteral("changed"), !mark.isEmpty()}};
+        addText(json, "link", withoutPasswords(message.link()));
+        addText(json, "title", message.title());
+        addList(json, "channels", {channel.title()});
+        addTime(json, "published", message.publishedDate());
         m_output.report(QStringLiteral("  %1  %2")
                             .arg(shownTime(message.publishedDate()), shownTitle(message.title()) + mark),
                         json);

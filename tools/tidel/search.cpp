@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "commands.h"
 
-#include "channelfinder.h"
+#include "headlinelist.h"
 #include "jsonobjects.h"
-#include "output.h"
-#include "phrases.h"
-#include "timeargument.h"
+#include "lastlist.h"
+#include "listfilter.h"
+#include "searchprogress.h"
 
 #include <TidelReader/search.h>
 #include <TidelReader/usertext.h>
@@ -22,86 +22,93 @@ MarkedText operator+(const QString &before, MarkedText text)
     return text;
 }
 
-QJsonObject json(const SearchHit &hit)
+QJsonObject json(const SearchHit &hit, const MessageHeadline &message)
 {
-    QJsonObject object = headlineJson(hit.uri, hit.message, hit.channels);
+    QJsonObject object = headlineJson(message);
     addText(object, "excerpt", withoutPasswords(hit.excerpt.text));
     return object;
 }
 
-void show(const SearchHit &hit, Output &output)
+/// Shows \a hit in lines of which the first begins with \a start and the others with as many blanks.
+void show(const SearchHit &hit, const QString &start, Output &output)
 {
-    const QString head = QStringLiteral("%1  %2  ")
-                             .arg(shownTime(hit.message.publishedDate()),
-                                  hit.channels.isEmpty() ? QStringLiteral("(no channel)")
-                                                         : hit.channels.join(QLatin1String(", ")));
+    const QString head = start
+        + QStringLiteral("%1  %2  ")
+              .arg(shownTime(hit.message.publishedDate()),
+                   hit.channels.isEmpty() ? QStringLiteral("(no channel)")
+                                          : hit.channels.join(QLatin1String(", ")));
     const MarkedText title =
         head + (hit.title.text.isEmpty() ? MarkedText{shownTitle(QString()), {}} : hit.title);
     output.line(title.text, title.marks);
-    const QString indent(4, QLatin1Char(' '));
+    const QString indent(start.size(), QLatin1Char(' '));
     const MarkedText excerpt = indent + hit.excerpt;
     if (!hit.excerpt.text.isEmpty())
         output.line(excerpt.text, excerpt.marks);
     output.line(indent + hit.message.link());
 }
 
-/// Tells the user once why the first search takes long, also where no progress is shown.
-Search::Progress progressOn(Output &output)
+SearchQuery queryOf(const ListFilter &filter, const Arguments &arguments)
 {
-    bool isTold = false;
-    return [&output, isTold](int done, int all) mutable {
-        if (!isTold)
-            output.note(QStringLiteral("tidel: adding %1 to the index for searches, which takes a while once")
-                            .arg(countedMessages(all - done)));
-        isTold = true;
-        output.progress(shownProgress(done, all, "messages"));
-    };
+    SearchQuery query;
+    query.words = arguments.names.join(QLatin1Char(' '));
+    query.channelUris = filter.channelUris;
+    query.onlyUnread = filter.onlyUnread;
+    query.onlyFavorites = filter.onlyFavorites;
+    query.since = filter.since;
+    query.until = filter.until;
+    query.limit = limitOf(arguments, query.limit);
+    return query;
 }
 
-int limitOf(const Arguments &arguments)
+/// Shows \a hits with the numbers and the marks of their messages.
+void show(const QList<SearchHit> &hits, const QList<MessageHeadline> &messages, Output &output)
 {
-    return arguments.isSet("limit") ? arguments.value("limit").toInt() : SearchQuery().limit;
-}
-
-QString misuseOfSearch(const Arguments &arguments)
-{
-    for (const char *option : {"since", "until"}) {
-        if (arguments.isSet(option)
-            && !timeArgument(arguments.value(option), QDateTime::currentDateTime()).isValid())
-            return QStringLiteral(
-                       "--%1 needs today, yesterday, a number of days such as 7d, or a day such as "
-                       "2026-11-03")
-                .arg(QLatin1String(option));
+    QHash<QString, MessageHeadline> byUri;
+    for (const MessageHeadline &message : messages)
+        byUri.insert(message.uri, message);
+    QStringList uris;
+    const int width = int(QString::number(hits.size()).size());
+    for (const SearchHit &hit : hits) {
+        uris.append(hit.uri);
+        const MessageHeadline message = byUri.value(hit.uri);
+        output.object(json(hit, message));
+        show(hit, QStringLiteral("%1  %2  ").arg(uris.size(), width).arg(shownMarks(message)), output);
     }
-    return limitOf(arguments) >= 1 ? QString() : QStringLiteral("--limit needs a number, 1 or more");
+    if (output.style() == Output::Text && !uris.isEmpty())
+        LastList(LastList::Messages).remember(uris);
 }
 
 void search(const Store &store, const Arguments &arguments, Output &output)
 {
-    SearchQuery query;
-    query.words = arguments.names.join(QLatin1Char(' '));
-    query.onlyFavorites = arguments.isSet("favorites");
-    query.limit = limitOf(arguments);
-    const QDateTime now = QDateTime::currentDateTime();
-    query.since = timeArgument(arguments.value("since"), now);
-    query.until = timeArgument(arguments.value("until"), now, true);
-    if (arguments.isSet("channel")) {
-        const auto channel = chooseChannel(store, arguments.value("channel"), output);
-        if (!channel)
-            return;
-        query.channelUris = QStringList(channel->uri());
-    }
-    const auto hits = Search(store).find(query, progressOn(output));
+    const QStringList channels =
+        arguments.isSet("channel") ? QStringList(arguments.value("channel")) : QStringList();
+    const auto filter = listFilter(store, channels, arguments, output);
+    if (!filter)
+        return;
+    const SearchQuery query = queryOf(*filter, arguments);
+    const auto hits = Search(store).find(query, searchProgress(output));
     if (!hits) {
         output.failure(hits.error());
         return;
     }
     if (hits->isEmpty())
         output.note(QStringLiteral("%1: no message has these words").arg(query.words));
-    for (const SearchHit &hit : *hits) {
-        output.object(json(hit));
-        show(hit, output);
-    }
+    QStringList uris;
+    for (const SearchHit &hit : *hits)
+        uris.append(hit.uri);
+    const auto messages = MessageList(store).headlines(uris);
+    if (messages)
+        show(*hits, *messages, output);
+    else
+        output.failure(messages.error());
+}
+
+std::vector<Option> options()
+{
+    std::vector<Option> options{{"channel", "CHANNEL", "Only messages of this channel."}};
+    options.insert(options.end(), filterOptions().begin(), filterOptions().end());
+    options.push_back({"limit", "N", "The number of messages to show; by default 20."});
+    return options;
 }
 
 } // namespace
@@ -113,14 +120,9 @@ const Command searchCommand = {
     "Words in any case; \"'two words'\" in double quotes for words that follow each other; word* for its beginning.",
     1,
     anyNumber,
-    {{"channel", "CHANNEL", "Only messages of this channel."},
-     {"since", "TIME",
-      "Only messages published since then: today, yesterday, 7d for seven days, 2026-11-03."},
-     {"until", "TIME", "Only messages published until then; the day is included."},
-     {"favorites", nullptr, "Only favorites."},
-     {"limit", "N", "The number of messages to show; by default 20."}},
+    options(),
     {"tidel search runner bean*", "tidel search '\"first frost\"' --since 30d"},
     search,
-    misuseOfSearch};
+    misuseOfFilter};
 
 } // namespace Tidel

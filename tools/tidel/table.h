@@ -18,16 +18,26 @@ public:
     /// Appends a row.
     void addRow(const QStringList &cells);
 
+    /// Lets the columns \a columns give way, the first one first, where a row must fit a width. None of them
+    /// gets narrower than \a least.
+    void setElastic(const QVector<int> &columns, int least);
+
     /// The rows as texts without trailing blanks.
     QStringList lines() const;
+    /// As lines(), with the elastic columns cut so that each row has \a width columns, if that can be done.
+    QStringList lines(int width) const;
 
 private:
     /// The widths of the columns on the terminal.
     QVector<int> columnWidths() const;
+    /// Takes \a excess columns off the elastic ones of \a widths.
+    void shrink(QVector<int> *widths, int excess) const;
     /// The row \a cells as text, with columns of \a widths.
     QString line(const QStringList &cells, const QVector<int> &widths) const;
 
     QSet<int> m_rightAligned;
+    QVector<int> m_elastic;
+    int m_least = 0;
     QVector<QStringList> m_rows;
 };
 

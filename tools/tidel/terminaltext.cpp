@@ -24,6 +24,12 @@ bool isUnsafeFormatting(char32_t c)
         || c == 0xfeff;
 }
 
+int columnsOf(uint c)
+{
+    const int columns = wcwidth(wchar_t(c));
+    return columns < 0 ? 1 : columns;
+}
+
 bool isSurrogate(char32_t c) { return c >= 0xd800 && c <= 0xdfff; }
 
 } // namespace
@@ -48,11 +54,27 @@ int displayWidth(const QString &text)
 {
     int width = 0;
     const QVector<uint> codePoints = text.toUcs4();
-    for (uint c : codePoints) {
-        const int columns = wcwidth(wchar_t(c));
-        width += columns < 0 ? 1 : columns;
-    }
+    for (uint c : codePoints)
+        width += columnsOf(c);
     return width;
+}
+
+QString cut(const QString &text, int width)
+{
+    if (displayWidth(text) <= width)
+        return text;
+    QString beginning;
+    int left = width - 1; // for the ellipsis
+    const QVector<uint> codePoints = text.toUcs4();
+    for (char32_t c : codePoints) {
+        left -= columnsOf(c);
+        if (left < 0)
+            break;
+        beginning += QString::fromUcs4(&c, 1);
+    }
+    while (beginning.endsWith(QLatin1Char(' ')))
+        beginning.chop(1);
+    return width < 1 ? QString() : beginning + QChar(0x2026);
 }
 
 } // namespace Tidel

@@ -13,6 +13,10 @@ QString terminalText(const QString &text);
 /// Returns the number of columns of \a text on a terminal, in the locale of the process.
 int displayWidth(const QString &text);
 
+/// Returns \a text if it has at most \a width columns on a terminal; otherwise returns its beginning and "…",
+/// which together have at most as many.
+QString cut(const QString &text, int width);
+
 } // namespace Tidel
 
 #endif

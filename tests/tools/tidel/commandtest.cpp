@@ -44,6 +44,7 @@ void CommandTestCase::init()
     StoreTestCase::init();
     m_home = std::make_unique<QTemporaryDir>();
     qputenv("HOME", m_home->path().toLocal8Bit());
+    qputenv("XDG_RUNTIME_DIR", m_home->path().toLocal8Bit());
     qunsetenv("XDG_CONFIG_HOME");
 }
 

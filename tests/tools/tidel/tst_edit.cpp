@@ -212,7 +212,7 @@ void TestEdit::ambiguousTitle()
     const QStringList before = everythingIn(store());
     const CommandResult result = runCommand(editCommand, {"News"}, {{"title", "a"}});
     QVERIFY(!result.isFine);
-    QVERIFY2(result.err.startsWith("tidel: News: 2 channels have this title"), qPrintable(result.err));
+    QVERIFY2(result.err.startsWith("tidel: News: 2 channels have such a title"), qPrintable(result.err));
     QCOMPARE(everythingIn(store()), before);
 }
 

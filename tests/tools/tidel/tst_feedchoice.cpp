@@ -111,7 +111,7 @@ QStringList TestFeedChoice::channels() const
     process.waitForFinished(60000);
     QStringList titles = QString::fromUtf8(process.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
     for (QString &line : titles)
-        line = line.section(' ', 0, 0);
+        line = line.section(' ', 2, 2);
     return titles;
 }
 

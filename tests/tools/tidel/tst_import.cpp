@@ -99,7 +99,7 @@ void TestImport::import()
                      "list.opml: 2 channels, 0 already subscribed, 2 new\n"));
     QCOMPARE(first.exitCode, 0);
     const QString channels = run({"channels"}).out;
-    QVERIFY2(channels.startsWith("Mine   A/Ü  1 message  "), qPrintable(channels));
+    QVERIFY2(channels.startsWith("1  Mine   A/Ü  1/1  "), qPrintable(channels));
 
     // A given title outlives a refresh, and a second import changes nothing.
     QCOMPARE(run({"refresh"}).exitCode, 0);
@@ -140,7 +140,7 @@ void TestImport::feedsOwnTitle()
     QCOMPARE(imported.out.section('\n', 0, 0), QString("Subscribed: Own (1 message)"));
     QCOMPARE(run({"edit", "Own", "--title", "Mine"}).exitCode, 0);
     QCOMPARE(run({"refresh"}).exitCode, 0);
-    QVERIFY(run({"channels"}).out.startsWith("Mine "));
+    QVERIFY(run({"channels"}).out.startsWith("1  Mine "));
 }
 
 void TestImport::leftOut()
@@ -164,8 +164,8 @@ void TestImport::interrupted()
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitCode(), 128 + SIGINT);
     const QString channels = run({"channels"}).out;
-    QVERIFY2(channels.startsWith("Silent  0 messages"), qPrintable(channels));
-    QVERIFY2(channels.contains("\nTwo "), qPrintable(channels));
+    QVERIFY2(channels.startsWith("1  Silent  0/0  "), qPrintable(channels));
+    QVERIFY2(channels.contains("\n2  Two "), qPrintable(channels));
 }
 
 void TestImport::sameBytes()

@@ -61,6 +61,8 @@ void TestJson::init()
     const QByteArray episode = QUrl::fromLocalFile(path("episode.mp3")).toEncoded();
     QVERIFY(write("garden.xml", QString(feed).arg(QString(episode)).toUtf8()));
     QVERIFY(write("episode.mp3", "1234"));
+    QVERIFY(write("xdg-open", "#!/bin/sh\n")
+            && QFile::setPermissions(path("xdg-open"), QFile::ReadUser | QFile::ExeUser));
     QVERIFY(write("page.html",
                   "<html><head><link rel='alternate' type='application/rss+xml' title='One' "
                   "href='a.xml'><link rel='alternate' type='application/rss+xml' href='b.xml'>"
@@ -77,6 +79,7 @@ QByteArray TestJson::run(const QStringList &arguments, int exitCode) const
     environment.insert("XDG_DATA_HOME", path("data"));
     environment.insert("HOME", path("home"));
     environment.insert("TZ", "Asia/Tokyo");
+    environment.insert("PATH", m_folder->path() + ':' + environment.value("PATH"));
     process.setProcessEnvironment(environment);
     process.start(TIDEL_PROGRAM, arguments);
     if (!process.waitForFinished() || process.exitCode() != exitCode)
@@ -115,18 +118,22 @@ void TestJson::everyCommand()
     const QStringList deleted{"deletedEnclosures", "deletedFiles", "deletedMessages"};
     const QStringList deletedChannel = deleted + channel;
     check({"subscribe", path("garden.xml")}, {{"link", "new", "title"}});
-    check({"channels"}, {{"link", "messages", "title", "type", "uri"}});
+    check({"channels"}, {{"link", "messages", "title", "type", "unread", "updated", "uri", "website"}});
     check({"refresh"}, {{"changed", "link", "new", "title", "type", "uri"}});
-    check(
-        {"messages", "Garden"},
-        {{"channels", "favorite", "link", "published", "title"}, {"channels", "favorite", "link", "title"}});
+    check({"messages", "Garden"},
+          {{"channels", "favorite", "link", "published", "read", "title", "uri"},
+           {"channels", "favorite", "link", "read", "title", "uri"}});
     check({"enclosures", beans}, {{"length", "type", "uri", "url"}});
     check({"download", beans}, {{"file", "length", "type", "uri", "url"}});
     check({"favorite", beans}, {{"favorite", "uri"}});
     check({"show", beans},
           {{"author", "categories", "channels", "downloaded", "enclosures", "favorite", "html", "link",
-            "published", "text", "title", "uri"}});
-    check({"search", "poles"}, {{"channels", "excerpt", "favorite", "link", "published", "title", "uri"}});
+            "published", "read", "text", "title", "uri"}});
+    check({"read", beans}, {{"changed", "read"}});
+    check({"unread", beans}, {{"changed", "read"}});
+    check({"open", beans}, {{"uri"}});
+    check({"search", "poles"},
+          {{"channels", "excerpt", "favorite", "link", "published", "read", "title", "uri"}});
     check(
         {"query",
          "SELECT ?t (COUNT(?m) AS ?n) { ?m nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel ; nie:title ?t } GROUP BY ?t"},

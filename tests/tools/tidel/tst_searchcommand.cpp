@@ -121,8 +121,8 @@ void TestSearchCommand::hits()
     QCOMPARE(result.err, QString());
     QCOMPARE(
         result.out,
-        QString(
-            "2026-11-03 12:00  Garden  Beans\n    Climb the poles [31m of wood\n    https://example.org/Bea\n"));
+        QString::fromUtf8("1  \u2022   2026-11-03 12:00  Garden  Beans\n       Climb the poles [31m of wood\n"
+                          "       https://example.org/Bea\n"));
     QCOMPARE(result.exitCode, 0);
 }
 
@@ -131,8 +131,8 @@ void TestSearchCommand::options()
     const auto titles = [this](const QStringList &options) {
         QStringList found;
         for (const QString &line : run(QStringList{"search", "poles"} + options).out.split('\n')) {
-            if (line.startsWith("2026"))
-                found.append(line.section("  ", 2));
+            if (line.contains(" 2026-"))
+                found.append(line.section("  ", -1));
         }
         found.sort();
         return found;
@@ -143,6 +143,11 @@ void TestSearchCommand::options()
     QCOMPARE(titles({"--since", "2026-11-04"}), QStringList({"Peas", "Ships"}));
     QCOMPARE(titles({"--until", "2026-11-04"}), QStringList({"Beans", "Ships"}));
     QCOMPARE(titles({"--limit", "2"}).size(), 2);
+    QCOMPARE(run({"folder", "Sea", "Far/Away"}).exitCode, 0);
+    QCOMPARE(titles({"--folder", "far"}), QStringList("Ships"));
+    QCOMPARE(run({"read", "https://example.org/Shi"}).exitCode, 0);
+    QCOMPARE(titles({"--unread"}), QStringList({"Beans", "Peas"}));
+    QCOMPARE(titles({"--unread", "--limit", "1"}).size(), 1);
 }
 
 void TestSearchCommand::json()
@@ -156,7 +161,8 @@ void TestSearchCommand::json()
                           {"link", "https://example.org/Shi"},
                           {"channels", QJsonArray{"Sea"}},
                           {"excerpt", "Masts are poles too"},
-                          {"favorite", false},
+                          {"favorite", true},
+                          {"read", false},
                           {"published", "2026-11-04T12:00:00Z"}}));
 }
 
@@ -211,8 +217,9 @@ void TestSearchCommand::onATerminal_data()
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<QByteArray>("value");
     QTest::addColumn<QByteArray>("shown");
-    const QByteArray plain = "2026-11-03 12:00  Garden  Beans\n    Climb the poles [31m of wood\n"
-                             "    https://example.org/Bea\n";
+    const QByteArray plain =
+        "1  \u2022   2026-11-03 12:00  Garden  Beans\n       Climb the poles [31m of wood\n"
+        "       https://example.org/Bea\n";
     QTest::newRow("bold")
         << QByteArray("A") << QByteArray("a")
         << QByteArray(plain).replace("wood", "\033[1mwood\033[22m").replace("Beans", "\033[1mBeans\033[22m");

@@ -75,10 +75,9 @@ void TestShow::text()
 
 void TestShow::severalMessages()
 {
-    QCOMPARE(shown({linkOf("Peas"), linkOf("Peas")}),
+    QCOMPARE(shown({linkOf("Peas"), linkOf("Beans"), "peas"}).mid(0, 10),
              QStringList({"Peas", "====", "Channel:    Garden", "Link:       https://example.org/Peas", "",
-                          "Short", "", "", "Peas", "====", "Channel:    Garden",
-                          "Link:       https://example.org/Peas", "", "Short"}));
+                          "Short", "", "", "Beans", "====="}));
 }
 
 void TestShow::html()
@@ -105,6 +104,7 @@ void TestShow::json()
                   {"author", "Ada, Zoe"},
                   {"categories", QJsonArray{"food"}},
                   {"favorite", true},
+                  {"read", false},
                   {"html",
                    "<p>Climb the <a href=\"pole.html\">pole</a>.</p><p>\x1b[31mRed &amp; \u202e green</p>"},
                   {"text", "Climb the pole. [31mRed & \u202e green"},

@@ -64,11 +64,11 @@ void TestSubscriptionLists::foldersInTheListOfChannels()
     addChannel("News", {message("a")});
     addChannel("Radio");
     const QString without = runCommand(channelsCommand, {}).out;
-    QVERIFY2(without.startsWith("News    1 message  https"), qPrintable(without));
+    QVERIFY2(without.startsWith("1  News   1/1  https"), qPrintable(without));
     QVERIFY(runCommand(folderCommand, {"Radio", "A/B"}).isFine);
     const QStringList lines = runCommand(channelsCommand, {}).out.split('\n');
-    QVERIFY2(lines.value(0).startsWith("News         1 message  https"), qPrintable(lines.value(0)));
-    QVERIFY2(lines.value(1).startsWith("Radio  A/B  0 messages  https"), qPrintable(lines.value(1)));
+    QVERIFY2(lines.value(0).startsWith("1  News        1/1  https"), qPrintable(lines.value(0)));
+    QVERIFY2(lines.value(1).startsWith("2  Radio  A/B  0/0  https"), qPrintable(lines.value(1)));
 }
 
 void TestSubscriptionLists::misuse()

@@ -23,6 +23,9 @@ private slots:
     void columnsAreAligned();
     void longCellsAreNotAligned();
     void rowsOfDifferentLengths();
+    void cut_data();
+    void cut();
+    void elasticColumns();
     void outputIsSafe();
     void outputReportsWriteErrors();
 };
@@ -130,6 +133,49 @@ void TestTable::rowsOfDifferentLengths()
     table.addRow({});
     const QStringList expected{"a", "b  c  d", ""};
     QCOMPARE(table.lines(), expected);
+}
+
+void TestTable::cut_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("width");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("fits") << "abc" << 3 << "abc";
+    QTest::newRow("too long") << "abcd" << 3 << QStringLiteral("ab\u2026");
+    QTest::newRow("at a blank") << "ab cd" << 4 << QStringLiteral("ab\u2026");
+    QTest::newRow("wide") << QStringLiteral("\u4e80\u306e\u4e80") << 4 << QStringLiteral("\u4e80\u2026");
+    QTest::newRow("wide, exactly") << QStringLiteral("\u4e80\u306e\u4e80") << 5
+                                   << QStringLiteral("\u4e80\u306e\u2026");
+    QTest::newRow("beyond the BMP") << QStringLiteral("\U0001f422\U0001f422") << 3
+                                    << QStringLiteral("\U0001f422\u2026");
+    QTest::newRow("one column") << "abc" << 1 << QStringLiteral("\u2026");
+    QTest::newRow("no column") << "abc" << 0 << "";
+}
+
+void TestTable::cut()
+{
+    QFETCH(QString, text);
+    QFETCH(int, width);
+    QFETCH(QString, expected);
+    QCOMPARE(Tidel::cut(text, width), expected);
+}
+
+// The first elastic column gives way until it is narrow, then the next one.
+void TestTable::elasticColumns()
+{
+    Table table({0});
+    table.setElastic({2, 1}, 4);
+    table.addRow({"1", "channel", "a long title", "end"});
+    table.addRow({"22", "c", "t", "end"});
+    QCOMPARE(table.lines(30), table.lines());
+    QCOMPARE(
+        table.lines(28),
+        QStringList({QStringLiteral(" 1  channel  a long ti\u2026  end"), "22  c        t           end"}));
+    QCOMPARE(table.lines(19),
+             QStringList({QStringLiteral(" 1  cha\u2026  a l\u2026  end"), "22  c     t     end"}));
+    // It cannot get narrower.
+    QCOMPARE(table.lines(3), table.lines(19));
 }
 
 void TestTable::outputIsSafe()

@@ -213,10 +213,15 @@ void TestTidel::usageErrors_data()
     QTest::newRow("log settings of a command")
         << QStringList{"channels", "--log-settings", "a.ini"} << "log-settings";
     QTest::newRow("no file") << QStringList{"subscribe"} << "an argument is missing";
-    QTest::newRow("no channel") << QStringList{"messages"} << "an argument is missing";
+    QTest::newRow("no message to mark") << QStringList{"read"} << "name messages, or give --all";
+    QTest::newRow("a time without --all")
+        << QStringList{"read", "a", "--older-than", "7d"} << "--older-than needs --all";
+    QTest::newRow("no time") << QStringList{"read", "--all", "--older-than", "x"}
+                             << "--older-than needs a number";
+    QTest::newRow("no limit") << QStringList{"messages", "--limit", "0"} << "--limit needs a number";
+    QTest::newRow("no folder") << QStringList{"messages", "--folder", "/"} << "--folder needs the name";
     QTest::newRow("no message") << QStringList{"enclosures"} << "an argument is missing";
     QTest::newRow("too much for channels") << QStringList{"channels", "a"} << "too many arguments";
-    QTest::newRow("too much for messages") << QStringList{"messages", "a", "b"} << "too many arguments";
     QTest::newRow("too much for enclosures") << QStringList{"enclosures", "a", "b"} << "too many arguments";
     QTest::newRow("nothing to unsubscribe") << QStringList{"unsubscribe"} << "an argument is missing";
     QTest::newRow("too much to unsubscribe") << QStringList{"unsubscribe", "a", "b"} << "too many arguments";
@@ -255,8 +260,8 @@ void TestTidel::usageErrors()
 
 void TestTidel::emptyStore()
 {
-    for (const QStringList &arguments :
-         {QStringList{"channels"}, QStringList{"refresh"}, QStringList{"prune", "--keep", "1"}}) {
+    for (const QStringList &arguments : {QStringList{"channels"}, QStringList{"messages"},
+                                         QStringList{"refresh"}, QStringList{"prune", "--keep", "1"}}) {
         const Run empty = run(arguments);
         VERIFY_RUN(empty, 0);
         QCOMPARE(empty.out, QString());
@@ -275,13 +280,13 @@ void TestTidel::subscribe()
                           "Subscribed: Garden Notes (4 messages)"}));
     QCOMPARE(subscribed.err, QString());
 
-    const Run channels = run({"channels"});
+    const Run channels = run({"channels", "--uri"});
     VERIFY_RUN(channels, 0);
     QCOMPARE(channels.lines().size(), 2);
-    const QRegularExpression row("^Garden Notes +4 messages  "
-                                 + QRegularExpression::escape("file://" + garden) + " +urn:uuid:[0-9a-f-]+$");
+    const QRegularExpression row("^1  Garden Notes +4/4  " + QRegularExpression::escape("file://" + garden)
+                                 + " +urn:uuid:[0-9a-f-]+$");
     QVERIFY2(row.match(channels.lines().first()).hasMatch(), qPrintable(channels.out));
-    QVERIFY(channels.lines().last().startsWith("The Hillside Radio Hour"));
+    QVERIFY(channels.lines().last().startsWith("2  The Hillside Radio Hour"));
 }
 
 void TestTidel::subscribeTwice()
@@ -360,13 +365,14 @@ void TestTidel::messages()
     VERIFY_RUN(messages, 0);
     QCOMPARE(
         messages.lines(),
-        QStringList({"2026-11-06 00:12     A comet, at last             https://sky.example.org/2026/comet",
-                     "2026-11-04 00:00     Clouds                       https://sky.example.org/2026/clouds",
-                     "1969-07-21 02:56     From the archive: footsteps  https://sky.example.org/1969/moon"}));
+        QStringList(
+            {"1  \u2022   2026-11-06 00:12  A comet, at last             https://sky.example.org/2026/comet",
+             "2  \u2022   2026-11-04 00:00  Clouds                       https://sky.example.org/2026/clouds",
+             "3  \u2022   1969-07-21 02:56  From the archive: footsteps  https://sky.example.org/1969/moon"}));
 
     VERIFY_RUN(run({"subscribe", copy("feeds/missing-parts.xml")}), 0);
     const Run bare = run({"messages", "missing-parts.xml"});
-    QVERIFY2(bare.out.contains("(no date)     (no title)"), qPrintable(bare.out));
+    QVERIFY2(bare.out.contains(QRegularExpression("\\(no date\\) +\\(no title\\)")), qPrintable(bare.out));
 
     VERIFY_RUN(run({"subscribe", copy("feeds/nothing-yet.xml")}), 0);
     const Run none = run({"messages", "Nothing Yet"});
@@ -382,7 +388,7 @@ void TestTidel::channelNames()
     VERIFY_RUN(run({"subscribe", town}), 0);
     const QString expected = run({"messages", "Town News"}).out;
     QVERIFY(expected.contains("The bridge is open"));
-    const QString uri = run({"channels"}).lines().first().section(' ', -1);
+    const QString uri = run({"channels", "--uri"}).lines().first().section(' ', -1);
     for (const QString &name : {uri, town, QString("town-news.xml"), "file://" + town})
         QCOMPARE(run({"messages", name}).out, expected);
 
@@ -390,7 +396,7 @@ void TestTidel::channelNames()
     const Run ambiguous = run({"messages", "Town News"});
     VERIFY_RUN(ambiguous, 1);
     QCOMPARE(ambiguous.out, QString());
-    QVERIFY2(ambiguous.err.contains("2 channels have this title"), qPrintable(ambiguous.err));
+    QVERIFY2(ambiguous.err.contains("2 channels have such a title"), qPrintable(ambiguous.err));
     QCOMPARE(run({"messages", "twin.xml"}).out, expected);
 }
 
@@ -521,7 +527,8 @@ void TestTidel::prunedMessagesAreNotStoredAgain()
 
     VERIFY_RUN(run({"favorite", "https://example.org/day1"}), 0);
     QCOMPARE(run({"prune", "Feed", "--keep", "0"}).out, QString("Feed: deleted 2 messages, 0 files\n"));
-    QCOMPARE(run({"messages", "Feed"}).out, QString("2026-11-01 10:00  *  day1  https://example.org/day1\n"));
+    QCOMPARE(run({"messages", "Feed"}).out,
+             QString("1  \u2022*  2026-11-01 10:00  day1  https://example.org/day1\n"));
     QCOMPARE(run({"refresh"}).out, nothingNew);
 
     VERIFY_RUN(run({"unsubscribe", "Feed"}), 0);
@@ -754,7 +761,7 @@ void TestTidel::localTime()
     VERIFY_RUN(run({"subscribe", copy("feeds/town-news.xml")}), 0);
     m_environment.insert("TZ", "Asia/Kathmandu");
     const Run messages = run({"messages", "Town News"});
-    QVERIFY2(messages.out.startsWith("2026-11-04 14:45"), qPrintable(messages.out));
+    QVERIFY2(messages.out.startsWith("1  \u2022   2026-11-04 14:45  "), qPrintable(messages.out));
 }
 
 void TestTidel::storeCannotBeOpened()

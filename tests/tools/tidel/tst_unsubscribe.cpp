@@ -139,8 +139,8 @@ void TestUnsubscribe::ambiguousTitle()
     QVERIFY(!result.isFine);
     QCOMPARE(
         result.err,
-        QString(
-            "tidel: News: 2 channels have this title; use a link or URI that \"tidel channels\" shows\n"));
+        QString("tidel: News: 2 channels have such a title; use a number, a longer part of the title or a "
+                "link\n  1  News  https://example.org/News\n  2  News  https://example.org/Radio\n"));
     QCOMPARE(everythingIn(store()), before);
     QVERIFY(runCommand(unsubscribeCommand, {linkOf("Radio")}).isFine);
     QCOMPARE(tracker()->allChannelUrls(), QStringList(news));
