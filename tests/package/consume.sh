@@ -86,7 +86,7 @@ if [ -n "$(ls "$work/ours")" ]; then
     export XDG_DATA_HOME=$work/reader
     expect "$(LD_LIBRARY_PATH=$libraries "$work/build/reader" "$here/../data/feeds/town-news.xml" | head -n 1)" "Town News"
     # The program needs no help to find libraries and plug-in.
-    expect "$("$prefix/bin/tidel" channels | cut -d ' ' -f 1,2)" "Town News"
+    expect "$("$prefix/bin/tidel" channels | cut -d ' ' -f 3,4)" "Town News"
 fi
 if [ -x "$prefix/bin/tidel" ]; then
     export XDG_DATA_HOME=$work/empty

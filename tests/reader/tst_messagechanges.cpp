@@ -247,8 +247,8 @@ void TestMessageChanges::unchangedMessagesCostNothing()
     write(messages);
     StatementGate::reset();
     write(messages);
-    // The keys and the links. A plug-in does not ask for links of items whose key is known.
-    QCOMPARE(StatementGate::statements().size(), 2);
+    // Which keys and links are used, and for what. A plug-in does not ask for links of items whose key is known.
+    QCOMPARE(StatementGate::statements().size(), 4);
 }
 
 void TestMessageChanges::newAndChangedInOneUpdate()
@@ -266,8 +266,8 @@ void TestMessageChanges::newAndChangedInOneUpdate()
     QCOMPARE(written.changed.size(), 50);
     QCOMPARE(written.added, linksOf({"new"}));
     QCOMPARE(StatementGate::types().count(QSparqlQuery::InsertStatement), 1);
-    // The links, the texts, the files of the messages, and which files the store has.
-    QCOMPARE(StatementGate::statements().size(), 5);
+    // Which links are used, and for what, the texts, the files of the messages, and which files the store has.
+    QCOMPARE(StatementGate::statements().size(), 6);
 }
 
 // A signature in the address of a file changes at each refresh. When the text changes, the new address

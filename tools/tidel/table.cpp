@@ -25,7 +25,7 @@ void Table::addRow(const QStringList &cells)
 
 QStringList Table::lines() const
 {
-    const QVector<int> widths = columnWidths();
+    const QVector<int> widths = columnWidths({});
     QStringList lines;
     for (const QStringList &row : m_rows)
         lines.append(line(row, widths));
@@ -40,7 +40,7 @@ void Table::setElastic(const QVector<int> &columns, int least)
 
 QStringList Table::lines(int width) const
 {
-    QVector<int> widths = columnWidths();
+    QVector<int> widths = columnWidths(m_elastic);
     int needed = gap * (int(widths.size()) - 1);
     for (int column : qAsConst(widths))
         needed += column;
@@ -67,14 +67,16 @@ void Table::shrink(QVector<int> *widths, int excess) const
     }
 }
 
-QVector<int> Table::columnWidths() const
+QVector<int> Table::columnWidths(const QVector<int> &unlimited) const
 {
     QVector<int> widths;
     for (const QStringList &row : m_rows) {
         while (widths.size() < row.size())
             widths.append(0);
         for (int i = 0; i < row.size(); ++i)
-            widths[i] = qMax(widths.at(i), qMin(displayWidth(row.at(i)), maximumColumnWidth));
+            widths[i] = qMax(widths.at(i),
+                             unlimited.contains(i) ? displayWidth(row.at(i))
+                                                   : qMin(displayWidth(row.at(i)), maximumColumnWidth));
     }
     return widths;
 }

@@ -214,7 +214,7 @@ void TestCommands::droppedLinksAreNotRead_data()
 void TestCommands::droppedLinksAreNotRead()
 {
     QFETCH(StatementGate::Verdict, verdict);
-    const QString query = "SELECT ?p ?v ";
+    const QString query = "SELECT ?website ";
     QVERIFY(runCommand(subscribeCommand, {write("feed.xml", "Feed", item(2) + item(1))}).isFine);
     QVERIFY(runCommand(pruneCommand, {}, {{"keep", "0"}}).isFine);
     const QString uri = store().texts("SELECT ?c { ?c a mfo:FeedChannel }").value(0);
