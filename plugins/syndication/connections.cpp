@@ -5,9 +5,14 @@
 
 #include <QSocketNotifier>
 
+#include <algorithm>
+
 namespace Tidel {
 
 namespace {
+
+constexpr int exchangesAtATime = 8;
+constexpr int exchangesWithOneHost = 2;
 
 CURLM *newMulti()
 {
@@ -45,9 +50,44 @@ Connections::Connections() : m_multi(newMulti())
 
 Connections::~Connections() { curl_multi_cleanup(m_multi); }
 
-void Connections::start(CURL *handle) { curl_multi_add_handle(m_multi, handle); }
+void Connections::start(Exchange &exchange)
+{
+    m_waiting.push_back(&exchange);
+    startWaiting();
+}
 
-void Connections::stop(CURL *handle) { curl_multi_remove_handle(m_multi, handle); }
+void Connections::stop(Exchange &exchange)
+{
+    m_waiting.erase(std::remove(m_waiting.begin(), m_waiting.end(), &exchange), m_waiting.end());
+    const auto running = std::find(m_running.begin(), m_running.end(), &exchange);
+    if (running == m_running.end())
+        return;
+    m_running.erase(running);
+    curl_multi_remove_handle(m_multi, exchange.handle());
+    startWaiting();
+}
+
+void Connections::startWaiting()
+{
+    for (auto next = m_waiting.begin(); next != m_waiting.end() && m_running.size() < exchangesAtATime;) {
+        Exchange *exchange = *next;
+        if (isBusy(exchange->host())) {
+            ++next;
+            continue;
+        }
+        next = m_waiting.erase(next);
+        m_running.push_back(exchange);
+        curl_multi_add_handle(m_multi, exchange->handle());
+        exchange->begin();
+    }
+}
+
+bool Connections::isBusy(const QString &host) const
+{
+    return std::count_if(m_running.begin(), m_running.end(),
+                         [&](const Exchange *exchange) { return exchange->host() == host; })
+        >= exchangesWithOneHost;
+}
 
 int Connections::watch(CURL *, curl_socket_t socket, int events, void *connections, void *)
 {
@@ -91,7 +131,7 @@ void Connections::act(curl_socket_t socket, int events)
         const CURLcode code = message->data.result;
         Exchange *exchange = nullptr;
         curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &exchange);
-        stop(message->easy_handle);
+        stop(*exchange);
         exchange->end(code);
     }
 }

@@ -7,6 +7,7 @@
 
 #include <map>
 #include <memory>
+#include <vector>
 
 #include <curl/curl.h>
 
@@ -14,7 +15,10 @@ QT_FORWARD_DECLARE_CLASS(QSocketNotifier)
 
 namespace Tidel {
 
-/// The connections to web servers. Runs requests of libcurl in the event loop.
+class Exchange;
+
+/// The connections to web servers. Runs exchanges in the event loop, at most two at a time with one host and
+/// eight in all. The others wait for their turn.
 class Connections : public QObject
 {
     Q_OBJECT
@@ -24,15 +28,19 @@ public:
     /// Destroys the connections. No request may be running.
     ~Connections() override;
 
-    /// Starts the request \a handle, whose CURLOPT_PRIVATE is an Exchange. Calls Exchange::end() when it
-    /// has ended.
-    void start(CURL *handle);
-    /// Ends the request \a handle without a call. Does nothing if it has ended.
-    void stop(CURL *handle);
+    /// Runs \a exchange when it is its turn. Calls Exchange::begin() then, and Exchange::end() when it has
+    /// ended.
+    void start(Exchange &exchange);
+    /// Ends \a exchange without a call. Does nothing if it has ended.
+    void stop(Exchange &exchange);
 
 private:
     struct Watch;
 
+    /// Starts the waiting exchanges whose turn it is.
+    void startWaiting();
+    /// Returns true if no other exchange with \a host may start now; otherwise returns false.
+    bool isBusy(const QString &host) const;
     /// Called by libcurl: \a events of \a socket are of interest.
     static int watch(CURL *handle, curl_socket_t socket, int events, void *connections, void *);
     /// Called by libcurl: time has to be counted.
@@ -43,6 +51,8 @@ private:
     CURLM *const m_multi;
     QTimer m_timer;
     std::map<curl_socket_t, Watch> m_watches;
+    std::vector<Exchange *> m_waiting; // In the order in which they were started.
+    std::vector<Exchange *> m_running;
 };
 
 } // namespace Tidel

@@ -39,10 +39,11 @@ Exchange::Exchange(const std::shared_ptr<Connections> &connections, const Transf
       m_host(request.address.host())
 {
     ask(request);
-    m_connections->start(m_handle.get());
 }
 
-Exchange::~Exchange() { m_connections->stop(m_handle.get()); }
+Exchange::~Exchange() { m_connections->stop(*this); }
+
+void Exchange::start() { m_connections->start(*this); }
 
 void Exchange::ask(const TransferRequest &request)
 {

@@ -33,17 +33,30 @@ class Exchange : public Source
     Q_OBJECT
 
 public:
-    /// Starts \a request.
+    /// Prepares \a request.
     Exchange(const std::shared_ptr<Connections> &connections, const TransferRequest &request,
              const Receiver &receiver);
     ~Exchange() override;
 
+    /// Starts the request when it is its turn.
+    void start();
+
     Outcome outcome() const override;
+    /// The host that is asked.
+    QString host() const { return m_host; }
+    /// The request as libcurl knows it.
+    CURL *handle() const { return m_handle.get(); }
     /// The status and the headers.
     const AnswerHead &head() const { return m_head; }
 
+    /// Tells that the turn of the exchange has come.
+    void begin() { Q_EMIT started(); }
     /// Ends the exchange with the result \a code of libcurl.
     void end(CURLcode code);
+
+Q_SIGNALS:
+    /// Emitted when the turn of the exchange has come; start() may not have returned.
+    void started();
 
 private:
     struct Delete

@@ -94,7 +94,6 @@ Transfer::Transfer(const std::shared_ptr<Connections> &connections, const Transf
             end(m_size > 0 ? Outcome{FeedDownloadTimedOut, tooSlow} : noAnswer());
         });
     }
-    m_duration.start(limits.duration);
     startSource();
 }
 
@@ -105,15 +104,26 @@ void Transfer::cancel() { end(canceledOutcome()); }
 void Transfer::startSource()
 {
     const auto receiver = [this](const char *bytes, qint64 size) { return receive(bytes, size); };
-    m_silence.start(m_limits.silence);
+    m_silence.stop();
     if (m_request.address.isLocalFile()) {
         m_source = std::make_unique<LocalFile>(m_request.address.toLocalFile(), receiver);
+        startTimers();
     } else {
-        auto exchange = std::make_unique<Exchange>(m_connections, m_request, receiver);
-        m_exchange = exchange.get();
-        m_source = std::move(exchange);
+        auto *exchange = new Exchange(m_connections, m_request, receiver);
+        m_source.reset(exchange);
+        m_exchange = exchange;
+        connect(exchange, &Exchange::started, this, &Transfer::startTimers);
+        exchange->start();
     }
     connect(m_source.get(), &Source::finished, this, &Transfer::endSource, Qt::QueuedConnection);
+}
+
+// The time in which a request waits for its turn is not that of the server.
+void Transfer::startTimers()
+{
+    m_silence.start(m_limits.silence);
+    if (!m_duration.isActive())
+        m_duration.start(m_limits.duration);
 }
 
 bool Transfer::receive(const char *bytes, qint64 size)

@@ -72,6 +72,8 @@ Q_SIGNALS:
 private:
     /// Asks for the address of the request.
     void startSource();
+    /// Begins to count the time, unless a request before this one has.
+    void startTimers();
     /// Writes bytes of the source to the target. Returns false if the transfer has failed.
     bool receive(const char *bytes, qint64 size);
     /// Ends the transfer, or follows a redirect.

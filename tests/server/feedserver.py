@@ -99,6 +99,17 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.server.ending.wait(1)
         self.serve_files(rest, query)
 
+    def serve_crowd(self, rest, query):
+        """A feed, after a second. Its title is the largest number of these requests at a time."""
+        with self.server.lock:
+            self.server.crowd += 1
+            self.server.largest_crowd = max(self.server.crowd, self.server.largest_crowd)
+        self.server.ending.wait(1)
+        with self.server.lock:
+            self.server.crowd -= 1
+            size = self.server.largest_crowd
+        self.answer(FEED % str(size).encode())
+
     def serve_tagged(self, rest, query):
         """/tagged/500: a feed with an ETag of 500 characters."""
         self.answer(FEED % b"Tagged", headers=[("ETag", '"%s"' % ("x" * (int(rest) - 2)))])
@@ -262,6 +273,8 @@ class Server(http.server.ThreadingHTTPServer):
         super().__init__(("127.0.0.1", 0), Handler)
         self.folder = folder
         self.ending = threading.Event()
+        self.lock = threading.Lock()
+        self.crowd = self.largest_crowd = 0
         if certificate:
             context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
             context.load_cert_chain(certificate)
