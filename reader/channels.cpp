@@ -78,13 +78,16 @@ Result<QList<FeedChannel>> Channels::all() const
 Result<FeedChannel> Channels::find(const QList<FeedChannel> &channels, const QString &name)
 {
     const QString link = Link::encoded(documentUrl(name));
+    const QString shownLink = withoutPasswords(link);
     const QString title = name.simplified();
     QList<FeedChannel> shownAsName;
     QList<FeedChannel> sameTitle;
     for (const FeedChannel &channel : channels) {
         if (channel.uri() == name || channel.link() == name || channel.link() == link)
             return channel;
-        if (withoutPasswords(channel.link()) == link)
+        const bool isSameButUser = channel.link().contains(QLatin1Char('@'))
+            && Link::encoded(QUrl(channel.link()).adjusted(QUrl::RemoveUserInfo)) == link;
+        if (isSameButUser || withoutPasswords(channel.link()) == link || channel.link() == shownLink)
             shownAsName.append(channel);
         if (channel.title() == title)
             sameTitle.append(channel);
@@ -92,9 +95,9 @@ Result<FeedChannel> Channels::find(const QList<FeedChannel> &channels, const QSt
     if (shownAsName.size() == 1)
         return shownAsName.first();
     if (!shownAsName.isEmpty())
-        return Failure(Error(
-            Error::Ambiguous, {},
-            QStringLiteral("%1 channels differ from it in their passwords alone").arg(shownAsName.size())));
+        return Failure(Error(Error::Ambiguous, {},
+                             QStringLiteral("%1 channels differ from it in their users or passwords alone")
+                                 .arg(shownAsName.size())));
     if (sameTitle.size() == 1)
         return sameTitle.first();
     if (sameTitle.isEmpty())
@@ -202,11 +205,18 @@ Result<void> Channels::edit(const FeedChannel &channel, const QString &title, co
         const Result<void> isFree = checkLink(*this, store, channel, link);
         if (!isFree)
             return isFree;
-        changes += Statements::replaceLink(channel.uri(), channel.link(), link);
+        changes += Statements::replaceLink(channel.uri(), channel.link(), link)
+            + Statements::replaceNotes(channel.uri(), detailNames<FeedNotes>(), {});
     }
     if (title != channel.title())
         changes += Statements::replaceTitle(channel.uri(), title);
     return store.update(Statements::update(changes), "change the channel in the store");
+}
+
+Result<void> Channels::setInterval(const QString &uri, int seconds)
+{
+    return StorePrivate::of(m_store).update(Statements::update(Statements::replaceInterval(uri, seconds)),
+                                            "change in the store how often the channel is asked for");
 }
 
 namespace {

@@ -51,6 +51,9 @@ public:
     /// old document is forgotten, so that the next refresh reads the new one. Fails with Error::LinkInUse if
     /// another channel or a message has \a link.
     Result<void> edit(const FeedChannel &channel, const QString &title, const QString &link);
+    /// Lets the channel \a uri be asked for at most every \a seconds; 0 leaves it to its server. It is due
+    /// then.
+    Result<void> setInterval(const QString &uri, int seconds);
     /// Deletes \a channel with its messages, which stay with the other channels that hold them. \a step is
     /// called after each update. Takes a WriteTurn for each hundred messages.
     Result<void> remove(const FeedChannel &channel, const RemovalStep &step);

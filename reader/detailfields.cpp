@@ -64,6 +64,17 @@ template <> const QVector<Field<ChannelDetails>> &fields()
     return table;
 }
 
+template <> const QVector<Field<FeedNotes>> &fields()
+{
+    static const QVector<Field<FeedNotes>> table = {
+        {"notBefore", &FeedNotes::notBefore}, {"retryAfter", &FeedNotes::retryAfter},
+        {"heldHost", &FeedNotes::heldHost},   {"error", &FeedNotes::error},
+        {"failures", &FeedNotes::failures},   {"status", &FeedNotes::status},
+        {"movedTo", &FeedNotes::movedTo},     {"timesMoved", &FeedNotes::timesMoved},
+    };
+    return table;
+}
+
 /// The beginning of \a text, which does not end within a character.
 QString limited(const QString &text)
 {
@@ -165,12 +176,15 @@ template <typename Details> QVector<DetailValue> detailValues(const Details &det
     return values;
 }
 
-template <typename Details> void addDetail(Details &details, const QString &name, const QVariant &value)
+template <typename Details> bool addDetail(Details &details, const QString &name, const QVariant &value)
 {
     for (const Field<Details> &field : fields<Details>()) {
-        if (name == QLatin1String(field.name))
+        if (name == QLatin1String(field.name)) {
             std::visit([&](auto member) { add(details.*member, value); }, field.member);
+            return true;
+        }
     }
+    return false;
 }
 
 template <typename Details>
@@ -190,20 +204,24 @@ Result<QHash<QString, Details>> readDetails(StorePrivate &store, const QStringLi
 
 template QStringList detailNames<MessageDetails>();
 template QVector<DetailValue> detailValues(const MessageDetails &);
-template void addDetail(MessageDetails &, const QString &, const QVariant &);
+template bool addDetail(MessageDetails &, const QString &, const QVariant &);
 template Result<QHash<QString, MessageDetails>> readDetails(StorePrivate &, const QStringList &,
                                                             const char *);
 
 template QStringList detailNames<EnclosureDetails>();
 template QVector<DetailValue> detailValues(const EnclosureDetails &);
-template void addDetail(EnclosureDetails &, const QString &, const QVariant &);
+template bool addDetail(EnclosureDetails &, const QString &, const QVariant &);
 template Result<QHash<QString, EnclosureDetails>> readDetails(StorePrivate &, const QStringList &,
                                                               const char *);
 
 template QStringList detailNames<ChannelDetails>();
 template QVector<DetailValue> detailValues(const ChannelDetails &);
-template void addDetail(ChannelDetails &, const QString &, const QVariant &);
+template bool addDetail(ChannelDetails &, const QString &, const QVariant &);
 template Result<QHash<QString, ChannelDetails>> readDetails(StorePrivate &, const QStringList &,
                                                             const char *);
+
+template QStringList detailNames<FeedNotes>();
+template QVector<DetailValue> detailValues(const FeedNotes &);
+template bool addDetail(FeedNotes &, const QString &, const QVariant &);
 
 } // namespace Tidel

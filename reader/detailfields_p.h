@@ -3,6 +3,7 @@
 #define TIDEL_DETAILFIELDS_P_H
 
 #include "details.h"
+#include "feedanswer.h"
 #include "store_p.h"
 
 #include <QHash>
@@ -17,14 +18,14 @@ namespace Tidel {
 using DetailValue = QPair<QString, QVariant>;
 
 /// \name What the store has of details
-/// \a Details is MessageDetails, EnclosureDetails or ChannelDetails.
+/// \a Details is MessageDetails, EnclosureDetails, ChannelDetails or FeedNotes.
 /// @{
 /// The names of the properties that details have.
 template <typename Details> QStringList detailNames();
 /// The values of \a details within the limits of the store. What is empty has no value.
 template <typename Details> QVector<DetailValue> detailValues(const Details &details);
-/// Gives \a details the value of a property.
-template <typename Details> void addDetail(Details &details, const QString &name, const QVariant &value);
+/// Gives \a details the value of a property. Returns false if they have no such property.
+template <typename Details> bool addDetail(Details &details, const QString &name, const QVariant &value);
 /// The details of those of \a uris that have some.
 template <typename Details>
 Result<QHash<QString, Details>> readDetails(StorePrivate &store, const QStringList &uris,

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "feeds.h"
 
+#include "channels.h"
 #include "detailfields_p.h"
+#include "feednotes_p.h"
 #include "readingnote_p.h"
 #include "statements_p.h"
 #include "store_p.h"
@@ -16,6 +18,7 @@ public:
     QString entityTag;
     QString lastModified;
     QString type;
+    QString lastError;
 };
 
 FeedState::FeedState(FeedStatePrivate *state) : d(state) { }
@@ -34,6 +37,8 @@ QString FeedState::entityTag() const { return d->entityTag; }
 QString FeedState::lastModified() const { return d->lastModified; }
 
 bool FeedState::wasRead() const { return !d->type.isEmpty(); }
+
+QString FeedState::lastError() const { return d->lastError; }
 
 namespace {
 
@@ -65,6 +70,7 @@ Result<FeedState> Feeds::state(const QString &channelUri) const
     state.d->entityTag = (*answer)->value(2).toString();
     state.d->lastModified = (*answer)->value(3).toString();
     state.d->type = (*answer)->value(4).toString();
+    state.d->lastError = (*answer)->value(5).toString();
     return state;
 }
 
@@ -104,6 +110,63 @@ Result<void> Feeds::noteReading(const QString &channelUri, const Reading &readin
 {
     return StorePrivate::of(m_store).updateLoosely(Statements::update(noteOf(reading, channelUri)),
                                                    "note the download in the store");
+}
+
+Result<FeedPlan> Feeds::plan(const QString &channelUri) const
+{
+    const QStringList names = detailNames<FeedNotes>()
+        + QStringList{Statements::interval, QStringLiteral("minutesToLive"), QStringLiteral("updatePeriod"),
+                      QStringLiteral("updateFrequency")};
+    return StorePrivate::of(m_store)
+        .run(Statements::detailsOf(channelUri, names), "read from the store when the feed is asked for")
+        .map([&names](const Answer &answer) {
+            FeedPlan plan;
+            while (answer->next()) {
+                for (int i = 0; i < names.size(); ++i) {
+                    const QVariant value = answer->value(i);
+                    if (!value.isValid())
+                        continue;
+                    if (names.at(i) == Statements::interval)
+                        plan.interval = value.toInt();
+                    else if (!addDetail(plan.notes, names.at(i), value))
+                        addDetail(plan.details, names.at(i), value);
+                }
+            }
+            return plan;
+        });
+}
+
+Result<void> Feeds::noteAnswer(const QString &channelUri, const FeedAnswer &answer, const QDateTime &now)
+{
+    return plan(channelUri).and_then([&](const FeedPlan &plan) {
+        const QString text = noteOfAnswer(channelUri, answer, plan, now.toUTC());
+        return text.isEmpty() ? Result<void>()
+                              : StorePrivate::of(m_store).updateLoosely(Statements::update(text),
+                                                                        "note the answer in the store");
+    });
+}
+
+Result<QString> Feeds::followMove(const QString &channelUri)
+{
+    const Result<FeedPlan> known = plan(channelUri);
+    if (!known)
+        return Failure(known.error());
+    if (known->notes.timesMoved != movesToFollow)
+        return QString();
+    Channels channels(m_store);
+    const Result<QList<FeedChannel>> all = channels.all();
+    if (!all)
+        return Failure(all.error());
+    return Channels::find(*all, channelUri).and_then([&](const FeedChannel &channel) -> Result<QString> {
+        const QString link = known->notes.movedTo.toString();
+        const QString move = QStringLiteral("the feed has moved permanently to %1").arg(link);
+        const Result<void> edited = channels.edit(channel, channel.title(), link);
+        if (edited)
+            return move + QStringLiteral(", which is the link of the channel now");
+        if (edited.error().kind() == Error::LinkInUse)
+            return move + QStringLiteral(", but this ") + edited.error().reason();
+        return Failure(edited.error());
+    });
 }
 
 Result<void> Feeds::forgetDropped(const QString &channelUri, const QStringList &links,

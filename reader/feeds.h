@@ -4,6 +4,7 @@
 
 #include "details.h"
 #include "error.h"
+#include "feedanswer.h"
 #include "store.h"
 
 #include <QSet>
@@ -39,6 +40,8 @@ public:
     QString entityTag() const;
     /// Returns true if the feed was read before, so that its type is known; otherwise returns false.
     bool wasRead() const;
+    /// Why the last attempt to read it failed; empty if it did not.
+    QString lastError() const;
     /// The Last-Modified header of the last download, as its server sent it; empty if there was none.
     QString lastModified() const;
 
@@ -64,6 +67,8 @@ struct Reading
     ChannelDetails details; ///< What the feed says of itself.
     ItemNote items; ///< Has the number of parts that the channel has according to the plug-in.
     std::optional<ChannelDetails> before; ///< What the store has of the feed; nothing if that is not known.
+    FeedAnswer answer = {}; ///< How the document came.
+    FeedPlan plan = {}; ///< What the store has of the answers before. Empty for a new channel.
 };
 
 /// What the store remembers of the items of a channel and of the document that was read last.
@@ -90,6 +95,13 @@ public:
     Result<FeedMemory> memory(const QString &channelUri) const;
     /// Notes that the document was read now, and \a reading in the place of what was noted before.
     Result<void> noteReading(const QString &channelUri, const Reading &reading);
+    /// What decides when the channel is asked for again.
+    Result<FeedPlan> plan(const QString &channelUri) const;
+    /// Notes \a answer, which came at \a now and brought no document. Writes nothing if all is as before.
+    Result<void> noteAnswer(const QString &channelUri, const FeedAnswer &answer, const QDateTime &now);
+    /// Gives the channel the address to which it has moved, if three answers in a row have said so. Returns
+    /// what the user should know of it; empty if nothing has happened.
+    Result<QString> followMove(const QString &channelUri);
     /// Forgets the dropped \a links and \a keys, because the feed does not show them any more.
     Result<void> forgetDropped(const QString &channelUri, const QStringList &links,
                                const QStringList &keys = {});

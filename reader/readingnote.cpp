@@ -2,6 +2,7 @@
 #include "readingnote_p.h"
 
 #include "detailfields_p.h"
+#include "feednotes_p.h"
 #include "statements_p.h"
 
 #include <algorithm>
@@ -46,8 +47,11 @@ QString noteOf(const Reading &reading, const QString &channelUri)
     const QString items = reading.items.text.isEmpty()
         ? QString()
         : itemNoteStamp(reading.items.parts, time) + reading.items.text;
+    FeedPlan plan = reading.plan;
+    plan.details = reading.details;
     return Statements::noteReading(channelUri, reading.entityTag, reading.lastModified, time, items)
-        + replaceDetails(channelUri, reading.details, reading.before);
+        + replaceDetails(channelUri, reading.details, reading.before)
+        + noteOfAnswer(channelUri, reading.answer, plan, QDateTime::currentDateTimeUtc());
 }
 
 } // namespace Tidel

@@ -71,6 +71,15 @@ QStringList each(const QStringList &texts, QString (*toTerm)(const QString &))
 
 QString detail(const QString &name) { return QLatin1String("tidel:") + name; }
 
+/// The properties and values \a values as they follow a subject.
+QString valuesOfDetails(const QVector<QPair<QString, QVariant>> &values)
+{
+    QStringList pairs;
+    for (const auto &[name, value] : values)
+        pairs.append(QLatin1Char(' ') + detail(name) + QLatin1Char(' ') + term(value));
+    return pairs.join(QLatin1String(" ;"));
+}
+
 /// "?s ?p ?v" where ?s is one of \a uris and ?p one of \a properties.
 QString valuesOfAll(const QStringList &uris, const QStringList &properties)
 {
@@ -149,6 +158,7 @@ QString localTimeText() { return QDateTime::currentDateTime().toString(Qt::ISODa
 const QString droppedLink = QStringLiteral("droppedLink");
 const QString droppedKey = QStringLiteral("droppedKey");
 const QString folder = QStringLiteral("folder");
+const QString interval = QStringLiteral("interval");
 const QString website = QStringLiteral("website");
 const QString itemKey = QStringLiteral("itemKey");
 const QString digest = QStringLiteral("digest");
@@ -182,6 +192,12 @@ QSparqlQuery detailsOf(const QString &uri, const QStringList &names)
                   {{"uri", QUrl(uri)}});
 }
 
+QSparqlQuery detailsOfChannels(const QStringList &names)
+{
+    return select(QLatin1String("SELECT ?s ?p ?v WHERE { ?s a mfo:FeedChannel ; ?p ?v ")
+                  + isIn("p", each(names, detail)) + QLatin1Char('}'));
+}
+
 QSparqlQuery everyDetail(const QString &name)
 {
     return select(QLatin1String("SELECT ?s ?v WHERE { ?s ") + detail(name) + QLatin1String(" ?v }"));
@@ -191,12 +207,9 @@ QString detailName(const QString &property) { return property.section(QLatin1Cha
 
 QString insertDetails(const QString &uri, const QVector<QPair<QString, QVariant>> &values)
 {
-    QStringList pairs;
-    for (const auto &[name, value] : values)
-        pairs.append(detail(name) + QLatin1Char(' ') + term(value));
-    return pairs.isEmpty() ? QString()
-                           : QLatin1String("INSERT DATA { ") + iri(uri) + QLatin1Char(' ')
-            + pairs.join(QLatin1String(" ; ")) + QLatin1String(" } ");
+    return values.isEmpty()
+        ? QString()
+        : QLatin1String("INSERT DATA { ") + iri(uri) + valuesOfDetails(values) + QLatin1String(" } ");
 }
 
 QString deleteDetails(const QStringList &uris, const QStringList &names)
@@ -309,12 +322,13 @@ QString deleteChannel(const QString &channelUri, const QString &link)
 
 QSparqlQuery feedState(const QString &channelUri)
 {
-    return select(QStringLiteral("SELECT ?link ?first ?tag ?modified ?type WHERE { "
+    return select(QStringLiteral("SELECT ?link ?first ?tag ?modified ?type ?error WHERE { "
                                  "?:channel a mfo:FeedChannel ; "
                                  "nie:links ?link OPTIONAL { ?:channel nie:identifier ?first } "
                                  "OPTIONAL { ?:channel tidel:entityTag ?tag } "
                                  "OPTIONAL { ?:channel tidel:lastModified ?modified } "
-                                 "OPTIONAL { ?:channel nie:characterSet ?type } }"),
+                                 "OPTIONAL { ?:channel nie:characterSet ?type } "
+                                 "OPTIONAL { ?:channel tidel:error ?error } }"),
                   {{"channel", QUrl(channelUri)}});
 }
 
@@ -342,6 +356,20 @@ QString noteReading(const QString &channelUri, const QString &entityTag, const Q
 QString forgetItemNote(const QString &channelUri)
 {
     return replacement(channelUri, "tidel:itemDigests", QString());
+}
+
+QString replaceNotes(const QString &channelUri, const QStringList &names,
+                     const QVector<QPair<QString, QVariant>> &values)
+{
+    const QString insertion = QLatin1String("INSERT { ") + iri(channelUri) + valuesOfDetails(values)
+        + QLatin1String(" } WHERE { ") + iri(channelUri) + QLatin1String(" a mfo:FeedChannel } ");
+    return deleteDetails({channelUri}, names) + (values.isEmpty() ? QString() : insertion);
+}
+
+QString replaceInterval(const QString &channelUri, int seconds)
+{
+    return replacement(channelUri, "tidel:notBefore", QString())
+        + replacement(channelUri, "tidel:interval", seconds == 0 ? QString() : term(seconds));
 }
 
 QString deleteDropped(const QString &channelUri, const QString &name, const QStringList &values)

@@ -40,6 +40,7 @@ QSparqlQuery update(const QString &text);
 extern const QString droppedLink; ///< Of a channel: the link of a dropped message without a key.
 extern const QString droppedKey; ///< Of a channel: the key of a dropped message.
 extern const QString folder; ///< Of a channel: the path of its folder.
+extern const QString interval; ///< Of a channel: how often the user wants to know what is new, in seconds.
 extern const QString website; ///< Of a channel: the address of its website.
 extern const QString itemKey; ///< Of a message: the key of its item.
 extern const QString digest; ///< Of a message: the digest of its texts.
@@ -50,6 +51,8 @@ QSparqlQuery details(const QStringList &uris, const QStringList &names);
 /// query does not depend on \a uri.
 QSparqlQuery detailsOf(const QString &uri, const QStringList &names);
 QString detailName(const QString &property);
+/// URI, property, value of the properties \a names of all channels.
+QSparqlQuery detailsOfChannels(const QStringList &names);
 /// URI, value of the property \a name of all that have it.
 QSparqlQuery everyDetail(const QString &name);
 /// Gives \a uri values of properties; empty if there are none.
@@ -87,7 +90,7 @@ QString replaceFolder(const QString &channelUri, const QString &path);
 QString replaceLink(const QString &channelUri, const QString &oldLink, const QString &newLink);
 /// Deletes the channel, the description of its link, and that anything belongs to the channel.
 QString deleteChannel(const QString &channelUri, const QString &link);
-/// Link, first link if it is another one, entity tag, last-modified text, type.
+/// Link, first link if it is another one, entity tag, last-modified text, type, last error.
 QSparqlQuery feedState(const QString &channelUri);
 /// Number of messages and images, note about the items, time of the last update.
 QSparqlQuery itemNote(const QString &channelUri);
@@ -99,6 +102,11 @@ QString noteReading(const QString &channelUri, const QString &entityTag, const Q
                     const QString &time, const QString &items);
 /// Deletes the note about the items.
 QString forgetItemNote(const QString &channelUri);
+/// Replaces the properties \a names of the channel, if it is stored, by \a values.
+QString replaceNotes(const QString &channelUri, const QStringList &names,
+                     const QVector<QPair<QString, QVariant>> &values);
+/// Gives the channel another interval, or none if it is 0, and makes it due.
+QString replaceInterval(const QString &channelUri, int seconds);
 /// Deletes values of the property \a name.
 QString deleteDropped(const QString &channelUri, const QString &name, const QStringList &values);
 /// @}

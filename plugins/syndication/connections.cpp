@@ -71,6 +71,12 @@ void Connections::startWaiting()
 {
     for (auto next = m_waiting.begin(); next != m_waiting.end() && m_running.size() < exchangesAtATime;) {
         Exchange *exchange = *next;
+        const qint64 held = secondsHeld(exchange->host());
+        if (held > 0) {
+            next = m_waiting.erase(next);
+            exchange->refuse(held);
+            continue;
+        }
         if (isBusy(exchange->host())) {
             ++next;
             continue;
@@ -80,6 +86,12 @@ void Connections::startWaiting()
         curl_multi_add_handle(m_multi, exchange->handle());
         exchange->begin();
     }
+}
+
+qint64 Connections::secondsHeld(const QString &host) const
+{
+    const auto held = m_heldHosts.constFind(host);
+    return held == m_heldHosts.constEnd() ? 0 : (held->remainingTime() + 999) / 1000;
 }
 
 bool Connections::isBusy(const QString &host) const
@@ -131,6 +143,9 @@ void Connections::act(curl_socket_t socket, int events)
         const CURLcode code = message->data.result;
         Exchange *exchange = nullptr;
         curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &exchange);
+        // The next exchange with this host begins, or is refused, in stop().
+        if (exchange->head().status() == tooManyRequests)
+            m_heldHosts[exchange->host()] = QDeadlineTimer(exchange->wait() * 1000);
         stop(*exchange);
         exchange->end(code);
     }

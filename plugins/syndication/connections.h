@@ -2,6 +2,8 @@
 #ifndef TIDEL_CONNECTIONS_H
 #define TIDEL_CONNECTIONS_H
 
+#include <QDeadlineTimer>
+#include <QHash>
 #include <QObject>
 #include <QTimer>
 
@@ -18,7 +20,8 @@ namespace Tidel {
 class Exchange;
 
 /// The connections to web servers. Runs exchanges in the event loop, at most two at a time with one host and
-/// eight in all. The others wait for their turn.
+/// eight in all. The others wait for their turn. A host that answers 429 is left alone for as long as it
+/// wants.
 class Connections : public QObject
 {
     Q_OBJECT
@@ -29,7 +32,7 @@ public:
     ~Connections() override;
 
     /// Runs \a exchange when it is its turn. Calls Exchange::begin() then, and Exchange::end() when it has
-    /// ended.
+    /// ended, or Exchange::refuse() instead of both.
     void start(Exchange &exchange);
     /// Ends \a exchange without a call. Does nothing if it has ended.
     void stop(Exchange &exchange);
@@ -39,6 +42,8 @@ private:
 
     /// Starts the waiting exchanges whose turn it is.
     void startWaiting();
+    /// How many seconds \a host must be left alone; 0 if it need not.
+    qint64 secondsHeld(const QString &host) const;
     /// Returns true if no other exchange with \a host may start now; otherwise returns false.
     bool isBusy(const QString &host) const;
     /// Called by libcurl: \a events of \a socket are of interest.
@@ -53,6 +58,7 @@ private:
     std::map<curl_socket_t, Watch> m_watches;
     std::vector<Exchange *> m_waiting; // In the order in which they were started.
     std::vector<Exchange *> m_running;
+    QHash<QString, QDeadlineTimer> m_heldHosts;
 };
 
 } // namespace Tidel

@@ -56,6 +56,8 @@ protected:
     /// The maximum size of the document or file, in bytes.
     qint64 maximumSize() const { return m_tools.limits.bytes; }
 
+    /// How the server of the last transfer answered.
+    FeedAnswer answer() const { return m_transfer ? m_transfer->answer() : FeedAnswer(); }
     /// Starts a transfer of the answer to \a request into \a target. Calls transferred() or failed(), which
     /// may start another one.
     Transfer *transfer(const TransferRequest &request, QIODevice &target);

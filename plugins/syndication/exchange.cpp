@@ -2,7 +2,9 @@
 #include "exchange.h"
 
 #include "connections.h"
+#include "freshness.h"
 
+#include <QDateTime>
 #include <QNetworkProxy>
 #include <QSslCertificate>
 #include <QSslConfiguration>
@@ -70,12 +72,10 @@ void Exchange::ask(const TransferRequest &request)
     addHeader("If-Modified-Since", request.known.lastModified.toLatin1());
     curl_easy_setopt(handle, CURLOPT_HTTPHEADER, m_headers.get());
 
-    if (!request.address.userName().isEmpty()) {
+    if (!request.login.user.isEmpty()) {
         curl_easy_setopt(handle, CURLOPT_HTTPAUTH, long(CURLAUTH_BASIC | CURLAUTH_DIGEST));
-        const QByteArray user = request.address.userName(QUrl::FullyDecoded).toUtf8();
-        curl_easy_setopt(handle, CURLOPT_USERNAME, user.constData());
-        const QByteArray password = request.address.password(QUrl::FullyDecoded).toUtf8();
-        curl_easy_setopt(handle, CURLOPT_PASSWORD, password.constData());
+        curl_easy_setopt(handle, CURLOPT_USERNAME, request.login.user.toUtf8().constData());
+        curl_easy_setopt(handle, CURLOPT_PASSWORD, request.login.password.toUtf8().constData());
     }
     useProxy(bare);
     if (bare.scheme() == QLatin1String("https"))
@@ -148,8 +148,21 @@ void Exchange::end(CURLcode code)
     Q_EMIT finished();
 }
 
+void Exchange::refuse(qint64 seconds)
+{
+    m_refusedFor = seconds;
+    Q_EMIT finished();
+}
+
+qint64 Exchange::wait() const
+{
+    return m_refusedFor > 0 ? m_refusedFor : secondsToWait(m_head, QDateTime::currentSecsSinceEpoch());
+}
+
 Outcome Exchange::outcome() const
 {
+    if (m_refusedFor > 0)
+        return {tooManyRequests, QStringLiteral("the host %1 has refused more requests").arg(m_host)};
     if (m_hasLargeHead)
         return largeHead();
     if (m_isStopped)

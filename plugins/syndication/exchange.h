@@ -8,6 +8,8 @@
 
 #include <QUrl>
 
+#include <TidelReader/logins.h>
+
 #include <array>
 #include <memory>
 
@@ -24,6 +26,7 @@ struct TransferRequest
     QByteArray accept; ///< The Accept header.
     bool isCompressible = true; ///< The server may compress the document on its way.
     Validators known; ///< The server is asked for the document only if it has changed since.
+    Logins::Login login = {}; ///< Who asks.
 };
 
 /// One request to a web server, and its answer. The body of an answer with another status than 200 is not
@@ -38,9 +41,7 @@ public:
              const Receiver &receiver);
     ~Exchange() override;
 
-    /// Starts the request when it is its turn.
-    void start();
-
+    void start() override;
     Outcome outcome() const override;
     /// The host that is asked.
     QString host() const { return m_host; }
@@ -51,12 +52,12 @@ public:
 
     /// Tells that the turn of the exchange has come.
     void begin() { Q_EMIT started(); }
+    /// Ends the exchange before it has begun: the host must be left alone for \a seconds.
+    void refuse(qint64 seconds);
+    /// For how many seconds the server wants not to be asked again; 0 if it does not say.
+    qint64 wait() const;
     /// Ends the exchange with the result \a code of libcurl.
     void end(CURLcode code);
-
-Q_SIGNALS:
-    /// Emitted when the turn of the exchange has come; start() may not have returned.
-    void started();
 
 private:
     struct Delete
@@ -84,6 +85,7 @@ private:
     std::array<char, CURL_ERROR_SIZE> m_errorText = {};
     AnswerHead m_head;
     CURLcode m_code = CURLE_OK;
+    qint64 m_refusedFor = 0; // In seconds; 0 if the exchange was not refused.
     bool m_isStopped = false; // The body is not read any more.
     bool m_hasLargeHead = false;
 };

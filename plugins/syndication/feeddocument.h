@@ -7,6 +7,8 @@
 #include <QByteArray>
 #include <QUrl>
 
+#include <TidelReader/feedanswer.h>
+
 namespace Tidel {
 
 /// A document that may be a feed, and what came with it.
@@ -17,6 +19,8 @@ struct FeedDocument
     QByteArray charset; ///< The character set that the server named; empty if it named none.
     QByteArray linkHeader; ///< The `Link:` header; empty if there was none.
     Validators validators;
+    FeedAnswer answer; ///< How the document came.
+    FeedPlan plan = {}; ///< What the store has of the answers before it.
 };
 
 } // namespace Tidel

@@ -94,6 +94,7 @@ Outcome FeedDownload::prepare()
         m_address = QUrl(state->link());
         m_itemBase = state->itemBase();
         m_known = {state->entityTag(), state->lastModified()};
+        m_lastError = state->lastError();
     }
     if (!canTransfer(m_address))
         return badAddress();
@@ -105,13 +106,13 @@ void FeedDownload::readFile()
     const QString path = m_address.toLocalFile();
     const Validators validators = fileValidators(path);
     if (!validators.entityTag.isEmpty() && validators.entityTag == m_known.entityTag) {
-        finish();
+        endUnchanged();
         return;
     }
     Outcome outcome;
     const auto document = readDocument(path, maximumSize(), &outcome);
     if (document)
-        read({*document, m_address, {}, {}, validators});
+        read({*document, m_address, {}, {}, validators, {}});
     else
         failed(outcome);
 }
@@ -119,10 +120,44 @@ void FeedDownload::readFile()
 void FeedDownload::transferred(const Transfer &transfer)
 {
     if (transfer.isUnchanged())
-        finish();
+        endUnchanged();
     else
         read({m_buffer.data(), transfer.address(), transfer.charset(), transfer.linkHeader(),
-              transfer.validators()});
+              transfer.validators(), transfer.answer()});
+}
+
+void FeedDownload::endUnchanged()
+{
+    // Of a file there is nothing to note but that it can be read again.
+    const bool isKnown = m_address.isLocalFile() && m_lastError.isEmpty();
+    const Result<void> noted = isKnown
+        ? Result<void>()
+        : Feeds(store()).noteAnswer(m_channelUri, answer(), QDateTime::currentDateTimeUtc());
+    followMove();
+    finish(noted ? Outcome() : storeFailed(noted.error(), "refresh again"));
+}
+
+void FeedDownload::noteFailure(const Outcome &outcome)
+{
+    const bool isOfFeed = outcome.error != FeedDownloadCanceled && outcome.error != FeedDownloadStoreFailed;
+    if (m_isSubscription || m_address.isEmpty() || !isOfFeed)
+        return;
+    FeedAnswer failure = answer();
+    failure.error = outcome.error;
+    failure.reason = outcome.reason;
+    // The user hears of the failure, and needs no second one.
+    static_cast<void>(Feeds(store()).noteAnswer(m_channelUri, failure, QDateTime::currentDateTimeUtc()));
+}
+
+void FeedDownload::followMove()
+{
+    if (m_isSubscription || answer().movedTo.isNull())
+        return;
+    const Result<QString> moved = Feeds(store()).followMove(m_channelUri);
+    if (!moved)
+        m_moves.append(moved.error().text());
+    else if (!moved->isEmpty())
+        m_moves.append(*moved);
 }
 
 void FeedDownload::read(const FeedDocument &document)
@@ -164,7 +199,7 @@ void FeedDownload::parsed()
         });
     m_document.bytes.clear();
     m_writer = std::make_unique<FeedWriter>(store(), m_channelUri, m_isSubscription);
-    m_writer->begin(*m_feed, m_document.validators, memory, m_itemNote);
+    m_writer->begin(*m_feed, m_document, memory, m_itemNote);
     writeSome();
 }
 
@@ -193,6 +228,7 @@ bool FeedDownload::recognizedRightly(const FeedMemory &memory) const
 void FeedDownload::failed(const Outcome &outcome)
 {
     if (!m_page || isFinal(outcome)) {
+        noteFailure(outcome);
         finish(outcome);
         return;
     }
@@ -207,6 +243,8 @@ void FeedDownload::failed(const Outcome &outcome)
 
 QVector<FeedLink> FeedDownload::foundFeeds() const
 {
+    if (!m_subscribedPlace.isEmpty())
+        return {{QString(), m_subscribedPlace}};
     if (!m_page)
         return {};
     const bool isGuessed =
@@ -216,6 +254,15 @@ QVector<FeedLink> FeedDownload::foundFeeds() const
 
 Outcome FeedDownload::addChannel()
 {
+    if (m_document.address != m_address) {
+        const Result<QString> known = Channels(store()).uri(Link::encoded(m_document.address));
+        if (!known)
+            return storeFailed(known.error(), "try again");
+        if (!known->isEmpty()) {
+            m_subscribedPlace = m_document.address;
+            return {FeedDownloadAlreadyStored, QStringLiteral("the address leads to a subscribed feed")};
+        }
+    }
     const Result<QString> added = WriteTurn::take().and_then(
         [&](const WriteTurn &) { return Channels(store()).add(m_feed->channel()); });
     if (!added && added.error().kind() == Error::AlreadyStored)
@@ -237,6 +284,12 @@ Outcome FeedDownload::remember(FeedMemory *memory)
             })
             .and_then([&] { return Feeds(store()).itemNote(m_channelUri); })
             .map([&](const ItemNote &note) { m_itemNote = note; })
+            .and_then([&] {
+                // A file is asked for at any time.
+                const bool isNoted = !m_document.answer.host.isEmpty() || !m_lastError.isEmpty();
+                return isNoted ? Feeds(store()).plan(m_channelUri) : FeedPlan();
+            })
+            .map([&](const FeedPlan &plan) { m_document.plan = plan; })
             .and_then([&] { return Feeds(store()).memory(m_channelUri); });
     });
     if (!remembered)
@@ -253,10 +306,12 @@ void FeedDownload::writeSome()
         m_writer->writeNext();
     if (isOver())
         return;
-    if (m_writer->isOver())
+    if (m_writer->isOver()) {
+        followMove();
         finish(writingOutcome());
-    else
+    } else {
         QMetaObject::invokeMethod(this, &FeedDownload::writeSome, Qt::QueuedConnection);
+    }
 }
 
 Outcome FeedDownload::writingOutcome() const
@@ -281,6 +336,9 @@ QList<FeedMessage> FeedDownload::headlines() const
     return m_writer ? m_writer->headlines() : QList<FeedMessage>();
 }
 
-QStringList FeedDownload::newNotes() const { return m_writer ? m_writer->newNotes() : QStringList(); }
+QStringList FeedDownload::newNotes() const
+{
+    return (m_writer ? m_writer->newNotes() : QStringList()) + m_moves;
+}
 
 } // namespace Tidel

@@ -70,6 +70,12 @@ private:
     void setFeed(ParsedFeed &&feed);
     /// Stores the feed as a new channel, without its messages.
     Outcome addChannel();
+    /// Notes that the document has not changed, and ends the download.
+    void endUnchanged();
+    /// Notes that the document could not be read because of \a outcome.
+    void noteFailure(const Outcome &outcome);
+    /// Gives the channel the address to which its document has moved for good.
+    void followMove();
     /// Reads what the store remembers of the channel.
     Outcome remember(FeedMemory *memory);
     /// Returns true if the items that were recognized are still stored as the document says them;
@@ -85,7 +91,10 @@ private:
     QUrl m_address;
     QString m_itemBase; // Empty for a new channel, whose items are named after its address.
     Validators m_known;
+    QString m_lastError; // Of the attempt before this one.
+    QStringList m_moves; // What the user should know of the address of the document.
     ItemNote m_itemNote; // What the store has noted of the items.
+    QUrl m_subscribedPlace; // Where the address of a subscription led, if a channel has this link.
     std::optional<WebPage> m_page; // Where m_address comes from, in a subscription.
     QBuffer m_buffer;
     FeedDocument m_document;

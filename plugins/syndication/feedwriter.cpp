@@ -65,11 +65,13 @@ FeedWriter::FeedWriter(const Store &store, const QString &channelUri, bool isNew
 
 FeedWriter::~FeedWriter() = default;
 
-void FeedWriter::begin(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory,
+void FeedWriter::begin(const ParsedFeed &feed, const FeedDocument &document, const FeedMemory &memory,
                        const ItemNote &note)
 {
     m_feed = &feed;
-    m_validators = validators;
+    m_validators = document.validators;
+    m_answer = document.answer;
+    m_plan = document.plan;
     m_memory = memory;
     m_items = note;
     m_stored.context = feed.context();
@@ -153,6 +155,7 @@ Reading FeedWriter::reading(const QStringList &added) const
     Reading reading;
     reading.details = m_feed->channelDetails();
     reading.items = itemNote(added);
+    reading.plan = m_plan;
     if (m_isAlone)
         reading.before = m_memory.details;
     if (m_leavesMessages) {
@@ -162,6 +165,7 @@ Reading FeedWriter::reading(const QStringList &added) const
     } else {
         reading.entityTag = m_validators.entityTag;
         reading.lastModified = m_validators.lastModified;
+        reading.answer = m_answer;
     }
     return reading;
 }

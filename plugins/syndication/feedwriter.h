@@ -2,8 +2,8 @@
 #ifndef TIDEL_FEEDWRITER_H
 #define TIDEL_FEEDWRITER_H
 
+#include "feeddocument.h"
 #include "itemdigests.h"
-#include "validators.h"
 
 #include <QHash>
 
@@ -37,9 +37,10 @@ public:
     ~FeedWriter();
 
     /// Finds out which messages of \a feed the channel lacks and which say something else. \a feed must
-    /// outlive this object. \a memory is what the store remembers of the channel, and \a note what it has
-    /// noted of its items; both were read in the last turn of this process.
-    void begin(const ParsedFeed &feed, const Validators &validators, const FeedMemory &memory,
+    /// outlive this object. \a document is what it was read from. \a memory is what the store remembers of
+    /// the channel, and \a note what it has noted of its items; both were read in the last turn of this
+    /// process.
+    void begin(const ParsedFeed &feed, const FeedDocument &document, const FeedMemory &memory,
                const ItemNote &note);
     /// Stores the next messages in one WriteTurn, and with or after the last ones what the feed says of
     /// itself, with the validators. The process may do something else between two calls.
@@ -106,6 +107,8 @@ private:
     const bool m_isNewChannel;
     const ParsedFeed *m_feed = nullptr;
     Validators m_validators;
+    FeedAnswer m_answer;
+    FeedPlan m_plan;
     FeedMemory m_memory;
     ItemNote m_items; // As it was before this reading.
     ItemDigests m_stored; // Of the items that the store had, as the feed says them.

@@ -12,7 +12,12 @@ constexpr qint64 pieceSize = 256LL * 1024;
 LocalFile::LocalFile(const QString &path, const Receiver &receiver) : m_receiver(receiver), m_file(path)
 {
     connect(&m_next, &QTimer::timeout, this, &LocalFile::readPiece);
+}
+
+void LocalFile::start()
+{
     m_next.start(0);
+    Q_EMIT started();
 }
 
 void LocalFile::readPiece()

@@ -15,9 +15,10 @@ class LocalFile : public Source
     Q_OBJECT
 
 public:
-    /// Starts to read the file at \a path.
+    /// Reads the file at \a path.
     LocalFile(const QString &path, const Receiver &receiver);
 
+    void start() override;
     Outcome outcome() const override { return m_outcome; }
 
 private:

@@ -10,6 +10,9 @@
 
 namespace Tidel {
 
+/// The HTTP status of a host that wants to be asked less often.
+constexpr int tooManyRequests = 429;
+
 /// How a download ended.
 struct Outcome
 {

@@ -36,6 +36,8 @@ bool isRedirect(int status)
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
+bool isPermanent(int status) { return status == 301 || status == 308; }
+
 QString validator(const QByteArray &value)
 {
     return value.size() > maximumValidatorSize ? QString() : QString::fromLatin1(value);
@@ -94,6 +96,8 @@ Transfer::Transfer(const std::shared_ptr<Connections> &connections, const Transf
             end(m_size > 0 ? Outcome{FeedDownloadTimedOut, tooSlow} : noAnswer());
         });
     }
+    if (!m_request.address.isLocalFile())
+        m_request.login = Logins::of(m_request.address);
     startSource();
 }
 
@@ -107,15 +111,14 @@ void Transfer::startSource()
     m_silence.stop();
     if (m_request.address.isLocalFile()) {
         m_source = std::make_unique<LocalFile>(m_request.address.toLocalFile(), receiver);
-        startTimers();
     } else {
-        auto *exchange = new Exchange(m_connections, m_request, receiver);
-        m_source.reset(exchange);
-        m_exchange = exchange;
-        connect(exchange, &Exchange::started, this, &Transfer::startTimers);
-        exchange->start();
+        auto exchange = std::make_unique<Exchange>(m_connections, m_request, receiver);
+        m_exchange = exchange.get();
+        m_source = std::move(exchange);
     }
+    connect(m_source.get(), &Source::started, this, &Transfer::startTimers);
     connect(m_source.get(), &Source::finished, this, &Transfer::endSource, Qt::QueuedConnection);
+    m_source->start();
 }
 
 // The time in which a request waits for its turn is not that of the server.
@@ -163,12 +166,12 @@ void Transfer::endSource()
         !m_request.known.entityTag.isEmpty() || !m_request.known.lastModified.isEmpty();
     m_isUnchanged = head.status() == 304 && isConditional;
     if (isRedirect(head.status()) && !location.isEmpty())
-        follow(m_request.address.resolved(QUrl::fromEncoded(location)));
+        follow(m_request.address.resolved(QUrl::fromEncoded(location)), isPermanent(head.status()));
     else
         end(head.status() == 200 || m_isUnchanged ? Outcome() : refusal(head));
 }
 
-void Transfer::follow(const QUrl &target)
+void Transfer::follow(const QUrl &target, bool isMoved)
 {
     if (!isWeb(target) || (isSecure(m_request.address) && !isSecure(target))) {
         end({FeedDownloadUnsafeRedirect, QStringLiteral("the server redirects to an unsafe address")});
@@ -183,8 +186,14 @@ void Transfer::follow(const QUrl &target)
     const bool isSameServer = areOfOneServer(m_request.address, target);
     next.setUserInfo(isSameServer ? m_request.address.userInfo(QUrl::FullyEncoded) : QString());
     m_request.address = next;
-    if (!isSameServer)
+    if (!isSameServer) {
         m_request.known = {};
+        m_request.login = {};
+    }
+    // Behind a redirect that holds for now alone, the document may be elsewhere tomorrow.
+    m_isMoved = m_isMoved && isMoved;
+    if (m_isMoved)
+        m_movedTo = next;
     startSource();
 }
 
@@ -196,11 +205,19 @@ void Transfer::end(const Outcome &outcome)
     m_silence.stop();
     m_duration.stop();
     m_outcome = outcome;
-    if (m_exchange)
+    if (m_exchange) {
         m_head = m_exchange->head();
+        m_wait = m_exchange->wait();
+    }
     m_exchange = nullptr;
     m_source.reset();
     Q_EMIT finished();
+}
+
+FeedAnswer Transfer::answer() const
+{
+    return {m_outcome.error, m_outcome.reason, m_wait, m_request.address.host(),
+            Link::fromText(Link::encoded(m_movedTo))};
 }
 
 Validators Transfer::validators() const

@@ -9,6 +9,8 @@
 #include <QTimer>
 #include <QUrl>
 
+#include <TidelReader/feedanswer.h>
+
 QT_FORWARD_DECLARE_CLASS(QIODevice)
 
 namespace Tidel {
@@ -59,6 +61,8 @@ public:
     QString mimeType() const { return cleanMimeType(contentType()); }
     /// The character set that the server named; may be empty.
     QByteArray charset() const { return charsetOf(contentType()); }
+    /// How the server answered.
+    FeedAnswer answer() const;
     /// The `Link:` header; may be empty.
     QByteArray linkHeader() const { return m_head.header("link"); }
     /// @}
@@ -78,8 +82,8 @@ private:
     bool receive(const char *bytes, qint64 size);
     /// Ends the transfer, or follows a redirect.
     void endSource();
-    /// Asks for the document at \a target instead.
-    void follow(const QUrl &target);
+    /// Asks for the document at \a target instead. \a isMoved says that it will stay there.
+    void follow(const QUrl &target, bool isMoved);
     /// Ends the transfer with \a outcome. Does nothing if it has already ended.
     void end(const Outcome &outcome);
 
@@ -96,6 +100,9 @@ private:
     QTimer m_silence;
     QTimer m_duration;
     int m_redirects = 0;
+    bool m_isMoved = true; // All redirects were permanent.
+    QUrl m_movedTo; // Where the document has moved permanently; empty if it has not.
+    qint64 m_wait = 0; // How long the server wants to be left alone, in seconds.
     qint64 m_size = 0;
     Outcome m_failure; // Why bytes were not taken.
     bool m_isProgressDue = false;

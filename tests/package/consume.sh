@@ -91,4 +91,10 @@ fi
 if [ -x "$prefix/bin/tidel" ]; then
     export XDG_DATA_HOME=$work/empty
     expect "$("$prefix/bin/tidel" channels 2>&1)" 'There are no channels; "tidel subscribe FILE|URL" adds one.'
+    # The service runs the installed program, which says nothing when nothing is wrong.
+    units=$prefix/lib/systemd/user
+    service=$(sed -n 's/^ExecStart=//p' "$units/tidel-refresh.service")
+    expect "$service" "$prefix/bin/tidel refresh --quiet"
+    expect "$($service 2>&1 && echo "exit 0")" "exit 0"
+    [ -s "$units/tidel-refresh.timer" ] || fail "no timer in $units"
 fi

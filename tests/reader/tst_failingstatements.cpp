@@ -12,6 +12,7 @@
 #include <TidelReader/orphans.h>
 #include <TidelReader/readstate.h>
 #include <TidelReader/retention.h>
+#include <TidelReader/schedule.h>
 
 #include <storable.h>
 
@@ -173,6 +174,14 @@ void TestFailingStatements::queriesAndUpdates_data()
     addAttempt("Feeds::noteReading", 1, [=](S s) {
         return Feeds(s).noteReading(news, {"tag", "then", {}, {}, {}});
     });
+    addAttempt("Feeds::noteAnswer", 2, [=](S s) {
+        return Feeds(s).noteAnswer(news, {404, "reason", 60, "host", {}},
+                                   QDateTime::fromSecsSinceEpoch(1795348800, Qt::UTC));
+    });
+    addAttempt("Feeds::followMove", 1, [=](S s) { return outcome(Feeds(s).followMove(news)); });
+    addAttempt("Schedule::read", 1,
+               [](S s) { return outcome(Schedule::read(s, QDateTime::currentDateTimeUtc())); });
+    addAttempt("Channels::setInterval", 1, [=](S s) { return Channels(s).setInterval(news, 60); });
     addAttempt("Feeds::memory", 1, [=](S s) { return outcome(Feeds(s).memory(news)); });
     addAttempt("Feeds::forgetDropped", 1,
                [=](S s) { return Feeds(s).forgetDropped(news, linksOf({"dropped"})); });

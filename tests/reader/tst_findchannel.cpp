@@ -102,7 +102,7 @@ void TestFindChannel::twoShownAlike()
     const Result<FeedChannel> found = Channels::find(m_channels, "https://bob@example.org/f.xml");
     QVERIFY(!found);
     QCOMPARE(found.error().kind(), Error::Ambiguous);
-    QCOMPARE(found.error().text(), QString("2 channels differ from it in their passwords alone"));
+    QCOMPARE(found.error().text(), QString("2 channels differ from it in their users or passwords alone"));
 }
 
 QTEST_GUILESS_MAIN(TestFindChannel)

@@ -32,6 +32,17 @@ FeedChannel channel(const QString &uri, const QString &title, const QString &lin
 
 FeedChannel news() { return channel(channelUri("news"), "news", linkOf("news")); }
 
+/// The answer of the host \a text, which refuses more requests and says \a text.
+FeedAnswer refusal(const QString &text)
+{
+    FeedAnswer answer;
+    answer.error = 429;
+    answer.reason = text;
+    answer.wait = 60;
+    answer.host = text;
+    return answer;
+}
+
 FeedEnclosure enclosure(const QString &uri, const QString &localUrl, const QString &mimeType)
 {
     FeedEnclosure enclosure;
@@ -119,6 +130,13 @@ void TestHostileTexts::structureStays_data()
     addUse("Feeds::noteReading, texts", [](S s, T t) {
         Feeds(s).noteReading(channelUri("news"), {t, t, {}, {}, {}});
     });
+    addUse("Feeds::noteAnswer, URI",
+           [](S s, T t) { Feeds(s).noteAnswer(t, refusal("reason"), QDateTime::currentDateTimeUtc()); });
+    addUse("Feeds::noteAnswer, texts", [](S s, T t) {
+        Feeds(s).noteAnswer(channelUri("news"), refusal(t), QDateTime::currentDateTimeUtc());
+    });
+    addUse("Feeds::followMove", [](S s, T t) { Feeds(s).followMove(t); });
+    addUse("Channels::setInterval", [](S s, T t) { Channels(s).setInterval(t, 60); });
     addUse("Feeds::memory", [](S s, T t) { Feeds(s).memory(t); });
     addUse("Feeds::forgetDropped, URI", [](S s, T t) { Feeds(s).forgetDropped(t, {linkOf("x")}); });
     addUse("Feeds::forgetDropped, link", [](S s, T t) {

@@ -119,6 +119,7 @@ QList<QSparqlQuery> statements(const QString &value)
             Reader::channelWithLink(value),
             Reader::titleOfLink(value),
             Reader::feedState(value),
+            Reader::detailsOf(value, {"error", "skipHour"}),
             Reader::messagesOf(value),
             Reader::messageInFull(value),
             Reader::channelTitlesOf(value),

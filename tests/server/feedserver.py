@@ -121,6 +121,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
         status = int(rest)
         self.answer(b"" if status in (204, 304) else b"no", status, "text/plain")
 
+    def serve_with(self, rest, query):
+        """/with/429?Retry-After:%2060: an answer of this status with this header; a feed if it is 200."""
+        name, _, value = urllib.parse.unquote(query).partition(": ")
+        status = int(rest.partition("/")[0])
+        self.answer(FEED % b"With" if status == 200 else b"no", status, headers=[(name, value)])
+
     def serve_type(self, rest, query):
         """/type?text/html: a feed with this content type. /type/NAME?text/html: a file of the folder with it."""
         body = FEED % b"Typed"

@@ -14,6 +14,7 @@
 #include <TidelReader/channels.h>
 #include <TidelReader/downloadqueue.h>
 #include <TidelReader/folders.h>
+#include <TidelReader/logins.h>
 #include <TidelReader/opml.h>
 #include <TidelReader/usertext.h>
 
@@ -109,6 +110,23 @@ void FirstRefresh::report(const FeedChannel &channel, const DownloadResult &resu
                    channelJson(channel));
 }
 
+/// Returns \a subscriptions without the passwords of their links, which are kept apart. Reports to \a output
+/// if one cannot be kept, and leaves its subscription out.
+QList<Subscription> withPasswordsApart(QList<Subscription> subscriptions, Output &output)
+{
+    QList<Subscription> kept;
+    for (Subscription &subscription : subscriptions) {
+        const Result<QUrl> bare = Logins::takeApart(subscription.link.toUrl());
+        if (!bare) {
+            output.failure(subscription.link.toString(), bare.error());
+            continue;
+        }
+        subscription.link = Link::fromText(Link::encoded(*bare));
+        kept.append(subscription);
+    }
+    return kept;
+}
+
 void importChannels(const Store &store, const Arguments &arguments, Output &output)
 {
     const QString fileName = arguments.names.first();
@@ -129,7 +147,7 @@ void importChannels(const Store &store, const Arguments &arguments, Output &outp
         output.line(total);
         return;
     }
-    const auto added = subscriptions.add(*missing);
+    const auto added = subscriptions.add(withPasswordsApart(*missing, output));
     if (!added) {
         output.failure(fileName, added.error(), QStringLiteral("; import the file again"));
         return;

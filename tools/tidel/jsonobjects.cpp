@@ -3,6 +3,7 @@
 
 #include <QJsonArray>
 
+#include <TidelReader/schedule.h>
 #include <TidelReader/usertext.h>
 
 namespace Tidel {
@@ -39,6 +40,13 @@ QJsonObject channelJson(const FeedChannel &channel)
     addText(json, "title", channel.title());
     addText(json, "type", channel.type());
     return json;
+}
+
+void addTimes(QJsonObject &object, const FeedChannel &channel, const Schedule &schedule)
+{
+    addTime(object, "updated", channel.updatedTime());
+    addTime(object, "due", schedule.due(channel));
+    addText(object, "error", schedule.notes(channel.uri()).error);
 }
 
 QJsonObject headlineJson(const MessageHeadline &message)

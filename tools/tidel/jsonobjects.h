@@ -12,6 +12,8 @@
 
 namespace Tidel {
 
+class Schedule;
+
 // What other programs get. What is unknown is left out, times are in UTC as of ISO 8601, and addresses have
 // no passwords.
 
@@ -26,6 +28,9 @@ void addTime(QJsonObject &object, const char *key, const QDateTime &value);
 
 /// The channel: `uri`, `link`, `title`, `type`.
 QJsonObject channelJson(const FeedChannel &channel);
+
+/// Adds when \a channel was read last and is due, and why it failed: `updated`, `due`, `error`.
+void addTimes(QJsonObject &object, const FeedChannel &channel, const Schedule &schedule);
 
 /// The message: `uri`, `link`, `title`, `channels`, `published`, `read`, `favorite`.
 QJsonObject headlineJson(const MessageHeadline &message);

@@ -13,6 +13,7 @@
 #include <TidelReader/enclosures.h>
 #include <TidelReader/folders.h>
 #include <TidelReader/readstate.h>
+#include <TidelReader/schedule.h>
 #include <TidelReader/usertext.h>
 
 namespace Tidel {
@@ -30,12 +31,12 @@ QString shownType(const QString &mimeType)
 }
 
 QJsonObject json(const FeedChannel &channel, const QString &folder, const MessageCounts &counts,
-                 const ChannelDetails &details)
+                 const ChannelDetails &details, const Schedule &schedule)
 {
     QJsonObject json = channelJson(channel);
     addText(json, "folder", folder);
     addText(json, "website", withoutPasswords(details.website.toString()));
-    addTime(json, "updated", channel.updatedTime());
+    addTimes(json, channel, schedule);
     json.insert(QStringLiteral("messages"), counts.all);
     json.insert(QStringLiteral("unread"), counts.unread);
     return json;
@@ -46,7 +47,8 @@ struct ChannelFacts
 {
     QHash<QString, MessageCounts> counts; ///< By URI, as the next.
     QHash<QString, QString> folders;
-    QHash<QString, ChannelDetails> details; ///< Only for other programs.
+    QHash<QString, ChannelDetails> details; ///< Only for other programs, as the next.
+    Schedule schedule;
 };
 
 Result<ChannelFacts> factsOf(const Store &store, const QStringList &uris, bool withDetails)
@@ -62,8 +64,12 @@ Result<ChannelFacts> factsOf(const Store &store, const QStringList &uris, bool w
             facts.folders = folders;
             return Channels(store).details(withDetails ? uris : QStringList());
         })
-        .map([&](const QHash<QString, ChannelDetails> &details) {
+        .and_then([&](const QHash<QString, ChannelDetails> &details) {
             facts.details = details;
+            return withDetails ? Schedule::read(store, QDateTime::currentDateTimeUtc()) : Schedule();
+        })
+        .map([&](const Schedule &schedule) {
+            facts.schedule = schedule;
             return facts;
         });
 }
@@ -103,7 +109,7 @@ void listChannels(const Store &store, const Arguments &arguments, Output &output
     }
     for (const FeedChannel &channel : channels)
         output.object(json(channel, facts->folders.value(channel.uri()), facts->counts.value(channel.uri()),
-                           facts->details.value(channel.uri())));
+                           facts->details.value(channel.uri()), facts->schedule));
     if (output.style() == Output::Text)
         LastList(LastList::Channels).remember(uris);
     output.table(channelTable(channels, *facts, arguments.isSet("uri")));

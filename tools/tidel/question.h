@@ -15,6 +15,11 @@ bool canAsk();
 /// Writes \a question and returns the line that the user enters; nothing at the end of the input.
 std::optional<QString> ask(const QString &question);
 
+/// Writes \a question to the standard error and returns what the user enters, which the terminal does not
+/// show. Reads the first line of the standard input if that is no terminal. Nothing at its end or after a
+/// signal.
+std::optional<QString> askSecretly(const QString &question);
+
 } // namespace Tidel
 
 #endif

@@ -3,6 +3,8 @@
 
 #include "channelfinder.h"
 #include "downloads.h"
+#include "duechannels.h"
+#include "failures.h"
 #include "jsonobjects.h"
 #include "output.h"
 #include "phrases.h"
@@ -20,6 +22,9 @@ namespace {
 
 // The HTTP status of a document that was removed permanently.
 constexpr int gone = 410;
+const char *const goneAdvice =
+    "; the feed is not asked for any more: \"tidel edit CHANNEL --link\" gives it another "
+    "address, \"tidel refresh --force\" asks again, \"tidel unsubscribe\" deletes it";
 
 /// Reports the new and changed messages of refreshed channels.
 class RefreshReport
@@ -29,7 +34,7 @@ public:
 
     /// Reports the result of the download of \a channel.
     void add(const FeedChannel &channel, const DownloadResult &result);
-    /// Reports the totals if there were several channels.
+    /// Reports the failures, and the totals if there were several channels.
     void summarize() const;
     /// Adds the new messages to the index for searches.
     void addToIndex() { Tidel::addToIndex(m_store, m_filler); }
@@ -46,7 +51,7 @@ private:
     int m_channels = 0;
     int m_newMessages = 0;
     int m_changedMessages = 0;
-    int m_failures = 0;
+    Failures m_failures;
     SearchFiller m_filler;
 };
 
@@ -59,12 +64,8 @@ void RefreshReport::add(const FeedChannel &channel, const DownloadResult &result
         addMessages(channel, result);
         return;
     }
-    ++m_failures;
-    const QString advice =
-        result.error() == gone ? QStringLiteral("; \"tidel unsubscribe\" deletes the channel") : QString();
-    m_output.error(
-        QStringLiteral("%1 (%2): %3").arg(channel.title(), channel.link(), result.reason() + advice),
-        channelJson(channel));
+    const QString advice = result.error() == gone ? QString::fromLatin1(goneAdvice) : QString();
+    m_failures.add(channel, result.reason() + advice);
 }
 
 void RefreshReport::addMessages(const FeedChannel &channel, const DownloadResult &result)
@@ -109,7 +110,9 @@ void RefreshReport::summarize() const
 {
     const QString changes =
         m_changedMessages > 0 ? QStringLiteral(", %1 changed").arg(m_changedMessages) : QString();
-    const QString failures = m_failures > 0 ? QStringLiteral(", %1 failed").arg(m_failures) : QString();
+    m_failures.report(m_output);
+    const int failed = m_failures.count();
+    const QString failures = failed > 0 ? QStringLiteral(", %1 failed").arg(failed) : QString();
     if (m_channels > 1)
         m_output.report(
             QStringLiteral("%1: %2%3%4")
@@ -119,7 +122,8 @@ void RefreshReport::summarize() const
 
 void refresh(const Store &store, const Arguments &arguments, Output &output)
 {
-    const QList<FeedChannel> chosen = chooseChannels(store, arguments.names, output);
+    const QList<FeedChannel> chosen =
+        dueChannels(store, chooseChannels(store, arguments.names, output), arguments, output);
     FeedPluginInterface *plugin = chosen.isEmpty() ? nullptr : downloadPlugin(output);
     if (!plugin)
         return;
@@ -138,12 +142,12 @@ void refresh(const Store &store, const Arguments &arguments, Output &output)
 } // namespace
 
 const Command refreshCommand = {"refresh",
-                                "[CHANNEL...]",
-                                "Download the feeds and store new messages.",
+                                "[CHANNEL...] [--force]",
+                                "Download the feeds that are due, and store new messages.",
                                 someChannels,
                                 0,
                                 anyNumber,
-                                {},
+                                {{"force", nullptr, "Asks for feeds that are not due, too."}},
                                 {"tidel refresh", "tidel refresh \"Garden Notes\""},
                                 refresh};
 

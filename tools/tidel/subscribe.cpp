@@ -16,6 +16,7 @@
 #include <TidelReader/documenturl.h>
 #include <TidelReader/downloadqueue.h>
 #include <TidelReader/link.h>
+#include <TidelReader/logins.h>
 #include <TidelReader/usertext.h>
 
 #include <vector>
@@ -103,6 +104,27 @@ void subscribeTo(const Store &store, FeedPluginInterface &plugin, const QStringL
     addToIndex(store, filler);
 }
 
+/// Returns \a arguments without the passwords of addresses, which are kept apart. An address that a channel
+/// has stays as it is. Reports to \a output if a password cannot be kept, and leaves its address out.
+QStringList withPasswordsApart(const Store &store, const QStringList &arguments, Output &output)
+{
+    QStringList addresses;
+    for (const QString &argument : arguments) {
+        const QUrl address = documentUrl(argument);
+        const bool isKnown = !Channels(store).uri(Link::encoded(address)).value_or(QString()).isEmpty();
+        if (address.password().isEmpty() || isKnown) {
+            addresses.append(argument);
+            continue;
+        }
+        const Result<QUrl> bare = Logins::takeApart(address);
+        if (bare)
+            addresses.append(Link::encoded(*bare));
+        else
+            output.failure(argument, bare.error());
+    }
+    return addresses;
+}
+
 QString misuseOfSubscribe(const Arguments &arguments)
 {
     if (!arguments.isSet("feed"))
@@ -120,7 +142,7 @@ void subscribe(const Store &store, const Arguments &arguments, Output &output)
     if (!plugin)
         return;
     std::vector<Page> pages;
-    subscribeTo(store, *plugin, arguments.names, output, &pages);
+    subscribeTo(store, *plugin, withPasswordsApart(store, arguments.names, output), output, &pages);
     QStringList chosen;
     for (const Page &page : pages) {
         if (output.signal() != 0)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "timeargument.h"
 
+#include <QHash>
 #include <QRegularExpression>
 
 namespace Tidel {
@@ -19,6 +20,17 @@ QDateTime timeArgument(const QString &text, const QDateTime &now, bool isEnd)
     if (!day.isValid())
         return {};
     return (isEnd ? day.addDays(1) : day).startOfDay();
+}
+
+int intervalArgument(const QString &text)
+{
+    static const QHash<QString, int> units = {
+        {QStringLiteral("m"), 60}, {QStringLiteral("h"), 60 * 60}, {QStringLiteral("d"), 24 * 60 * 60}};
+    static const QRegularExpression interval(QStringLiteral("^(\\d{1,6})([mhd])$"));
+    constexpr qint64 year = 365LL * 24 * 60 * 60;
+    const QRegularExpressionMatch match = interval.match(text);
+    const qint64 seconds = match.captured(1).toLongLong() * units.value(match.captured(2));
+    return seconds <= year ? int(seconds) : 0;
 }
 
 } // namespace Tidel

@@ -11,6 +11,9 @@ namespace Tidel {
 /// a day such as "2026-11-03"; invalid if it means none. A day is its beginning, or with \a isEnd its end.
 QDateTime timeArgument(const QString &text, const QDateTime &now, bool isEnd = false);
 
+/// Returns the seconds that \a text means, such as "30m", "2h" or "1d": at most a year. 0 if it means none.
+int intervalArgument(const QString &text);
+
 } // namespace Tidel
 
 #endif

@@ -198,9 +198,9 @@ void TestCommands::refreshWithoutNewsAsksLittle()
     write("feed.xml", "Feed", items + "<!-- later -->");
     StatementGate::reset();
     QCOMPARE(runCommand(refreshCommand, {}).out, QString("Feed: nothing new\n"));
-    // The channels, the channel and the note of its items before and after the download, what is known of it,
-    // and the update.
-    QCOMPARE(StatementGate::statements().size(), 7);
+    // The channels, when they are due, the channel and the note of its items before and after the download,
+    // what is known of it, and the update.
+    QCOMPARE(StatementGate::statements().size(), 8);
 }
 
 void TestCommands::droppedLinksAreNotRead_data()
@@ -295,8 +295,8 @@ void TestCommands::refreshRunsFewStatements()
     StatementGate::reset();
     QVERIFY(runCommand(refreshCommand, {}).isFine);
     QCOMPARE(updates(), 0);
-    // One query for the channels, and one for the state of each feed.
-    QCOMPARE(StatementGate::statements().size(), 3);
+    // One query for the channels, one for when they are due, and one for the state of each feed.
+    QCOMPARE(StatementGate::statements().size(), 4);
 }
 
 // A channel may have many more messages than its feed.

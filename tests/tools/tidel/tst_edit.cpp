@@ -54,7 +54,7 @@ void TestEdit::misuse_data()
     QTest::addColumn<QString>("problem");
     const QString noTitle = "--title needs a text";
     const QString noLink = "--link needs a file or URL";
-    QTest::newRow("nothing") << Options() << "nothing to change: give --title or --link";
+    QTest::newRow("nothing") << Options() << "nothing to change: give --title, --link, --every or --login";
     QTest::newRow("empty title") << Options{{"title", ""}} << noTitle;
     QTest::newRow("blank title") << Options{{"title", " \t\n"}} << noTitle;
     QTest::newRow("empty link") << Options{{"link", ""}} << noLink;

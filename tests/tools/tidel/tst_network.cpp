@@ -280,10 +280,12 @@ void TestNetwork::removedPermanently()
     VERIFY_RUN(run({"edit", "bygone", "--link", gone}), 0);
     const Run refreshed = run({"refresh"});
     VERIFY_RUN(refreshed, 1);
-    QCOMPARE(refreshed.err,
-             "tidel: bygone (" + gone
-                 + "): the server answered 410 Gone: the file was removed permanently; \"tidel unsubscribe\" "
-                   "deletes the channel\n");
+    QCOMPARE(
+        refreshed.err,
+        "tidel: bygone (" + gone
+            + "): the server answered 410 Gone: the file was removed permanently; the feed is not asked for "
+              "any more: \"tidel edit CHANNEL --link\" gives it another address, \"tidel refresh --force\" "
+              "asks again, \"tidel unsubscribe\" deletes it\n");
 }
 
 void TestNetwork::passwordsAreNotShown()

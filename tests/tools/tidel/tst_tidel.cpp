@@ -228,7 +228,8 @@ void TestTidel::usageErrors_data()
     QTest::newRow("nothing to edit") << QStringList{"edit", "--title", "a"} << "an argument is missing";
     QTest::newRow("too much to edit")
         << QStringList{"edit", "a", "b", "--title", "c"} << "too many arguments";
-    QTest::newRow("edit without option") << QStringList{"edit", "a"} << "give --title or --link";
+    QTest::newRow("edit without option")
+        << QStringList{"edit", "a"} << "give --title, --link, --every or --login";
     QTest::newRow("empty title") << QStringList{"edit", "a", "--title", ""} << "--title needs a text";
     QTest::newRow("empty link") << QStringList{"edit", "a", "--link="} << "--link needs a file or URL";
     QTest::newRow("no title") << QStringList{"edit", "a", "--title"} << "title";
