@@ -32,6 +32,16 @@ QDateTime outside(const QDateTime &time, const QList<int> &skipHours, const QStr
 
 } // namespace
 
+void Schedule::Plan::add(const QString &name, const QVariant &value)
+{
+    if (name == QLatin1String("skipHour"))
+        skipHours.append(value.toInt());
+    else if (name == QLatin1String("skipDay"))
+        skipDays.append(value.toString());
+    else
+        addDetail(notes, name, value);
+}
+
 Result<Schedule> Schedule::read(const Store &store, const QDateTime &now)
 {
     const QStringList names =
@@ -43,14 +53,10 @@ Result<Schedule> Schedule::read(const Store &store, const QDateTime &now)
             schedule.m_now = now.toUTC();
             while (answer->next()) {
                 Plan &plan = schedule.m_plans[answer->value(0).toString()];
-                const QString name = Statements::detailName(answer->value(1).toString());
-                const QVariant value = answer->value(2);
-                if (name == QLatin1String("skipHour"))
-                    plan.skipHours.append(value.toInt());
-                else if (name == QLatin1String("skipDay"))
-                    plan.skipDays.append(value.toString());
-                else
-                    addDetail(plan.notes, name, value);
+                for (int i = 0; i < names.size(); ++i) {
+                    if (answer->value(i + 1).isValid())
+                        plan.add(names.at(i), answer->value(i + 1));
+                }
             }
             for (const Plan &plan : qAsConst(schedule.m_plans)) {
                 QDateTime &until = schedule.m_heldHosts[plan.notes.heldHost];

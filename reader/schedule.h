@@ -10,6 +10,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <QVariant>
 
 #include <feedchannel.h>
 
@@ -53,6 +54,9 @@ private:
         FeedNotes notes;
         QList<int> skipHours; // As those of ChannelDetails.
         QStringList skipDays;
+
+        /// Adds a value of the property \a name.
+        void add(const QString &name, const QVariant &value);
     };
 
     QDateTime m_now;

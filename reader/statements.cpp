@@ -87,6 +87,17 @@ QString valuesOfAll(const QStringList &uris, const QStringList &properties)
         + QLatin1String("} ");
 }
 
+/// " WHERE { ... }": a row for each value of the properties \a names of \a subject, each in a column of its
+/// own.
+QString alternatives(const QString &subject, const QStringList &names)
+{
+    QStringList branches;
+    for (const QString &name : names)
+        branches.append(QLatin1String("{ ") + subject + QLatin1Char(' ') + detail(name) + QLatin1String(" ?")
+                        + name + QLatin1String(" } "));
+    return QLatin1String(" WHERE { ") + branches.join(QLatin1String("UNION ")) + QLatin1Char('}');
+}
+
 /// Replaces the values of \a property of \a subject by \a value, or deletes them if it is empty.
 QString replacement(const QString &subject, const char *property, const QString &value)
 {
@@ -183,19 +194,15 @@ QSparqlQuery details(const QStringList &uris, const QStringList &names)
 // Tracker makes texts of a column of several types. It looks at every property for a variable one.
 QSparqlQuery detailsOf(const QString &uri, const QStringList &names)
 {
-    QStringList branches;
-    for (const QString &name : names)
-        branches.append(QLatin1String("{ ?:uri ") + detail(name) + QLatin1String(" ?") + name
-                        + QLatin1String(" } "));
-    return select(QLatin1String("SELECT ?") + names.join(QLatin1String(" ?")) + QLatin1String(" WHERE { ")
-                      + branches.join(QLatin1String("UNION ")) + QLatin1Char('}'),
+    return select(QLatin1String("SELECT ?") + names.join(QLatin1String(" ?"))
+                      + alternatives(QStringLiteral("?:uri"), names),
                   {{"uri", QUrl(uri)}});
 }
 
 QSparqlQuery detailsOfChannels(const QStringList &names)
 {
-    return select(QLatin1String("SELECT ?s ?p ?v WHERE { ?s a mfo:FeedChannel ; ?p ?v ")
-                  + isIn("p", each(names, detail)) + QLatin1Char('}'));
+    return select(QLatin1String("SELECT ?s ?") + names.join(QLatin1String(" ?"))
+                  + alternatives(QStringLiteral("?s"), names));
 }
 
 QSparqlQuery everyDetail(const QString &name)

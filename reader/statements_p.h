@@ -51,7 +51,8 @@ QSparqlQuery details(const QStringList &uris, const QStringList &names);
 /// query does not depend on \a uri.
 QSparqlQuery detailsOf(const QString &uri, const QStringList &names);
 QString detailName(const QString &property);
-/// URI, property, value of the properties \a names of all channels.
+/// URI, and the properties \a names, which only channels have, each in a column of its own. Each row has one
+/// value.
 QSparqlQuery detailsOfChannels(const QStringList &names);
 /// URI, value of the property \a name of all that have it.
 QSparqlQuery everyDetail(const QString &name);
