@@ -118,7 +118,8 @@ void TestJson::everyCommand()
     const QStringList deleted{"deletedEnclosures", "deletedFiles", "deletedMessages"};
     const QStringList deletedChannel = deleted + channel;
     check({"subscribe", path("garden.xml")}, {{"link", "new", "title"}});
-    check({"channels"}, {{"due", "link", "messages", "title", "type", "unread", "updated", "uri", "website"}});
+    check({"channels"},
+          {{"due", "link", "messages", "title", "type", "unread", "updated", "uri", "website"}});
     check({"refresh"}, {{"changed", "link", "new", "title", "type", "uri"}});
     check({"messages", "Garden"},
           {{"channels", "favorite", "link", "published", "read", "title", "uri"},
