@@ -4,8 +4,8 @@
 #include "store_p.h"
 
 #include <QRegularExpression>
-#include <QSparqlBinding>
 #include <QSparqlResult>
+#include <QSparqlResultRow>
 
 #include <optional>
 
@@ -27,6 +27,16 @@ std::optional<QSparqlQuery::StatementType> typeOf(const QString &sparql)
     return word == QLatin1String("ASK") ? QSparqlQuery::AskStatement : QSparqlQuery::SelectStatement;
 }
 
+QVector<QueryValue> values(const QSparqlResultRow &row)
+{
+    QVector<QueryValue> values;
+    for (int i = 0; i < row.count(); ++i) {
+        const QVariant value = row.value(i);
+        values.append({row.variableName(i), value.userType() == QMetaType::QUrl ? value.toString() : value});
+    }
+    return values;
+}
+
 Error refused(const QString &reason)
 {
     return Error(Error::QueryRefused, QStringLiteral("run the query"), reason);
@@ -46,13 +56,11 @@ Result<void> StoreQuery::run(const QString &sparql, const RowHandler &row) const
         return Failure(answer.error().kind() == Error::StoreRefused ? refused(answer.error().reason())
                                                                     : answer.error());
     if (type == QSparqlQuery::AskStatement) {
-        QSparqlResultRow truth;
-        truth.append(QSparqlBinding(QStringLiteral("answer"), (*answer)->boolValue()));
-        row(truth);
+        row({{QStringLiteral("answer"), (*answer)->boolValue()}});
         return {};
     }
     while ((*answer)->next())
-        row((*answer)->current());
+        row(values((*answer)->current()));
     return {};
 }
 

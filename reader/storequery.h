@@ -5,19 +5,27 @@
 #include "error.h"
 #include "store.h"
 
-#include <QSparqlResultRow>
 #include <QString>
+#include <QVariant>
+#include <QVector>
 
 #include <functional>
 
 namespace Tidel {
+
+/// A variable of a query and its value, which is invalid if it has none.
+struct QueryValue
+{
+    QString variable; ///< Its name, without the question mark.
+    QVariant value; ///< A text, a number, a truth value, or a date and time. Resources are texts.
+};
 
 /// Questions of the user to a store, in SPARQL. They cannot change it.
 class TIDELREADER_EXPORT StoreQuery
 {
 public:
     /// Is called with each row of an answer.
-    using RowHandler = std::function<void(const QSparqlResultRow &)>;
+    using RowHandler = std::function<void(const QVector<QueryValue> &)>;
 
     /// Asks \a store.
     explicit StoreQuery(const Store &store);

@@ -4,8 +4,6 @@
 #include <TidelReader/statistics.h>
 #include <TidelReader/storequery.h>
 
-#include <QSparqlBinding>
-
 using namespace Tidel;
 
 /// Tests questions about the whole store.
@@ -32,7 +30,7 @@ QStringList TestStoreQuery::titles(const QString &sparql) const
 {
     QStringList titles;
     const auto run = StoreQuery(reader()).run(
-        sparql, [&](const QSparqlResultRow &row) { titles.append(row.value("t").toString()); });
+        sparql, [&](const QVector<QueryValue> &row) { titles.append(row.last().value.toString()); });
     return run ? titles : QStringList(run.error().text());
 }
 
@@ -48,10 +46,10 @@ void TestStoreQuery::rows()
 void TestStoreQuery::ask()
 {
     const auto answer = [this] {
-        QList<QSparqlResultRow> rows;
+        QVector<QueryValue> values;
         const auto run = StoreQuery(reader()).run("ASK { ?c a mfo:FeedChannel }",
-                                                  [&](const QSparqlResultRow &row) { rows.append(row); });
-        return run && rows.size() == 1 ? rows.first().value("answer") : QVariant();
+                                                  [&](const QVector<QueryValue> &row) { values += row; });
+        return run && values.size() == 1 && values[0].variable == "answer" ? values[0].value : QVariant();
     };
     QCOMPARE(answer(), QVariant(false));
     addChannel("News");
@@ -100,7 +98,7 @@ void TestStoreQuery::refused()
     QFETCH(QString, sparql);
     addChannel("News");
     const QStringList before = everythingIn(store());
-    const auto run = StoreQuery(reader()).run(sparql, [](const QSparqlResultRow &) {});
+    const auto run = StoreQuery(reader()).run(sparql, [](const QVector<QueryValue> &) {});
     QVERIFY(!run);
     QCOMPARE(run.error().kind(), Error::QueryRefused);
     QVERIFY2(run.error().text().startsWith("could not run the query: "), qPrintable(run.error().text()));

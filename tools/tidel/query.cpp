@@ -5,8 +5,6 @@
 #include "table.h"
 
 #include <QDateTime>
-#include <QSparqlBinding>
-#include <QSparqlResultRow>
 
 #include <TidelReader/storequery.h>
 #include <TidelReader/usertext.h>
@@ -15,11 +13,11 @@ namespace Tidel {
 
 namespace {
 
-QStringList names(const QSparqlResultRow &row)
+QStringList names(const QVector<QueryValue> &row)
 {
     QStringList names;
-    for (int i = 0; i < row.count(); ++i)
-        names.append(row.variableName(i));
+    for (const QueryValue &each : row)
+        names.append(each.variable);
     return names;
 }
 
@@ -45,23 +43,22 @@ QByteArray csv(const QStringList &cells)
     return quoted.join(QLatin1Char(',')).toUtf8() + '\n';
 }
 
-QStringList cells(const QSparqlResultRow &row)
+QStringList cells(const QVector<QueryValue> &row)
 {
     QStringList cells;
-    for (int i = 0; i < row.count(); ++i)
-        cells.append(text(row.value(i)));
+    for (const QueryValue &each : row)
+        cells.append(text(each.value));
     return cells;
 }
 
-QJsonObject json(const QSparqlResultRow &row)
+QJsonObject json(const QVector<QueryValue> &row)
 {
     QJsonObject object;
-    for (int i = 0; i < row.count(); ++i) {
-        const QVariant value = row.value(i);
-        if (!value.isValid())
+    for (const QueryValue &each : row) {
+        if (!each.value.isValid())
             continue;
-        const QJsonValue json = QJsonValue::fromVariant(value);
-        object.insert(row.variableName(i), json.isDouble() || json.isBool() ? json : QJsonValue(text(value)));
+        const QJsonValue json = QJsonValue::fromVariant(each.value);
+        object.insert(each.variable, json.isDouble() || json.isBool() ? json : QJsonValue(text(each.value)));
     }
     return object;
 }
@@ -71,7 +68,7 @@ void query(const Store &store, const Arguments &arguments, Output &output)
     Table table;
     QByteArray lines;
     int count = 0;
-    const auto add = [&](const QSparqlResultRow &row) {
+    const auto add = [&](const QVector<QueryValue> &row) {
         if (count++ == 0) {
             table.addRow(names(row));
             lines += csv(names(row));

@@ -29,6 +29,31 @@ QJsonObject json(const SearchHit &hit, const MessageHeadline &message)
     return object;
 }
 
+/// Breaks \a text into lines of at most \a width characters, between words.
+QVector<MarkedText> wrapped(const MarkedText &text, int width)
+{
+    QVector<MarkedText> lines;
+    for (int from = 0; from < text.text.size();) {
+        int end = int(text.text.size());
+        if (end - from > width) {
+            const int blank = int(text.text.lastIndexOf(QLatin1Char(' '), from + width));
+            end = blank > from ? blank : from + width;
+        }
+        MarkedText line{text.text.mid(from, end - from), {}};
+        for (const auto &[at, length] : text.marks) {
+            const int first = std::max(at, from);
+            const int last = std::min(at + length, end);
+            if (first < last)
+                line.marks.append({first - from, last - first});
+        }
+        lines.append(line);
+        from = end;
+        while (from < text.text.size() && text.text.at(from) == QLatin1Char(' '))
+            ++from;
+    }
+    return lines;
+}
+
 /// Shows \a hit in lines of which the first begins with \a start and the others with as many blanks.
 void show(const SearchHit &hit, const QString &start, Output &output)
 {
@@ -41,9 +66,11 @@ void show(const SearchHit &hit, const QString &start, Output &output)
         head + (hit.title.text.isEmpty() ? MarkedText{shownTitle(QString()), {}} : hit.title);
     output.line(title.text, title.marks);
     const QString indent(start.size(), QLatin1Char(' '));
-    const MarkedText excerpt = indent + hit.excerpt;
-    if (!hit.excerpt.text.isEmpty())
-        output.line(excerpt.text, excerpt.marks);
+    const auto excerpt = wrapped(hit.excerpt, std::max(20, output.width() - int(indent.size())));
+    for (const MarkedText &line : excerpt) {
+        const MarkedText indented = indent + line;
+        output.line(indented.text, indented.marks);
+    }
     output.line(indent + hit.message.link());
 }
 

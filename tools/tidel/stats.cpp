@@ -47,14 +47,15 @@ void showDays(const QMap<QDate, int> &days, Output &output)
     output.line(QString());
     output.line(QStringLiteral("Messages of the last %1 days:").arg(days.size()));
     const int most = std::max(1, *std::max_element(days.begin(), days.end()));
-    const int width = std::clamp(output.width() - 30, 10, 60);
+    // A few messages make a short bar.
+    const int width = std::min(std::clamp(output.width() - 30, 10, 60), 3 * most);
     for (auto day = days.begin(); day != days.end(); ++day) {
         // A day with a message has a bar.
         const int length = (day.value() * width + most - 1) / most;
         output.line(QStringLiteral("  %1 %2 %3")
                         .arg(QLocale::c().toString(day.key(), QStringLiteral("yyyy-MM-dd ddd")))
                         .arg(day.value(), 6)
-                        .arg(QString(length, QChar(0x2588))));
+                        .arg(QString(length, QChar(0x2587))));
         output.object({{QStringLiteral("day"), day.key().toString(Qt::ISODate)},
                        {QStringLiteral("messages"), day.value()}});
     }
