@@ -41,4 +41,12 @@ QUrl documentUrl(const QString &argument)
     return fileUrl(argument);
 }
 
+bool isDocumentUrl(const QUrl &address)
+{
+    const bool isOfWeb =
+        address.scheme() == QLatin1String("http") || address.scheme() == QLatin1String("https");
+    return address.isValid()
+        && (isOfWeb ? !address.host().isEmpty() : address.isLocalFile() && !address.path().isEmpty());
+}
+
 } // namespace Tidel

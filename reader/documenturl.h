@@ -13,6 +13,10 @@ namespace Tidel {
 /// path contains a null character, which no file has in its name.
 TIDELREADER_EXPORT QUrl documentUrl(const QString &argument);
 
+/// Returns true if a feed can be at \a address: in a file, or at an http or https address of a server;
+/// otherwise returns false.
+TIDELREADER_EXPORT bool isDocumentUrl(const QUrl &address);
+
 } // namespace Tidel
 
 #endif

@@ -89,6 +89,8 @@ QString misuseOfEdit(const Arguments &arguments)
     const QString every = arguments.value("every");
     if (arguments.isSet("every") && every != usualInterval && intervalArgument(every) == 0)
         return QStringLiteral("--every needs a time such as 30m, 2h or 1d, or \"default\"");
+    if (arguments.isSet("link") && !isDocumentUrl(documentUrl(arguments.value("link").trimmed())))
+        return QStringLiteral("--link needs a file, or an address that begins with https:// or http://");
     return QString();
 }
 
