@@ -8,6 +8,8 @@
 #include "output.h"
 #include "phrases.h"
 
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <feedplugininterface.h>
@@ -41,7 +43,30 @@ QStringList findEnclosures(const Store &store, const QString &name, Output &outp
     return *uris;
 }
 
-void report(const FeedEnclosure &enclosure, const DownloadResult &result, Output &output)
+/// Copies the file \a path to \a folder unless it is there, and returns the path of the copy. Reports to
+/// \a output why it could not.
+QString copied(const QString &path, const QString &folder, Output &output)
+{
+    const QString copy = QDir(folder).absoluteFilePath(QFileInfo(path).fileName());
+    if (QFileInfo(copy).canonicalFilePath() == QFileInfo(path).canonicalFilePath())
+        return copy;
+    if (!QDir().mkpath(folder)) {
+        output.error(QStringLiteral("%1: the folder cannot be written to; choose another one").arg(folder));
+        return {};
+    }
+    QFile file(path);
+    if (file.copy(copy))
+        return copy;
+    const QString reason = QFileInfo::exists(copy)
+        ? QStringLiteral("a file of this name exists; move it away or choose another folder")
+        : file.errorString();
+    output.error(copy + QLatin1String(": ") + reason);
+    return {};
+}
+
+/// Reports the end of the download of \a enclosure. Copies the file to \a folder if that is not empty.
+void report(const FeedEnclosure &enclosure, const DownloadResult &result, const QString &folder,
+            Output &output)
 {
     if (result.error() == FeedDownloadCanceled)
         return;
@@ -50,27 +75,34 @@ void report(const FeedEnclosure &enclosure, const DownloadResult &result, Output
         return;
     }
     const bool wasDownloaded = result.localUrl() == enclosure.localUrl() && !result.localUrl().isEmpty();
+    const QString path =
+        wasDownloaded && !folder.isEmpty() ? copied(result.path(), folder, output) : result.path();
+    if (path.isEmpty())
+        return;
+    const char *const done = path != result.path() ? "Copied"
+        : wasDownloaded                            ? "Already downloaded"
+                                                   : "Downloaded";
     QJsonObject json = enclosureJson(enclosure);
-    addText(json, "file", result.path());
+    addText(json, "file", path);
     addNumber(json, "length", result.length());
     output.report(
-        QStringLiteral("%1: %2 (%3 bytes)")
-            .arg(wasDownloaded ? QStringLiteral("Already downloaded") : QStringLiteral("Downloaded"),
-                 result.path(), QString::number(result.length())),
+        QStringLiteral("%1: %2 (%3 bytes)").arg(QLatin1String(done), path, QString::number(result.length())),
         json);
 }
 
-/// Adds the enclosure \a uri to \a queue.
-void add(DownloadQueue &queue, const Store &store, const QString &uri, const QString &folder, Output &output)
+/// Adds the enclosure \a uri to \a queue, for the folder \a into, or for the usual one if it is empty.
+void add(DownloadQueue &queue, const Store &store, const QString &uri, const QString &into, Output &output)
 {
     const Result<FeedEnclosure> enclosure = Enclosures(store).get(uri);
     if (!enclosure) {
         output.failure(uri, enclosure.error());
         return;
     }
-    queue.downloadEnclosure(uri, folder, [&output, enclosure = *enclosure](const DownloadResult &result) {
-        report(enclosure, result, output);
-    });
+    const QString folder = into.isEmpty() ? DownloadFolder::path() : into;
+    queue.downloadEnclosure(uri, folder,
+                            [&output, into, enclosure = *enclosure](const DownloadResult &result) {
+                                report(enclosure, result, into, output);
+                            });
 }
 
 /// Shows the numbers of finished downloads and received bytes in \a output.
@@ -108,11 +140,11 @@ void download(const Store &store, const Arguments &arguments, Output &output)
     if (!plugin)
         return;
 
-    const QString folder = arguments.isSet("into") ? QFileInfo(arguments.value("into")).absoluteFilePath()
-                                                   : DownloadFolder::path();
+    const QString into =
+        arguments.isSet("into") ? QFileInfo(arguments.value("into")).absoluteFilePath() : QString();
     DownloadQueue queue(*plugin);
     for (const QString &uri : qAsConst(uris))
-        add(queue, store, uri, folder, output);
+        add(queue, store, uri, into, output);
     showFileProgress(queue, output);
     run(queue, output);
 }
@@ -133,7 +165,9 @@ const Command downloadCommand = {
     "Messages: numbers in the last list, parts of titles, links or URIs; or the addresses or URIs of enclosures.",
     1,
     anyNumber,
-    {{"into", "DIRECTORY", "The folder for the files; by default \"tidel\" in your download folder."}},
+    {{"into", "DIRECTORY",
+      "The folder for the files; by default \"tidel\" in your download folder. A file that was "
+      "downloaded to another one is copied."}},
     {"tidel download https://radio.example.org/episodes/7",
      "tidel download https://radio.example.org/episodes/7 --into ~/Music"},
     download,

@@ -9,12 +9,16 @@
 #include "phrases.h"
 #include "table.h"
 
+#include <QUrl>
+
 #include <TidelReader/channels.h>
 #include <TidelReader/enclosures.h>
 #include <TidelReader/folders.h>
 #include <TidelReader/readstate.h>
 #include <TidelReader/schedule.h>
 #include <TidelReader/usertext.h>
+
+#include <algorithm>
 
 namespace Tidel {
 
@@ -115,6 +119,34 @@ void listChannels(const Store &store, const Arguments &arguments, Output &output
     output.table(channelTable(channels, *facts, arguments.isSet("uri")));
 }
 
+Result<QHash<QString, EnclosureDetails>> detailsOf(const Store &store, const QList<FeedEnclosure> &enclosures)
+{
+    QStringList uris;
+    for (const FeedEnclosure &enclosure : enclosures)
+        uris.append(enclosure.uri());
+    return Enclosures(store).details(uris);
+}
+
+/// Lists \a enclosures with their local copies, and with their durations if any is known.
+void showEnclosures(const QList<FeedEnclosure> &enclosures, const QHash<QString, EnclosureDetails> &details,
+                    Output &output)
+{
+    const bool showsDurations = std::any_of(details.begin(), details.end(),
+                                            [](const EnclosureDetails &each) { return each.duration > 0; });
+    Table table(showsDurations ? QSet<int>{0, 1} : QSet<int>{0});
+    for (const FeedEnclosure &enclosure : enclosures) {
+        const EnclosureDetails more = details.value(enclosure.uri());
+        QStringList row{shownSize(enclosure.length())};
+        if (showsDurations)
+            row.append(more.duration > 0 ? shownDuration(more.duration) : QString());
+        row << shownType(enclosure.mimeType()) << enclosure.remoteUrl()
+            << QUrl(enclosure.localUrl()).toLocalFile();
+        table.addRow(row);
+        output.object(enclosureJson(enclosure, more));
+    }
+    output.table(table);
+}
+
 void listEnclosures(const Store &store, const Arguments &arguments, Output &output)
 {
     const auto message = chooseMessage(store, arguments.names.first(), output);
@@ -128,12 +160,11 @@ void listEnclosures(const Store &store, const Arguments &arguments, Output &outp
     }
     if (enclosures->isEmpty())
         output.note(QStringLiteral("%1: the message has no enclosures").arg(title));
-    Table table({0});
-    for (const FeedEnclosure &enclosure : *enclosures) {
-        table.addRow({shownSize(enclosure.length()), shownType(enclosure.mimeType()), enclosure.remoteUrl()});
-        output.object(enclosureJson(enclosure));
-    }
-    output.table(table);
+    const auto details = detailsOf(store, *enclosures);
+    if (details)
+        showEnclosures(*enclosures, *details, output);
+    else
+        output.failure(title, details.error());
 }
 
 } // namespace

@@ -8,7 +8,6 @@
 
 #include <QJsonArray>
 #include <QLocale>
-#include <QTime>
 
 #include <TidelReader/article.h>
 #include <TidelReader/enclosures.h>
@@ -19,13 +18,6 @@
 namespace Tidel {
 
 namespace {
-
-QString shownDuration(int seconds)
-{
-    const int hours = seconds / 3600;
-    const QString rest = QTime(0, 0).addSecs(seconds % 3600).toString(QStringLiteral("mm:ss"));
-    return hours > 0 ? QStringLiteral("%1:%2").arg(hours).arg(rest) : rest;
-}
 
 QString shownEnclosure(const FeedEnclosure &enclosure, const EnclosureDetails &details)
 {

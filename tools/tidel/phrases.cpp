@@ -2,6 +2,7 @@
 #include "phrases.h"
 
 #include <QStringList>
+#include <QTime>
 
 #include <TidelReader/error.h>
 
@@ -43,6 +44,13 @@ QString shownTime(const QDateTime &time)
 {
     return time.isValid() ? time.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm"))
                           : QStringLiteral("(no date)");
+}
+
+QString shownDuration(int seconds)
+{
+    const int hours = seconds / 3600;
+    const QString rest = QTime(0, 0).addSecs(seconds % 3600).toString(QStringLiteral("mm:ss"));
+    return hours > 0 ? QStringLiteral("%1:%2").arg(hours).arg(rest) : rest;
 }
 
 QString messageAdvice(const Error &error)

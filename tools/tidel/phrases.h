@@ -27,6 +27,8 @@ QString countedFavorites(int count);
 
 /// Returns \a time in local time, such as "2026-11-03 10:00"; "(no date)" if it is invalid.
 QString shownTime(const QDateTime &time);
+/// Returns \a seconds such as "42:07" or "1:02:30".
+QString shownDuration(int seconds);
 
 /// Returns the advice for \a error if a message was not found; otherwise returns an empty text.
 QString messageAdvice(const Error &error);

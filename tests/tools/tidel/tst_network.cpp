@@ -358,10 +358,20 @@ void TestNetwork::download()
     QVERIFY(run({"enclosures", "https://example.org/files"}).out.startsWith("1000 bytes  audio/mpeg  "));
 
     m_server->forgetRequests();
-    const Run again = run({"download", "https://example.org/files", "--into", "elsewhere"});
-    VERIFY_RUN(again, 0);
-    QCOMPARE(again.out, "Already downloaded: " + target + "/a.mp3 (1000 bytes)\n");
+    const QString already = "Already downloaded: " + target + "/a.mp3 (1000 bytes)\n";
+    QCOMPARE(run({"download", "https://example.org/files"}).out, already);
+    QCOMPARE(run({"download", "https://example.org/files", "--into", "into"}).out, already);
+    const QString copy = m_dir->filePath("elsewhere/a.mp3");
+    QCOMPARE(run({"download", "https://example.org/files", "--into", "elsewhere"}).out,
+             "Copied: " + copy + " (1000 bytes)\n");
+    QCOMPARE(QFileInfo(copy).size(), 1000);
+    const Run taken = run({"download", "https://example.org/files", "--into", "elsewhere"});
+    VERIFY_RUN(taken, 1);
+    QCOMPARE(taken.err,
+             "tidel: " + copy + ": a file of this name exists; move it away or choose another folder\n");
     QCOMPARE(m_server->requests(), QStringList());
+    // The archive still refers to the first one.
+    QVERIFY(run({"enclosures", "https://example.org/files"}).out.endsWith("  " + target + "/a.mp3\n"));
 }
 
 void TestNetwork::parallelDownloads()
