@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "backup.h"
 
+#include "../qtsparql/filelock_p.h"
+#include "archivemerge_p.h"
 #include "statements_p.h"
 #include "store_p.h"
+#include "storedatabase.h"
 #include "writeturn.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QHash>
 #include <QSaveFile>
@@ -73,13 +77,78 @@ Result<Backup::Size> Backup::write(const QString &fileName) const
     return size;
 }
 
-Result<Backup::Size> Backup::restore(const QString &fileName)
+namespace {
+
+/// Reads \a fileName into \a store.
+Result<void> read(StorePrivate &store, const QString &fileName, const char *attempt)
 {
-    const char *const attempt = "restore the backup";
     const QFileInfo info(fileName);
     if (!info.isFile() || !info.isReadable())
         return fileFailure(attempt, fileName,
                            QStringLiteral("the file does not exist or cannot be read; check its name"));
+    const QSparqlError error = SparqlTurtle::read(store.connection.options(), info.absoluteFilePath());
+    if (error.type() == QSparqlError::StatementError || error.type() == QSparqlError::TransactionError)
+        return fileFailure(attempt, fileName,
+                           QStringLiteral("the file is damaged or is not a backup; try another copy (%1)")
+                               .arg(error.message()));
+    return error.isValid() ? storeFailure(attempt, error) : Result<void>();
+}
+
+/// A folder for one program at a time. What a killed program has left in it is removed.
+class MergeFolder
+{
+public:
+    MergeFolder()
+        : m_path(QDir::cleanPath(StoreDatabase::folder() + QLatin1String("/../merging"))),
+          m_lock(m_path + QLatin1String(".lock"))
+    {
+        m_isOwn = m_lock.tryLock();
+        if (m_isOwn)
+            QDir(m_path).removeRecursively();
+    }
+    ~MergeFolder()
+    {
+        if (m_isOwn)
+            QDir(m_path).removeRecursively();
+    }
+    Q_DISABLE_COPY(MergeFolder)
+
+    bool isOwn() const { return m_isOwn; }
+    QString path() const { return m_path; }
+
+private:
+    const QString m_path;
+    FileLock m_lock;
+    bool m_isOwn = false;
+};
+
+} // namespace
+
+Result<Backup::Size> Backup::merge(const QString &fileName)
+{
+    const char *const attempt = "merge the backup";
+    const MergeFolder folder;
+    if (!folder.isOwn())
+        return failure(Error::StoreFailed, attempt,
+                       QStringLiteral("another program is merging a backup; wait until it has finished"));
+    StorePrivate other(folder.path());
+    if (!other.connection.isValid())
+        return storeFailure(attempt, other.connection.lastError());
+    const Result<Size> before = size();
+    if (!before)
+        return before;
+    return read(other, fileName, attempt)
+        .and_then([&] { return mergeArchive(other, StorePrivate::of(m_store)); })
+        .and_then([this] { return size(); })
+        .map([&](const Size &after) {
+            return Size{after.channels - before->channels, after.messages - before->messages,
+                        after.enclosures - before->enclosures};
+        });
+}
+
+Result<Backup::Size> Backup::restore(const QString &fileName)
+{
+    const char *const attempt = "restore the backup";
     const Result<WriteTurn> turn = WriteTurn::take();
     if (!turn)
         return Failure(turn.error());
@@ -88,13 +157,7 @@ Result<Backup::Size> Backup::restore(const QString &fileName)
         return before;
     if (before->channels + before->messages + before->enclosures > 0)
         return failure(Error::NotEmpty, attempt, QStringLiteral("the archive is not empty"));
-    const QSparqlError error =
-        SparqlTurtle::read(StorePrivate::of(m_store).connection.options(), info.absoluteFilePath());
-    if (error.type() == QSparqlError::StatementError || error.type() == QSparqlError::TransactionError)
-        return fileFailure(attempt, fileName,
-                           QStringLiteral("the file is damaged or is not a backup; try another copy (%1)")
-                               .arg(error.message()));
-    return error.isValid() ? storeFailure(attempt, error) : size();
+    return read(StorePrivate::of(m_store), fileName, attempt).and_then([this] { return size(); });
 }
 
 } // namespace Tidel

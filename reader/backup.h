@@ -43,6 +43,14 @@ public:
     /// if the file is no backup or cannot be read, or Error::NotEmpty.
     Result<Size> restore(const QString &fileName);
 
+    /// Adds to the archive what it lacks of \a fileName, and returns how much that was. A channel is known by
+    /// its link, a message by its link or its item, an enclosure by its address, and each of them by its URI
+    /// if the archives are copies of one. Nothing is added twice, and nothing is deleted. Of texts that
+    /// differ those of the archive stay; a message is a favorite or read as it was marked last. Takes a
+    /// WriteTurn for each hundred messages: after an interruption, another call goes on. Fails as restore()
+    /// does.
+    Result<Size> merge(const QString &fileName);
+
 private:
     Result<Size> size() const;
 

@@ -233,10 +233,28 @@ Result<void> removeEmptied(StorePrivate &store, const FeedChannel &channel, cons
         .map([&](const QList<FeedEnclosure> &deleted) { step(0, deleted); });
 }
 
+/// Takes \a messages out of the channel, and deletes those that no other channel holds, except favorites.
+Result<void> removeButFavorites(StorePrivate &store, const QString &channelUri, QStringList messages,
+                                const RemovalStep &step)
+{
+    const auto favorites =
+        store.texts(Statements::favoritesAmong(messages), "find the favorites of the channel");
+    if (!favorites)
+        return Failure(favorites.error());
+    QString removal = Statements::forgetValidators(channelUri);
+    for (const QString &favorite : *favorites)
+        messages.removeAll(favorite);
+    if (!favorites->isEmpty())
+        removal += Statements::release(*favorites, channelUri);
+    // The next turn finds what has become a favorite since.
+    removal += Statements::dropMessages(messages, channelUri, Statements::Spared::Favorites);
+    return removeMessages(store, channelUri, messages, removal, step);
+}
+
 } // namespace
 
 // Each turn asks again, because between two turns a refresh can add messages.
-Result<void> Channels::remove(const FeedChannel &channel, const RemovalStep &step)
+Result<void> Channels::remove(const FeedChannel &channel, const RemovalStep &step, Favorites favorites)
 {
     StorePrivate &store = StorePrivate::of(m_store);
     while (true) {
@@ -252,7 +270,9 @@ Result<void> Channels::remove(const FeedChannel &channel, const RemovalStep &ste
         // If this is interrupted, a refresh brings back what the feed shows.
         const QString removal = Statements::forgetValidators(channel.uri())
             + Statements::removeMessages(*messages, channel.uri());
-        const Result<void> removed = removeMessages(store, channel.uri(), *messages, removal, step);
+        const Result<void> removed = favorites == KeepFavorites
+            ? removeButFavorites(store, channel.uri(), *messages, step)
+            : removeMessages(store, channel.uri(), *messages, removal, step);
         if (!removed)
             return removed;
     }

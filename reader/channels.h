@@ -54,9 +54,15 @@ public:
     /// Lets the channel \a uri be asked for at most every \a seconds; 0 leaves it to its server. It is due
     /// then.
     Result<void> setInterval(const QString &uri, int seconds);
+    /// What becomes of the favorites of a channel that is deleted.
+    enum Favorites {
+        DeleteFavorites, ///< They are deleted with the channel.
+        KeepFavorites ///< They stay, and belong to no channel if no other channel holds them.
+    };
     /// Deletes \a channel with its messages, which stay with the other channels that hold them. \a step is
     /// called after each update. Takes a WriteTurn for each hundred messages.
-    Result<void> remove(const FeedChannel &channel, const RemovalStep &step);
+    Result<void> remove(const FeedChannel &channel, const RemovalStep &step,
+                        Favorites favorites = DeleteFavorites);
 
 private:
     Store m_store;

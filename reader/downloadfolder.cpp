@@ -8,34 +8,29 @@
 
 namespace Tidel {
 
-namespace {
-
-/// The path of the file \a localUrl if it is in the download folder; otherwise empty.
-QString downloadedFile(const QString &localUrl)
+QString DownloadFolder::path()
 {
-    const QFileInfo file(QUrl(localUrl).toLocalFile());
-    // For a symbolic link, its own place counts: the link is what would be removed.
+    return QStandardPaths::writableLocation(QStandardPaths::DownloadLocation) + QLatin1String("/tidel");
+}
+
+QString DownloadFolder::fileOf(const FeedEnclosure &enclosure)
+{
+    const QFileInfo file(QUrl(enclosure.localUrl()).toLocalFile());
+    // The link is what would be removed.
     if (!file.isAbsolute() || !(file.isFile() || file.isSymLink()))
         return QString();
-    const QString folder = QFileInfo(DownloadFolder::path()).canonicalFilePath();
+    const QString folder = QFileInfo(path()).canonicalFilePath();
     const QString place = QFileInfo(file.path()).canonicalFilePath();
     const bool isInside =
         !folder.isEmpty() && (place + QLatin1Char('/')).startsWith(folder + QLatin1Char('/'));
     return isInside ? file.filePath() : QString();
 }
 
-} // namespace
-
-QString DownloadFolder::path()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::DownloadLocation) + QLatin1String("/tidel");
-}
-
 int DownloadFolder::removeFiles(const QList<FeedEnclosure> &enclosures, QStringList *failed)
 {
     int removed = 0;
     for (const FeedEnclosure &enclosure : enclosures) {
-        const QString path = downloadedFile(enclosure.localUrl());
+        const QString path = fileOf(enclosure);
         if (path.isEmpty())
             continue;
         if (QFile::remove(path))

@@ -20,6 +20,10 @@ public:
     /// The absolute path of the folder, which need not exist.
     static QString path();
 
+    /// The path of the file of \a enclosure if it is in the folder; otherwise empty. Of a symbolic link, its
+    /// own place counts.
+    static QString fileOf(const FeedEnclosure &enclosure);
+
     /// Removes the files of \a enclosures that are in the folder, and returns their number. Files elsewhere
     /// belong to the user and stay. The paths of files that cannot be removed are appended to \a failed.
     static int removeFiles(const QList<FeedEnclosure> &enclosures, QStringList *failed);

@@ -96,9 +96,9 @@ Result<QString> Messages::uri(const QString &name) const
 Result<void> Messages::setFavorite(const QString &messageUri, bool isFavorite)
 {
     StorePrivate &store = StorePrivate::of(m_store);
-    const Result<void> changed = store.update(isFavorite ? Statements::insertFavorite(messageUri)
-                                                         : Statements::deleteFavorite(messageUri),
-                                              "change the message in the store");
+    const QString change =
+        Statements::changeFavorite(messageUri, isFavorite, QDateTime::currentDateTimeUtc());
+    const Result<void> changed = store.update(Statements::update(change), "change the message in the store");
     if (!changed || !isFavorite)
         return changed;
     // Another program may have deleted the message since it was looked up. A favorite stays.

@@ -7,6 +7,7 @@
 #include "statements_p.h"
 #include "writeturn.h"
 
+#include <QDateTime>
 #include <QHash>
 
 namespace Tidel {
@@ -15,7 +16,7 @@ namespace {
 
 /// Stores by what the channel knows the messages of \a answer: their keys, and the links of those without a
 /// key.
-QString rememberDropped(const Answer &answer, const QString &channelUri)
+QString rememberDropped(const Answer &answer, const QString &channelUri, Statements::Spared spared)
 {
     const QString prefix = itemKeyPrefix(channelUri);
     QVector<QPair<QString, QString>> keys;
@@ -32,27 +33,53 @@ QString rememberDropped(const Answer &answer, const QString &channelUri)
     QVector<QPair<QString, QString>> ownLinks;
     for (auto link = links.cbegin(); link != links.cend(); ++link)
         ownLinks.append({link.key(), link.value()});
-    return Statements::insertDropped(channelUri, Statements::droppedKey, keys)
-        + Statements::insertDropped(channelUri, Statements::droppedLink, ownLinks);
+    return Statements::insertDropped(channelUri, Statements::droppedKey, keys, spared)
+        + Statements::insertDropped(channelUri, Statements::droppedLink, ownLinks, spared);
+}
+
+const char *const attempt = "find its oldest messages in the store";
+
+/// The messages in the rows of \a question, URI and time of reading, that \a rule does not keep as unread.
+Result<QStringList> droppable(StorePrivate &store, const QSparqlQuery &question, const RetentionRule &rule)
+{
+    return store.run(question, attempt).map([&rule](const Answer &answer) {
+        QStringList uris;
+        while (answer->next()) {
+            if (rule.dropsUnread || answer->value(1).toDateTime().isValid())
+                uris.append(answer->value(0).toString());
+        }
+        return uris;
+    });
 }
 
 } // namespace
 
 Retention::Retention(const Store &store) : m_store(store) { }
 
-Result<QStringList> Retention::excess(const QString &channelUri, int keep) const
+Result<QStringList> Retention::excess(const QString &channelUri, const RetentionRule &rule) const
 {
     StorePrivate &store = StorePrivate::of(m_store);
-    const char *const attempt = "find its oldest messages in the store";
-    return store.number(Statements::droppableCount(channelUri), attempt).and_then([&](int count) {
-        if (count <= keep)
-            return Result<QStringList>();
-        return store.texts(Statements::droppableMessages(channelUri, count - keep), attempt)
-            .map([](QStringList uris) {
-                uris.removeDuplicates();
-                return uris;
-            });
-    });
+    QVector<QSparqlQuery> questions;
+    if (rule.keep) {
+        const Result<int> count = store.number(Statements::droppableCount(channelUri), attempt);
+        if (!count)
+            return Failure(count.error());
+        if (*count > *rule.keep)
+            questions.append(Statements::droppableMessages(channelUri, *count - *rule.keep));
+    }
+    if (rule.days)
+        questions.append(
+            Statements::droppableBefore(channelUri, QDateTime::currentDateTime().addDays(-*rule.days)));
+
+    QStringList uris;
+    for (const QSparqlQuery &question : qAsConst(questions)) {
+        const Result<QStringList> some = droppable(store, question, rule);
+        if (!some)
+            return some;
+        uris += *some;
+    }
+    uris.removeDuplicates();
+    return uris;
 }
 
 Result<QList<FeedMessage>> Retention::headlines(const QStringList &uris) const
@@ -61,9 +88,12 @@ Result<QList<FeedMessage>> Retention::headlines(const QStringList &uris) const
                          "read its oldest messages from the store");
 }
 
-// One update remembers and deletes, so that both agree on which messages are favorites.
-Result<void> Retention::drop(const QString &channelUri, const QStringList &uris, const RemovalStep &step)
+// One update remembers and deletes, so that both agree on which messages stay.
+Result<void> Retention::drop(const QString &channelUri, const QStringList &uris, const RetentionRule &rule,
+                             const RemovalStep &step)
 {
+    const auto spared =
+        rule.dropsUnread ? Statements::Spared::Favorites : Statements::Spared::FavoritesAndUnread;
     StorePrivate &store = StorePrivate::of(m_store);
     return inChunks(uris, [&](const QStringList &some) -> Result<void> {
         const Result<WriteTurn> turn = WriteTurn::take();
@@ -71,9 +101,10 @@ Result<void> Retention::drop(const QString &channelUri, const QStringList &uris,
             return Failure(turn.error());
         return store.run(Statements::linksAndKeys(some), "read its oldest messages from the store")
             .and_then([&](const Answer &answer) {
-                return removeMessages(
-                    store, channelUri, some,
-                    rememberDropped(answer, channelUri) + Statements::dropMessages(some, channelUri), step);
+                return removeMessages(store, channelUri, some,
+                                      rememberDropped(answer, channelUri, spared)
+                                          + Statements::dropMessages(some, channelUri, spared),
+                                      step);
             });
     });
 }

@@ -161,6 +161,21 @@ bool isUrn(const QString &address)
            });
 }
 
+QString isNot(Spared spared)
+{
+    return spared == Spared::Favorites ? isNoFavorite
+                                       : QLatin1String("; tidel:readTime ?read ") + isNoFavorite;
+}
+
+/// "FILTER(...) ", which ?published, or if there is none ?downloaded, passes if it is before \a time.
+QString isBefore(const QDateTime &time)
+{
+    // The time of download is local time labelled as UTC.
+    return QLatin1String("FILTER(?published < ") + timeTerm(time)
+        + QLatin1String(" || (!bound(?published) && ?downloaded < ") + timeTerm(localAsUtc(time))
+        + QLatin1String(")) ");
+}
+
 } // namespace
 
 // contract: the store holds local times without their zone, and the time of download labelled as UTC.
@@ -170,6 +185,8 @@ const QString droppedLink = QStringLiteral("droppedLink");
 const QString droppedKey = QStringLiteral("droppedKey");
 const QString folder = QStringLiteral("folder");
 const QString interval = QStringLiteral("interval");
+const QString retention = QStringLiteral("retention");
+const QString everyChannel = QStringLiteral("urn:tidel:every-channel");
 const QString website = QStringLiteral("website");
 const QString itemKey = QStringLiteral("itemKey");
 const QString digest = QStringLiteral("digest");
@@ -578,17 +595,36 @@ QString insertKey(const QString &link, const QString &key)
         + QLatin1String(" } WHERE { ?m a mfo:FeedMessage ; nie:links ") + iri(link) + QLatin1String(" } ");
 }
 
-QSparqlQuery insertFavorite(const QString &messageUri)
+namespace {
+
+/// Makes the message a favorite or no favorite, and notes the time if it is valid and the message passes
+/// \a filter, which names ?m.
+QString favoriteMark(const QString &messageUri, bool isFavorite, const QDateTime &time, const QString &filter)
 {
-    return update(piece(QStringLiteral("INSERT { ?:message nao:hasTag nao:predefined-tag-favorite } "
-                                       "WHERE { ?:message a mfo:FeedMessage }"),
-                        {{"message", QUrl(messageUri)}}));
+    const QString chosen = valuesOf("m", {messageUri});
+    const QString isStored = chosen + QLatin1String("?m a mfo:FeedMessage ");
+    const QString tag = QLatin1String(" { ?m nao:hasTag nao:predefined-tag-favorite } WHERE { ");
+    const QString noted = QLatin1String("DELETE { ?m tidel:favoriteTime ?time } WHERE { ") + chosen
+        + QLatin1String("?m tidel:favoriteTime ?time ") + filter
+        + QLatin1String("} INSERT { ?m tidel:favoriteTime ") + timeTerm(time) + QLatin1String(" } WHERE { ")
+        + isStored + filter + QLatin1String("} ");
+    return (time.isValid() ? noted : QString()) + QLatin1String(isFavorite ? "INSERT" : "DELETE") + tag
+        + isStored + QLatin1String("} ");
 }
 
-QSparqlQuery deleteFavorite(const QString &messageUri)
+} // namespace
+
+QString changeFavorite(const QString &messageUri, bool isFavorite, const QDateTime &time)
 {
-    return update(piece(QStringLiteral("DELETE { ?:message nao:hasTag nao:predefined-tag-favorite }"),
-                        {{"message", QUrl(messageUri)}}));
+    return favoriteMark(messageUri, isFavorite, time,
+                        isFavorite
+                            ? isNoFavorite
+                            : QStringLiteral("FILTER EXISTS { ?m nao:hasTag nao:predefined-tag-favorite } "));
+}
+
+QString replaceFavorite(const QString &messageUri, bool isFavorite, const QDateTime &time)
+{
+    return favoriteMark(messageUri, isFavorite, time, QString());
 }
 
 QSparqlQuery droppableCount(const QString &channelUri)
@@ -599,17 +635,46 @@ QSparqlQuery droppableCount(const QString &channelUri)
                   {{"channel", QUrl(channelUri)}});
 }
 
+namespace {
+
+/// The droppable messages that pass \a filter, in the order that droppableMessages() has.
+QString droppable(const QString &filter)
+{
+    return QLatin1String("SELECT ?m ?read WHERE { ?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel ; "
+                         "mfo:downloadedTime ?downloaded OPTIONAL { ?m nie:contentCreated ?published } "
+                         "OPTIONAL { ?m tidel:readTime ?read } ")
+        + filter + isNoFavorite + QLatin1String("} ORDER BY ?published ?downloaded");
+}
+
+} // namespace
+
 QSparqlQuery droppableMessages(const QString &channelUri, int limit)
 {
-    return select(
-        QStringLiteral("SELECT ?m WHERE { ?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel ; "
-                       "mfo:downloadedTime ?downloaded OPTIONAL { ?m nie:contentCreated ?published } ")
-            + isNoFavorite + QLatin1String("} ORDER BY ?published ?downloaded LIMIT ?:limit"),
-        {{"channel", QUrl(channelUri)}, {"limit", limit}});
+    return select(droppable(QString()) + QLatin1String(" LIMIT ?:limit"),
+                  {{"channel", QUrl(channelUri)}, {"limit", limit}});
+}
+
+QSparqlQuery droppableBefore(const QString &channelUri, const QDateTime &before)
+{
+    return select(droppable(isBefore(before)), {{"channel", QUrl(channelUri)}});
+}
+
+QString replaceRetention(const QString &channelUri, const QString &rule)
+{
+    const QString subject = channelUri.isEmpty() ? everyChannel : channelUri;
+    const QString deletion = replacement(subject, "tidel:retention", QString());
+    if (rule.isEmpty())
+        return deletion;
+    const QString insertion =
+        iri(subject) + QLatin1String(" tidel:retention ") + literal(rule) + QLatin1String(" } ");
+    return channelUri.isEmpty() ? deletion + QLatin1String("INSERT DATA { ") + iri(subject)
+            + QLatin1String(" a nie:DataObject . ") + insertion
+                                : deletion + QLatin1String("INSERT { ") + insertion
+            + QLatin1String("WHERE { ") + iri(subject) + QLatin1String(" a mfo:FeedChannel } ");
 }
 
 QString insertDropped(const QString &channelUri, const QString &name,
-                      const QVector<QPair<QString, QString>> &values)
+                      const QVector<QPair<QString, QString>> &values, Spared spared)
 {
     if (values.isEmpty())
         return {};
@@ -618,7 +683,7 @@ QString insertDropped(const QString &channelUri, const QString &name,
         pairs += QLatin1Char('(') + iri(uri) + literal(value) + QLatin1Char(')');
     return QLatin1String("INSERT { ") + iri(channelUri) + QLatin1Char(' ') + detail(name)
         + QLatin1String(" ?name } WHERE { VALUES (?m ?name) { ") + pairs
-        + QLatin1String(" } ?m a mfo:FeedMessage ") + isNoFavorite + QLatin1String("} ");
+        + QLatin1String(" } ?m a mfo:FeedMessage ") + isNot(spared) + QLatin1String("} ");
 }
 
 namespace {
@@ -669,13 +734,10 @@ QSparqlQuery unreadMessages(const QString &channelUri, const QDateTime &before)
     if (!channelUri.isEmpty())
         text += QLatin1String("; nie:isLogicalPartOf ") + iri(channelUri) + QLatin1Char(' ');
     text += QLatin1String("FILTER NOT EXISTS { ?m tidel:readTime ?read } ");
-    // The time of download is local time labelled as UTC.
     if (before.isValid())
         text += QLatin1String("OPTIONAL { ?m nie:contentCreated ?published } "
-                              "OPTIONAL { ?m mfo:downloadedTime ?downloaded } "
-                              "FILTER(?published < ")
-            + timeTerm(before) + QLatin1String(" || (!bound(?published) && ?downloaded < ")
-            + timeTerm(localAsUtc(before)) + QLatin1String(")) ");
+                              "OPTIONAL { ?m mfo:downloadedTime ?downloaded } ")
+            + isBefore(before);
     return select(text + QLatin1String("} ORDER BY tracker:id(?m)"));
 }
 
@@ -864,9 +926,28 @@ QString removeMessages(const QStringList &messages, const QString &channelUri)
     return removal(messages, channelUri, QString());
 }
 
-QString dropMessages(const QStringList &messages, const QString &channelUri)
+QString dropMessages(const QStringList &messages, const QString &channelUri, Spared spared)
 {
-    return removal(messages, channelUri, isNoFavorite);
+    return removal(messages, channelUri, isNot(spared));
+}
+
+QSparqlQuery messagesOfOthers(const QStringList &messages, const QString &channelUri)
+{
+    return select(QLatin1String("SELECT DISTINCT ?m WHERE { ") + valuesOf("m", messages)
+                  + QLatin1String("?m nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel FILTER(?c != ")
+                  + iri(channelUri) + QLatin1String(") }"));
+}
+
+QSparqlQuery favoritesAmong(const QStringList &messages)
+{
+    return select(QLatin1String("SELECT ?m WHERE { ") + valuesOf("m", messages)
+                  + QLatin1String("?m nao:hasTag nao:predefined-tag-favorite }"));
+}
+
+QSparqlQuery ownersOf(const QStringList &enclosures)
+{
+    return select(QLatin1String("SELECT ?e ?owner WHERE { ") + valuesOf("e", enclosures)
+                  + QLatin1String("?e nie:isLogicalPartOf ?owner . ?owner a mfo:FeedElement }"));
 }
 
 QSparqlQuery messagesAmong(const QStringList &uris, const QString &channelUri)
@@ -915,6 +996,7 @@ QString deleteResources(const QStringList &resources)
 QSparqlQuery orphanMessages()
 {
     return select(QStringLiteral("SELECT DISTINCT ?m WHERE { ?m a mfo:FeedMessage ; nie:links ?link "
+                                 "FILTER NOT EXISTS { ?m nao:hasTag nao:predefined-tag-favorite } "
                                  "FILTER NOT EXISTS { ?m nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel } }"));
 }
 
@@ -973,6 +1055,32 @@ const QString isLinkWithoutTime =
     QStringLiteral("?x a mfo:FeedChannel ; nie:links ?link FILTER NOT EXISTS { ?link nie:created ?time } ");
 
 } // namespace
+
+const char *className(Kind kind) { return termsOf(kind).className; }
+
+QSparqlQuery resourcesOf(Kind kind)
+{
+    return select(QLatin1String("SELECT ?x WHERE { ") + isOf(kind)
+                  + QLatin1String("} ORDER BY tracker:id(?x)"));
+}
+
+QSparqlQuery resourcesWithLinks(Kind kind, const QStringList &links)
+{
+    return select(QLatin1String("SELECT ?link ?x WHERE { ") + valuesOf("link", links) + QLatin1String("?x ")
+                  + QLatin1String(termsOf(kind).link) + QLatin1String(" ?link ; a ")
+                  + QLatin1String(className(kind)) + QLatin1String(" }"));
+}
+
+QSparqlQuery resourcesAmong(Kind kind, const QStringList &uris)
+{
+    return select(QLatin1String("SELECT ?x WHERE { ") + valuesOf("x", uris) + isOf(kind) + QLatin1Char('}'));
+}
+
+QSparqlQuery messagesWithKeys(const QStringList &keys)
+{
+    return select(QLatin1String("SELECT ?key ?m WHERE { ?m tidel:itemKey ?key ")
+                  + isIn("key", each(keys, literal)) + QLatin1Char('}'));
+}
 
 QStringList singleProperties(Kind kind)
 {
@@ -1055,9 +1163,10 @@ QString insertLink(const QString &uri, const QString &link)
         + QLatin1String(" } ");
 }
 
-QSparqlQuery everythingOf(const QString &uri)
+QSparqlQuery everythingOf(const QStringList &uris)
 {
-    return select(QLatin1String("SELECT ?p ?v WHERE { ") + iri(uri) + QLatin1String(" ?p ?v }"));
+    return select(QLatin1String("SELECT ?s ?p ?v WHERE { ") + valuesOf("s", uris)
+                  + QLatin1String("?s ?p ?v }"));
 }
 
 QString insertValue(const QString &uri, const QString &property, const QString &term)
@@ -1069,6 +1178,16 @@ QString insertValue(const QString &uri, const QString &property, const QString &
 QString replaceValue(const QString &uri, const QString &property, const QString &term)
 {
     return replacement(uri, iri(property).toLatin1().constData(), term);
+}
+
+QString insertResource(const QString &uri, const char *type, const QHash<QString, QStringList> &values)
+{
+    QString text = QLatin1String("INSERT DATA { ") + iri(uri) + QLatin1String(" a ") + QLatin1String(type);
+    for (auto property = values.cbegin(); property != values.cend(); ++property) {
+        for (const QString &term : property.value())
+            text += QLatin1String(" ; ") + iri(property.key()) + QLatin1Char(' ') + term;
+    }
+    return text + QLatin1String(" } ");
 }
 
 QString moveParts(const QString &fromUri, const QString &toUri)

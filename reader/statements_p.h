@@ -3,6 +3,7 @@
 #define TIDEL_STATEMENTS_P_H
 
 #include <QDateTime>
+#include <QHash>
 #include <QPair>
 #include <QSparqlQuery>
 #include <QString>
@@ -41,6 +42,7 @@ extern const QString droppedLink; ///< Of a channel: the link of a dropped messa
 extern const QString droppedKey; ///< Of a channel: the key of a dropped message.
 extern const QString folder; ///< Of a channel: the path of its folder.
 extern const QString interval; ///< Of a channel: how often the user wants to know what is new, in seconds.
+extern const QString retention; ///< Of a channel: which of its messages are dropped.
 extern const QString website; ///< Of a channel: the address of its website.
 extern const QString itemKey; ///< Of a message: the key of its item.
 extern const QString digest; ///< Of a message: the digest of its texts.
@@ -160,12 +162,22 @@ QString insertTexts(const FeedMessage &message, const QString &uri);
 QString linkMessages(const QStringList &links, const QString &channelUri);
 /// Gives the message with the link \a link the key \a key too.
 QString insertKey(const QString &link, const QString &key);
-QSparqlQuery insertFavorite(const QString &messageUri);
-QSparqlQuery deleteFavorite(const QString &messageUri);
+/// Makes the message a favorite or no favorite, and notes the time if this changes anything.
+QString changeFavorite(const QString &messageUri, bool isFavorite, const QDateTime &time);
+/// As changeFavorite(), and always notes the time if it is valid.
+QString replaceFavorite(const QString &messageUri, bool isFavorite, const QDateTime &time);
 /// The number of messages of the channel that are no favorites.
 QSparqlQuery droppableCount(const QString &channelUri);
-/// The URIs of \a limit of these messages, the oldest first.
+/// URI and time of reading of \a limit of these messages, the oldest first.
 QSparqlQuery droppableMessages(const QString &channelUri, int limit);
+/// As droppableMessages(), of those that were published before \a before. A message without a date counts
+/// with the time of its download.
+QSparqlQuery droppableBefore(const QString &channelUri, const QDateTime &before);
+/// Gives the rule \a rule to the channel, or to all that have none if \a channelUri is empty. Deletes the
+/// rule if it is empty.
+QString replaceRetention(const QString &channelUri, const QString &rule);
+/// The resource that the rule of all channels is stored with.
+extern const QString everyChannel;
 /// @}
 
 /// \name Read state
@@ -246,18 +258,37 @@ QSparqlQuery replaceFile(const FeedEnclosure &enclosure);
 QSparqlQuery archiveSize();
 /// Describes all that this library stores.
 QSparqlQuery archive();
+enum class Kind { Channel, Message, Enclosure };
+/// The prefixed name of the class of \a kind.
+const char *className(Kind kind);
+/// The URIs of all resources of \a kind.
+QSparqlQuery resourcesOf(Kind kind);
+/// Link, resource of \a kind that has it.
+QSparqlQuery resourcesWithLinks(Kind kind, const QStringList &links);
+/// Those of \a uris that are resources of \a kind.
+QSparqlQuery resourcesAmong(Kind kind, const QStringList &uris);
+/// Key, message that has it.
+QSparqlQuery messagesWithKeys(const QStringList &keys);
 /// @}
 
 /// \name Removal
 /// @{
 /// Removes \a messages from the channel: deletes those that no other channel has.
 QString removeMessages(const QStringList &messages, const QString &channelUri);
-/// As removeMessages(), and leaves favorites in the channel.
-QString dropMessages(const QStringList &messages, const QString &channelUri);
+/// Which messages stay in their channel when others are dropped.
+enum class Spared { Favorites, FavoritesAndUnread };
+/// As removeMessages(), and leaves \a spared in the channel.
+QString dropMessages(const QStringList &messages, const QString &channelUri, Spared spared);
 /// Stores under the detail \a name of the channel by what it knows dropped messages: the second text of each
-/// pair. The first one is the URI of the message. Leaves favorites out.
+/// pair. The first one is the URI of the message. Leaves \a spared out.
 QString insertDropped(const QString &channelUri, const QString &name,
-                      const QVector<QPair<QString, QString>> &values);
+                      const QVector<QPair<QString, QString>> &values, Spared spared);
+/// Those of \a messages that a channel other than \a channelUri has, too.
+QSparqlQuery messagesOfOthers(const QStringList &messages, const QString &channelUri);
+/// Those of \a messages that are favorites.
+QSparqlQuery favoritesAmong(const QStringList &messages);
+/// Enclosure, owner.
+QSparqlQuery ownersOf(const QStringList &enclosures);
 /// Those of \a uris that are in the channel.
 QSparqlQuery messagesAmong(const QStringList &uris, const QString &channelUri);
 /// URI, remote link and local link of the enclosures of \a owners, which are messages or channels. An
@@ -271,7 +302,7 @@ QString deleteReleased(const QStringList &enclosures);
 QString release(const QStringList &parts, const QString &ownerUri);
 /// Deletes all that the store says of \a resources.
 QString deleteResources(const QStringList &resources);
-/// Messages with a link that belong to no channel.
+/// Messages with a link that belong to no channel and are no favorites.
 QSparqlQuery orphanMessages();
 /// URI, remote link and local link of the enclosures that belong to neither a message nor a channel.
 QSparqlQuery orphanEnclosures();
@@ -303,7 +334,6 @@ QSparqlQuery channelTitles(const QStringList &messageUris);
 /// \name Check
 /// These read all resources of a kind.
 /// @{
-enum class Kind { Channel, Message, Enclosure };
 /// The links that identify several resources of \a kind.
 QSparqlQuery linksOfSeveral(Kind kind);
 /// The resources of \a kind that have \a link, the oldest first.
@@ -325,12 +355,15 @@ QString insertDownloadTimes();
 /// Gives a time of subscription to the links of channels without one: now.
 QString insertSubscriptionTimes();
 QString insertLink(const QString &uri, const QString &link);
-/// Property and value of all that the store says of \a uri.
-QSparqlQuery everythingOf(const QString &uri);
+/// Resource, property and value of all that the store says of \a uris.
+QSparqlQuery everythingOf(const QStringList &uris);
 /// \a property is a full name, \a term a literal or a resource as it stands in a statement.
 QString insertValue(const QString &uri, const QString &property, const QString &term);
 /// As insertValue(), and deletes the values before.
 QString replaceValue(const QString &uri, const QString &property, const QString &term);
+/// Adds the resource \a uri of the class \a type, a prefixed name, with values of properties as insertValue()
+/// takes them.
+QString insertResource(const QString &uri, const char *type, const QHash<QString, QStringList> &values);
 /// What belongs to \a fromUri belongs to \a toUri then.
 QString moveParts(const QString &fromUri, const QString &toUri);
 /// Enclosure and local link of the downloaded enclosures.

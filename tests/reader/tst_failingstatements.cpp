@@ -211,7 +211,9 @@ void TestFailingStatements::queriesAndUpdates_data()
     addAttempt("MessageList::titled", 4, [](S s) { return outcome(MessageList(s).titled("of b", 9)); });
     addAttempt("ReadState::unread", 1, [](S s) { return outcome(ReadState(s).unread({})); });
     addAttempt("ReadState::counts", 3, [](S s) { return outcome(ReadState(s).counts()); });
-    addAttempt("Retention::excess", 2, [=](S s) { return outcome(Retention(s).excess(news, 1)); });
+    addAttempt("Retention::excess", 2, [=](S s) {
+        return outcome(Retention(s).excess(news, RetentionRule{1, {}, true}));
+    });
     addAttempt("Retention::headlines", 2,
                [](S s) { return outcome(Retention(s).headlines(messageUris(manyNames))); });
 }
@@ -255,7 +257,7 @@ void TestFailingStatements::changesInSteps_data()
     addAttempt("Orphans::remove", 8, [](S s) { return Orphans(s).remove(ignoreStep); });
     addAttempt("Retention::drop", 9, [](S s) {
         return Retention(s).drop(channelUri("news"), messageUris(manyNames) + messageUris({"a", "shared"}),
-                                 ignoreStep);
+                                 RetentionRule{0, {}, true}, ignoreStep);
     });
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "readertest.h"
 
+#include <TidelReader/channelcontent.h>
 #include <TidelReader/channels.h>
 #include <TidelReader/enclosures.h>
 #include <TidelReader/feeds.h>
@@ -9,6 +10,7 @@
 #include <TidelReader/messages.h>
 #include <TidelReader/messagewriter.h>
 #include <TidelReader/retention.h>
+#include <TidelReader/retentionrules.h>
 
 #include <storable.h>
 
@@ -182,11 +184,14 @@ void TestHostileTexts::structureStays_data()
     });
     addUse("MessageWriter::write, channel",
            [](S s, T t) { write(s, StorableMessage(Link::fromEncoded(linkOf("x")), FeedMessage()), t); });
-    addUse("Retention::excess", [](S s, T t) { Retention(s).excess(t, 0); });
+    addUse("RetentionRules::set", [](S s, T t) { RetentionRules(s).set(t, RetentionRule{1, {}, false}); });
+    addUse("ChannelContent::of", [](S s, T t) { ChannelContent::of(s, t); });
+    addUse("Retention::excess", [](S s, T t) { Retention(s).excess(t, {0, 0, true}); });
     addUse("Retention::headlines", [](S s, T t) { Retention(s).headlines({t, messageUri("a")}); });
-    addUse("Retention::drop, channel", [](S s, T t) { Retention(s).drop(t, {"urn:message:x"}, ignoreStep); });
+    addUse("Retention::drop, channel",
+           [](S s, T t) { Retention(s).drop(t, {"urn:message:x"}, {}, ignoreStep); });
     addUse("Retention::drop, message",
-           [](S s, T t) { Retention(s).drop(channelUri("news"), {t}, ignoreStep); });
+           [](S s, T t) { Retention(s).drop(channelUri("news"), {t}, {}, ignoreStep); });
 }
 
 void TestHostileTexts::structureStays()

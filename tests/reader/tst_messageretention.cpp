@@ -3,6 +3,7 @@
 
 #include <TidelReader/itemkey.h>
 #include <TidelReader/retention.h>
+#include <TidelReader/retentionrules.h>
 #include <TidelReader/writeturn.h>
 
 #include <QRegularExpression>
@@ -13,6 +14,13 @@
 
 using namespace Tidel;
 
+namespace {
+
+/// The rule that the newest \a count messages stay, read or not.
+RetentionRule newest(int count) { return {count, {}, true}; }
+
+} // namespace
+
 class TestMessageRetention : public ReaderTestCase
 {
     Q_OBJECT
@@ -20,6 +28,9 @@ class TestMessageRetention : public ReaderTestCase
 private Q_SLOTS:
     void init();
 
+    void ruleTexts_data();
+    void ruleTexts();
+    void noRules();
     void excess_data();
     void excess();
     void firstDownloadedGoesFirst();
@@ -33,6 +44,7 @@ private Q_SLOTS:
     void oneUpdateRemembersAndDeletes();
     void changesInTheMeantime_data();
     void changesInTheMeantime();
+    void becomesUnread();
     void messagesWithoutLinks();
     void sharedMessages();
     void enclosures();
@@ -46,7 +58,8 @@ private Q_SLOTS:
 private:
     Result<void> drop(const QStringList &names, const QString &channel = "news")
     {
-        return Retention(reader()).drop(channelUri(channel), messageUris(names), m_steps.listener());
+        return Retention(reader()).drop(channelUri(channel), messageUris(names), newest(0),
+                                        m_steps.listener());
     }
 
     StepLog m_steps;
@@ -58,6 +71,41 @@ void TestMessageRetention::init()
     m_steps = StepLog();
     addChannel("news");
     addChannel("radio");
+}
+
+void TestMessageRetention::ruleTexts_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isRule");
+    for (const char *rule : {"all", "keep=0", "keep=100", "days=90", "keep=5 days=0", "keep=5 unread",
+                             "days=7 unread", "keep=999999999 days=999999999 unread"})
+        QTest::newRow(rule) << rule << true;
+    for (const char *text :
+         {"", " ", "unread", "all unread", "keep=", "keep=-1", "keep=x", "days=1 keep=1", "keep=1  days=1",
+          "keep=1days=1", "keep=1 unread ", "keep=01", "keep=1000000000", "keep=1\n"})
+        QTest::newRow(text) << text << false;
+}
+
+void TestMessageRetention::ruleTexts()
+{
+    QFETCH(QString, text);
+    const auto rule = RetentionRule::fromString(text);
+    QTEST(rule.has_value(), "isRule");
+    if (rule)
+        QCOMPARE(rule->toString(), text);
+}
+
+/// What another program has written in place of a rule is no rule.
+void TestMessageRetention::noRules()
+{
+    store().update("INSERT DATA { <urn:channel:news> tidel:retention 'everything' }");
+    const auto rules = RetentionRules(reader()).all();
+    VERIFY_OK(rules);
+    QVERIFY(rules->isEmpty());
+    VERIFY_OK(RetentionRules(reader()).set(channelUri("unknown"), RetentionRule{1, 2, true}));
+    QCOMPARE(store().count("?x tidel:retention ?rule"), 1);
+    VERIFY_OK(RetentionRules(reader()).set(channelUri("news"), RetentionRule{1, 2, true}));
+    QCOMPARE(store().texts("SELECT ?r { ?x tidel:retention ?r }"), QStringList("keep=1 days=2 unread"));
 }
 
 void TestMessageRetention::excess_data()
@@ -80,7 +128,7 @@ void TestMessageRetention::excess()
     addMessages({"a"}, "news", 1);
     addMessages({"undated"}, "news");
     addMessages({"other"}, "radio", 1);
-    const auto uris = Retention(reader()).excess(channelUri("news"), keep);
+    const auto uris = Retention(reader()).excess(channelUri("news"), newest(keep));
     VERIFY_OK(uris);
     QCOMPARE(*uris, messageUris(names));
 }
@@ -94,7 +142,7 @@ void TestMessageRetention::firstDownloadedGoesFirst()
                                "INSERT { <%1> mfo:downloadedTime '2026-11-20T10:%2:00Z' }")
                            .arg(messageUri(name), QString(minute)));
     }
-    QCOMPARE(*Retention(reader()).excess(channelUri("news"), 1), messageUris({"first", "second"}));
+    QCOMPARE(*Retention(reader()).excess(channelUri("news"), newest(1)), messageUris({"first", "second"}));
 }
 
 void TestMessageRetention::favoritesDoNotCount()
@@ -105,16 +153,16 @@ void TestMessageRetention::favoritesDoNotCount()
     // Other tags do not protect a message.
     store().update("INSERT { <urn:tag> a nao:Tag . <urn:message:a> nao:hasTag <urn:tag> . "
                    "<urn:message:b> nao:hasTag <urn:tag> }");
-    QCOMPARE(*Retention(reader()).excess(channelUri("news"), 1), messageUris({"b"}));
-    QCOMPARE(*Retention(reader()).excess(channelUri("news"), 0), messageUris({"b", "c"}));
-    QCOMPARE(*Retention(reader()).excess(channelUri("news"), 2), QStringList());
+    QCOMPARE(*Retention(reader()).excess(channelUri("news"), newest(1)), messageUris({"b"}));
+    QCOMPARE(*Retention(reader()).excess(channelUri("news"), newest(0)), messageUris({"b", "c"}));
+    QCOMPARE(*Retention(reader()).excess(channelUri("news"), newest(2)), QStringList());
 }
 
 void TestMessageRetention::excessOfUnknownChannels()
 {
     addMessages({"a"}, "news", 1);
     for (const QString &uri : {channelUri("unknown"), QString(), QString("> } #")}) {
-        const auto uris = Retention(reader()).excess(uri, 0);
+        const auto uris = Retention(reader()).excess(uri, newest(0));
         VERIFY_OK(uris);
         QCOMPARE(*uris, QStringList());
     }
@@ -227,6 +275,18 @@ void TestMessageRetention::changesInTheMeantime()
                                   : "4 urn:enclosure:marked.ogg urn:enclosure:other.ogg"));
 }
 
+/// A message that another program has marked as unread stays.
+void TestMessageRetention::becomesUnread()
+{
+    addMessages({"read", "unread"}, "news");
+    store().update("INSERT DATA { <urn:message:read> tidel:readTime '2026-11-20T10:00:00Z' }");
+    VERIFY_OK(Retention(reader()).drop(channelUri("news"), messageUris({"read", "unread"}),
+                                       RetentionRule{0, {}, false}, m_steps.listener()));
+    QCOMPARE(messagesIn("news"), QStringList("unread"));
+    QCOMPARE(droppedFrom("news"), linksOf({"read"}));
+    QCOMPARE(m_steps.lines(), QStringList("1"));
+}
+
 void TestMessageRetention::messagesWithoutLinks()
 {
     addMessages({"a"}, "news");
@@ -275,9 +335,9 @@ void TestMessageRetention::manyMessages()
     const QStringList names = numberedNames("m", 250);
     addMessages(names, "news");
     addMessages({"newest"}, "news", 1);
-    QStringList oldest = *Retention(reader()).excess(channelUri("news"), 1);
+    QStringList oldest = *Retention(reader()).excess(channelUri("news"), newest(1));
     QCOMPARE(oldest.size(), 250);
-    VERIFY_OK(Retention(reader()).drop(channelUri("news"), oldest, m_steps.listener()));
+    VERIFY_OK(Retention(reader()).drop(channelUri("news"), oldest, newest(0), m_steps.listener()));
     QCOMPARE(m_steps.lines(), QStringList({"100", "100", "50"}));
     QCOMPARE(messagesIn("news"), QStringList("newest"));
     QStringList links = linksOf(names);
@@ -363,8 +423,8 @@ void TestMessageRetention::failureIsNotQuotedForTheNextChannel()
         return statement.contains("urn:channel:news") ? StatementGate::Refuse : StatementGate::Pass;
     });
     const Retention retention(reader());
-    QVERIFY(!retention.excess(channelUri("news"), 1));
-    const auto excess = retention.excess(channelUri("radio"), 1);
+    QVERIFY(!retention.excess(channelUri("news"), newest(1)));
+    const auto excess = retention.excess(channelUri("radio"), newest(1));
     VERIFY_OK(excess);
     QCOMPARE(*excess, messageUris({"c"}));
     QVERIFY(!drop({"a"}, "news"));

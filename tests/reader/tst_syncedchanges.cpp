@@ -88,7 +88,8 @@ void TestSyncedChanges::operations_data()
     add("unfavorite", "sync",
         [](const Store &store) { return Messages(store).setFavorite(messageUri("b"), false); });
     add("prune", "sync", [=](const Store &store) {
-        return Retention(store).drop(channelUri("news"), messageUris({"a"}), noStep);
+        return Retention(store).drop(channelUri("news"), messageUris({"a"}), RetentionRule{0, {}, true},
+                                     noStep);
     });
     // The next refresh does it again.
     add("refresh", "write", [](const Store &store) {

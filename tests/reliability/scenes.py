@@ -14,11 +14,11 @@ SCENES = {
     "refresh": ("filled", [["refresh"]]),
     "marks": ("filled", [["favorite", link("garden", 7)], ["unfavorite", link("garden", 3)],
                          ["edit", "news", "--title", "latest"]]),
-    "prune": ("filled", [["prune", "--keep", "20"]]),
+    "prune": ("filled", [["prune", "--keep", "20", "--include-unread"]]),
     "unsubscribe": ("filled", [["unsubscribe", "garden"]]),
     "download": ("filled", [["download", link("radio", 5), link("radio", 6)]]),
     "a day": ("filled", [["subscribe", "{feeds}/late.xml"], ["favorite", link("late", 9)], ["refresh"],
-                         ["prune", "--keep", "30"], ["unsubscribe", "news"]]),
+                         ["prune", "--keep", "30", "--include-unread"], ["unsubscribe", "news"]]),
 }
 
 

@@ -84,7 +84,7 @@ class Together:
             self.findings.add("twice", 0, f"{name} lists a message twice")
 
     def prune(self, rng):
-        self.command("prune", *PRUNED, "--keep", str(KEPT))
+        self.command("prune", *PRUNED, "--keep", str(KEPT), "--include-unread")
 
     def mark(self, rng):
         """Marks an old message, which the next pruning would delete."""

@@ -32,7 +32,8 @@ QString advice(const Error &error)
 {
     if (error.kind() != Error::NotEmpty)
         return {};
-    return QStringLiteral("; to start with an empty archive, move the folder %1/tidel away")
+    return QStringLiteral(
+               "; add --merge to keep both, or move the folder %1/tidel away to start with an empty one")
         .arg(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
 }
 
@@ -56,10 +57,14 @@ void backup(const Store &store, const Arguments &arguments, Output &output)
 
 void restore(const Store &store, const Arguments &arguments, Output &output)
 {
-    output.progress(QStringLiteral("Restoring %1...").arg(arguments.names.first()));
-    const Result<Backup::Size> size = Backup(store).restore(arguments.names.first());
+    const QString fileName = arguments.names.first();
+    const bool isMerge = arguments.isSet("merge");
+    output.progress(QStringLiteral("Restoring %1...").arg(fileName));
+    const Result<Backup::Size> size =
+        isMerge ? Backup(store).merge(fileName) : Backup(store).restore(fileName);
     if (size)
-        output.report(QStringLiteral("Restored: %1").arg(shown(*size)), json(*size));
+        output.report(QStringLiteral("%1: %2").arg(isMerge ? "Added" : "Restored", shown(*size)),
+                      json(*size));
     else
         output.failure(size.error(), advice(size.error()));
 }
@@ -79,12 +84,14 @@ const Command backupCommand = {
 
 const Command restoreCommand = {"restore",
                                 "FILE",
-                                "Fill an empty archive from a backup.",
+                                "Fill an empty archive from a backup, or merge a backup into an archive.",
                                 "A file that \"tidel backup\" has written.",
                                 1,
                                 1,
-                                {},
-                                {"tidel restore archive.ttl.gz"},
+                                {{"merge", nullptr,
+                                  "Adds what an archive that is not empty lacks. Nothing is deleted. The "
+                                  "later mark as read or favorite counts."}},
+                                {"tidel restore archive.ttl.gz", "tidel restore --merge laptop.ttl.gz"},
                                 restore};
 
 } // namespace Tidel

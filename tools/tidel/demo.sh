@@ -48,8 +48,8 @@ show_answers
 
 printf '\nDelete all messages except the favorite and the newest two of each channel.\n'
 show favorite https://radio.example.org/episodes/1
-show prune --keep 2 --dry-run "The Hillside Radio Hour"
-show prune --keep 2
+show prune --include-unread --keep 2 --dry-run "The Hillside Radio Hour"
+show prune --include-unread --keep 2
 show refresh
 show clean
 

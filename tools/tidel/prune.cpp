@@ -5,13 +5,17 @@
 #include "jsonobjects.h"
 #include "output.h"
 #include "phrases.h"
+#include "prunerule.h"
 #include "removalreport.h"
 
 #include <TidelReader/retention.h>
+#include <TidelReader/retentionrules.h>
 
 namespace Tidel {
 
 namespace {
+
+using Rules = QHash<QString, RetentionRule>;
 
 void show(const Retention &retention, const FeedChannel &channel, const QStringList &uris, Output &output)
 {
@@ -30,10 +34,11 @@ void show(const Retention &retention, const FeedChannel &channel, const QStringL
             QStringLiteral("  %1  %2").arg(shownTime(message.publishedDate()), shownTitle(message.title())));
 }
 
-void drop(Retention &retention, const FeedChannel &channel, const QStringList &uris, Output &output)
+void drop(Retention &retention, const FeedChannel &channel, const QStringList &uris,
+          const RetentionRule &rule, Output &output)
 {
     RemovalReport report(output);
-    const Result<void> dropped = retention.drop(channel.uri(), uris, report.step());
+    const Result<void> dropped = retention.drop(channel.uri(), uris, rule, report.step());
     if (report.messages() > 0)
         output.report(
             QStringLiteral("%1: deleted %2, %3")
@@ -43,44 +48,131 @@ void drop(Retention &retention, const FeedChannel &channel, const QStringList &u
         output.failure(channel.title(), dropped.error(), QStringLiteral("; prune again"));
 }
 
+void apply(const Store &store, const FeedChannel &channel, const RetentionRule &rule, bool isDry,
+           Output &output)
+{
+    Retention retention(store);
+    const Result<QStringList> uris = retention.excess(channel.uri(), rule);
+    if (!uris)
+        output.failure(channel.title(), uris.error());
+    else if (uris->isEmpty())
+        output.report(QStringLiteral("%1: nothing to delete").arg(channel.title()),
+                      RemovalReport(output).json(channelJson(channel)));
+    else if (isDry)
+        show(retention, channel, *uris, output);
+    else
+        drop(retention, channel, *uris, rule, output);
+}
+
+/// Remembers \a rule for \a channels, or for all if there are none. Forgets it if there is none.
+void remember(const Store &store, const QList<FeedChannel> &channels,
+              const std::optional<RetentionRule> &rule, Output &output)
+{
+    RetentionRules rules(store);
+    const auto set = [&](const QString &title, const QString &uri) {
+        const Result<void> done = rules.set(uri, rule);
+        if (!done)
+            output.failure(title, done.error());
+        else if (!rule)
+            output.report(QStringLiteral("%1: rule forgotten").arg(title), {});
+    };
+    if (channels.isEmpty())
+        set(QStringLiteral("All channels"), QString());
+    for (const FeedChannel &channel : channels)
+        set(channel.title(), channel.uri());
+}
+
+void showRules(const Rules &rules, const QList<FeedChannel> &channels, Output &output)
+{
+    if (rules.contains(QString())) {
+        output.object(ruleJson(rules.value(QString()), {}));
+        output.line(QStringLiteral("All other channels: %1").arg(shownRule(rules.value(QString()))));
+    }
+    for (const FeedChannel &channel : channels) {
+        if (!rules.contains(channel.uri()))
+            continue;
+        const RetentionRule rule = rules.value(channel.uri());
+        output.object(ruleJson(rule, channelJson(channel)));
+        output.line(QStringLiteral("%1: %2").arg(channel.title(), shownRule(rule)));
+    }
+    if (rules.isEmpty())
+        output.note(
+            QStringLiteral("No rules are remembered; \"tidel prune --keep 100 --remember\" adds one."));
+}
+
+void applyRemembered(const Store &store, const QList<FeedChannel> &channels, const Rules &rules, bool isDry,
+                     Output &output)
+{
+    bool hasRule = false;
+    for (const FeedChannel &channel : channels) {
+        const auto own = rules.constFind(channel.uri());
+        const auto rule = own == rules.cend() ? rules.constFind(QString()) : own;
+        if (rule == rules.cend())
+            continue;
+        hasRule = true;
+        apply(store, channel, *rule, isDry, output);
+    }
+    if (!hasRule && !channels.isEmpty())
+        output.error(QStringLiteral(
+            "no rule is remembered; give --keep N or --older-than 90d, and --remember for the next time"));
+}
+
 QString misuseOfPrune(const Arguments &arguments)
 {
-    bool isNumber = false;
-    const int keep = arguments.value("keep").toInt(&isNumber);
-    return isNumber && keep >= 0 ? QString()
-                                 : QStringLiteral("give the number of messages to keep: --keep N, 0 or more");
+    const bool hasRule = ruleIn(arguments).has_value();
+    const bool isAboutRules = arguments.isSet("forget") || arguments.isSet("rules");
+    if ((arguments.isSet("include-unread") || arguments.isSet("remember")) && !hasRule)
+        return QStringLiteral("give a rule: --keep N or --older-than 90d");
+    if (isAboutRules && (hasRule || arguments.isSet("dry-run")))
+        return QStringLiteral("--rules and --forget delete no messages; leave out the other options");
+    return misuseOfRule(arguments);
 }
 
 void prune(const Store &store, const Arguments &arguments, Output &output)
 {
-    Retention retention(store);
     const QList<FeedChannel> chosen = chooseChannels(store, arguments.names, output);
-    for (const FeedChannel &channel : chosen) {
-        const Result<QStringList> uris = retention.excess(channel.uri(), arguments.value("keep").toInt());
-        if (!uris)
-            output.failure(channel.title(), uris.error());
-        else if (uris->isEmpty())
-            output.report(QStringLiteral("%1: nothing to delete").arg(channel.title()),
-                          RemovalReport(output).json(channelJson(channel)));
-        else if (arguments.isSet("dry-run"))
-            show(retention, channel, *uris, output);
-        else
-            drop(retention, channel, *uris, output);
-    }
+    const QList<FeedChannel> named = arguments.names.isEmpty() ? QList<FeedChannel>() : chosen;
+    if (chosen.isEmpty() && !arguments.names.isEmpty())
+        return;
+    const auto rule = ruleIn(arguments);
+    const bool isDry = arguments.isSet("dry-run");
+    if (arguments.isSet("forget") || (arguments.isSet("remember") && !isDry))
+        remember(store, named, rule, output);
+    if (arguments.isSet("forget"))
+        return;
+    for (const FeedChannel &channel : rule ? chosen : QList<FeedChannel>())
+        apply(store, channel, *rule, isDry, output);
+    if (rule)
+        return;
+    const auto rules = RetentionRules(store).all();
+    if (!rules)
+        output.failure(rules.error());
+    else if (arguments.isSet("rules"))
+        showRules(*rules, chosen, output);
+    else
+        applyRemembered(store, chosen, *rules, isDry, output);
 }
 
 } // namespace
 
-const Command pruneCommand = {"prune",
-                              "[CHANNEL...] --keep N [--dry-run]",
-                              "Delete the oldest messages of each channel, except favorites.",
-                              someChannels,
-                              0,
-                              anyNumber,
-                              {{"keep", "N", "The number of messages to keep in addition to favorites."},
-                               {"dry-run", nullptr, "Shows what would be deleted, and deletes nothing."}},
-                              {"tidel prune --keep 100", "tidel prune \"Town News\" --keep 20 --dry-run"},
-                              prune,
-                              misuseOfPrune};
+const Command pruneCommand = {
+    "prune",
+    "[CHANNEL...] [--keep N] [--older-than 90d]",
+    "Delete old messages, except favorites and unread ones, once or by remembered rules.",
+    someChannels,
+    0,
+    anyNumber,
+    {{"keep", "N", "Deletes what is beyond the newest N messages of each channel; \"all\" keeps everything."},
+     {"older-than", "DAYS", "Deletes what is older, such as 90d."},
+     {"include-unread", nullptr, "Deletes unread messages, too."},
+     {"remember", nullptr, "Remembers this rule for the channels, or for all that have no other one."},
+     {"forget", nullptr, "Forgets the rule of the channels, or the one of all."},
+     {"rules", nullptr, "Shows the remembered rules."},
+     {"dry-run", nullptr, "Shows what would be deleted, and deletes and remembers nothing."}},
+    {"tidel prune --keep 100", "tidel prune --older-than 90d --remember",
+     "tidel prune \"Town News\" --keep 20 --include-unread --dry-run", "tidel prune --rules",
+     "tidel prune \"Town News\" --forget", "tidel prune"},
+    prune,
+    misuseOfPrune};
 
 } // namespace Tidel

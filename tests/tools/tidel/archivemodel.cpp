@@ -77,7 +77,8 @@ void ArchiveModel::unsubscribe(const QString &channel)
 
 void ArchiveModel::clean()
 {
-    remove(keysOf(m_messages, [](const Message &message) { return message.channels.isEmpty(); }));
+    remove(keysOf(m_messages,
+                  [](const Message &message) { return message.channels.isEmpty() && !message.isFavorite; }));
     const QSet<QString> orphans = keysOf(m_enclosures, [](const Enclosure &enclosure) {
         return enclosure.messages.isEmpty() && enclosure.channels.isEmpty();
     });

@@ -83,6 +83,13 @@ void CommandTestCase::addFavorite(const QString &name) const
                        .arg(linkOf(name)));
 }
 
+void CommandTestCase::markRead(const QString &name) const
+{
+    store().update(QString("INSERT { ?m tidel:readTime '2026-11-20T10:00:00Z' } "
+                           "WHERE { ?m a mfo:FeedMessage ; nie:links <%1> }")
+                       .arg(linkOf(name)));
+}
+
 void CommandTestCase::setLocalUrl(const QString &enclosure, const QString &localUrl) const
 {
     const QString node = QString("?e a mfo:Enclosure ; mfo:remoteLink <%1>").arg(linkOf(enclosure));

@@ -47,6 +47,9 @@ protected:
     /// Marks the message \a name as a favorite.
     void addFavorite(const QString &name) const;
 
+    /// Marks the message \a name as read.
+    void markRead(const QString &name) const;
+
     /// Stores \a localUrl as the file of an enclosure.
     void setLocalUrl(const QString &enclosure, const QString &localUrl) const;
     /// The home folder.

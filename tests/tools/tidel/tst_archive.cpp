@@ -182,7 +182,7 @@ void TestArchive::prune()
     if (channel.isEmpty())
         return;
     const int keep = random(6);
-    const Options real{{"keep", QString::number(keep)}};
+    const Options real{{"keep", QString::number(keep)}, {"include-unread", QString()}};
     Options dry = real;
     dry.insert("dry-run", QString());
     QSet<QString> messages;

@@ -15,6 +15,7 @@ class TestBackupCommands : public CommandTestCase
 private Q_SLOTS:
     void backupAndRestore();
     void restoreIntoAnotherArchive();
+    void merge();
     void unreadableBackup();
     void failures_data();
     void failures();
@@ -52,9 +53,30 @@ void TestBackupCommands::restoreIntoAnotherArchive()
     QCOMPARE(refused.out, QString());
     QCOMPARE(refused.err,
              "tidel: could not restore the backup: the archive is not empty; "
-             "to start with an empty archive, move the folder "
-                 + store().dataFolder() + "/tidel away\n");
+             "add --merge to keep both, or move the folder "
+                 + store().dataFolder() + "/tidel away to start with an empty one\n");
     QCOMPARE(everythingIn(store()), before);
+}
+
+void TestBackupCommands::merge()
+{
+    const QString file = home() + "/archive.ttl.gz";
+    addChannel("News", {message("a", day(1), {"a.ogg"}), message("b")});
+    QVERIFY(runCommand(backupCommand, {file}).isFine);
+    const QStringList before = everythingIn(store());
+    const CommandResult nothing = runCommand(restoreCommand, {file}, {{"merge", ""}});
+    QCOMPARE(nothing.err, QString());
+    QCOMPARE(nothing.out, QString("Added: 0 channels, 0 messages, 0 enclosures\n"));
+    QCOMPARE(everythingIn(store()), before);
+    QVERIFY(runCommand(unsubscribeCommand, {"News"}).isFine);
+    addChannel("Radio", {message("c")});
+    QCOMPARE(runCommand(restoreCommand, {file}, {{"merge", ""}}).out,
+             QString("Added: 1 channel, 2 messages, 1 enclosure\n"));
+    QCOMPARE(runCommand(restoreCommand, {home() + "/none"}, {{"merge", ""}}).err,
+             "tidel: could not merge the backup: " + home()
+                 + "/none: the file does not exist or cannot be read; check its name\n");
+    // Nothing is left of the other archive.
+    QVERIFY(!QFileInfo::exists(store().dataFolder() + "/tidel/merging"));
 }
 
 void TestBackupCommands::unreadableBackup()

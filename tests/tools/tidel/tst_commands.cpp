@@ -216,7 +216,7 @@ void TestCommands::droppedLinksAreNotRead()
     QFETCH(StatementGate::Verdict, verdict);
     const QString query = "SELECT ?website ";
     QVERIFY(runCommand(subscribeCommand, {write("feed.xml", "Feed", item(2) + item(1))}).isFine);
-    QVERIFY(runCommand(pruneCommand, {}, {{"keep", "0"}}).isFine);
+    QVERIFY(runCommand(pruneCommand, {}, {{"keep", "0"}, {"include-unread", ""}}).isFine);
     const QString uri = store().texts("SELECT ?c { ?c a mfo:FeedChannel }").value(0);
     QCOMPARE(dropped(uri).size(), 2);
     write("feed.xml", "Feed", item(3) + item(2) + item(1));

@@ -47,7 +47,7 @@ CommandResult TestDownloads::deleteEnclosure(const QString &localUrl) const
 {
     addChannel("News", {message("a", day(1), {"a.ogg"})});
     setLocalUrl("a.ogg", localUrl);
-    const CommandResult result = runCommand(pruneCommand, {}, {{"keep", "0"}});
+    const CommandResult result = runCommand(pruneCommand, {}, {{"keep", "0"}, {"include-unread", ""}});
     return store().count("?e a mfo:Enclosure") == 0 ? result : CommandResult();
 }
 

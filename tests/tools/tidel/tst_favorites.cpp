@@ -89,7 +89,10 @@ void TestFavorites::otherTagsStay()
     store().update("INSERT { ?m nao:hasTag <urn:tag> } WHERE { ?m a mfo:FeedMessage ; nie:title 'a' }");
     const QStringList before = everythingIn(store());
     QVERIFY(runCommand(favoriteCommand, {linkOf("a")}).isFine);
+    QCOMPARE(store().count("?m tidel:favoriteTime ?time"), 1);
     QVERIFY(runCommand(unfavoriteCommand, {linkOf("a")}).isFine);
+    QCOMPARE(store().count("?m tidel:favoriteTime ?time"), 1);
+    store().update("DELETE { ?m tidel:favoriteTime ?time } WHERE { ?m tidel:favoriteTime ?time }");
     QCOMPARE(everythingIn(store()), before);
 }
 

@@ -158,11 +158,17 @@ void TestJson::everyCommand()
     QVERIFY(checks.size() > 5);
     for (const QJsonObject &each : checks)
         QVERIFY(each.contains("check") && each.contains("count"));
-    check({"prune", "--keep", "1", "--dry-run"}, {{"link", "title", "type", "uri", "wouldDelete"}});
-    check({"prune", "--keep", "1"}, {deletedChannel});
+    check({"prune", "--keep", "1", "--include-unread", "--dry-run"},
+          {{"link", "title", "type", "uri", "wouldDelete"}});
+    check({"prune", "--keep", "1", "--include-unread"}, {deletedChannel});
+    objects({"prune", "Notes", "--keep", "5", "--older-than", "900d", "--remember"});
+    check({"prune", "--rules"}, {{"includesUnread", "keep", "link", "olderThan", "title", "type", "uri"}});
     check({"clean"}, {deleted});
+    check({"unsubscribe", "Notes", "--dry-run"},
+          {{"favorites", "files", "link", "title", "type", "uri", "wouldDelete"}});
     check({"unsubscribe", "Notes"}, {deletedChannel});
     check({"restore", path("copy.ttl.gz")}, {{"channels", "enclosures", "messages"}});
+    check({"restore", path("copy.ttl.gz"), "--merge"}, {{"channels", "enclosures", "messages"}});
     const QStringList names = Tidel::commandNames();
     for (const QString &name : names)
         QVERIFY2(tested.contains(name), qPrintable(name));

@@ -13,12 +13,14 @@ namespace {
 
 CommandResult pruned(const QStringList &names, int keep)
 {
-    return runCommand(pruneCommand, names, {{"keep", QString::number(keep)}});
+    return runCommand(pruneCommand, names, {{"keep", QString::number(keep)}, {"include-unread", QString()}});
 }
 
 CommandResult dryRun(const QStringList &names, int keep)
 {
-    return runCommand(pruneCommand, names, {{"keep", QString::number(keep)}, {"dry-run", QString()}});
+    return runCommand(
+        pruneCommand, names,
+        {{"keep", QString::number(keep)}, {"include-unread", QString()}, {"dry-run", QString()}});
 }
 
 QStringList links(const QStringList &names)
@@ -43,6 +45,14 @@ private Q_SLOTS:
     void undatedAreDeletedFirst();
     void firstDownloadedIsDeletedFirst();
     void favoritesAreKeptInAddition();
+    void unreadMessagesAreKept();
+    void olderThan();
+    void eitherBound();
+    void rememberedRules();
+    void rulesAreForgotten();
+    void dryRunRemembersNothing();
+    void noRule();
+    void rulesAsJson();
     void otherTagsDoNotProtect();
     void keepNone();
     void nothingToDelete();
@@ -67,26 +77,44 @@ private Q_SLOTS:
 void TestPrune::misuse_data()
 {
     QTest::addColumn<Options>("options");
-    QTest::addColumn<bool>("isFine");
-    QTest::newRow("nothing") << Options() << false;
-    QTest::newRow("dry run alone") << Options{{"dry-run", ""}} << false;
-    QTest::newRow("empty") << Options{{"keep", ""}} << false;
-    QTest::newRow("word") << Options{{"keep", "ten"}} << false;
-    QTest::newRow("unit") << Options{{"keep", "3d"}} << false;
-    QTest::newRow("fraction") << Options{{"keep", "1.5"}} << false;
-    QTest::newRow("negative") << Options{{"keep", "-1"}} << false;
-    QTest::newRow("too large") << Options{{"keep", "2147483648"}} << false;
-    QTest::newRow("0") << Options{{"keep", "0"}} << true;
-    QTest::newRow("3, dry") << Options{{"keep", "3"}, {"dry-run", ""}} << true;
-    QTest::newRow("largest") << Options{{"keep", "2147483647"}} << true;
+    QTest::addColumn<QString>("misuse");
+    const QString noNumber = "--keep needs a number of messages, 0 or more, or \"all\"";
+    const QString noDays = "--older-than needs a number of days such as 90d";
+    const QString noRule = "give a rule: --keep N or --older-than 90d";
+    const QString tooMuch = "--rules and --forget delete no messages; leave out the other options";
+    const QString all = "--keep all keeps everything; leave out --older-than and --include-unread";
+    const auto add = [](const char *name, const Options &options, const QString &misuse = {}) {
+        QTest::newRow(name) << options << misuse;
+    };
+    add("nothing", {});
+    add("dry run alone", {{"dry-run", ""}});
+    add("empty", {{"keep", ""}}, noNumber);
+    add("word", {{"keep", "ten"}}, noNumber);
+    add("unit", {{"keep", "3d"}}, noNumber);
+    add("fraction", {{"keep", "1.5"}}, noNumber);
+    add("negative", {{"keep", "-1"}}, noNumber);
+    add("too large", {{"keep", "1000000000"}}, noNumber);
+    add("0", {{"keep", "0"}});
+    add("3, dry", {{"keep", "3"}, {"dry-run", ""}});
+    add("largest", {{"keep", "999999999"}});
+    add("all", {{"keep", "all"}, {"remember", ""}});
+    add("all but old ones", {{"keep", "all"}, {"older-than", "3d"}}, all);
+    add("days", {{"older-than", "90d"}});
+    add("days without unit", {{"older-than", "90"}}, noDays);
+    add("a date", {{"older-than", "2026-11-03"}}, noDays);
+    add("both", {{"older-than", "90d"}, {"keep", "5"}, {"include-unread", ""}});
+    add("remember what", {{"remember", ""}}, noRule);
+    add("unread alone", {{"include-unread", ""}}, noRule);
+    add("rules", {{"rules", ""}});
+    add("forget", {{"forget", ""}});
+    add("forget and delete", {{"forget", ""}, {"keep", "5"}}, tooMuch);
+    add("dry rules", {{"rules", ""}, {"dry-run", ""}}, tooMuch);
 }
 
 void TestPrune::misuse()
 {
     QFETCH(Options, options);
-    QFETCH(bool, isFine);
-    QCOMPARE(pruneCommand.misuse({{}, options}),
-             isFine ? QString() : QString("give the number of messages to keep: --keep N, 0 or more"));
+    QTEST(pruneCommand.misuse({{}, options}), "misuse");
 }
 
 void TestPrune::newestAreKept()
@@ -145,6 +173,140 @@ void TestPrune::favoritesAreKeptInAddition()
     QVERIFY(pruned({"News"}, 0).isFine);
     QCOMPARE(titles(uri), QStringList({"a", "d"}));
     QCOMPARE(pruned({"News"}, 0).out, QString("News: nothing to delete\n"));
+}
+
+void TestPrune::unreadMessagesAreKept()
+{
+    const QString uri = addChannel(
+        "News", {message("a", day(1)), message("b", day(2)), message("c", day(3)), message("d", day(4))});
+    markRead("b");
+    markRead("d");
+    // The newest two are c and d, read or not.
+    const CommandResult result = runCommand(pruneCommand, {"News"}, {{"keep", "2"}});
+    QCOMPARE(result.out, QString("News: deleted 1 message, 0 files\n"));
+    QCOMPARE(titles(uri), QStringList({"a", "c", "d"}));
+    QCOMPARE(runCommand(pruneCommand, {"News"}, {{"keep", "2"}}).out, QString("News: nothing to delete\n"));
+    QVERIFY(pruned({"News"}, 2).isFine);
+    QCOMPARE(titles(uri), QStringList({"c", "d"}));
+}
+
+void TestPrune::olderThan()
+{
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const QString uri = addChannel("News",
+                                   {message("old", now.addDays(-11)), message("unread", now.addDays(-12)),
+                                    message("new", now.addDays(-9)), message("undated")});
+    for (const char *name : {"old", "new", "undated"})
+        markRead(name);
+    const CommandResult result = runCommand(pruneCommand, {}, {{"older-than", "10d"}});
+    QCOMPARE(result.out, QString("News: deleted 1 message, 0 files\n"));
+    QCOMPARE(titles(uri), QStringList({"new", "undated", "unread"}));
+    // A message without a date is as old as its download.
+    store().update("DELETE { ?m mfo:downloadedTime ?t } INSERT { ?m mfo:downloadedTime "
+                   "'2020-01-01T10:00:00Z' } WHERE { ?m nie:title 'undated' ; mfo:downloadedTime ?t }");
+    QVERIFY(runCommand(pruneCommand, {}, {{"older-than", "10d"}, {"include-unread", ""}}).isFine);
+    QCOMPARE(titles(uri), QStringList("new"));
+    QCOMPARE(dropped(uri), links({"old", "undated", "unread"}));
+}
+
+void TestPrune::eitherBound()
+{
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const QString uri = addChannel("News",
+                                   {message("a", now.addDays(-30)), message("b", now.addDays(-20)),
+                                    message("c", now.addDays(-2)), message("d", now.addDays(-1))});
+    const Options either{{"keep", "3"}, {"older-than", "10d"}, {"include-unread", ""}};
+    QCOMPARE(runCommand(pruneCommand, {}, either).out, QString("News: deleted 2 messages, 0 files\n"));
+    QCOMPARE(titles(uri), QStringList({"c", "d"}));
+    QVERIFY(
+        runCommand(pruneCommand, {}, {{"keep", "1"}, {"older-than", "10d"}, {"include-unread", ""}}).isFine);
+    QCOMPARE(titles(uri), QStringList("d"));
+}
+
+void TestPrune::rememberedRules()
+{
+    const QList<FeedMessage> three{message("a", day(1)), message("b", day(2)), message("c", day(3))};
+    const QString news = addChannel("News", three);
+    const QString radio =
+        addChannel("Radio", {message("d", day(1)), message("e", day(2)), message("f", day(3))});
+    const QString kept =
+        addChannel("Kept", {message("g", day(1)), message("h", day(2)), message("i", day(3))});
+    QVERIFY(runCommand(pruneCommand, {"Kept"}, {{"keep", "all"}, {"remember", ""}}).isFine);
+    QVERIFY(runCommand(pruneCommand, {"Radio"}, {{"keep", "2"}, {"include-unread", ""}, {"remember", ""}})
+                .isFine);
+    QCOMPARE(titles(radio), QStringList({"e", "f"}));
+    // A rule for all prunes all, and is used later where a channel has none.
+    QVERIFY(runCommand(pruneCommand, {}, {{"keep", "3"}, {"remember", ""}}).isFine);
+    QVERIFY(runCommand(pruneCommand, {}, {{"keep", "9"}, {"include-unread", ""}, {"remember", ""}}).isFine);
+    QCOMPARE(runCommand(pruneCommand, {}, {{"rules", ""}}).out,
+             QString("All other channels: keeps the newest 9, unread messages too\nKept: keeps all\n"
+                     "Radio: keeps the newest 2, unread messages too\n"));
+    QVERIFY(runCommand(pruneCommand, {"News"}, {{"keep", "1"}, {"remember", ""}}).isFine);
+    QCOMPARE(titles(news).size(), 3);
+    for (const char *name : {"a", "b", "c", "g", "h"})
+        markRead(name);
+    QVERIFY(tracker()->addMessages({message("j", day(4))}, radio));
+    QCOMPARE(runCommand(pruneCommand, {}, {}).out,
+             QString("Kept: nothing to delete\nNews: deleted 2 messages, 0 files\n"
+                     "Radio: deleted 1 message, 0 files\n"));
+    QCOMPARE(titles(news), QStringList("c"));
+    QCOMPARE(titles(radio), QStringList({"f", "j"}));
+    QCOMPARE(titles(kept).size(), 3);
+}
+
+void TestPrune::rulesAreForgotten()
+{
+    addChannel("News");
+    const QStringList before = everythingIn(store());
+    QVERIFY(runCommand(pruneCommand, {"News"}, {{"older-than", "90d"}, {"remember", ""}}).isFine);
+    QVERIFY(runCommand(pruneCommand, {}, {{"keep", "5"}, {"older-than", "90d"}, {"remember", ""}}).isFine);
+    QCOMPARE(runCommand(pruneCommand, {}, {{"forget", ""}}).out, QString("All channels: rule forgotten\n"));
+    QCOMPARE(runCommand(pruneCommand, {}, {{"rules", ""}}).out,
+             QString("News: deletes what is older than 90 days, keeps unread messages\n"));
+    QCOMPARE(runCommand(pruneCommand, {"News"}, {{"forget", ""}}).out, QString("News: rule forgotten\n"));
+    QCOMPARE(runCommand(pruneCommand, {}, {{"rules", ""}}).err,
+             QString("No rules are remembered; \"tidel prune --keep 100 --remember\" adds one.\n"));
+    // The rule of a channel goes with it.
+    QVERIFY(runCommand(pruneCommand, {"News"}, {{"older-than", "90d"}, {"remember", ""}}).isFine);
+    QVERIFY(runCommand(unsubscribeCommand, {"News"}).isFine);
+    QCOMPARE(store().count("?x tidel:retention ?rule"), 0);
+}
+
+void TestPrune::dryRunRemembersNothing()
+{
+    addChannel("News", {message("a", day(1))});
+    const QStringList before = everythingIn(store());
+    QVERIFY(runCommand(pruneCommand, {},
+                       {{"keep", "0"}, {"include-unread", ""}, {"remember", ""}, {"dry-run", ""}})
+                .isFine);
+    QCOMPARE(everythingIn(store()), before);
+}
+
+void TestPrune::noRule()
+{
+    const QString uri = addChannel("News", {message("a", day(1))});
+    markRead("a");
+    const CommandResult result = runCommand(pruneCommand, {}, {});
+    QVERIFY(!result.isFine);
+    QCOMPARE(
+        result.err,
+        QString("tidel: no rule is remembered; give --keep N or --older-than 90d, and --remember for the "
+                "next time\n"));
+    QCOMPARE(titles(uri), QStringList("a"));
+}
+
+void TestPrune::rulesAsJson()
+{
+    const QString uri = addChannel("News");
+    QVERIFY(runCommand(pruneCommand, {"News"},
+                       {{"keep", "5"}, {"older-than", "90d"}, {"include-unread", ""}, {"remember", ""}})
+                .isFine);
+    QVERIFY(runCommand(pruneCommand, {}, {{"keep", "7"}, {"remember", ""}}).isFine);
+    QCOMPARE(runCommand(pruneCommand, {}, {{"rules", ""}, {"json", ""}}).out,
+             QString("{\"includesUnread\":false,\"keep\":7}\n"
+                     "{\"includesUnread\":true,\"keep\":5,\"link\":\"https://example.org/News\","
+                     "\"olderThan\":\"90d\",\"title\":\"News\",\"uri\":\"%1\"}\n")
+                 .arg(uri));
 }
 
 void TestPrune::otherTagsDoNotProtect()
@@ -358,7 +520,7 @@ void TestPrune::failures()
         QCOMPARE(dropped(news), links({"a", "shared"}));
         QCOMPARE(store().count("?e a mfo:Enclosure"), 0);
     };
-    failEverywhere(pruneCommand, {"News"}, {{"keep", "2"}}, fill, check);
+    failEverywhere(pruneCommand, {"News"}, {{"keep", "2"}, {"include-unread", ""}}, fill, check);
 }
 
 void TestPrune::failuresOfDryRun()
@@ -368,7 +530,7 @@ void TestPrune::failuresOfDryRun()
         addChannel("News", {message("a", day(1), {"a.ogg"}), message("b", day(2))});
         before = everythingIn(store());
     };
-    failEverywhere(pruneCommand, {}, {{"keep", "1"}, {"dry-run", ""}}, fill,
+    failEverywhere(pruneCommand, {}, {{"keep", "1"}, {"include-unread", ""}, {"dry-run", ""}}, fill,
                    [&] { QCOMPARE(everythingIn(store()), before); });
 }
 

@@ -30,11 +30,13 @@ private Q_SLOTS:
     void open();
     void openRefusesOtherLinks();
     void channelCounts();
+    void unsubscribingAsks();
 
 private:
     /// Runs the lines \a script with a shell in a new session of a terminal with \a columns. Returns what the
-    /// terminal shows.
-    QString session(const QString &script, int columns = 80, int lines = 24) const;
+    /// terminal shows. The user enters \a input.
+    QString session(const QString &script, int columns = 80, int lines = 24,
+                    const QByteArray &input = {}) const;
     QString run(const QString &script, int columns = 80) const { return session(script, columns).trimmed(); }
     void writeFeed(const QString &name, const QString &title, const QByteArray &items) const;
     QString path(const QString &name) const { return m_home->filePath(name); }
@@ -82,7 +84,7 @@ void TestReading::writeFeed(const QString &name, const QString &title, const QBy
                + "</channel></rss>");
 }
 
-QString TestReading::session(const QString &script, int columns, int lines) const
+QString TestReading::session(const QString &script, int columns, int lines, const QByteArray &input) const
 {
     const winsize size = {ushort(lines), ushort(columns), 0, 0};
     const QByteArray bin = QFileInfo(TIDEL_PROGRAM).path().toLocal8Bit();
@@ -101,7 +103,8 @@ QString TestReading::session(const QString &script, int columns, int lines) cons
         execl("/bin/sh", "sh", "-c", text.constData(), nullptr);
         _exit(127);
     }
-    const QByteArray shown = everythingFrom(terminal);
+    const bool isEntered = ::write(terminal, input.constData(), size_t(input.size())) == input.size();
+    const QByteArray shown = isEntered ? everythingFrom(terminal) : QByteArray();
     waitpid(child, nullptr, 0);
     close(terminal);
     return QString::fromUtf8(shown).remove('\r');
@@ -337,6 +340,25 @@ void TestReading::channelCounts()
     QCOMPARE(json.value("unread").toInt(), 2);
     QCOMPARE(json.value("messages").toInt(), 3);
     QVERIFY(run("tidel channels --uri").contains("urn:uuid:"));
+}
+
+void TestReading::unsubscribingAsks()
+{
+    const QString question = "Delete Sea with 1 message, 0 files? [y/N] ";
+    const QString unsubscribe = "stty -echo; tidel unsubscribe Sea";
+    for (const char *answer : {"n\n", "\n", "\x04"}) {
+        const QString shown = session(unsubscribe, 80, 24, answer);
+        QVERIFY2(shown.contains(question), qPrintable(shown));
+        QVERIFY2(shown.contains("Not deleted: Sea"), qPrintable(shown));
+    }
+    QVERIFY(run("tidel channels").contains("Sea"));
+    const QString shown = session(unsubscribe, 80, 24, "y\n");
+    QVERIFY2(shown.contains(question + "Unsubscribed: Sea"), qPrintable(shown));
+    QCOMPARE(run("tidel unsubscribe Garden --yes"), QString("Unsubscribed: Garden Notes"));
+    writeFeed("sea.xml", "Sea", item("Ships", "04 Nov 2026"));
+    run("tidel subscribe sea.xml");
+    // Without a terminal, a script is not asked.
+    QCOMPARE(run("tidel unsubscribe Sea < /dev/null"), QString("Unsubscribed: Sea"));
 }
 
 QTEST_GUILESS_MAIN(TestReading)

@@ -136,7 +136,7 @@ void TestSeveralPrograms::suspendedDuringRefresh()
     const int before = messages();
     VERIFY_END(start({"channels"}));
 
-    const auto prune = start({"prune", "--keep", "0"});
+    const auto prune = start({"prune", "--keep", "0", "--include-unread"});
     QVERIFY(prune->waitForReadyRead(60000));
     const QByteArray notice = prune->readLine();
     const QByteArray expected =

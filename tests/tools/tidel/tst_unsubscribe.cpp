@@ -19,12 +19,19 @@ private Q_SLOTS:
     void sharedMessageStays();
     void sharedEnclosureStays();
     void favoritesAreDeleted();
+    void favoritesAreKept();
+    void keptFavoritesComeBack();
+    void severalChannels();
+    void dryRun();
+    void dryRunAsJson();
     void feedStateIsDeleted();
     void downloadedFiles();
     void unknownChannel();
     void ambiguousTitle();
     void noCostlyQueries();
     void failures();
+    void failuresWithKeptFavorites();
+    void failuresOfDryRun();
 
 private:
     void addImage(const QString &channelUri, const QString &path) const;
@@ -89,6 +96,85 @@ void TestUnsubscribe::favoritesAreDeleted()
     QCOMPARE(everythingIn(store()), QStringList());
 }
 
+void TestUnsubscribe::favoritesAreKept()
+{
+    addChannel("Radio", {message("shared", day(1))});
+    addChannel("News",
+               {message("a", day(1), {"a.ogg"}), message("b", day(2), {"b.ogg"}), message("shared", day(1))});
+    addFavorite("a");
+    addFavorite("shared");
+    const CommandResult result = runCommand(unsubscribeCommand, {"News"}, {{"keep-favorites", ""}});
+    QCOMPARE(result.err, QString());
+    QCOMPARE(result.out, QString("Unsubscribed: News\n"));
+    QCOMPARE(store().texts("SELECT ?t { ?m a mfo:FeedMessage ; nie:title ?t } ORDER BY ?t"),
+             QStringList({"a", "shared"}));
+    QCOMPARE(store().texts("SELECT ?l { ?e a mfo:Enclosure ; mfo:remoteLink ?l }"),
+             QStringList(linkOf("a.ogg")));
+    // Cleaning up leaves it; lists show it.
+    QCOMPARE(runCommand(cleanCommand, {}).out, QString("Nothing to clean\n"));
+    const CommandResult list = runCommand(messagesCommand, {}, {{"favorites", ""}});
+    QVERIFY2(list.out.contains("  a "), qPrintable(list.out + list.err));
+    QVERIFY(runCommand(unsubscribeCommand, {"Radio"}).isFine);
+    QVERIFY(runCommand(unfavoriteCommand, {linkOf("a")}).isFine);
+    QCOMPARE(runCommand(cleanCommand, {}).out, QString("Deleted: 1 message, 1 enclosure, 0 files\n"));
+    QCOMPARE(everythingIn(store()), QStringList());
+}
+
+void TestUnsubscribe::keptFavoritesComeBack()
+{
+    addChannel("News", {message("a", day(1)), message("b", day(2))});
+    addFavorite("a");
+    QVERIFY(runCommand(unsubscribeCommand, {"News"}, {{"keep-favorites", ""}}).isFine);
+    const QString again = addChannel("News", {message("a", day(1)), message("b", day(2))});
+    QCOMPARE(titles(again), QStringList({"a", "b"}));
+    QCOMPARE(store().count("?m a mfo:FeedMessage"), 2);
+    QCOMPARE(store().count("?m nao:hasTag nao:predefined-tag-favorite"), 1);
+}
+
+void TestUnsubscribe::severalChannels()
+{
+    addChannel("News", {message("a")});
+    addChannel("Radio", {message("b")});
+    const CommandResult result = runCommand(unsubscribeCommand, {"News", linkOf("Radio"), "News"});
+    QVERIFY(result.isFine);
+    QCOMPARE(result.out, QString("Unsubscribed: News\nUnsubscribed: Radio\n"));
+    QCOMPARE(everythingIn(store()), QStringList());
+}
+
+void TestUnsubscribe::dryRun()
+{
+    addChannel("Radio", {message("shared", day(1)), message("c", day(1), {"same.ogg"})});
+    addChannel("News",
+               {message("a", day(1), {"a.ogg", "same.ogg"}), message("b", day(2), {"b.ogg", "missing.ogg"}),
+                message("shared", day(1))});
+    addFavorite("a");
+    QDir folder(home() + "/Downloads/tidel");
+    QVERIFY(folder.mkpath("."));
+    for (const char *name : {"a.ogg", "b.ogg", "same.ogg"}) {
+        QFile file(folder.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        setLocalUrl(name, QUrl::fromLocalFile(file.fileName()).toString());
+    }
+    setLocalUrl("missing.ogg", QUrl::fromLocalFile(folder.filePath("missing.ogg")).toString());
+    const QStringList before = everythingIn(store());
+    QCOMPARE(runCommand(unsubscribeCommand, {"News"}, {{"dry-run", ""}}).out,
+             QString("News: would delete 2 messages, 1 favorite among them, 2 files\n"));
+    QCOMPARE(runCommand(unsubscribeCommand, {"News"}, {{"dry-run", ""}, {"keep-favorites", ""}}).out,
+             QString("News: would delete 1 message, 1 file\n"));
+    QCOMPARE(everythingIn(store()), before);
+    QVERIFY(runCommand(unsubscribeCommand, {"News"}).isFine);
+    QCOMPARE(folder.entryList(QDir::Files), QStringList("same.ogg"));
+}
+
+void TestUnsubscribe::dryRunAsJson()
+{
+    const QString uri = addChannel("News", {message("a")});
+    QCOMPARE(runCommand(unsubscribeCommand, {"News"}, {{"dry-run", ""}, {"json", ""}}).out,
+             QString("{\"favorites\":0,\"files\":0,\"link\":\"https://example.org/News\","
+                     "\"title\":\"News\",\"uri\":\"%1\",\"wouldDelete\":1}\n")
+                 .arg(uri));
+}
+
 void TestUnsubscribe::feedStateIsDeleted()
 {
     const QString uri = addChannel("News");
@@ -151,7 +237,8 @@ void TestUnsubscribe::noCostlyQueries()
     addChannel("Radio", {message("shared", day(1))});
     addChannel("News", {message("a", day(1), {"a.ogg"}), message("b", day(2)), message("shared", day(1))});
     StatementGate::reset();
-    QVERIFY(runCommand(unsubscribeCommand, {"News"}).isFine);
+    QVERIFY(runCommand(unsubscribeCommand, {"News"}, {{"dry-run", ""}}).isFine);
+    QVERIFY(runCommand(unsubscribeCommand, {"News"}, {{"keep-favorites", ""}}).isFine);
     QCOMPARE(costlyQueries(), QStringList());
 }
 
@@ -174,6 +261,37 @@ void TestUnsubscribe::failures()
         QCOMPARE(tracker()->allChannelUrls(), QStringList(radio));
     };
     failEverywhere(unsubscribeCommand, {"News"}, {}, fill, check);
+}
+
+void TestUnsubscribe::failuresWithKeptFavorites()
+{
+    const auto fill = [&] {
+        addChannel("News", {message("a", day(1), {"a.ogg"}), message("b", day(2))});
+        addFavorite("a");
+    };
+    const auto check = [&] {
+        if (!tracker()->allChannelUrls().isEmpty())
+            QVERIFY(runCommand(unsubscribeCommand, {"News"}, {{"keep-favorites", ""}}).isFine);
+        QVERIFY(runCommand(cleanCommand, {}).isFine);
+        QCOMPARE(store().texts("SELECT ?t { ?m a mfo:FeedMessage ; nie:title ?t }"), QStringList("a"));
+        QCOMPARE(store().count("?e a mfo:Enclosure"), 1);
+    };
+    failEverywhere(unsubscribeCommand, {"News"}, {{"keep-favorites", ""}}, fill, check);
+}
+
+void TestUnsubscribe::failuresOfDryRun()
+{
+    QStringList before;
+    const auto fill = [&] {
+        addChannel("News", {message("a", day(1), {"a.ogg"})});
+        QVERIFY(QDir().mkpath(home() + "/Downloads/tidel"));
+        QFile file(home() + "/Downloads/tidel/a.ogg");
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        setLocalUrl("a.ogg", QUrl::fromLocalFile(file.fileName()).toString());
+        before = everythingIn(store());
+    };
+    failEverywhere(unsubscribeCommand, {"News"}, {{"dry-run", ""}}, fill,
+                   [&] { QCOMPARE(everythingIn(store()), before); });
 }
 
 QTEST_GUILESS_MAIN(TestUnsubscribe)
