@@ -19,7 +19,7 @@ struct FeedDocument
     QByteArray charset; ///< The character set that the server named; empty if it named none.
     QByteArray linkHeader; ///< The `Link:` header; empty if there was none.
     Validators validators;
-    FeedAnswer answer; ///< How the document came.
+    FeedAnswer answer = {}; ///< How the document came.
     FeedPlan plan = {}; ///< What the store has of the answers before it.
 };
 

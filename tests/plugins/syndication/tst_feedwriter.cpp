@@ -85,7 +85,8 @@ private:
         const Result<Store> store = Store::open();
         QVERIFY(store);
         const QString uri = *Messages(*store).uri(link);
-        QVERIFY(Retention(*store).drop(channelUri(), {uri}, [](int, const QList<FeedEnclosure> &) {}));
+        QVERIFY(Retention(*store).drop(channelUri(), {uri}, {0, {}, true},
+                                       [](int, const QList<FeedEnclosure> &) {}));
     }
     QStringList titles() const
     {

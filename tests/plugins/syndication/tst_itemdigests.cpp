@@ -95,7 +95,8 @@ void TestItemDigests::drop(const QString &link) const
     const QStringList channels =
         m_store->texts("SELECT ?c { <" + uri + "> nie:isLogicalPartOf ?c . ?c nie:title ?t } ORDER BY ?t");
     for (const QString &channel : channels)
-        QVERIFY(Retention(*store).drop(channel, {uri}, [](int, const QList<FeedEnclosure> &) {}));
+        QVERIFY(
+            Retention(*store).drop(channel, {uri}, {0, {}, true}, [](int, const QList<FeedEnclosure> &) {}));
 }
 
 void TestItemDigests::unchangedItemsAreNotRead()
