@@ -196,7 +196,8 @@ void TestCheck::damage_data()
     QTest::addColumn<int>("from");
     QTest::addColumn<int>("to");
     QTest::addColumn<int>("byte"); // -1 for a file that ends there
-    for (int place = 100; place < 1000; place += 150) {
+    // Behind the list of tables, without which nothing can be read.
+    for (int place : {100, 350, 420, 570, 700, 850}) {
         const int byte = place % 4 == 0 ? 0 : 'x';
         QTest::addRow("bytes %d at %d", byte, place) << place << place + 30 << byte;
     }
