@@ -31,9 +31,11 @@ Statistics::Statistics(const Store &store) : m_store(store) { }
 Result<Statistics::Totals> Statistics::totals() const
 {
     Totals totals;
+    int read = 0;
     const std::pair<QSparqlQuery, int *> counts[] = {
         {Statements::countOf(Statements::Kind::Channel), &totals.channels},
         {Statements::countOf(Statements::Kind::Message), &totals.messages},
+        {Statements::countOfRead(), &read},
         {Statements::countOfFavorites(), &totals.favorites},
         {Statements::countOf(Statements::Kind::Enclosure), &totals.enclosures},
         {Statements::countOfLocalCopies(), &totals.downloaded},
@@ -44,6 +46,7 @@ Result<Statistics::Totals> Statistics::totals() const
             return Failure(number.error());
         *count = *number;
     }
+    totals.unread = totals.messages - read;
     totals.storeSize = sizeOfFolder(QFileInfo(StoreDatabase::folder()).path());
     return totals;
 }

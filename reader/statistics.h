@@ -22,6 +22,7 @@ public:
     {
         int channels = 0;
         int messages = 0;
+        int unread = 0;
         int favorites = 0;
         int enclosures = 0;
         int downloaded = 0; ///< Enclosures with a local copy.

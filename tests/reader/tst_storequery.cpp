@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "readertest.h"
 
+#include <TidelReader/readstate.h>
 #include <TidelReader/statistics.h>
 #include <TidelReader/storequery.h>
 
@@ -114,10 +115,12 @@ void TestStoreQuery::totals()
     addEnclosure("other", messageUri("b"));
     const QString other = "<" + enclosureUri("other") + "> mfo:localLink ";
     store().update("DELETE { " + other + "?f } INSERT { " + other + "<> } WHERE { " + other + "?f }");
+    VERIFY_OK(ReadState(reader()).set({messageUri("b")}, true));
     const auto totals = Statistics(reader()).totals();
     VERIFY_OK(totals);
     QCOMPARE(totals->channels, 1);
     QCOMPARE(totals->messages, 2);
+    QCOMPARE(totals->unread, 1);
     QCOMPARE(totals->favorites, 1);
     QCOMPARE(totals->enclosures, 2);
     QCOMPARE(totals->downloaded, 1);

@@ -1,63 +1,70 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: LGPL-2.1-or-later
-# usage: demo.sh TIDEL TESTS
-# Serves the sample feeds on 127.0.0.1 and runs the commands of tidel on a temporary store.
+# usage: demo.sh TIDEL SOURCES
+# Serves sample feeds on 127.0.0.1 and reads them with tidel in a temporary archive.
 set -euo pipefail
 tidel=$(realpath "$1")
-tests=$(realpath "$2")
+sources=$(realpath "$2")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-export XDG_DATA_HOME=$work/data
-cp -r "$tests/data/feeds" "$work"
+export XDG_DATA_HOME=$work/data XDG_RUNTIME_DIR=$work PAGER=cat
+mkdir "$work/feeds"
+cp "$sources"/tools/tidel/demo/* "$work/feeds"
 
 show() {
-    printf '\n$ tidel %s\n' "${*@Q}"
+    local word line='$ tidel'
+    for word in "$@"; do
+        [[ $word =~ ^[A-Za-z0-9:/._-]+$ ]] || word=${word@Q}
+        line+=" $word"
+    done
+    printf '\n%s\n' "$line"
     "$tidel" "$@"
 }
 
+say() { printf '\n%s\n' "$*"; }
+
 # Shows the answers of the server since the last call.
 show_answers() {
-    printf '\nThe server answered:\n'
-    tail -n "+$((seen + 1))" "$work/requests" | awk '{ print $3 }' | sort | uniq -c
+    printf 'The server answered: '
+    tail -n "+$((seen + 1))" "$work/requests" | awk '{ print $3 }' | sort | uniq -c | awk '{ printf "%s x %s  ", $1, $2 }'
+    echo
     seen=$(wc -l <"$work/requests")
 }
 
 # The server ends when this script closes its input.
-exec {server}> >(exec python3 "$tests/server/feedserver.py" "$work/feeds" >"$work/requests")
+exec {server}> >(exec python3 "$sources/tests/server/feedserver.py" "$work/feeds" >"$work/requests")
 until [ -s "$work/requests" ]; do sleep 0.05; done
 seen=1
 address=http://127.0.0.1:$(head -n 1 "$work/requests")
-# The server has files for this sample only.
-sed -i "s|https://media.example.org/hillside/|$address/bytes/40960/|" "$work"/feeds/hillside-radio.xml
+sed -i "s|https://orbit.example.com/audio/|$address/bytes/40960/|" "$work/feeds/orbit.xml"
 
-mapfile -t feeds < <(cd "$work/feeds" && printf "$address/files/%s\n" *)
-show subscribe "${feeds[@]}"
-show channels
-show messages "The Hillside Radio Hour"
-show enclosures https://radio.example.org/episodes/5
-show download https://radio.example.org/episodes/5 --into "$work/downloads"
-show_answers
-
-printf '\nSome days later, one feed has new messages.\n'
-cp "$tests/data/feeds-later/hillside-radio.xml" "$work/feeds"
-show refresh
-show_answers
-printf '\nNo feed has changed, so the server does not send the documents again.\n'
-show refresh
-show_answers
-
-printf '\nDelete all messages except the favorite and the newest two of each channel.\n'
-show favorite https://radio.example.org/episodes/1
-show prune --include-unread --keep 2 --dry-run "The Hillside Radio Hour"
-show prune --include-unread --keep 2
-show refresh
-show clean
-
-printf '\nUnsubscribe from all channels.\n'
-for feed in "${feeds[@]}"; do
-    show unsubscribe "$feed"
-done
-show clean
+say "Three feeds."
+show subscribe "$address"/files/{courier.xml,kitchen.atom,orbit.xml}
+show folder "Riverside Courier" News
 show channels
 
-printf '\nThis store was temporary. Your first "tidel subscribe" creates your own store.\n'
+say "The newest messages of all channels, and one of them. What was shown is read."
+show messages --limit 8
+show show https://kitchen.example.net/2026/barley-soup-for
+show messages --unread --limit 3
+show channels
+
+say "Searching, keeping, listening."
+show search soup
+show favorite https://kitchen.example.net/2026/barley-soup-for
+show enclosures https://orbit.example.com/88
+show download https://orbit.example.com/88 --into "$work/downloads"
+show stats
+
+say "Nothing has changed: the server sends no document again."
+show_answers
+show refresh
+show_answers
+
+say "Feeds that are damaged, in other character sets, or hostile are read as far as they go."
+cp "$sources"/tests/data/feeds/* "$work/feeds"
+mapfile -t difficult < <(cd "$sources/tests/data/feeds" && printf "$address/files/%s\n" *)
+printf '\n$ tidel subscribe %s/files/*\n' "$address"
+"$tidel" subscribe "${difficult[@]}"
+
+say 'This archive was temporary. Your first "tidel subscribe" creates your own; "tidel --help" lists all commands.'

@@ -26,7 +26,7 @@ void showTotals(const Statistics::Totals &totals, Output &output)
 {
     const QVector<QPair<QString, QString>> lines{
         {QStringLiteral("Channels"), QString::number(totals.channels)},
-        {QStringLiteral("Messages"), QString::number(totals.messages)},
+        {QStringLiteral("Messages"), QStringLiteral("%1, %2 unread").arg(totals.messages).arg(totals.unread)},
         {QStringLiteral("Favorites"), QString::number(totals.favorites)},
         {QStringLiteral("Enclosures"),
          QStringLiteral("%1, %2 downloaded").arg(totals.enclosures).arg(totals.downloaded)},
@@ -36,6 +36,7 @@ void showTotals(const Statistics::Totals &totals, Output &output)
         output.line(QStringLiteral("%1 %2").arg(name + QLatin1Char(':'), -12).arg(value));
     output.object({{QStringLiteral("channels"), totals.channels},
                    {QStringLiteral("messages"), totals.messages},
+                   {QStringLiteral("unread"), totals.unread},
                    {QStringLiteral("favorites"), totals.favorites},
                    {QStringLiteral("enclosures"), totals.enclosures},
                    {QStringLiteral("downloaded"), totals.downloaded},
@@ -52,10 +53,11 @@ void showDays(const QMap<QDate, int> &days, Output &output)
     for (auto day = days.begin(); day != days.end(); ++day) {
         // A day with a message has a bar.
         const int length = (day.value() * width + most - 1) / most;
-        output.line(QStringLiteral("  %1 %2 %3")
+        const QString bar = length > 0 ? QLatin1Char(' ') + QString(length, QChar(0x2587)) : QString();
+        output.line(QStringLiteral("  %1 %2%3")
                         .arg(QLocale::c().toString(day.key(), QStringLiteral("yyyy-MM-dd ddd")))
                         .arg(day.value(), 6)
-                        .arg(QString(length, QChar(0x2587))));
+                        .arg(bar));
         output.object({{QStringLiteral("day"), day.key().toString(Qt::ISODate)},
                        {QStringLiteral("messages"), day.value()}});
     }

@@ -142,8 +142,9 @@ void TestJson::everyCommand()
     const Objects statistics = objects({"stats"});
     tested.insert("stats");
     QCOMPARE(statistics.size(), 16);
-    QCOMPARE(keys(statistics.first()),
-             QStringList({"channels", "downloaded", "enclosures", "favorites", "length", "messages"}));
+    QCOMPARE(
+        keys(statistics.first()),
+        QStringList({"channels", "downloaded", "enclosures", "favorites", "length", "messages", "unread"}));
     QCOMPARE(keys(statistics.at(1)), QStringList({"day", "messages"}));
     QCOMPARE(keys(statistics.last()), QStringList({"link", "messages", "newest", "title", "type", "uri"}));
     check({"plugins"}, {{"addresses", "description", "file", "name", "version"}});
