@@ -247,7 +247,8 @@ void TestMessageChanges::unchangedMessagesCostNothing()
     write(messages);
     StatementGate::reset();
     write(messages);
-    // Which keys and links are used, and for what. A plug-in does not ask for links of items whose key is known.
+    // Which keys and links are used, and for what. A plug-in does not ask for links of items whose key is
+    // known.
     QCOMPARE(StatementGate::statements().size(), 4);
 }
 
@@ -266,7 +267,8 @@ void TestMessageChanges::newAndChangedInOneUpdate()
     QCOMPARE(written.changed.size(), 50);
     QCOMPARE(written.added, linksOf({"new"}));
     QCOMPARE(StatementGate::types().count(QSparqlQuery::InsertStatement), 1);
-    // Which links are used, and for what, the texts, the files of the messages, and which files the store has.
+    // Which links are used, and for what, the texts, the files of the messages, and which files the store
+    // has.
     QCOMPARE(StatementGate::statements().size(), 6);
 }
 

@@ -61,7 +61,9 @@ QStringList headLines(const WholeMessage &whole, int width)
         {QStringLiteral("Channel"), whole.headline.channels.join(comma)},
         {QStringLiteral("Author"), whole.details.authors.join(comma)},
         {QStringLiteral("Published"), time(whole.message.publishedDate())},
-        {QStringLiteral("Updated"), time(whole.details.updatedDate)},
+        {QStringLiteral("Updated"),
+         whole.details.updatedDate == whole.message.publishedDate() ? QString()
+                                                                    : time(whole.details.updatedDate)},
         {QStringLiteral("Categories"), whole.details.categories.join(comma)},
         {QStringLiteral("Favorite"), whole.message.isFavorite() ? QStringLiteral("yes") : QString()},
         {QStringLiteral("Link"), whole.message.link()},

@@ -28,7 +28,8 @@ public:
     QStringList lines(int width) const;
 
 private:
-    /// The widths of the columns on the terminal. The columns \a unlimited are as wide as their longest cells.
+    /// The widths of the columns on the terminal. The columns \a unlimited are as wide as their longest
+    /// cells.
     QVector<int> columnWidths(const QVector<int> &unlimited) const;
     /// Takes \a excess columns off the elastic ones of \a widths.
     void shrink(QVector<int> *widths, int excess) const;
