@@ -1355,11 +1355,6 @@ QSparqlQuery channelTitles(const QStringList &messageUris)
                   + QLatin1String("?m nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel ; nie:title ?title }"));
 }
 
-QSparqlQuery countOfRead()
-{
-    return select(QStringLiteral("SELECT (COUNT(?m) AS ?n) WHERE { ?m tidel:readTime ?time }"));
-}
-
 QSparqlQuery countOfLocalCopies()
 {
     return select(QStringLiteral("SELECT (COUNT(?e) AS ?n) WHERE { ?e mfo:localLink ?file "

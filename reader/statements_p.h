@@ -397,8 +397,6 @@ QString adoptStrays(const QString &channelUri);
 
 /// \name Statistics
 /// @{
-/// The number of messages that are marked as read.
-QSparqlQuery countOfRead();
 /// The number of enclosures with a local copy.
 QSparqlQuery countOfLocalCopies();
 /// Channel, date of its newest message.
