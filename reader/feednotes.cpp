@@ -13,7 +13,7 @@ namespace Tidel {
 
 namespace {
 
-constexpr qint64 hour = 60 * 60;
+constexpr qint64 hour = 60 * qint64(60);
 constexpr qint64 day = 24 * hour;
 constexpr int tooManyRequests = 429;
 

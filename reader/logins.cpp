@@ -15,7 +15,7 @@ namespace Tidel {
 namespace {
 
 // A user with thousands of passwords is none.
-constexpr qint64 maximumSize = 1024 * 1024;
+constexpr qint64 maximumSize = 1024 * qint64(1024);
 
 /// The server of \a address as "https://example.org:443".
 QString serverOf(const QUrl &address)

@@ -78,7 +78,7 @@ public:
 
 private:
     StorePrivate &store() { return StorePrivate::of(m_store); }
-    Result<QVector<Entry>> readAll(Statements::ListFilter filter);
+    Result<QVector<Entry>> readAll(const Statements::ListFilter &filter);
     Result<void> countUnread();
     /// Returns true if the list can have no more than \a entries; otherwise returns false.
     bool isFull(const QVector<Entry> &entries) const
@@ -105,7 +105,7 @@ Statements::ListFilter ListReader::filter() const
 }
 
 /// The messages with a date, and those without one where they belong to the list.
-Result<QVector<Entry>> ListReader::readAll(Statements::ListFilter filter)
+Result<QVector<Entry>> ListReader::readAll(const Statements::ListFilter &filter)
 {
     Result<QVector<Entry>> entries =
         store().run(Statements::datedHeadlines(filter), attempt).map(extractEntries);

@@ -25,7 +25,7 @@ QDateTime outside(const QDateTime &time, const QList<int> &skipHours, const QStr
         if (!skipHours.contains(candidate.time().hour()) && !skipDays.contains(day))
             return candidate;
         candidate.setTime(QTime(candidate.time().hour(), 0));
-        candidate = candidate.addSecs(60 * 60);
+        candidate = candidate.addSecs(60 * qint64(60));
     }
     return time;
 }

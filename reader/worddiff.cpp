@@ -76,7 +76,12 @@ private:
             || (diagonal != distance
                 && at(last, distance - 1, diagonal - 1) < at(last, distance - 1, diagonal + 1));
     }
-    static int at(const Row &row, int distance, int diagonal) { return row[size_t(diagonal + distance)]; }
+    static size_t place(int distance, int diagonal)
+    {
+        const int index = diagonal + distance;
+        return size_t(index);
+    }
+    static int at(const Row &row, int distance, int diagonal) { return row[place(distance, diagonal)]; }
     bool search();
 
     const QStringList &m_before;
@@ -97,7 +102,7 @@ bool Comparison::search()
                 x = isAddition(last, distance, diagonal) ? at(last, distance - 1, diagonal + 1)
                                                          : at(last, distance - 1, diagonal - 1) + 1;
             }
-            row[size_t(diagonal + distance)] = slide(x, diagonal);
+            row[place(distance, diagonal)] = slide(x, diagonal);
             if (diagonal == goal && at(row, distance, diagonal) >= m_before.size()) {
                 m_rows.push_back(row);
                 return true;

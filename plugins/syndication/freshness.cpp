@@ -12,7 +12,7 @@ namespace Tidel {
 namespace {
 
 // For a host that wants to be asked less often and does not say how often.
-constexpr qint64 usualPause = 60 * 60;
+constexpr qint64 usualPause = 60 * qint64(60);
 
 /// The number \a text; 0 if it is none or negative.
 qint64 seconds(const QByteArray &text)
