@@ -6,9 +6,10 @@
 
 namespace Tidel {
 
-/// The pieces of an update that mark the message \a uri, of which the store says \a own, as \a others say
-/// where that was marked later: as a favorite and as read. Takes the marks out of \a others. A mark without a
-/// time is older than each with a time; of two without a time, the favorite counts.
+/// Merges the marks of the message \a uri as a favorite and as read: \a own are the facts of the store, and
+/// \a others those of another archive. Of two marks the later one counts. A mark without a time is older than
+/// every mark with a time. Of two marks without a time, a favorite counts. Returns the pieces of the
+/// update, and removes the marks from \a others.
 QString laterMarks(const QString &uri, const StoredFacts &own, StoredFacts *others);
 
 } // namespace Tidel

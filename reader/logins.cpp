@@ -16,6 +16,7 @@ namespace {
 
 // A user with thousands of passwords is none.
 constexpr qint64 maximumSize = 1024 * qint64(1024);
+constexpr int longestWait = 30000; // milliseconds
 
 /// The server of \a address as "https://example.org:443".
 QString serverOf(const QUrl &address)
@@ -81,8 +82,8 @@ Result<void> Logins::set(const QUrl &address, const QString &password)
     // Another process may change the file, too.
     QDir().mkpath(QFileInfo(path()).path());
     QLockFile lock(path() + QLatin1String(".lock"));
-    if (!lock.lock())
-        return Failure(notKept(QStringLiteral("could not lock the file")));
+    if (!lock.tryLock(longestWait))
+        return Failure(notKept(QStringLiteral("another program uses the file; try again")));
     const Result<QJsonObject> known = readAll();
     if (!known)
         return Failure(known.error());

@@ -24,8 +24,9 @@ QStringList valuesNamed(const StoredFacts &facts, const char *name);
 /// Removes the values of the properties \a names.
 void removeNamed(StoredFacts *facts, std::initializer_list<const char *> names);
 
-/// The pieces of an update that give \a uri, of which the store says \a own, what it lacks of \a others: all
-/// values of a list, and a value where it has none or an empty one. Adds them to \a own.
+/// Adds facts of \a others to the resource \a uri, whose facts in the store are \a own: all values of a list,
+/// and another value if the store has none or an empty one. Returns the pieces of the update, and adds the
+/// values to \a own.
 QString takeOver(const QString &uri, StoredFacts *own, const StoredFacts &others);
 
 } // namespace Tidel

@@ -28,7 +28,7 @@ QStringList wordsOf(const QString &text)
     return words;
 }
 
-/// The pieces of a comparison, of which neighbours of one kind are one.
+/// Collects the pieces of a comparison. Joins neighbours of one kind.
 class Pieces
 {
 public:

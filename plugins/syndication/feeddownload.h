@@ -74,7 +74,7 @@ private:
     void endUnchanged();
     /// Notes that the document could not be read because of \a outcome.
     void noteFailure(const Outcome &outcome);
-    /// Gives the channel the address to which its document has moved for good.
+    /// Gives the channel the new address of its document, which the server named permanently.
     void followMove();
     /// Reads what the store remembers of the channel.
     Outcome remember(FeedMemory *memory);

@@ -22,7 +22,7 @@ QString commonReason(const FeedChannel &channel, QString reason)
     return host.isEmpty() ? reason : reason.replace(host, QLatin1String("..."));
 }
 
-/// The channels with \a titles, of which a few are named.
+/// Returns the names of the first channels with \a titles, and the number of the others.
 QString shownChannels(const QStringList &titles)
 {
     const int others = int(titles.size()) - namedChannels;

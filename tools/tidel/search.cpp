@@ -54,7 +54,7 @@ QVector<MarkedText> wrapped(const MarkedText &text, int width)
     return lines;
 }
 
-/// Shows \a hit in lines of which the first begins with \a start and the others with as many blanks.
+/// Shows \a hit in several lines. The first one begins with \a start, the others with as many blanks.
 void show(const SearchHit &hit, const QString &start, Output &output)
 {
     const QString head = start
