@@ -47,6 +47,16 @@ Address imageOf(const Element &channel)
     return image ? addressIn(*image, "resource") : Address();
 }
 
+/// The image that is for lists of feeds.
+Address iconOf(const Element &channel)
+{
+    if (const Element *icon = channel.find({V::Core, "icon"}))
+        return addressIn(*icon);
+    const Element *image = channel.find({V::Core, "image"});
+    const Element *url = image ? image->find({V::Core, "url"}) : nullptr;
+    return url ? addressIn(*url) : Address();
+}
+
 /// The values of the children \a child of the element \a list of \a channel.
 QStringList valuesIn(const Element &channel, const char *list, const char *child)
 {
@@ -117,6 +127,7 @@ void mapChannel(const Element &root, FeedRecord &feed)
     feed.description = htmlOf(firstOf(channel, descriptions));
     feed.website = websiteOf(channel);
     feed.image = imageOf(channel);
+    feed.icon = iconOf(channel);
     const Element *language = firstOf(channel, languages);
     feed.language = language ? lineOf(language) : channel.language;
     feed.copyright = titleOf(firstOf(channel, rights));

@@ -5,11 +5,9 @@
 #include "mimetype.h"
 
 #include <TidelReader/cleantext.h>
-#include <TidelReader/htmltags_p.h>
-#include <TidelReader/htmltree_p.h>
 #include <TidelReader/link.h>
+#include <TidelReader/pagelinks_p.h>
 
-#include <QHash>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -19,9 +17,6 @@ namespace Tidel {
 namespace {
 
 constexpr int maximumLinks = 50;
-
-/// The attributes of a link in a page or a header, by name. "href" is the address.
-using LinkAttributes = QHash<QString, QString>;
 
 bool isOnWeb(const QUrl &url)
 {
@@ -82,49 +77,13 @@ QByteArray metaCharset(const QByteArray &html)
     return pattern.match(QString::fromLatin1(html.left(4096))).captured(1).toLatin1();
 }
 
-/// The tags `<link>` and `<base>` of \a html and nothing else, so that no tree of the page is needed.
-QByteArray linkTags(const QByteArray &html)
-{
-    const int longest = 4096;
-    const int enough = 1000 * 1000;
-    QByteArray tags;
-    for (int at = 0; at < html.size() && tags.size() < enough;) {
-        const HtmlTag tag = nextTag(html, at);
-        if ((tag.name == "link" || tag.name == "base") && tag.to - tag.from <= longest)
-            tags += html.mid(tag.from, tag.to - tag.from);
-        at = tag.to;
-    }
-    return tags;
-}
-
-LinkAttributes attributesOf(const GumboElement &element)
-{
-    LinkAttributes attributes;
-    for (unsigned i = 0; i < element.attributes.length; ++i) {
-        const auto *const attribute = static_cast<const GumboAttribute *>(element.attributes.data[i]);
-        attributes.insert(QString::fromUtf8(attribute->name), QString::fromUtf8(attribute->value));
-    }
-    return attributes;
-}
-
 } // namespace
 
 QVector<FeedLink> feedLinksOfPage(const QByteArray &html, const QUrl &page, const QByteArray &charset)
 {
     const DecodedText text = toUtf8(html, charset.isEmpty() ? metaCharset(html) : charset);
-    QVector<LinkAttributes> links;
-    QUrl base;
-    const QByteArray tags = linkTags(text.utf8);
-    HtmlTree(tags).forEachInHead([&](const GumboNode &node) {
-        if (node.type != GUMBO_NODE_ELEMENT)
-            return;
-        const LinkAttributes attributes = attributesOf(node.v.element);
-        if (node.v.element.tag == GUMBO_TAG_LINK)
-            links.append(attributes);
-        else if (base.isEmpty())
-            base = Link::toFile(attributes.value(QStringLiteral("href")), page).toUrl();
-    });
-    return feedsOf(links, base.isEmpty() ? page : base, page);
+    const PageLinks links = PageLinks::of(text.utf8, page);
+    return feedsOf(links.links, links.base, page);
 }
 
 QVector<FeedLink> feedLinksOfHeader(const QByteArray &header, const QUrl &page)

@@ -64,6 +64,7 @@ struct FeedRecord
     QString description; ///< HTML.
     Address website;
     Address image; ///< The largest image of the feed.
+    Address icon; ///< A small image of the feed; empty if it names none.
     QString language; ///< A language tag; empty if there is none.
     QString copyright; ///< Plain text.
     int minutesToLive = 0; ///< How long the document may be kept; 0 if unknown.

@@ -30,7 +30,8 @@ template <typename Record, typename Value> struct Field
 const Field<FeedRecord, Address> feedAddresses[] = {{"home_page_url", &FeedRecord::website},
                                                     {"feed_url", &FeedRecord::self},
                                                     {"icon", &FeedRecord::image},
-                                                    {"favicon", &FeedRecord::image}};
+                                                    {"favicon", &FeedRecord::image},
+                                                    {"favicon", &FeedRecord::icon}};
 const Field<ItemRecord, Address> itemAddresses[] = {{"url", &ItemRecord::link},
                                                     {"external_url", &ItemRecord::link},
                                                     {"image", &ItemRecord::thumbnail},

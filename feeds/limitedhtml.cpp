@@ -68,7 +68,7 @@ bool Beginning::pass(const HtmlTag &tag)
     const auto isSame = [&](const OpenElement &element) { return element.endTag == endTag; };
     const bool isEnd = m_html.at(tag.from + 1) == '/';
     // A script is passed with its end tag.
-    const bool isWhole = m_html.mid(tag.from + 1, tag.to - tag.from - 1).contains("</");
+    const bool isWhole = tag.to > tag.end;
     const bool opens = !isEnd && !isWhole && needsEndTag(tag.name);
     const auto found = isEnd ? std::find_if(m_open.crbegin(), m_open.crend(), isSame) : m_open.crend();
     const int left = found == m_open.crend() ? int(m_open.size()) : int(m_open.crend() - found) - 1;

@@ -39,7 +39,8 @@ enum FeedDownloadError {
  * A downloader runs one download at a time in the event loop of its thread. Each download ends with exactly
  * one signal, which is emitted after the operation has returned. For downloads in parallel,
  * createDownloader() creates further downloaders. All of them belong to the thread of
- * FeedTrackerSparql::instance().
+ * FeedTrackerSparql::instance(). A host that moves on to a store in another thread calls createDownloader()
+ * there.
  *
  * The property "newMessages" lists the links of the messages that the last download of feeds added to their
  * channels. It is a QStringList; the messages of a channel are in order, oldest first. A plug-in that knows
@@ -99,7 +100,8 @@ public:
     /**
      * Downloads the file of the stored enclosure \a enclosureUri into \a folder, an absolute path. Creates
      * the folder if it does not exist. Reports progress with enclosureDownloadProgress() and ends with
-     * downloadEnclosureFinished() or downloadEnclosureFailed(). The folder never contains an incomplete file.
+     * downloadEnclosureFinished() or downloadEnclosureFailed(). An incomplete file is hidden; the next
+     * download of the enclosure to the folder may continue it.
      */
     virtual void downloadEnclosure(const QString &enclosureUri, const QString &folder) = 0;
 

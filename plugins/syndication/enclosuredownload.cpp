@@ -12,8 +12,6 @@
 
 #include <limits>
 
-#include <sys/stat.h>
-
 namespace Tidel {
 
 namespace {
@@ -27,19 +25,8 @@ QString presentFile(const FeedEnclosure &enclosure)
     return QFileInfo(path).isFile() ? path : QString();
 }
 
-/// The permissions of a new file. A temporary file can only be accessed by its owner.
-QFileDevice::Permissions usualPermissions()
-{
-    const mode_t mask = umask(0);
-    umask(mask);
-    QFileDevice::Permissions permissions = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
-    for (const auto &[bit, permission] : {std::pair(mode_t(S_IRGRP), QFileDevice::ReadGroup),
-                                          std::pair(mode_t(S_IWGRP), QFileDevice::WriteGroup),
-                                          std::pair(mode_t(S_IROTH), QFileDevice::ReadOther),
-                                          std::pair(mode_t(S_IWOTH), QFileDevice::WriteOther)})
-        permissions.setFlag(permission, !(mask & bit));
-    return permissions;
-}
+/// Returns true if a download that failed with \a error cannot be continued; otherwise returns false.
+bool isFinal(int error) { return error == FeedDownloadTooLarge || error == 404 || error == 410; }
 
 } // namespace
 
@@ -56,9 +43,35 @@ void EnclosureDownload::start()
         finish(prepared);
         return;
     }
+    if (m_file.isComplete())
+        complete(QString());
+    else
+        ask(m_file.resumePoint());
+}
+
+void EnclosureDownload::ask(const ResumePoint &part)
+{
+    m_isResumed = part.isValid();
     // A compressed file must not be decompressed.
-    const TransferRequest request{QUrl(m_enclosure.remoteUrl()), "*/*", false, {}};
-    connect(transfer(request, m_file), &Transfer::progressed, this, &EnclosureDownload::progressed);
+    const TransferRequest request{QUrl(m_enclosure.remoteUrl()), "*/*", false, {}, {}, part};
+    const Transfer *const begun = transfer(request, m_file.device());
+    connect(begun, &Transfer::began, this, [this, begun](qint64 offset) {
+        if (offset == 0)
+            m_file.restart(begun->origin());
+    });
+    connect(begun, &Transfer::progressed, this, &EnclosureDownload::progressed);
+}
+
+void EnclosureDownload::failed(const Outcome &outcome)
+{
+    if (m_isResumed && (outcome.error == partialContent || outcome.error == noSuchPart)) {
+        m_file.restart({});
+        ask({});
+        return;
+    }
+    if (isFinal(outcome.error))
+        m_file.discard();
+    finish(outcome);
 }
 
 Outcome EnclosureDownload::prepare()
@@ -74,8 +87,7 @@ Outcome EnclosureDownload::prepare()
         return badAddress();
     if (address.isLocalFile() && !QFileInfo(address.toLocalFile()).isFile())
         return {FeedDownloadNotFound, QStringLiteral("no such file")};
-    m_file.setFileTemplate(m_folder + QStringLiteral("/.tidel-XXXXXX.part"));
-    if (!QDir().mkpath(m_folder) || !m_file.open())
+    if (!QDir().mkpath(m_folder) || !m_file.open(m_folder, m_enclosure.remoteUrl()))
         return {FeedDownloadNotWritten, QStringLiteral("the folder %1 cannot be written to").arg(m_folder)};
     return {};
 }
@@ -91,8 +103,12 @@ Outcome EnclosureDownload::readEnclosure()
     return {};
 }
 
-void EnclosureDownload::transferred(const Transfer &transfer)
+void EnclosureDownload::complete(const QString &mimeType)
 {
+    if (!m_file.finish()) {
+        finish(notWritten(qt_error_string()));
+        return;
+    }
     const Result<WriteTurn> turn = WriteTurn::take();
     if (!turn) {
         finish(storeFailed(turn.error(), "download it again"));
@@ -102,7 +118,9 @@ void EnclosureDownload::transferred(const Transfer &transfer)
     Outcome outcome = readEnclosure();
     m_path = presentFile(m_enclosure);
     if (outcome.isFine() && m_path.isEmpty())
-        outcome = keepFile(transfer.mimeType());
+        outcome = keepFile(mimeType);
+    else if (outcome.error != FeedDownloadStoreFailed)
+        m_file.discard();
     finish(outcome);
 }
 
@@ -110,18 +128,15 @@ void EnclosureDownload::transferred(const Transfer &transfer)
 // that the store does not know would stay for ever.
 Outcome EnclosureDownload::keepFile(const QString &mimeType)
 {
-    if (!m_file.flush() || !m_file.setPermissions(usualPermissions()))
-        return notWritten(m_file.errorString());
     const QString path = freePath(QUrl(m_enclosure.remoteUrl()));
     const Outcome noted = noteFile(path, mimeType);
     if (!noted.isFine())
         return noted;
-    if (!m_file.rename(path)) {
+    if (!m_file.moveTo(path)) {
         m_enclosure.setLocalUrl(QString());
         Enclosures(store()).setFile(m_enclosure);
-        return notWritten(m_file.errorString());
+        return notWritten(QStringLiteral("it could not be moved to %1").arg(path));
     }
-    m_file.setAutoRemove(false);
     m_path = path;
     return {};
 }
@@ -141,7 +156,7 @@ QString EnclosureDownload::freePath(const QUrl &address) const
 
 Outcome EnclosureDownload::noteFile(const QString &path, const QString &mimeType)
 {
-    const qint64 size = m_file.size();
+    const qint64 size = m_file.device().size();
     m_enclosure.setLocalUrl(Link::encoded(QUrl::fromLocalFile(path)));
     m_enclosure.setLength(size > std::numeric_limits<unsigned int>::max() ? 0 : unsigned(size));
     if (!mimeType.isEmpty())

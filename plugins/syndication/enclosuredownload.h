@@ -3,8 +3,8 @@
 #define TIDEL_ENCLOSUREDOWNLOAD_H
 
 #include "download.h"
+#include "partialfile.h"
 
-#include <QTemporaryFile>
 #include <QVariantMap>
 
 #include <feedenclosure.h>
@@ -30,13 +30,18 @@ Q_SIGNALS:
     void progressed(qint64 bytesReceived, qint64 bytesTotal);
 
 protected:
-    void transferred(const Transfer &transfer) override;
+    void transferred(const Transfer &transfer) override { complete(transfer.mimeType()); }
+    void failed(const Outcome &outcome) override;
 
 private:
-    /// Reads the enclosure and opens a temporary file, unless the enclosure was downloaded before.
+    /// Reads the enclosure and opens a partial file, unless the enclosure was downloaded before.
     Outcome prepare();
     /// Reads the enclosure from the store.
     Outcome readEnclosure();
+    /// Asks for the file, or for what follows \a part.
+    void ask(const ResumePoint &part);
+    /// Ends the download, whose file is complete.
+    void complete(const QString &mimeType);
     /// Stores where the complete file will be, and moves it there.
     Outcome keepFile(const QString &mimeType);
     /// The first path in the folder for a file from \a address that does not exist.
@@ -47,7 +52,8 @@ private:
     const QString m_uri;
     const QString m_folder;
     FeedEnclosure m_enclosure;
-    QTemporaryFile m_file;
+    PartialFile m_file;
+    bool m_isResumed = false;
     QString m_path; // The path of the complete file.
 };
 

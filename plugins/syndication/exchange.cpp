@@ -38,7 +38,7 @@ bool isRefused(CURL *handle)
 Exchange::Exchange(const std::shared_ptr<Connections> &connections, const TransferRequest &request,
                    const Receiver &receiver)
     : m_connections(connections), m_handle(curl_easy_init()), m_receiver(receiver),
-      m_host(request.address.host())
+      m_host(request.address.host()), m_wantsRest(request.part.isValid())
 {
     ask(request);
 }
@@ -67,6 +67,12 @@ void Exchange::ask(const TransferRequest &request)
     curl_easy_setopt(handle, CURLOPT_USERAGENT, "Tidel/" TIDEL_VERSION);
     if (request.isCompressible)
         curl_easy_setopt(handle, CURLOPT_ACCEPT_ENCODING, "gzip, deflate");
+    else
+        addHeader("Accept-Encoding", "identity");
+    if (m_wantsRest) {
+        addHeader("Range", "bytes=" + QByteArray::number(request.part.offset) + '-');
+        addHeader("If-Range", request.part.validator);
+    }
     addHeader("Accept", request.accept);
     addHeader("If-None-Match", request.known.entityTag.toLatin1());
     addHeader("If-Modified-Since", request.known.lastModified.toLatin1());
@@ -138,7 +144,9 @@ size_t Exchange::readLine(const char *line, size_t, size_t size, void *exchange)
 size_t Exchange::readBody(const char *bytes, size_t, size_t size, void *exchange)
 {
     auto *self = static_cast<Exchange *>(exchange);
-    self->m_isStopped = self->m_head.status() != 200 || !self->m_receiver(bytes, qint64(size));
+    const int status = self->m_head.status();
+    const bool isWanted = status == 200 || (status == partialContent && self->m_wantsRest);
+    self->m_isStopped = !isWanted || !self->m_receiver(bytes, qint64(size));
     return self->m_isStopped ? 0 : size;
 }
 
@@ -178,15 +186,17 @@ Outcome Exchange::outcome() const
     case CURLE_COULDNT_CONNECT:
         return connectionFailed(
             isRefused(m_handle.get()) ? QStringLiteral("the server refused the connection") : text);
+    case CURLE_SSL_CONNECT_ERROR:
+        return connectionFailed(QStringLiteral("the server offers no secure connection; check whether the "
+                                               "address begins with http:// (%1)")
+                                    .arg(text));
     case CURLE_PEER_FAILED_VERIFICATION:
         return connectionFailed(QStringLiteral("the certificate of the server is not trusted: ") + text);
     case CURLE_OUT_OF_MEMORY: return largeHead(); // This is what libcurl says of a line that is too long.
     case CURLE_GOT_NOTHING:
     case CURLE_PARTIAL_FILE:
     case CURLE_RECV_ERROR:
-    case CURLE_SEND_ERROR:
-        return connectionFailed(
-            QStringLiteral("the server closed the connection too early; try again later"));
+    case CURLE_SEND_ERROR: return closedTooEarly();
     case CURLE_UNSUPPORTED_PROTOCOL:
         return connectionFailed(QStringLiteral("the server does not answer in HTTP"));
     default: return connectionFailed(text);

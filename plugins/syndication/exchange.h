@@ -3,6 +3,7 @@
 #define TIDEL_EXCHANGE_H
 
 #include "answerhead.h"
+#include "resumepoint.h"
 #include "source.h"
 #include "validators.h"
 
@@ -27,10 +28,11 @@ struct TransferRequest
     bool isCompressible = true; ///< The server may compress the document on its way.
     Validators known; ///< The server is asked for the document only if it has changed since.
     Logins::Login login = {}; ///< Who asks.
+    ResumePoint part = {}; ///< If it is valid, the server is asked only for what follows it.
 };
 
-/// One request to a web server, and its answer. The body of an answer with another status than 200 is not
-/// read.
+/// One request to a web server, and its answer. The body is read if the status is 200, or 206 for the rest of
+/// a file.
 class Exchange : public Source
 {
     Q_OBJECT
@@ -82,6 +84,7 @@ private:
     std::unique_ptr<curl_slist, Delete> m_headers;
     const Receiver m_receiver;
     const QString m_host;
+    const bool m_wantsRest;
     std::array<char, CURL_ERROR_SIZE> m_errorText = {};
     AnswerHead m_head;
     CURLcode m_code = CURLE_OK;

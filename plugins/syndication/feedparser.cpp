@@ -69,7 +69,8 @@ FeedChannel ParsedFeed::channel() const
     channel.setDescription(m_record.description);
 
     FeedEnclosure icon;
-    icon.setRemoteUrl(file(m_record.image).toString());
+    const Link small = file(m_record.icon);
+    icon.setRemoteUrl((small.isNull() ? file(m_record.image) : small).toString());
     channel.setIcon(icon);
     return channel;
 }

@@ -9,6 +9,12 @@
 
 namespace Tidel {
 
+qint64 dateOf(const QByteArray &text)
+{
+    // Without a colon it is not one, but libcurl reads some numbers as years.
+    return text.contains(':') ? qint64(curl_getdate(text.constData(), nullptr)) : -1;
+}
+
 namespace {
 
 // For a host that wants to be asked less often and does not say how often.
@@ -20,13 +26,6 @@ qint64 seconds(const QByteArray &text)
     bool isNumber = false;
     const qint64 number = text.trimmed().toLongLong(&isNumber);
     return isNumber ? qMax(number, qint64(0)) : 0;
-}
-
-/// The date \a text of a header, in seconds since 1970; -1 if it is none.
-qint64 dateOf(const QByteArray &text)
-{
-    // Without a colon it is not one, but libcurl reads some numbers as years.
-    return text.contains(':') ? qint64(curl_getdate(text.constData(), nullptr)) : -1;
 }
 
 /// The seconds from \a now until the date \a text; 0 if it is none or past.

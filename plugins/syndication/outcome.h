@@ -13,6 +13,11 @@ namespace Tidel {
 /// The HTTP status of a host that wants to be asked less often.
 constexpr int tooManyRequests = 429;
 
+/// The HTTP status of an answer that is a part of a document.
+constexpr int partialContent = 206;
+/// The HTTP status of a server that has no such part.
+constexpr int noSuchPart = 416;
+
 /// How a download ended.
 struct Outcome
 {
@@ -36,6 +41,13 @@ inline Outcome canceledOutcome() { return {FeedDownloadCanceled, QStringLiteral(
 inline Outcome badAddress()
 {
     return {FeedDownloadBadAddress, QStringLiteral("only files and http and https addresses are supported")};
+}
+
+/// The outcome if the end of an answer is missing.
+inline Outcome closedTooEarly()
+{
+    return {FeedDownloadConnectionFailed,
+            QStringLiteral("the server closed the connection too early; try again later")};
 }
 
 /// The outcome if a file could not be written because of \a reason.

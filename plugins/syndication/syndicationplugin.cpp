@@ -22,6 +22,16 @@ namespace {
 constexpr int feedPatience = 10;
 constexpr int enclosurePatience = 1000;
 
+/// What all downloaders of the thread share. It goes with the last one.
+template <typename T> std::shared_ptr<T> sharedInThread()
+{
+    thread_local std::weak_ptr<T> shared;
+    std::shared_ptr<T> object = shared.lock();
+    if (!object)
+        shared = object = std::make_shared<T>();
+    return object;
+}
+
 QVariantList listOf(const QVector<FeedLink> &feeds)
 {
     QVariantList list;
@@ -58,8 +68,8 @@ struct SyndicationPlugin::Task
 };
 
 SyndicationPlugin::SyndicationPlugin(QObject *parent)
-    : FeedPluginInterface(parent), m_connections(std::make_shared<Connections>()),
-      m_parser(std::make_shared<ParserThread>())
+    : FeedPluginInterface(parent), m_connections(sharedInThread<Connections>()),
+      m_parser(sharedInThread<ParserThread>())
 {
 }
 
@@ -71,8 +81,6 @@ FeedPluginInterface *SyndicationPlugin::createDownloader(QObject *parent) const
     downloader->m_timeout = m_timeout;
     downloader->m_maximumFeedSize = m_maximumFeedSize;
     downloader->m_maximumEnclosureSize = m_maximumEnclosureSize;
-    downloader->m_connections = m_connections;
-    downloader->m_parser = m_parser;
     return downloader;
 }
 

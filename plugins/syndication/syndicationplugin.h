@@ -45,7 +45,7 @@ class SyndicationPlugin : public FeedPluginInterface
     Q_PROPERTY(QVariantList foundFeeds READ foundFeeds)
 
 public:
-    /// Creates a downloader with its own network connections.
+    /// Creates a downloader that shares network connections with those of its thread.
     explicit SyndicationPlugin(QObject *parent = nullptr);
     ~SyndicationPlugin() override;
 
@@ -91,7 +91,7 @@ private:
     qint64 m_maximumFeedSize = Q_INT64_C(32) * 1024 * 1024;
     qint64 m_maximumEnclosureSize = Q_INT64_C(4) * 1024 * 1024 * 1024 - 1; // The limit of FeedEnclosure.
 
-    std::shared_ptr<Connections> m_connections; // Shared by the downloaders of one plug-in, as the next.
+    std::shared_ptr<Connections> m_connections; // Shared by the downloaders of one thread, as the next.
     std::shared_ptr<ParserThread> m_parser;
     std::optional<Store> m_store;
     std::unique_ptr<Task> m_task;

@@ -112,7 +112,12 @@ void Transfer::startSource()
     if (m_request.address.isLocalFile()) {
         m_source = std::make_unique<LocalFile>(m_request.address.toLocalFile(), receiver);
     } else {
-        auto exchange = std::make_unique<Exchange>(m_connections, m_request, receiver);
+        // Another file may have the same tag, and another server is not to see it.
+        const bool isSame = m_request.part.isValid() && m_request.part.isOf(m_request.address);
+        m_part = isSame ? m_request.part : ResumePoint();
+        TransferRequest request = m_request;
+        request.part = m_part;
+        auto exchange = std::make_unique<Exchange>(m_connections, request, receiver);
         m_exchange = exchange.get();
         m_source = std::move(exchange);
     }
@@ -129,22 +134,47 @@ void Transfer::startTimers()
         m_duration.start(m_limits.duration);
 }
 
+bool Transfer::beginBody()
+{
+    m_hasBegun = true;
+    if (m_exchange) {
+        const AnswerHead &head = m_exchange->head();
+        m_isRest = head.status() == partialContent;
+        if (m_isRest && !m_part.isContinuedBy(head)) {
+            m_failure = refusal(head);
+            return false;
+        }
+        m_size = m_isRest ? m_part.offset : 0;
+        m_total = m_isRest ? m_part.total : head.announcedSize();
+    }
+    Q_EMIT began(m_size);
+    return true;
+}
+
+ResumePoint Transfer::origin() const
+{
+    return m_exchange ? ResumePoint::of(m_exchange->head(), m_request.address) : ResumePoint();
+}
+
 bool Transfer::receive(const char *bytes, qint64 size)
 {
-    const qint64 announced = m_exchange ? m_exchange->head().announcedSize() : -1;
     m_silence.start();
+    if (!m_hasBegun && !beginBody())
+        return false;
     m_size += size;
-    if (qMax(m_size, announced) > m_limits.bytes)
+    if (qMax(m_size, m_total) > m_limits.bytes)
         m_failure = {FeedDownloadTooLarge, tooLarge(m_limits.bytes)};
+    else if (m_isRest && m_size > m_total)
+        m_failure = refusal(m_exchange->head());
     else if (!writeAll(m_target, bytes, size))
         m_failure = notWritten(m_target.errorString());
     if (m_failure.isFine() && !m_isProgressDue) {
         m_isProgressDue = true;
         // Who is told may end the transfer, which the source does not expect here.
-        const auto tell = [this, announced] {
+        const auto tell = [this] {
             m_isProgressDue = false;
             if (!m_isOver)
-                Q_EMIT progressed(m_size, announced);
+                Q_EMIT progressed(m_size, m_total);
         };
         QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
     }
@@ -156,8 +186,12 @@ void Transfer::endSource()
     if (m_isOver)
         return;
     const Outcome ended = m_failure.isFine() ? m_source->outcome() : m_failure;
-    if (!ended.isFine() || !m_exchange) {
+    if (!ended.isFine()) {
         end(ended);
+        return;
+    }
+    if (!m_exchange) {
+        endBody();
         return;
     }
     const AnswerHead &head = m_exchange->head();
@@ -165,10 +199,22 @@ void Transfer::endSource()
     const bool isConditional =
         !m_request.known.entityTag.isEmpty() || !m_request.known.lastModified.isEmpty();
     m_isUnchanged = head.status() == 304 && isConditional;
+    const bool isDocument = head.status() == 200 || (head.status() == partialContent && m_part.isValid());
     if (isRedirect(head.status()) && !location.isEmpty())
         follow(m_request.address.resolved(QUrl::fromEncoded(location)), isPermanent(head.status()));
+    else if (!isDocument)
+        end(m_isUnchanged ? Outcome() : refusal(head));
     else
-        end(head.status() == 200 || m_isUnchanged ? Outcome() : refusal(head));
+        endBody();
+}
+
+// An empty document has not begun.
+void Transfer::endBody()
+{
+    if (!m_hasBegun && !beginBody())
+        end(m_failure);
+    else
+        end(m_isRest && m_size < m_total ? closedTooEarly() : Outcome());
 }
 
 void Transfer::follow(const QUrl &target, bool isMoved)

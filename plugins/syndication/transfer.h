@@ -44,6 +44,8 @@ public:
 
     /// Ends the transfer; finished() is emitted.
     void cancel();
+    /// What can be resumed if the transfer ends early; valid when began() is emitted.
+    ResumePoint origin() const;
 
     /// \name Valid after finished()
     /// @{
@@ -68,6 +70,9 @@ public:
     /// @}
 
 Q_SIGNALS:
+    /// Emitted before the first byte is written. It follows \a offset bytes that the target has: 0, or those
+    /// of the part in the request. A receiver must not end the transfer.
+    void began(qint64 offset);
     /// Emitted when bytes have arrived. \a bytesTotal is -1 if the size is unknown.
     void progressed(qint64 bytesReceived, qint64 bytesTotal);
     /// Emitted once, after the constructor has returned.
@@ -78,10 +83,14 @@ private:
     void startSource();
     /// Begins to count the time, unless a request before this one has.
     void startTimers();
+    /// Looks what the source is going to send. Returns false if the transfer has failed.
+    bool beginBody();
     /// Writes bytes of the source to the target. Returns false if the transfer has failed.
     bool receive(const char *bytes, qint64 size);
     /// Ends the transfer, or follows a redirect.
     void endSource();
+    /// Ends the transfer after the last byte of a document.
+    void endBody();
     /// Asks for the document at \a target instead. \a isMoved says that it will stay there.
     void follow(const QUrl &target, bool isMoved);
     /// Ends the transfer with \a outcome. Does nothing if it has already ended.
@@ -103,7 +112,11 @@ private:
     bool m_isMoved = true; // All redirects were permanent.
     QUrl m_movedTo; // Where the document has moved permanently; empty if it has not.
     qint64 m_wait = 0; // How long the server wants to be left alone, in seconds.
+    ResumePoint m_part; // What the server was told that is there.
     qint64 m_size = 0;
+    qint64 m_total = -1; // -1 if it is unknown.
+    bool m_hasBegun = false;
+    bool m_isRest = false; // The answer follows the part.
     Outcome m_failure; // Why bytes were not taken.
     bool m_isProgressDue = false;
     bool m_isUnchanged = false;

@@ -148,6 +148,7 @@ QString describe(const tl::expected<FeedRecord, FeedRefusal> &feed)
     description.add("description", feed->description);
     description.add("website", feed->website);
     description.add("image", feed->image);
+    description.add("icon", feed->icon);
     description.add("language", feed->language);
     description.add("copyright", feed->copyright);
     description.add("minutesToLive", quint64(feed->minutesToLive));

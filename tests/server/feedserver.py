@@ -13,6 +13,7 @@ import gzip
 import hashlib
 import http.server
 import os
+import re
 import ssl
 import sys
 import threading
@@ -33,7 +34,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         url = urllib.parse.urlsplit(self.path)
         first, _, rest = url.path.lstrip("/").partition("/")
         try:
-            getattr(self, "serve_" + first.replace("-", "_"), self.serve_nothing)(rest, url.query)
+            getattr(self, "serve_" + re.sub(r"[-.]", "_", first), self.serve_nothing)(rest, url.query)
         except (BrokenPipeError, ConnectionResetError):
             pass
 
@@ -93,6 +94,79 @@ class Handler(http.server.BaseHTTPRequestHandler):
             os.path.splitext(path)[1], "application/octet-stream")
         self.answer(body, content_type=content_type, headers=headers)
 
+    def serve_favicon_ico(self, rest, query):
+        self.serve_files("favicon.ico", query)
+
+    def serve_ranged(self, rest, query):
+        """/ranged/NAME?cut=1000&...: a file of the folder, or a part of it.
+
+        cut: the first answer to this path ends after so many bytes. hold: it then stays open. pause: half of it
+        comes so many seconds later. The other words say how the server differs from one that does all as it
+        should.
+        """
+        path = os.path.join(self.server.folder, rest)
+        if not os.path.isfile(path):
+            return self.serve_nothing(rest, query)
+        with open(path, "rb") as file:
+            body = file.read()
+        options = dict(urllib.parse.parse_qsl(query, keep_blank_values=True))
+        if self.headers.get("Accept-Encoding") != "identity":
+            return self.answer(b"no", 406, "text/plain")
+        tag = ("W/" if "weak" in options else "") + '"%s"' % hashlib.sha1(body).hexdigest()
+        age = -3600 if "new" in options else 3600
+        date = email.utils.formatdate(self.server.started - age, usegmt=True)
+        if "dated" in options and self.path in self.server.cut_paths:
+            date = email.utils.formatdate(self.server.started - 1800, usegmt=True)
+        validator = ("ETag", tag) if not {"date", "new"} & set(options) else ("Last-Modified", date)
+        headers = [validator] if "plain" not in options else []
+        wanted = re.match(r"bytes=(\d+)-$", self.headers.get("Range", ""))
+        isSame = self.headers.get("If-Range") == validator[1] or "stubborn" in options
+        if not wanted or not isSame or "ignore" in options:
+            return self.send_part(body, 0, 200, headers, options)
+        start = int(wanted.group(1))
+        if "refuse" in options:
+            return self.answer(b"", 416, None, [("Content-Range", "bytes */%d" % len(body))])
+        if "untagged" in options:
+            headers = []
+        if "coded" in options:
+            headers.append(("Content-Encoding", "gzip"))
+        named = (start + int(options.get("start", 0)), len(body) - 1 - int(options.get("end", 0)),
+                 len(body) + int(options.get("total", 0)))
+        if "unnamed" not in options:
+            headers.append(("Content-Range", "bytes %d-%d/%d" % named))
+        self.send_part(body, start, 206, headers, options)
+
+    def send_part(self, body, start, status, headers, options):
+        """Sends what follows \a start. The size of the answer is not announced if it is a wrong one."""
+        piece = body[start:]
+        wrong = status == 206 and {"more", "less"} & set(options)
+        self.send_response(status)
+        self.send_header("Content-Type", "audio/mpeg")
+        for name, value in headers:
+            self.send_header(name, value)
+        if wrong:
+            self.send_header("Connection", "close")
+            self.close_connection = True
+            piece = piece + b"more" if "more" in options else piece[:-4]
+        else:
+            self.send_header("Content-Length", str(len(piece)))
+        self.end_headers()
+        with self.server.lock:
+            is_first = self.path not in self.server.cut_paths
+            self.server.cut_paths.add(self.path)
+        if is_first and "cut" in options:
+            self.wfile.write(piece[:int(options["cut"])])
+            self.wfile.flush()
+            self.close_connection = True
+            if "hold" in options:
+                self.server.ending.wait(PATIENCE)
+        elif is_first and "pause" in options:
+            self.wfile.write(piece[:len(piece) // 2])
+            self.server.ending.wait(float(options["pause"]))
+            self.wfile.write(piece[len(piece) // 2:])
+        else:
+            self.wfile.write(piece)
+
     def serve_later(self, rest, query):
         """The same as /files/, after a second."""
         self.log_request(0)
@@ -143,6 +217,13 @@ class Handler(http.server.BaseHTTPRequestHandler):
     def serve_redirect(self, rest, query):
         """/redirect/301?target: a redirect with this status to this target."""
         self.answer(b"", int(rest), None, [("Location", urllib.parse.unquote(query))])
+
+    def serve_turn(self, rest, query):
+        """/turn/NAME?first&second: a redirect to the first target, and then to the second one."""
+        with self.server.lock:
+            target = query.split("&")[self.path in self.server.cut_paths]
+            self.server.cut_paths.add(self.path)
+        self.serve_redirect("302", target)
 
     def serve_loop(self, rest, query):
         self.answer(b"", 302, None, [("Location", "/loop")])
@@ -281,6 +362,8 @@ class Server(http.server.ThreadingHTTPServer):
         self.ending = threading.Event()
         self.lock = threading.Lock()
         self.crowd = self.largest_crowd = 0
+        self.started = time.time()
+        self.cut_paths = set()
         if certificate:
             context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
             context.load_cert_chain(certificate)

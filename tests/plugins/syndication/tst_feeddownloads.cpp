@@ -24,6 +24,7 @@ private slots:
     void failures_data();
     void failures();
     void connectionRefused();
+    void serverWithoutEncryption();
     void charsetOfServer();
     void types_data();
     void types();
@@ -194,6 +195,15 @@ void TestFeedDownloads::connectionRefused()
     const Ending failed = subscribe(address);
     QCOMPARE(failed.error, int(FeedDownloadConnectionFailed));
     QCOMPARE(failed.text, QString("the server refused the connection"));
+}
+
+void TestFeedDownloads::serverWithoutEncryption()
+{
+    const Ending failed = subscribe(m_server->url("/feed").replace("http:", "https:"));
+    QCOMPARE(failed.error, int(FeedDownloadConnectionFailed));
+    QVERIFY2(failed.text.startsWith("the server offers no secure connection; check whether the address "
+                                    "begins with http:// ("),
+             qPrintable(failed.text));
 }
 
 void TestFeedDownloads::charsetOfServer()
