@@ -3,42 +3,16 @@
 
 #include "articlebuilder_p.h"
 #include "cleantext.h"
-#include "htmltags_p.h"
 #include "htmltree_p.h"
+#include "wellnested_p.h"
 
 namespace Tidel {
-
-namespace {
-
-constexpr int maximumDepth = 100;
-
-/// Returns \a html without the tags of elements that are nested too deep. The time of building a tree grows
-/// with the square of its depth.
-QByteArray withBoundedDepth(const QByteArray &html)
-{
-    QByteArray bounded;
-    int depth = 0;
-    int at = 0;
-    for (HtmlTag tag = nextTag(html, 0); tag.from < html.size(); tag = nextTag(html, tag.to)) {
-        if (!needsEndTag(tag.name))
-            continue;
-        const bool isEnd = html.at(tag.from + 1) == '/';
-        depth += isEnd ? (depth > 0 ? -1 : 0) : 1;
-        if (depth + int(isEnd) <= maximumDepth)
-            continue;
-        bounded += html.mid(at, tag.from - at);
-        at = tag.to;
-    }
-    return at == 0 ? html : bounded + html.mid(at);
-}
-
-} // namespace
 
 Article Article::fromHtml(const QString &html, const QUrl &base)
 {
     ArticleBuilder builder(base);
-    const QByteArray bounded = withBoundedDepth(cleanText(html).toUtf8());
-    const HtmlTree tree(bounded);
+    const QByteArray nested = wellNested(cleanText(html).toUtf8());
+    const HtmlTree tree(nested);
     tree.forEachInBody([&builder](const GumboNode &node) { builder.add(node); });
     return builder.finish();
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "articlebuilder_p.h"
 
-#include "cleantext.h"
+#include "htmlnode_p.h"
 
 #include <QHash>
 
@@ -10,23 +10,6 @@
 namespace Tidel {
 
 namespace {
-
-const GumboNode &childAt(const GumboNode &node, unsigned index)
-{
-    return *static_cast<const GumboNode *>(node.v.element.children.data[index]);
-}
-
-QString attribute(const GumboNode &node, const char *name)
-{
-    const GumboAttribute *found = gumbo_get_attribute(&node.v.element.attributes, name);
-    return found ? cleanText(QString::fromUtf8(found->value)).trimmed() : QString();
-}
-
-bool isText(const GumboNode &node)
-{
-    return node.type == GUMBO_NODE_TEXT || node.type == GUMBO_NODE_WHITESPACE
-        || node.type == GUMBO_NODE_CDATA;
-}
 
 /// Returns \a text with one blank in place of white space, except that line breaks of `<br>`, which are line
 /// separators, become line feeds.
@@ -117,8 +100,7 @@ void ArticleBuilder::addText(const QString &text)
 
 void ArticleBuilder::addChildren(const GumboNode &node)
 {
-    for (unsigned i = 0; i < node.v.element.children.length; ++i)
-        add(childAt(node, i));
+    forEachChild(node, [this](const GumboNode &child) { add(child); });
 }
 
 void ArticleBuilder::addBlock(const GumboNode &node)
@@ -199,13 +181,13 @@ void ArticleBuilder::addRow(const GumboNode &node)
     ArticleBlock row;
     row.kind = ArticleBlock::Row;
     m_isInCell = true;
-    for (unsigned i = 0; i < node.v.element.children.length; ++i) {
-        if (!isCell(childAt(node, i)))
-            continue;
-        addChildren(childAt(node, i));
+    forEachChild(node, [&](const GumboNode &child) {
+        if (!isCell(child))
+            return;
+        addChildren(child);
         row.cells.append(m_text.simplified());
         m_text.clear();
-    }
+    });
     m_isInCell = false;
     if (row.cells.size() > 1) {
         pushBlock(row);
@@ -242,9 +224,7 @@ void ArticleBuilder::addAnchor(const GumboNode &node)
 
 void ArticleBuilder::addPicture(const GumboNode &node)
 {
-    // Pictures of one pixel count readers.
-    const QString pixel = QStringLiteral("1");
-    if (attribute(node, "width") == pixel || attribute(node, "height") == pixel)
+    if (isPixel(node))
         return;
     const QString number = mark(attribute(node, "src"), true);
     const QString description = attribute(node, "alt").simplified();
@@ -256,13 +236,7 @@ void ArticleBuilder::addPicture(const GumboNode &node)
 
 void ArticleBuilder::addMedium(const GumboNode &node)
 {
-    QString address = attribute(node, node.v.element.tag == GUMBO_TAG_OBJECT ? "data" : "src");
-    for (unsigned i = 0; address.isEmpty() && i < node.v.element.children.length; ++i) {
-        const GumboNode &child = childAt(node, i);
-        if (child.type == GUMBO_NODE_ELEMENT && child.v.element.tag == GUMBO_TAG_SOURCE)
-            address = attribute(child, "src");
-    }
-    const QString number = mark(address, false);
+    const QString number = mark(addressOfMedium(node), false);
     if (!number.isEmpty())
         m_text += QStringLiteral(" (%1) %2 ")
                       .arg(QLatin1String(node.v.element.tag == GUMBO_TAG_AUDIO ? "audio" : "video"), number);

@@ -162,6 +162,21 @@ Result<QHash<QString, int>> Channels::messageCounts() const
     });
 }
 
+Result<QHash<QString, QString>> Channels::images() const
+{
+    return StorePrivate::of(m_store)
+        .run(Statements::imagesOfChannels(), "read the images of the channels from the store")
+        .map([](const Answer &answer) {
+            QHash<QString, QString> images;
+            while (answer->next()) {
+                const QString file = answer->value(2).toString();
+                images.insert(answer->value(0).toString(),
+                              file.isEmpty() ? answer->value(1).toString() : file);
+            }
+            return images;
+        });
+}
+
 Result<QString> Channels::add(const FeedChannel &channel)
 {
     StorePrivate &store = StorePrivate::of(m_store);

@@ -40,6 +40,9 @@ public:
     Result<QHash<QString, ChannelDetails>> details(const QStringList &uris) const;
     /// The number of messages of each channel by its URI. A channel without messages is left out.
     Result<QHash<QString, int>> messageCounts() const;
+    /// The address of the image of each channel by its URI: that of its file, if it has one. A channel
+    /// without an image is left out.
+    Result<QHash<QString, QString>> images() const;
 
     /// Stores \a channel without its messages, with its icon as an enclosure, and returns its new URI. Fails
     /// with Error::AlreadyStored if a channel has the link. The caller has its WriteTurn.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "downloadfolder.h"
 
+#include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -26,10 +27,21 @@ QString DownloadFolder::fileOf(const FeedEnclosure &enclosure)
     return isInside ? file.filePath() : QString();
 }
 
+QString DownloadFolder::partName(const QString &address)
+{
+    const QByteArray hash = QCryptographicHash::hash(address.toUtf8(), QCryptographicHash::Sha1).toHex();
+    return QStringLiteral(".tidel-%1.part").arg(QLatin1String(hash));
+}
+
+QString DownloadFolder::noteOfPart(const QString &path) { return path + QLatin1String(".json"); }
+
 int DownloadFolder::removeFiles(const QList<FeedEnclosure> &enclosures, QStringList *failed)
 {
     int removed = 0;
     for (const FeedEnclosure &enclosure : enclosures) {
+        const QString part = DownloadFolder::path() + QLatin1Char('/') + partName(enclosure.remoteUrl());
+        QFile::remove(noteOfPart(part));
+        QFile::remove(part);
         const QString path = fileOf(enclosure);
         if (path.isEmpty())
             continue;

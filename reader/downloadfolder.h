@@ -24,8 +24,15 @@ public:
     /// own place counts.
     static QString fileOf(const FeedEnclosure &enclosure);
 
-    /// Removes the files of \a enclosures that are in the folder, and returns their number. Files elsewhere
-    /// belong to the user and stay. The paths of files that cannot be removed are appended to \a failed.
+    /// The name of the file that has the first bytes of what is downloaded from \a address, while it is
+    /// downloaded and after an interruption.
+    static QString partName(const QString &address);
+    /// The path of the file that says what the file \a path, of such a name, is the beginning of.
+    static QString noteOfPart(const QString &path);
+
+    /// Removes the files of \a enclosures that are in the folder, and returns their number; their unfinished
+    /// files go too. Files elsewhere belong to the user and stay. The paths of files that cannot be removed
+    /// are appended to \a failed.
     static int removeFiles(const QList<FeedEnclosure> &enclosures, QStringList *failed);
 };
 

@@ -22,6 +22,7 @@ struct Job
     FeedPluginInterface *downloader = nullptr;
     std::optional<DownloadResult> result;
     qint64 received = 0;
+    qint64 total = 0; ///< -1 if it is unknown.
 };
 
 } // namespace
@@ -37,7 +38,8 @@ public:
     void makeDownloader();
     void startNext(FeedPluginInterface *downloader);
     Job *jobOf(const FeedPluginInterface *downloader);
-    void progress(const FeedPluginInterface *downloader, qint64 received);
+    void progress(const FeedPluginInterface *downloader, qint64 newlyReceived, qint64 newTotal);
+    void setSizes(Job &job, qint64 newlyReceived, qint64 newTotal);
     void end(FeedPluginInterface *downloader, const DownloadResult &result);
     void report();
     void finishWhenDone();
@@ -48,6 +50,9 @@ public:
     size_t started = 0;
     size_t ended = 0;
     size_t reported = 0;
+    qint64 received = 0; // by all jobs, as the next
+    qint64 total = 0; // of the known sizes
+    int unknownSizes = 0;
     bool isCanceled = false;
     bool isFinished = false;
     std::vector<std::unique_ptr<FeedPluginInterface>> downloaders;
@@ -87,7 +92,7 @@ void DownloadQueuePrivate::makeDownloader()
     QObject::connect(downloader, &FeedPluginInterface::downloadEnclosureFailed, q,
                      [this, downloader, failure](int error) { end(downloader, failure(error)); });
     QObject::connect(downloader, &FeedPluginInterface::enclosureDownloadProgress, q,
-                     [this, downloader](qint64 received, qint64) { progress(downloader, received); });
+                     [this, downloader](qint64 bytes, qint64 size) { progress(downloader, bytes, size); });
     startNext(downloader);
 }
 
@@ -104,22 +109,30 @@ void DownloadQueuePrivate::startNext(FeedPluginInterface *downloader)
 /// The job that \a downloader works on; null if there is none.
 Job *DownloadQueuePrivate::jobOf(const FeedPluginInterface *downloader)
 {
-    const auto job = std::find_if(jobs.begin(), jobs.end(), [&](const Job &candidate) {
+    const auto first = jobs.begin() + std::ptrdiff_t(reported);
+    const auto job = std::find_if(first, jobs.end(), [&](const Job &candidate) {
         return candidate.downloader == downloader && !candidate.result;
     });
     return job == jobs.end() ? nullptr : &*job;
 }
 
-void DownloadQueuePrivate::progress(const FeedPluginInterface *downloader, qint64 received)
+void DownloadQueuePrivate::progress(const FeedPluginInterface *downloader, qint64 newlyReceived,
+                                    qint64 newTotal)
 {
     Job *job = jobOf(downloader);
     if (!job)
         return;
-    job->received = received;
-    qint64 bytes = 0;
-    for (const Job &each : jobs)
-        bytes += each.received;
-    Q_EMIT q->progressed(bytes);
+    setSizes(*job, newlyReceived, newTotal);
+    Q_EMIT q->progressed(received, unknownSizes > 0 ? -1 : total);
+}
+
+void DownloadQueuePrivate::setSizes(Job &job, qint64 newlyReceived, qint64 newTotal)
+{
+    received += newlyReceived - job.received;
+    total += qMax(newTotal, qint64(0)) - qMax(job.total, qint64(0));
+    unknownSizes += int(newTotal < 0) - int(job.total < 0);
+    job.received = newlyReceived;
+    job.total = newTotal;
 }
 
 void DownloadQueuePrivate::end(FeedPluginInterface *downloader, const DownloadResult &result)
@@ -128,6 +141,8 @@ void DownloadQueuePrivate::end(FeedPluginInterface *downloader, const DownloadRe
     if (!job)
         return;
     job->result = result;
+    // Nothing more comes, whatever was announced.
+    setSizes(*job, job->received, job->received);
     ++ended;
     report();
     Q_EMIT q->advanced(int(ended), int(jobs.size()));

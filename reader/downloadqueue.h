@@ -63,8 +63,9 @@ public:
 Q_SIGNALS:
     /// \a ended of \a all downloads have ended; 0 when they start.
     void advanced(int ended, int all);
-    /// All downloads of enclosures together have received \a bytes.
-    void progressed(qint64 bytes);
+    /// The downloads of enclosures that have begun have \a received bytes of \a total. The total is -1 if the
+    /// size of a file is unknown. It grows when further downloads begin.
+    void progressed(qint64 received, qint64 total);
     /// All downloads have ended, and their handlers were called.
     void finished();
 

@@ -2,6 +2,7 @@
 #include "enclosures.h"
 
 #include "detailfields_p.h"
+#include "messagelist.h"
 #include "messages.h"
 #include "shownaddress_p.h"
 #include "statements_p.h"
@@ -21,6 +22,27 @@ QList<FeedEnclosure> enclosuresIn(const Answer &answer)
     while (answer->next())
         enclosures.append(extractEnclosure(answer->current()));
     return enclosures;
+}
+
+/// Those enclosures of the messages \a messageUris that were never downloaded, in the order of the messages.
+Result<QStringList> missingFiles(StorePrivate &store, const QStringList &messageUris)
+{
+    QHash<QString, QStringList> missing; // by their messages
+    const Result<void> read = inChunks(messageUris, [&](const QStringList &some) {
+        return store.run(Statements::filesOf(some), "look up the enclosures in the store")
+            .map([&](const Answer &answer) {
+                while (answer->next()) {
+                    if (answer->value(3).toString().isEmpty())
+                        missing[answer->value(0).toString()].append(answer->value(1).toString());
+                }
+            });
+    });
+    if (!read)
+        return Failure(read.error());
+    QStringList uris;
+    for (const QString &message : messageUris)
+        uris += missing.value(message);
+    return uris;
 }
 
 } // namespace
@@ -73,6 +95,33 @@ Result<QStringList> Enclosures::uris(const QString &name) const
     if (!found || !found->isEmpty())
         return found;
     return Failure(Error(Error::NotFound, {}, QStringLiteral("no such message or enclosure")));
+}
+
+// Most messages may have no enclosures. Each list is four times as long as the one before, so that few are
+// needed.
+Result<QStringList> Enclosures::newest(int count, const QStringList &channelUris) const
+{
+    MessageQuery query;
+    query.channelUris = channelUris;
+    QStringList uris;
+    int seen = 0;
+    for (query.limit = 100; uris.size() < count; query.limit *= 4) {
+        const auto messages = MessageList(m_store).find(query);
+        if (!messages)
+            return Failure(messages.error());
+        QStringList messageUris;
+        for (const MessageHeadline &message : messages->mid(seen))
+            messageUris.append(message.uri);
+        const Result<QStringList> missing = missingFiles(StorePrivate::of(m_store), messageUris);
+        if (!missing)
+            return missing;
+        uris += *missing;
+        uris.removeDuplicates();
+        seen = int(messages->size());
+        if (seen < query.limit)
+            break;
+    }
+    return uris.mid(0, count);
 }
 
 Result<void> Enclosures::setFile(const FeedEnclosure &enclosure)

@@ -32,6 +32,10 @@ public:
     /// are meant and may be none, or the remote URL or URI of an enclosure. Fails with Error::NotFound.
     Result<QStringList> uris(const QString &name) const;
 
+    /// The URIs of the newest enclosures that were never downloaded, at most \a count: those of the newest
+    /// messages of the channels \a channelUris, or of all channels if it is empty.
+    Result<QStringList> newest(int count, const QStringList &channelUris) const;
+
     /// Stores local URL, length and MIME type of \a enclosure, which is stored under its URI.
     Result<void> setFile(const FeedEnclosure &enclosure);
 

@@ -43,10 +43,32 @@ bool isMissing(const LocalFile &file)
 
 const QString namesOfParts = QStringLiteral(".tidel-*.part");
 
+// How long a part that can be continued is left alone, and another one, in days.
+constexpr int patience = 7;
+constexpr int shortPatience = 1;
+
 /// The files in the download folder whose names match \a pattern.
 QFileInfoList downloads(const QString &pattern, QDir::Filters hidden = {})
 {
     return QDir(DownloadFolder::path()).entryInfoList({pattern}, QDir::Files | hidden, QDir::Name);
+}
+
+/// The parts in the download folder, and the notes without a part.
+QFileInfoList partsAndLoneNotes()
+{
+    QFileInfoList files = downloads(namesOfParts, QDir::Hidden);
+    const QFileInfoList notes = downloads(DownloadFolder::noteOfPart(namesOfParts), QDir::Hidden);
+    for (const QFileInfo &note : notes) {
+        if (!QFile::exists(note.path() + QLatin1Char('/') + note.completeBaseName()))
+            files.append(note);
+    }
+    return files;
+}
+
+bool isAbandoned(const QFileInfo &part)
+{
+    const bool hasNote = QFile::exists(DownloadFolder::noteOfPart(part.absoluteFilePath()));
+    return part.lastModified() < QDateTime::currentDateTime().addDays(hasNote ? -patience : -shortPatience);
 }
 
 } // namespace
@@ -81,16 +103,21 @@ Result<void> forgetMissingFiles(StorePrivate &store)
     });
 }
 
-Result<QStringList> findUnfinishedFiles(StorePrivate &)
+Result<QStringList> findUnfinishedFiles(StorePrivate &store)
 {
-    const QDateTime yesterday = QDateTime::currentDateTime().addDays(-1);
-    QStringList paths;
-    const QFileInfoList parts = downloads(namesOfParts, QDir::Hidden);
-    for (const QFileInfo &part : parts) {
-        if (part.lastModified() < yesterday)
-            paths.append(part.absoluteFilePath());
-    }
-    return paths;
+    return store.texts(Statements::queuedAddresses(), "read the queue of downloads from the store")
+        .map([](const QStringList &addresses) {
+            QSet<QString> wanted;
+            for (const QString &address : addresses)
+                wanted.insert(DownloadFolder::partName(address));
+            QStringList paths;
+            const QFileInfoList parts = partsAndLoneNotes();
+            for (const QFileInfo &part : parts) {
+                if (isAbandoned(part) && !wanted.contains(part.fileName()))
+                    paths.append(part.absoluteFilePath());
+            }
+            return paths;
+        });
 }
 
 Result<QStringList> findUnknownFiles(StorePrivate &store)
@@ -109,9 +136,10 @@ Result<QStringList> findUnknownFiles(StorePrivate &store)
     });
 }
 
-Result<void> removeFiles(const QStringList &paths)
+Result<void> removeUnfinishedFiles(const QStringList &paths)
 {
     for (const QString &path : paths) {
+        QFile::remove(DownloadFolder::noteOfPart(path));
         QFile file(path);
         if (!file.remove() && file.exists())
             return Failure(

@@ -15,14 +15,16 @@ Result<QStringList> findMissingFiles(StorePrivate &store);
 /// Deletes from the store where these files were.
 Result<void> forgetMissingFiles(StorePrivate &store);
 
-/// The paths of parts of files in the download folder that no download can be writing any more.
+/// The paths of parts of files in the download folder that no download is going to continue: those that were
+/// not touched for a week, or for a day if the rest cannot be asked for. Parts of files that wait to be
+/// downloaded do not count.
 Result<QStringList> findUnfinishedFiles(StorePrivate &store);
 
 /// The paths of the other files in the download folder that belong to no enclosure.
 Result<QStringList> findUnknownFiles(StorePrivate &store);
 
-/// Removes the files \a paths. Fails with the first one that cannot be removed.
-Result<void> removeFiles(const QStringList &paths);
+/// Removes the parts \a paths and their notes. Fails with the first one that cannot be removed.
+Result<void> removeUnfinishedFiles(const QStringList &paths);
 
 } // namespace Tidel
 

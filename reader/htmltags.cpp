@@ -51,15 +51,13 @@ int elementEnd(const QByteArray &html, const QByteArray &name, int from)
 
 HtmlTag tagAt(const QByteArray &html, int from, int nameStart)
 {
-    // What these elements contain is either not HTML or not shown.
-    static const QSet<QByteArray> unread{"iframe", "noembed",  "noframes", "script",
-                                         "style",  "template", "title"};
     int nameEnd = nameStart;
     while (!endsName(byteAt(html, nameEnd)))
         ++nameEnd;
-    HtmlTag tag{html.mid(nameStart, nameEnd - nameStart).toLower(), from, tagEnd(html, nameEnd)};
-    const bool isStart = nameStart == from + 1 && html.at(tag.to - 2) != '/';
-    if (isStart && unread.contains(tag.name))
+    const int end = tagEnd(html, nameEnd);
+    HtmlTag tag{html.mid(nameStart, nameEnd - nameStart).toLower(), from, end, end};
+    const bool isStart = nameStart == from + 1 && html.at(tag.end - 2) != '/';
+    if (isStart && isUnread(tag.name))
         tag.to = elementEnd(html, tag.name, tag.to);
     return tag;
 }
@@ -68,7 +66,8 @@ HtmlTag commentAt(const QByteArray &html, int from)
 {
     const bool hasDashes = html.mid(from, 4) == "<!--";
     // "<!-->" is a whole comment, too.
-    return {QByteArray(), from, hasDashes ? behind(html, "-->", from + 2) : behind(html, ">", from)};
+    const int end = hasDashes ? behind(html, "-->", from + 2) : behind(html, ">", from);
+    return {QByteArray(), from, end, end};
 }
 
 } // namespace
@@ -83,7 +82,15 @@ HtmlTag nextTag(const QByteArray &html, int from)
         if (next == '!' || next == '?' || next == '/')
             return commentAt(html, at);
     }
-    return {QByteArray(), int(html.size()), int(html.size())};
+    const int end = int(html.size());
+    return {QByteArray(), end, end, end};
+}
+
+bool isUnread(const QByteArray &name)
+{
+    static const QSet<QByteArray> names{"iframe", "noembed",  "noframes", "script",
+                                        "style",  "template", "title"};
+    return names.contains(name);
 }
 
 bool needsEndTag(const QByteArray &name)

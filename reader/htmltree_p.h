@@ -9,7 +9,7 @@
 namespace Tidel {
 
 /// The tree of an HTML text in UTF-8, which must outlive it. The text must not nest elements without limit,
-/// see nextTag().
+/// see nextTag() and wellNested().
 class HtmlTree
 {
 public:
@@ -28,7 +28,11 @@ public:
     /// Calls \a use with each node of the body.
     template <typename Use> void forEachInBody(Use use) const
     {
-        forEachChild(*childAt(*m_output->root, m_output->root->v.element.children.length - 1), use);
+        // White space and comments may follow it.
+        forEachChild(*m_output->root, [&use](const GumboNode &child) {
+            if (child.type == GUMBO_NODE_ELEMENT && child.v.element.tag == GUMBO_TAG_BODY)
+                forEachChild(child, use);
+        });
     }
 
 private:

@@ -108,4 +108,16 @@ Result<QUrl> Logins::takeApart(const QUrl &address)
     return set(address, password).map([&] { return address.adjusted(QUrl::RemovePassword); });
 }
 
+Result<Logins::Trial> Logins::tryOut(const QUrl &address)
+{
+    const QString before = of(address.adjusted(QUrl::RemovePassword)).password;
+    const bool isNew = !address.password().isEmpty();
+    return takeApart(address).map([&](const QUrl &bare) { return Trial{bare, before, isNew}; });
+}
+
+Result<void> Logins::restore(const Trial &trial)
+{
+    return trial.isNew ? set(trial.address, trial.before) : Result<void>();
+}
+
 } // namespace Tidel

@@ -26,6 +26,14 @@ struct Login
     QString password;
 };
 
+/// A password that may be wrong.
+struct Trial
+{
+    QUrl address; ///< Without the password.
+    QString before; ///< The password that was stored before; empty if there was none.
+    bool isNew = false; ///< If false, the address had no password.
+};
+
 /// The path of the file.
 TIDELREADER_EXPORT QString path();
 /// What to send to the server of \a address: the password of the user in \a address, or the only login for
@@ -36,6 +44,10 @@ TIDELREADER_EXPORT Login of(const QUrl &address);
 TIDELREADER_EXPORT Result<void> set(const QUrl &address, const QString &password);
 /// Stores the password in \a address, if there is one, and returns \a address without it.
 TIDELREADER_EXPORT Result<QUrl> takeApart(const QUrl &address);
+/// As takeApart(), for an address that restore() may be called for.
+TIDELREADER_EXPORT Result<Trial> tryOut(const QUrl &address);
+/// Stores what was stored before \a trial, because its password does not work.
+TIDELREADER_EXPORT Result<void> restore(const Trial &trial);
 
 } // namespace Logins
 

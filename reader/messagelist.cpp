@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <limits>
+#include <unordered_set>
+#include <vector>
 
 namespace Tidel {
 
@@ -56,28 +58,60 @@ bool isNewer(const Entry &a, const Entry &b)
 SearchQuery searchFor(const MessageQuery &query)
 {
     SearchQuery search;
+    static_cast<MessageFilter &>(search) = query;
+    search.onlyUnread = false; // choose() looks at all that are found.
     search.words = query.words;
-    search.channelUris = query.channelUris;
-    search.onlyFavorites = query.onlyFavorites;
-    search.since = query.since;
-    search.until = query.until;
     return search;
 }
+
+/// Finds URIs of a list.
+class UriFinder
+{
+public:
+    explicit UriFinder(const UriList &list) : m_list(list)
+    {
+        for (int row = 0; row < list.size(); ++row)
+            m_uris.insert(m_list.viewAt(row));
+    }
+
+    bool isEmpty() const { return m_uris.empty(); }
+    bool contains(const QString &uri) const
+    {
+        const QByteArray text = uri.toUtf8();
+        return m_uris.count(std::string_view(text.constData(), size_t(text.size()))) > 0;
+    }
+
+private:
+    const UriList m_list; // keeps the texts
+    std::unordered_set<std::string_view> m_uris;
+};
 
 /// Reads one list.
 class ListReader
 {
 public:
-    ListReader(const Store &store, const MessageQuery &query) : m_store(store), m_query(query) { }
+    /// The messages \a kept count as unread.
+    ListReader(const Store &store, const MessageQuery &query, const UriList &kept = {})
+        : m_store(store), m_query(query), m_kept(query.onlyUnread ? kept : UriList())
+    {
+    }
 
     Result<QVector<Entry>> read();
     Result<QVector<Entry>> readUris(const QStringList &uris);
-    /// Keeps of \a entries what the query asks for, the newest first.
+    Result<UriList> readOrder();
+    /// Keeps of \a entries what the query asks for, in its order.
     void choose(QVector<Entry> *entries) const;
     Result<QList<MessageHeadline>> withChannels(const QVector<Entry> &entries);
 
 private:
+    /// The statement of a part of the list.
+    using Part = QSparqlQuery (*)(const Statements::ListFilter &);
+    /// Gets a message and the title of one of its channels.
+    using TitleHandler = std::function<void(const QString &uri, const QString &title)>;
+
     StorePrivate &store() { return StorePrivate::of(m_store); }
+    Result<void> eachTitle(const QStringList &uris, const TitleHandler &add);
+    QVector<Part> inOrder(Part dated, Part undated) const;
     Result<QVector<Entry>> readAll(const Statements::ListFilter &filter);
     Result<void> countUnread();
     /// Returns true if the list can have no more than \a entries; otherwise returns false.
@@ -85,36 +119,46 @@ private:
     {
         return (m_query.limit > 0 && entries.size() >= m_query.limit) || entries.size() >= m_unread;
     }
+    bool isWanted(const QString &uri, bool isRead) const
+    {
+        return !m_query.onlyUnread || !isRead || m_kept.contains(uri);
+    }
     Statements::ListFilter filter() const;
 
     const Store m_store;
     const MessageQuery m_query;
+    const UriFinder m_kept;
     int m_unread = std::numeric_limits<int>::max(); ///< As far as it is known.
 };
 
 Statements::ListFilter ListReader::filter() const
 {
-    Statements::ListFilter filter;
-    filter.channelUris = m_query.channelUris;
-    filter.onlyFavorites = m_query.onlyFavorites;
-    filter.onlyUnread = m_query.onlyUnread;
-    filter.since = m_query.since;
-    filter.until = m_query.until;
+    Statements::ListFilter filter{m_query};
+    filter.order = m_query.order;
     filter.limit = m_query.limit;
     return filter;
 }
 
-/// The messages with a date, and those without one where they belong to the list.
+/// The parts of the list, as it has them.
+QVector<ListReader::Part> ListReader::inOrder(Part dated, Part undated) const
+{
+    if (m_query.since.isValid() || m_query.until.isValid())
+        return {dated};
+    return m_query.order == Qt::DescendingOrder ? QVector<Part>{dated, undated}
+                                                : QVector<Part>{undated, dated};
+}
+
 Result<QVector<Entry>> ListReader::readAll(const Statements::ListFilter &filter)
 {
-    Result<QVector<Entry>> entries =
-        store().run(Statements::datedHeadlines(filter), attempt).map(extractEntries);
-    if (!entries || isFull(*entries) || filter.since.isValid() || filter.until.isValid())
-        return entries;
-    const auto undated = store().run(Statements::undatedHeadlines(filter), attempt).map(extractEntries);
-    if (!undated)
-        return Failure(undated.error());
-    *entries += *undated;
+    QVector<Entry> entries;
+    for (const Part part : inOrder(&Statements::datedHeadlines, &Statements::undatedHeadlines)) {
+        if (isFull(entries))
+            break;
+        const auto some = store().run(part(filter), attempt).map(extractEntries);
+        if (!some)
+            return Failure(some.error());
+        entries += *some;
+    }
     return entries;
 }
 
@@ -133,7 +177,7 @@ Result<void> ListReader::countUnread()
 Result<QVector<Entry>> ListReader::read()
 {
     constexpr int factor = 4;
-    if (!m_query.onlyUnread || m_query.limit <= 0)
+    if (!m_query.onlyUnread || m_query.limit <= 0 || m_query.order != Qt::DescendingOrder)
         return readAll(filter());
     Statements::ListFilter newest = filter();
     newest.onlyUnread = false;
@@ -162,21 +206,47 @@ Result<QVector<Entry>> ListReader::readUris(const QStringList &uris)
         .map([&] { return entries; });
 }
 
+Result<UriList> ListReader::readOrder()
+{
+    Statements::ListFilter all = filter();
+    all.asksWhetherRead = !m_kept.isEmpty();
+    all.onlyUnread = m_query.onlyUnread && !all.asksWhetherRead;
+    UriList list;
+    std::vector<bool> isListed; // By the numbers of the messages, which are small.
+    const auto add = [&](const Answer &answer) {
+        while (answer->next() && !(m_query.limit > 0 && list.size() >= m_query.limit)) {
+            const size_t number = answer->value(1).toULongLong();
+            const QString uri = answer->value(0).toString();
+            isListed.resize(std::max(isListed.size(), number + 1));
+            if (isListed[number] || !isWanted(uri, all.asksWhetherRead && answer->value(2).toBool()))
+                continue;
+            isListed[number] = true;
+            list.append(uri);
+        }
+    };
+    for (const Part part : inOrder(&Statements::datedUris, &Statements::undatedUris)) {
+        const Result<void> read = store().run(part(all), attempt).map(add);
+        if (!read)
+            return Failure(read.error());
+    }
+    return list;
+}
+
 void ListReader::choose(QVector<Entry> *entries) const
 {
     const auto isUnwanted = [this](const Entry &entry) {
-        return m_query.onlyUnread && entry.headline.isRead;
+        return !isWanted(entry.headline.uri, entry.headline.isRead);
     };
     entries->erase(std::remove_if(entries->begin(), entries->end(), isUnwanted), entries->end());
     std::sort(entries->begin(), entries->end(), isNewer);
+    if (m_query.order == Qt::AscendingOrder)
+        std::reverse(entries->begin(), entries->end());
     if (m_query.limit > 0 && entries->size() > m_query.limit)
         entries->resize(m_query.limit);
 }
 
 Result<QList<MessageHeadline>> ListReader::withChannels(const QVector<Entry> &entries)
 {
-    // To ask for all is faster than to ask for each hundred of many.
-    constexpr int many = 5000;
     QList<MessageHeadline> headlines;
     QHash<QString, int> places;
     QStringList uris;
@@ -185,25 +255,47 @@ Result<QList<MessageHeadline>> ListReader::withChannels(const QVector<Entry> &en
         headlines.append(entry.headline);
         uris.append(entry.headline.uri);
     }
-    const auto titles = store().values(Statements::titlesOfChannels(), attempt);
-    if (!titles)
-        return Failure(titles.error());
-    const auto add = [&](const Answer &answer) {
-        while (answer->next()) {
-            const int place = places.value(answer->value(0).toString(), -1);
-            const auto title = titles->constFind(answer->value(1).toString());
-            if (place >= 0 && title != titles->cend() && !headlines.at(place).channels.contains(*title))
-                headlines[place].channels.append(*title);
-        }
-    };
-    const Result<void> read = uris.size() > many
-        ? store().run(Statements::channelsOfAllMessages(), attempt).map(add)
-        : inChunks(uris, [&](const QStringList &some) {
-              return store().run(Statements::channelsOfMessages(some), attempt).map(add);
-          });
+    const Result<void> read = eachTitle(uris, [&](const QString &uri, const QString &title) {
+        const int place = places.value(uri, -1);
+        if (place >= 0 && !headlines.at(place).channels.contains(title))
+            headlines[place].channels.append(title);
+    });
     for (MessageHeadline &headline : headlines)
         headline.channels.sort();
     return read.map([&] { return headlines; });
+}
+
+/// Calls \a add with the titles of the channels of the messages \a uris, and with others if these are many.
+Result<void> ListReader::eachTitle(const QStringList &uris, const TitleHandler &add)
+{
+    // To ask for all is faster than to ask for each hundred of many.
+    constexpr int many = 5000;
+    if (uris.size() <= many)
+        return inChunks(uris, [&](const QStringList &some) {
+            return store().run(Statements::channelTitles(some), attempt).map([&](const Answer &answer) {
+                while (answer->next())
+                    add(answer->value(0).toString(), answer->value(1).toString());
+            });
+        });
+    const auto titles = store().values(Statements::titlesOfChannels(), attempt);
+    if (!titles)
+        return Failure(titles.error());
+    return store().run(Statements::channelsOfAllMessages(), attempt).map([&](const Answer &answer) {
+        while (answer->next()) {
+            const auto title = titles->constFind(answer->value(1).toString());
+            if (title != titles->cend())
+                add(answer->value(0).toString(), *title);
+        }
+    });
+}
+
+/// The messages with the words of \a query.
+Result<QVector<Entry>> search(const Store &store, const MessageQuery &query, ListReader *reader,
+                              const MessageList::Progress &progress)
+{
+    return Search(store).uris(searchFor(query), progress).and_then([&](const QStringList &uris) {
+        return reader->readUris(uris);
+    });
 }
 
 } // namespace
@@ -213,14 +305,25 @@ MessageList::MessageList(const Store &store) : m_store(store) { }
 Result<QList<MessageHeadline>> MessageList::find(const MessageQuery &query, const Progress &progress) const
 {
     ListReader reader(m_store, query);
-    const auto entries = query.words.isEmpty()
-        ? reader.read()
-        : Search(m_store).uris(searchFor(query), progress).and_then([&](const QStringList &uris) {
-              return reader.readUris(uris);
-          });
+    const auto entries = query.words.isEmpty() ? reader.read() : search(m_store, query, &reader, progress);
     return entries.and_then([&](QVector<Entry> found) {
         reader.choose(&found);
         return reader.withChannels(found);
+    });
+}
+
+Result<UriList> MessageList::uris(const MessageQuery &query, const UriList &kept,
+                                  const Progress &progress) const
+{
+    ListReader reader(m_store, query, kept);
+    if (query.words.isEmpty())
+        return reader.readOrder();
+    return search(m_store, query, &reader, progress).map([&](QVector<Entry> found) {
+        reader.choose(&found);
+        UriList list;
+        for (const Entry &entry : qAsConst(found))
+            list.append(entry.headline.uri);
+        return list;
     });
 }
 

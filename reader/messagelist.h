@@ -3,10 +3,13 @@
 #define TIDEL_MESSAGELIST_H
 
 #include "error.h"
+#include "messagefilter.h"
 #include "store.h"
+#include "urilist.h"
 
 #include <QDateTime>
 #include <QList>
+#include <QObject>
 #include <QString>
 #include <QStringList>
 
@@ -15,17 +18,25 @@
 namespace Tidel {
 
 /// What a list of messages shows.
-struct MessageQuery
+struct TIDELREADER_EXPORT MessageQuery : MessageFilter
 {
-    QStringList channelUris; ///< Only messages of these channels, if there are any.
-    bool onlyUnread = false; ///< Only unread messages.
-    bool onlyFavorites = false; ///< Only favorites.
-    QDateTime since; ///< Only messages that were published then or later, if it is valid.
-    QDateTime until; ///< Only messages that were published before, if it is valid.
+    Q_GADGET
+    Q_PROPERTY(QStringList channelUris MEMBER channelUris)
+    Q_PROPERTY(bool onlyUnread MEMBER onlyUnread)
+    Q_PROPERTY(bool onlyFavorites MEMBER onlyFavorites)
+    Q_PROPERTY(QDateTime since MEMBER since)
+    Q_PROPERTY(QDateTime until MEMBER until)
+    Q_PROPERTY(QString words MEMBER words)
+    Q_PROPERTY(int limit MEMBER limit)
+    Q_PROPERTY(Qt::SortOrder order MEMBER order)
+
+public:
     /// Only messages with these words, if there are any, see SearchQuery::words. If thousands have them,
     /// those that were stored last count.
     QString words;
     int limit = 0; ///< The number of messages; all of them if it is 0.
+    /// The newest first, or the oldest first. A message without a date is older than all others.
+    Qt::SortOrder order = Qt::DescendingOrder;
 };
 
 /// What a list shows of a message.
@@ -41,7 +52,7 @@ struct MessageHeadline
 };
 
 /**
- * A list of messages of any channels, the newest first. Messages without a date come last.
+ * A list of messages of any channels.
  *
  * \code
  * MessageQuery query;
@@ -63,6 +74,11 @@ public:
 
     /// The messages that \a query asks for, each once. Fails as Search::find() does if there are words.
     Result<QList<MessageHeadline>> find(const MessageQuery &query, const Progress &progress = {}) const;
+    /// The URIs of the messages that find() returns, in the same order. Takes much less time and memory than
+    /// find() if there are many, and does not depend on the limit. The messages \a kept count as unread.
+    /// Fails as find() does.
+    Result<UriList> uris(const MessageQuery &query, const UriList &kept = {},
+                         const Progress &progress = {}) const;
     /// The messages \a uris in this order. Those that are not stored are left out.
     Result<QList<MessageHeadline>> headlines(const QStringList &uris) const;
     /// At most \a limit messages that a user may call \a name: those with this title in any case, or those

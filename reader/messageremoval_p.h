@@ -3,6 +3,7 @@
 #define TIDEL_MESSAGEREMOVAL_P_H
 
 #include "removal.h"
+#include "statements_p.h"
 #include "store_p.h"
 
 #include <QStringList>
@@ -22,13 +23,21 @@ Result<QList<FeedEnclosure>> updateAndRelease(StorePrivate &store, const QString
                                               const QList<FeedEnclosure> &enclosures, const char *attempt);
 
 /**
- * Removes \a messages, at most chunkSize of them, from the channel by the update \a removal, which decides
- * what it leaves: other programs may have changed the messages since somebody asked for them. The same update
- * deletes the enclosures that belong to nothing else. The time that this takes depends on how much is
- * removed, not on the size of the store.
+ * Removes \a messages, at most chunkSize of them, from the channel, or from all channels if \a channelUri is
+ * empty, by the update \a removal, which decides what it leaves: other programs may have changed the messages
+ * since somebody asked for them. The same update deletes the enclosures that belong to nothing else. The time
+ * that this takes depends on how much is removed, not on the size of the store.
  */
 Result<void> removeMessages(StorePrivate &store, const QString &channelUri, const QStringList &messages,
                             const QString &removal, const RemovalStep &step);
+
+/**
+ * Drops \a messages, at most chunkSize of them, except \a spared: as removeMessages(), and each channel
+ * remembers by what it knows them. Takes them from all channels if \a channelUri is empty. One update
+ * remembers and deletes, so that both agree on which messages stay. The caller has the WriteTurn.
+ */
+Result<void> dropMessages(StorePrivate &store, const QString &channelUri, const QStringList &messages,
+                          Statements::Spared spared, const RemovalStep &step);
 
 } // namespace Tidel
 

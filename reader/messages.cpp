@@ -5,8 +5,10 @@
 #include "earlierversions_p.h"
 #include "headlines_p.h"
 #include "messageorder.h"
+#include "messageremoval_p.h"
 #include "shownaddress_p.h"
 #include "statements_p.h"
+#include "writeturn.h"
 
 #include <QUrl>
 
@@ -47,6 +49,12 @@ Result<FeedMessage> Messages::get(const QString &messageUri) const
 Result<QStringList> Messages::channelTitles(const QString &messageUri) const
 {
     return StorePrivate::of(m_store).texts(Statements::channelTitlesOf(messageUri),
+                                           "read the channels of the message from the store");
+}
+
+Result<QStringList> Messages::channelUris(const QString &messageUri) const
+{
+    return StorePrivate::of(m_store).texts(Statements::channelUrisOf(messageUri),
                                            "read the channels of the message from the store");
 }
 
@@ -107,6 +115,23 @@ Result<void> Messages::setFavorite(const QString &messageUri, bool isFavorite)
     if (!marked)
         return Failure(marked.error());
     return marked->isEmpty() ? Failure(noSuchMessage()) : changed;
+}
+
+Result<void> Messages::remove(const QStringList &uris, const RemovalStep &step)
+{
+    StorePrivate &store = StorePrivate::of(m_store);
+    return inChunks(uris, [&](const QStringList &some) -> Result<void> {
+        const Result<WriteTurn> turn = WriteTurn::take();
+        if (!turn)
+            return Failure(turn.error());
+        return store
+            .texts(Statements::resourcesAmong(Statements::Kind::Message, some),
+                   "look up the messages in the store")
+            .and_then([&](const QStringList &stored) {
+                return stored.isEmpty() ? Result<void>()
+                                        : dropMessages(store, {}, stored, Statements::Spared::Nothing, step);
+            });
+    });
 }
 
 } // namespace Tidel

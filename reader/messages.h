@@ -4,6 +4,7 @@
 
 #include "details.h"
 #include "error.h"
+#include "removal.h"
 #include "store.h"
 
 #include <QHash>
@@ -27,6 +28,8 @@ public:
     Result<FeedMessage> get(const QString &messageUri) const;
     /// The titles of the channels that the message belongs to, in alphabetical order.
     Result<QStringList> channelTitles(const QString &messageUri) const;
+    /// The URIs of the channels that the message belongs to, in the order of channelTitles().
+    Result<QStringList> channelUris(const QString &messageUri) const;
     /// The messages with \a links, the newest first, with titles, links and dates only. Links that no message
     /// has are left out.
     Result<QList<FeedMessage>> headlines(const QStringList &links) const;
@@ -41,6 +44,10 @@ public:
     /// mark a message that is not stored fails with Error::NotFound; to take the mark away has no effect
     /// then.
     Result<void> setFavorite(const QString &messageUri, bool isFavorite);
+    /// Deletes the messages \a uris, favorites too, from all of their channels, which do not take them for
+    /// new messages as long as their feeds show them. Messages that are not stored are left out. Takes a
+    /// WriteTurn for each hundred, and calls \a step after each.
+    Result<void> remove(const QStringList &uris, const RemovalStep &step);
 
 private:
     Store m_store;

@@ -10,8 +10,13 @@
 #include <QJsonObject>
 #include <QLibrary>
 #include <QPluginLoader>
+#include <QThreadStorage>
 
 #include <feedplugininterface.h>
+
+#include <map>
+#include <memory>
+#include <vector>
 
 #include <dlfcn.h>
 
@@ -86,6 +91,29 @@ QList<PluginDescription> describePlugins(const QString &folder)
     return plugins;
 }
 
+namespace {
+
+using Switches = std::map<std::vector<FeedPluginInterface *>, std::unique_ptr<PluginSwitch>>;
+
+/// What passes operations on to \a choices in this thread. It lives as long as the thread, and the plug-ins
+/// until the process ends.
+FeedPluginInterface *switchOf(const QVector<PluginChoice> &choices)
+{
+    // A thread_local variable may outlive QThread::wait().
+    static QThreadStorage<Switches *> storage; // It owns them.
+    if (!storage.hasLocalData())
+        storage.setLocalData(new Switches);
+    std::vector<FeedPluginInterface *> plugins; // Their addresses are in the same files.
+    for (const PluginChoice &choice : choices)
+        plugins.push_back(choice.plugin);
+    std::unique_ptr<PluginSwitch> &known = (*storage.localData())[plugins];
+    if (!known)
+        known = std::make_unique<PluginSwitch>(choices);
+    return known.get();
+}
+
+} // namespace
+
 Result<FeedPluginInterface *> findPlugin(const QString &folder, QStringList *problems)
 {
     QVector<PluginChoice> choices;
@@ -101,8 +129,7 @@ Result<FeedPluginInterface *> findPlugin(const QString &folder, QStringList *pro
         return unusable(QStringLiteral("no download plug-in in ") + folder);
     if (choices.size() == 1)
         return choices.constFirst().plugin;
-    // As the plug-ins, it lives until the process ends. QPluginLoader owns these.
-    return new PluginSwitch(choices, choices.constFirst().plugin);
+    return switchOf(choices);
 }
 
 } // namespace Tidel

@@ -35,8 +35,9 @@ TIDELREADER_EXPORT QList<PluginDescription> describePlugins(const QString &folde
 
 /// Loads the download plug-ins of \a folder. If there are several, returns one that passes each operation on
 /// to the plug-in that takes the address: the one with the longest matching beginning, and of several the
-/// first one by file name. Fails with Error::PluginUnusable if there is none. A line about each unusable file
-/// is appended to \a problems, which may be null.
+/// first one by file name. That one is the same
+/// for all calls in a thread and goes with the thread. Fails with Error::PluginUnusable if
+/// there is none. A line about each unusable file is appended to \a problems, which may be null.
 TIDELREADER_EXPORT Result<FeedPluginInterface *> findPlugin(const QString &folder,
                                                             QStringList *problems = nullptr);
 

@@ -14,6 +14,17 @@ namespace Tidel {
 namespace {
 
 const char *const attempt = "change the read state of messages in the store";
+const char *const countingAttempt = "count the messages in the store";
+
+Result<MessageCounts> countMessages(const Store &store, const QSparqlQuery &all, const QSparqlQuery &read)
+{
+    StorePrivate &asked = StorePrivate::of(store);
+    return asked.number(all, countingAttempt).and_then([&](int allCount) {
+        return asked.number(read, countingAttempt).map([&](int readCount) {
+            return MessageCounts{allCount, allCount - readCount};
+        });
+    });
+}
 
 /// Gives messages one state, a group at a time.
 class Marking
@@ -124,7 +135,7 @@ Result<QHash<QString, MessageCounts>> ReadState::counts() const
 {
     return Channels(m_store).messageCounts().and_then([this](const QHash<QString, int> &all) {
         return StorePrivate::of(m_store)
-            .counts(Statements::readCounts(), "count the messages in the store")
+            .counts(Statements::readCounts(), countingAttempt)
             .map([&](const QHash<QString, int> &read) {
                 QHash<QString, MessageCounts> counts;
                 for (auto channel = all.cbegin(); channel != all.cend(); ++channel)
@@ -133,6 +144,16 @@ Result<QHash<QString, MessageCounts>> ReadState::counts() const
                 return counts;
             });
     });
+}
+
+Result<MessageCounts> ReadState::total() const
+{
+    return countMessages(m_store, Statements::countOf(Statements::Kind::Message), Statements::countOfRead());
+}
+
+Result<MessageCounts> ReadState::favorites() const
+{
+    return countMessages(m_store, Statements::countOfFavorites(), Statements::countOfReadFavorites());
 }
 
 } // namespace Tidel

@@ -14,7 +14,7 @@
 
 namespace Tidel {
 
-/// How many messages a channel has.
+/// How many messages there are.
 struct MessageCounts
 {
     int all = 0;
@@ -47,6 +47,10 @@ public:
 
     /// The numbers of messages of each channel by its URI. A channel without messages is left out.
     Result<QHash<QString, MessageCounts>> counts() const;
+    /// The numbers of all messages.
+    Result<MessageCounts> total() const;
+    /// The numbers of favorites.
+    Result<MessageCounts> favorites() const;
 
 private:
     Store m_store;

@@ -2,40 +2,15 @@
 #include "retention.h"
 
 #include "headlines_p.h"
-#include "itemkey_p.h"
 #include "messageremoval_p.h"
 #include "statements_p.h"
 #include "writeturn.h"
 
 #include <QDateTime>
-#include <QHash>
 
 namespace Tidel {
 
 namespace {
-
-/// Stores by what the channel knows the messages of \a answer: their keys, and the links of those without a
-/// key.
-QString rememberDropped(const Answer &answer, const QString &channelUri, Statements::Spared spared)
-{
-    const QString prefix = itemKeyPrefix(channelUri);
-    QVector<QPair<QString, QString>> keys;
-    QHash<QString, QString> links;
-    while (answer->next()) {
-        const QString uri = answer->value(0).toString();
-        const QString key = answer->value(2).toString();
-        links.insert(uri, answer->value(1).toString());
-        if (key.startsWith(prefix))
-            keys.append({uri, key});
-    }
-    for (const auto &[uri, key] : qAsConst(keys))
-        links.remove(uri);
-    QVector<QPair<QString, QString>> ownLinks;
-    for (auto link = links.cbegin(); link != links.cend(); ++link)
-        ownLinks.append({link.key(), link.value()});
-    return Statements::insertDropped(channelUri, Statements::droppedKey, keys, spared)
-        + Statements::insertDropped(channelUri, Statements::droppedLink, ownLinks, spared);
-}
 
 const char *const attempt = "find its oldest messages in the store";
 
@@ -88,7 +63,6 @@ Result<QList<FeedMessage>> Retention::headlines(const QStringList &uris) const
                          "read its oldest messages from the store");
 }
 
-// One update remembers and deletes, so that both agree on which messages stay.
 Result<void> Retention::drop(const QString &channelUri, const QStringList &uris, const RetentionRule &rule,
                              const RemovalStep &step)
 {
@@ -99,13 +73,7 @@ Result<void> Retention::drop(const QString &channelUri, const QStringList &uris,
         const Result<WriteTurn> turn = WriteTurn::take();
         if (!turn)
             return Failure(turn.error());
-        return store.run(Statements::linksAndKeys(some), "read its oldest messages from the store")
-            .and_then([&](const Answer &answer) {
-                return removeMessages(store, channelUri, some,
-                                      rememberDropped(answer, channelUri, spared)
-                                          + Statements::dropMessages(some, channelUri, spared),
-                                      step);
-            });
+        return dropMessages(store, channelUri, some, spared, step);
     });
 }
 

@@ -78,7 +78,9 @@ QDateTime Schedule::due(const FeedChannel &channel) const
     if (QUrl(channel.link()).isLocalFile())
         return m_now;
     const Plan plan = m_plans.value(channel.uri());
-    if (plan.notes.status == goneStatus)
+    // Salvaged messages have a channel whose link is only a name.
+    const bool isName = QUrl(channel.link()).scheme() == QLatin1String("urn");
+    if (isName || plan.notes.status == goneStatus)
         return {};
     const QDateTime allowed = qMax(qMax(m_now, plan.notes.notBefore), refusedUntil(channel));
     return outside(allowed, plan.skipHours, plan.skipDays);

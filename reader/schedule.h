@@ -35,7 +35,7 @@ public:
     static Result<Schedule> read(const Store &store, const QDateTime &now);
 
     /// When \a channel is due, in UTC; the time of read() if it is due. Invalid if it will not be, because
-    /// its feed was removed permanently.
+    /// its feed was removed permanently, or because its link names no place.
     QDateTime due(const FeedChannel &channel) const;
     /// Returns true if \a channel is due; otherwise returns false.
     bool isDue(const FeedChannel &channel) const { return due(channel) == m_now; }

@@ -3,6 +3,7 @@
 #define TIDEL_SEARCH_H
 
 #include "error.h"
+#include "messagefilter.h"
 #include "store.h"
 
 #include <QDateTime>
@@ -20,17 +21,12 @@
 namespace Tidel {
 
 /// What to look for.
-struct SearchQuery
+struct SearchQuery : MessageFilter
 {
     /// Words that must all be in a message, in any case and with or without accents: `garden`, `"two beans"`
     /// for words that follow each other, `gard*` for the beginning of a word. Nothing else has a meaning.
     QString words;
-    QStringList channelUris; ///< Only messages of these channels, if there are any.
-    bool onlyFavorites = false; ///< Only favorites.
-    QDateTime since; ///< Only messages that were published then or later, if it is valid.
-    QDateTime until; ///< Only messages that were published before, if it is valid.
     int limit = 20; ///< The number of hits.
-    bool onlyUnread = false; ///< Only unread messages.
 };
 
 /// A plain text in which the words that were found are marked.

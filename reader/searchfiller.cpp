@@ -10,6 +10,12 @@
 
 namespace Tidel {
 
+namespace {
+
+constexpr int manyMessages = 5000;
+
+} // namespace
+
 class SearchFiller::Private
 {
 public:
@@ -77,8 +83,12 @@ void SearchFiller::Private::beginGroup()
 int SearchFiller::Private::finish()
 {
     endGroup();
+    const int left = m_hasFailed ? m_all : m_waiting;
+    // The next search compares each message that was added since the index was last found to be complete.
+    const bool isWorthNoting = m_index && !m_hasFailed && m_all >= manyMessages;
+    const bool isNoted = isWorthNoting && SearchUpdate(StorePrivate::of(m_store), *m_index, {}).catchUp();
     m_index.reset();
-    return m_hasFailed ? m_all : m_waiting;
+    return isNoted ? 0 : left;
 }
 
 SearchFiller::SearchFiller(const Store &store) : d(std::make_unique<Private>(store)) { }

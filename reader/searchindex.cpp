@@ -132,12 +132,13 @@ QVariantList SearchIndex::sums()
     return sums;
 }
 
-QHash<qlonglong, IndexedState> SearchIndex::states(qlonglong first)
+QHash<qlonglong, IndexedState> SearchIndex::states(qlonglong first, qlonglong last)
 {
     QHash<qlonglong, IndexedState> states;
-    run("SELECT id, modified, uri FROM messages WHERE id >= ?1", {first}, [&states](const QVariantList &row) {
-        states.insert(row.at(0).toLongLong(), {row.at(1).toLongLong(), row.at(2).toLongLong()});
-    });
+    run("SELECT id, modified, uri FROM messages WHERE id BETWEEN ?1 AND ?2", {first, last},
+        [&states](const QVariantList &row) {
+            states.insert(row.at(0).toLongLong(), {row.at(1).toLongLong(), row.at(2).toLongLong()});
+        });
     return states;
 }
 

@@ -10,6 +10,7 @@
 #include <QVector>
 
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 
@@ -98,8 +99,9 @@ public:
     QVariantList sums();
     /// The number of the last message; 0 if there is none.
     qlonglong lastId();
-    /// The states of the messages from the number \a first on.
-    QHash<qlonglong, IndexedState> states(qlonglong first = 0);
+    /// The states of the messages from the number \a first to \a last.
+    QHash<qlonglong, IndexedState> states(qlonglong first = 0,
+                                          qlonglong last = std::numeric_limits<qlonglong>::max());
     static qlonglong hashOf(const QString &uri);
     /// Returns true if more is to be dropped than is worth keeping; otherwise returns false.
     bool isWasteful();

@@ -7,7 +7,6 @@
 #include "storedatabase.h"
 
 #include <QFile>
-#include <QMap>
 
 #include <sys/stat.h>
 
@@ -171,21 +170,38 @@ Result<void> SearchUpdate::catchUp()
 /// to a new one, and its mark of change too.
 Result<void> SearchUpdate::replaceRenumbered(qint64 since)
 {
-    const Result<Answer> added =
-        m_store.run(Statements::messagesAddedSince(QDateTime::fromSecsSinceEpoch(since, Qt::UTC)), attempt);
-    if (!added)
-        return Failure(added.error());
-    QMap<qlonglong, qlonglong> hashes;
-    while ((*added)->next())
-        hashes.insert((*added)->value(0).toLongLong(), SearchIndex::hashOf((*added)->value(1).toString()));
-    if (hashes.isEmpty())
-        return {};
-    // New messages have the highest numbers.
-    const QHash<qlonglong, IndexedState> known = m_index.states(hashes.firstKey());
+    constexpr int most = 10000; // The answers for all messages would take much memory.
+    const QDateTime time = QDateTime::fromSecsSinceEpoch(since, Qt::UTC);
+    qlonglong last = 0;
+    for (int count = most; count == most;) {
+        const Result<Answer> added = m_store.run(Statements::messagesAddedSince(time, last, most), attempt);
+        if (!added)
+            return Failure(added.error());
+        QVector<QPair<qlonglong, qlonglong>> hashes;
+        while ((*added)->next())
+            hashes.append(
+                {(*added)->value(0).toLongLong(), SearchIndex::hashOf((*added)->value(1).toString())});
+        count = int(hashes.size());
+        if (count == 0)
+            return {};
+        last = hashes.constLast().first;
+        const Result<void> replaced = replaceDifferent(hashes);
+        if (!replaced)
+            return replaced;
+    }
+    return {};
+}
+
+/// Replaces those of the messages \a hashes, in the order of their numbers, of which the index has another
+/// hash.
+Result<void> SearchUpdate::replaceDifferent(const QVector<QPair<qlonglong, qlonglong>> &hashes)
+{
+    const QHash<qlonglong, IndexedState> known =
+        m_index.states(hashes.constFirst().first, hashes.constLast().first);
     Ids ids;
-    for (auto hash = hashes.cbegin(); hash != hashes.cend(); ++hash) {
-        if (known.value(hash.key()).uriHash != hash.value())
-            ids.append(hash.key());
+    for (const auto &hash : hashes) {
+        if (known.value(hash.first).uriHash != hash.second)
+            ids.append(hash.first);
     }
     return replace(ids);
 }

@@ -45,6 +45,7 @@ private:
     Result<int> addGroup(int limit);
     Result<void> addAll();
     Result<void> replaceRenumbered(qint64 since);
+    Result<void> replaceDifferent(const QVector<QPair<qlonglong, qlonglong>> &hashes);
     bool hasSameSums() const;
     Result<void> compare();
     Result<void> replace(const Ids &ids);

@@ -163,8 +163,11 @@ bool isUrn(const QString &address)
 
 QString isNot(Spared spared)
 {
-    return spared == Spared::Favorites ? isNoFavorite
-                                       : QLatin1String("; tidel:readTime ?read ") + isNoFavorite;
+    switch (spared) {
+    case Spared::Favorites: return isNoFavorite;
+    case Spared::FavoritesAndUnread: return QLatin1String("; tidel:readTime ?read ") + isNoFavorite;
+    default: return {};
+    }
 }
 
 /// "FILTER(...) ", which ?published, or if there is none ?downloaded, passes if it is before \a time.
@@ -263,6 +266,14 @@ QSparqlQuery imageCounts()
 {
     return select(QStringLiteral("SELECT ?c (COUNT(*) AS ?n) WHERE { ?c a mfo:FeedChannel . "
                                  "?x a mfo:Enclosure ; nie:isLogicalPartOf ?c } GROUP BY ?c"));
+}
+
+QSparqlQuery imagesOfChannels()
+{
+    return select(
+        QStringLiteral("SELECT ?c ?remote ?local WHERE { "
+                       "?x a mfo:Enclosure ; nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel "
+                       "OPTIONAL { ?x mfo:remoteLink ?remote } OPTIONAL { ?x mfo:localLink ?local } }"));
 }
 
 QSparqlQuery channelWithLink(const QString &link)
@@ -440,6 +451,13 @@ QSparqlQuery channelTitlesOf(const QString &messageUri)
                   {{"message", QUrl(messageUri)}});
 }
 
+QSparqlQuery channelUrisOf(const QString &messageUri)
+{
+    return select(QStringLiteral("SELECT ?c WHERE { ?:message nie:isLogicalPartOf ?c . "
+                                 "?c a mfo:FeedChannel ; nie:title ?title } ORDER BY ?title"),
+                  {{"message", QUrl(messageUri)}});
+}
+
 QSparqlQuery messageUrisOf(const QString &channelUri, int limit)
 {
     return select(QStringLiteral("SELECT ?m WHERE { ?m a mfo:FeedMessage ; nie:isLogicalPartOf ?:channel } "
@@ -509,8 +527,9 @@ QSparqlQuery messagesWithKeys(const QStringList &keys, const QString &channelUri
 
 QSparqlQuery linksAndKeys(const QStringList &uris)
 {
-    return select(QLatin1String("SELECT ?m ?link ?key WHERE { ") + valuesOf("m", uris)
-                  + QLatin1String("?m nie:links ?link OPTIONAL { ?m tidel:itemKey ?key } }"));
+    return select(
+        QLatin1String("SELECT ?m ?link ?key ?c WHERE { ") + valuesOf("m", uris)
+        + QLatin1String("?m nie:links ?link ; nie:isLogicalPartOf ?c OPTIONAL { ?m tidel:itemKey ?key } }"));
 }
 
 QSparqlQuery texts(const QStringList &uris)
@@ -681,9 +700,10 @@ QString insertDropped(const QString &channelUri, const QString &name,
     QString pairs;
     for (const auto &[uri, value] : values)
         pairs += QLatin1Char('(') + iri(uri) + literal(value) + QLatin1Char(')');
-    return QLatin1String("INSERT { ") + iri(channelUri) + QLatin1Char(' ') + detail(name)
-        + QLatin1String(" ?name } WHERE { VALUES (?m ?name) { ") + pairs
-        + QLatin1String(" } ?m a mfo:FeedMessage ") + isNot(spared) + QLatin1String("} ");
+    const QString channel = iri(channelUri);
+    return QLatin1String("INSERT { ") + channel + QLatin1Char(' ') + detail(name)
+        + QLatin1String(" ?name } WHERE { VALUES (?m ?name) { ") + pairs + QLatin1String(" } ") + channel
+        + QLatin1String(" a mfo:FeedChannel . ?m a mfo:FeedMessage ") + isNot(spared) + QLatin1String("} ");
 }
 
 namespace {
@@ -767,48 +787,85 @@ QString without(bool isAsked, const char *property)
                    : QString();
 }
 
-/// The messages that match \a pattern, those first that \a order puts first. They are chosen before anything
-/// else is read of them.
-QSparqlQuery chosenHeadlines(const QString &pattern, const QString &columns, const QString &order, int limit)
-{
-    const QString bound = limit > 0 ? QStringLiteral(" LIMIT %1").arg(limit) : QString();
-    return select(headlineColumns.arg(QLatin1String("{ SELECT DISTINCT ") + columns
-                                      + QLatin1String(" WHERE { ") + pattern + QLatin1String("} ORDER BY ")
-                                      + order + bound + QLatin1String(" }")));
-}
-
-} // namespace
-
-// To ask for the class here would make Tracker look up each message before it chooses.
-QSparqlQuery datedHeadlines(const ListFilter &filter)
+/// What \a filter demands of ?m with the date ?date. To ask for the class here would make Tracker look up
+/// each message before it chooses.
+QString demandsOfDated(const ListFilter &filter)
 {
     QString pattern = demands(filter) + QLatin1String("?m nie:contentCreated ?date ");
     if (filter.since.isValid())
         pattern += QLatin1String("FILTER(?date >= ") + timeTerm(filter.since) + QLatin1String(") ");
     if (filter.until.isValid())
         pattern += QLatin1String("FILTER(?date < ") + timeTerm(filter.until) + QLatin1String(") ");
-    return chosenHeadlines(pattern + without(filter.onlyUnread, "tidel:readTime"), QStringLiteral("?m ?date"),
-                           QStringLiteral("DESC(?date) DESC(tracker:id(?m))"), filter.limit);
+    return pattern + without(filter.onlyUnread, "tidel:readTime");
+}
+
+/// What \a filter demands of ?m without a date.
+QString demandsOfUndated(const ListFilter &filter)
+{
+    return demands(filter) + QLatin1String("?m a mfo:FeedMessage ") + without(true, "nie:contentCreated")
+        + without(filter.onlyUnread, "tidel:readTime");
+}
+
+QString orderOfDated(const ListFilter &filter)
+{
+    return filter.order == Qt::DescendingOrder ? QStringLiteral("DESC(?date) DESC(tracker:id(?m))")
+                                               : QStringLiteral("ASC(?date) ASC(tracker:id(?m))");
+}
+
+QString orderOfUndated(const ListFilter &filter)
+{
+    return filter.order == Qt::DescendingOrder ? QStringLiteral("DESC(tracker:id(?m))")
+                                               : QStringLiteral("ASC(tracker:id(?m))");
+}
+
+/// The messages that match \a pattern, those first that \a order puts first. They are chosen before anything
+/// else is read of them.
+QSparqlQuery chosenHeadlines(const QString &pattern, const QString &columns, const QString &order,
+                             const ListFilter &filter)
+{
+    // Each message once, which takes as long as all else. Only messages of several channels are found twice.
+    const QLatin1String once(filter.channelUris.size() > 1 ? "DISTINCT " : "");
+    const QString bound = filter.limit > 0 ? QStringLiteral(" LIMIT %1").arg(filter.limit) : QString();
+    return select(headlineColumns.arg(QLatin1String("{ SELECT ") + once + columns + QLatin1String(" WHERE { ")
+                                      + pattern + QLatin1String("} ORDER BY ") + order + bound
+                                      + QLatin1String(" }")));
+}
+
+QSparqlQuery orderedUris(const QString &pattern, const QString &order, const ListFilter &filter)
+{
+    const QLatin1String isRead(filter.asksWhetherRead ? " (EXISTS { ?m tidel:readTime ?read } AS ?isRead)"
+                                                      : "");
+    return select(QLatin1String("SELECT ?m (tracker:id(?m) AS ?number)") + isRead + QLatin1String(" WHERE { ")
+                  + pattern + QLatin1String("} ORDER BY ") + order);
+}
+
+} // namespace
+
+QSparqlQuery datedHeadlines(const ListFilter &filter)
+{
+    return chosenHeadlines(demandsOfDated(filter), QStringLiteral("?m ?date"), orderOfDated(filter), filter);
 }
 
 QSparqlQuery undatedHeadlines(const ListFilter &filter)
 {
-    return chosenHeadlines(demands(filter) + QLatin1String("?m a mfo:FeedMessage ")
-                               + without(true, "nie:contentCreated")
-                               + without(filter.onlyUnread, "tidel:readTime"),
-                           QStringLiteral("?m"), QStringLiteral("DESC(tracker:id(?m))"), filter.limit);
+    return chosenHeadlines(demandsOfUndated(filter), QStringLiteral("?m"), orderOfUndated(filter), filter);
+}
+
+QSparqlQuery datedUris(const ListFilter &filter)
+{
+    return orderedUris(QLatin1String("?m a mfo:FeedMessage . ") + demandsOfDated(filter),
+                       orderOfDated(filter), filter);
+}
+
+QSparqlQuery undatedUris(const ListFilter &filter)
+{
+    return orderedUris(demandsOfUndated(filter), orderOfUndated(filter), filter);
 }
 
 QSparqlQuery headlinesOf(const QStringList &uris)
 {
     return select(headlineColumns.arg(valuesOf("m", uris)
                                       + QLatin1String("OPTIONAL { ?m nie:contentCreated ?date } ")));
-}
-
-QSparqlQuery channelsOfMessages(const QStringList &uris)
-{
-    return select(QLatin1String("SELECT ?m ?c WHERE { ") + valuesOf("m", uris)
-                  + QLatin1String("?m nie:isLogicalPartOf ?c }"));
 }
 
 QSparqlQuery channelsOfAllMessages()
@@ -919,6 +976,36 @@ QSparqlQuery replaceFile(const FeedEnclosure &enclosure)
     return update(replacement(enclosure.uri(), "mfo:localLink", iri(enclosure.localUrl()))
                   + replacement(enclosure.uri(), "nie:contentSize", QString::number(enclosure.length()))
                   + replacement(enclosure.uri(), "nie:mimeType", literal(enclosure.mimeType())));
+}
+
+QSparqlQuery queuedEnclosures()
+{
+    return select(QStringLiteral("SELECT ?e ?time WHERE { ?e tidel:queuedTime ?time }"));
+}
+
+QSparqlQuery queuedTimes(const QStringList &uris)
+{
+    return select(QLatin1String("SELECT ?e ?time WHERE { ") + valuesOf("e", uris)
+                  + QLatin1String("?e tidel:queuedTime ?time }"));
+}
+
+QString queueEnclosures(const QStringList &uris, QDateTime time)
+{
+    QString text;
+    for (const QString &uri : uris) {
+        const QString enclosure = iri(uri) + QLatin1Char(' ');
+        text += QLatin1String("INSERT { ") + enclosure + QLatin1String("tidel:queuedTime ") + timeTerm(time)
+            + QLatin1String(" } WHERE { ") + enclosure + QLatin1String("a mfo:Enclosure FILTER NOT EXISTS { ")
+            + enclosure + QLatin1String("tidel:queuedTime ?before } } ");
+        time = time.addMSecs(1);
+    }
+    return text;
+}
+
+QString unqueueEnclosures(const QStringList &uris)
+{
+    return QLatin1String("DELETE { ?e tidel:queuedTime ?time } WHERE { ") + valuesOf("e", uris)
+        + QLatin1String("?e tidel:queuedTime ?time } ");
 }
 
 QString removeMessages(const QStringList &messages, const QString &channelUri)
@@ -1205,6 +1292,12 @@ QSparqlQuery localFiles()
                                  "FILTER(?local != <>) }"));
 }
 
+QSparqlQuery queuedAddresses()
+{
+    return select(
+        QStringLiteral("SELECT ?remote WHERE { ?e tidel:queuedTime ?time ; mfo:remoteLink ?remote }"));
+}
+
 QString forgetFile(const QString &enclosureUri)
 {
     return replacement(enclosureUri, "mfo:localLink", iri(QString()));
@@ -1249,6 +1342,12 @@ QSparqlQuery countOfFavorites()
 {
     return select(QLatin1String("SELECT (COUNT(?x) AS ?n) WHERE { ") + isOf(Kind::Message)
                   + QLatin1String("; nao:hasTag nao:predefined-tag-favorite }"));
+}
+
+QSparqlQuery countOfReadFavorites()
+{
+    return select(QStringLiteral("SELECT (COUNT(?x) AS ?n) WHERE { "
+                                 "?x nao:hasTag nao:predefined-tag-favorite ; tidel:readTime ?time }"));
 }
 
 namespace {
@@ -1318,10 +1417,14 @@ QSparqlQuery sumsOfMessageStates()
         "(SUM(tracker:id(?m) * ?state) AS ?products) WHERE { ?m a mfo:FeedMessage ; nrl:modified ?state }"));
 }
 
-QSparqlQuery messagesAddedSince(const QDateTime &time)
+QSparqlQuery messagesAddedSince(const QDateTime &time, qlonglong last, int limit)
 {
-    return select(QStringLiteral("SELECT tracker:id(?m) ?m WHERE { ?m a mfo:FeedMessage ; nrl:added ?added "
-                                 "FILTER(?added >= ?:time) }"),
+    return select(QStringLiteral("SELECT (tracker:id(?m) AS ?number) ?m WHERE { "
+                                 "?m a mfo:FeedMessage ; nrl:added ?added "
+                                 "FILTER(?added >= ?:time) FILTER(tracker:id(?m) > %1) } "
+                                 "ORDER BY tracker:id(?m) LIMIT %2")
+                      .arg(last)
+                      .arg(limit),
                   {{"time", time}});
 }
 
@@ -1353,6 +1456,86 @@ QSparqlQuery channelTitles(const QStringList &messageUris)
 {
     return select(QLatin1String("SELECT ?m ?title WHERE { ") + valuesOf("m", messageUris)
                   + QLatin1String("?m nie:isLogicalPartOf ?c . ?c a mfo:FeedChannel ; nie:title ?title }"));
+}
+
+namespace {
+
+/// A row for each block of numbers in which \a pattern, which names ?x and \a value, matches: block, number
+/// of matches, sum of the values, sum of their products with the numbers.
+QSparqlQuery sumsByBlocks(const QString &pattern, const QString &value)
+{
+    const QString block = QStringLiteral("(tracker:id(?x) / %1").arg(blockSize);
+    return select(QStringLiteral("SELECT %1 AS ?block) (COUNT(*) AS ?count) (SUM(%2) AS ?sum) "
+                                 "(SUM(tracker:id(?x) * %2) AS ?products) WHERE { %3 } GROUP BY %1)")
+                      .arg(block, value, pattern));
+}
+
+/// "FILTER(...) ", which ?x passes if its number is in the blocks.
+QString isInBlocks(qlonglong first, qlonglong last)
+{
+    return QStringLiteral("FILTER(tracker:id(?x) >= %1 && tracker:id(?x) < %2) ")
+        .arg(first * blockSize)
+        .arg((last + 1) * blockSize);
+}
+
+} // namespace
+
+QSparqlQuery lastNumbers()
+{
+    return select(QStringLiteral(
+        "SELECT (MAX(tracker:id(?x)) AS ?number) (MAX(?mark) AS ?last) WHERE { ?x nrl:modified ?mark }"));
+}
+
+QSparqlQuery sumsOfMarks()
+{
+    return sumsByBlocks(QStringLiteral("?x nrl:modified ?mark"), QStringLiteral("?mark"));
+}
+
+QSparqlQuery sumsOfParts()
+{
+    return sumsByBlocks(QStringLiteral("?x nie:isLogicalPartOf ?owner"),
+                        QStringLiteral("tracker:id(?owner)"));
+}
+
+QSparqlQuery blocksAddedSince(const QDateTime &time)
+{
+    return select(
+        QStringLiteral("SELECT DISTINCT (tracker:id(?x) / %1 AS ?block) WHERE { ?x nrl:added ?added "
+                       "FILTER(?added >= ?:time) }")
+            .arg(blockSize),
+        {{"time", time}});
+}
+
+QSparqlQuery messagesInBlocks(qlonglong first, qlonglong last)
+{
+    return select(QLatin1String("SELECT (tracker:id(?x) AS ?number) ?mark ?x ?digest "
+                                "(EXISTS { ?x tidel:readTime ?read } AS ?isRead) "
+                                "(EXISTS { ?x nao:hasTag nao:predefined-tag-favorite } AS ?isFavorite) "
+                                "WHERE { ?x a mfo:FeedMessage ; nrl:modified ?mark ")
+                  + isInBlocks(first, last)
+                  + QLatin1String("OPTIONAL { ?x tidel:digest ?digest } } ORDER BY tracker:id(?x)"));
+}
+
+QSparqlQuery enclosuresInBlocks(qlonglong first, qlonglong last)
+{
+    return select(QLatin1String("SELECT (tracker:id(?x) AS ?number) ?mark WHERE { "
+                                "?x a mfo:Enclosure ; nrl:modified ?mark ")
+                  + isInBlocks(first, last) + QLatin1String("} ORDER BY tracker:id(?x)"));
+}
+
+QSparqlQuery partsInBlocks(qlonglong first, qlonglong last)
+{
+    return select(QLatin1String("SELECT (tracker:id(?x) AS ?number) (tracker:id(?owner) AS ?ownerNumber) "
+                                "WHERE { ?x nie:isLogicalPartOf ?owner ")
+                  + isInBlocks(first, last) + QLatin1String("} ORDER BY tracker:id(?x)"));
+}
+
+QSparqlQuery shownChannels()
+{
+    return select(QStringLiteral("SELECT ?c (tracker:id(?c) AS ?number) ?mark ?title ?link ?type WHERE { "
+                                 "?c a mfo:FeedChannel ; nrl:modified ?mark "
+                                 "OPTIONAL { ?c nie:title ?title } OPTIONAL { ?c nie:links ?link } "
+                                 "OPTIONAL { ?c nie:characterSet ?type } }"));
 }
 
 QSparqlQuery countOfLocalCopies()

@@ -2,6 +2,8 @@
 #ifndef TIDEL_STATEMENTS_P_H
 #define TIDEL_STATEMENTS_P_H
 
+#include "messagefilter.h"
+
 #include <QDateTime>
 #include <QHash>
 #include <QPair>
@@ -72,6 +74,8 @@ QSparqlQuery channels();
 QSparqlQuery partCounts();
 /// Channel URI, number of its images; no row for a channel without any.
 QSparqlQuery imageCounts();
+/// Channel URI, remote link and local link of its images.
+QSparqlQuery imagesOfChannels();
 /// The URI of the channel that has \a link.
 QSparqlQuery channelWithLink(const QString &link);
 /// The title of the channel that has \a link.
@@ -122,6 +126,8 @@ QSparqlQuery messagesOf(const QString &channelUri);
 QSparqlQuery messageInFull(const QString &messageUri);
 /// The titles of the channels that the message belongs to.
 QSparqlQuery channelTitlesOf(const QString &messageUri);
+/// The URIs of the same channels, in the same order.
+QSparqlQuery channelUrisOf(const QString &messageUri);
 /// The URIs of all messages of the channel.
 QSparqlQuery messageUrisOf(const QString &channelUri, int limit);
 /// The URI of the message that has the link \a address.
@@ -141,7 +147,7 @@ QSparqlQuery linkUse(const QStringList &links, const QString &channelUri);
 QSparqlQuery usedKeys(const QStringList &keys);
 /// Key, URI, link and digest of the messages \a keys of the channel.
 QSparqlQuery messagesWithKeys(const QStringList &keys, const QString &channelUri);
-/// Message, link, key.
+/// Message, link, key, channel. A message with several of them is in several rows.
 QSparqlQuery linksAndKeys(const QStringList &uris);
 /// Message, title, text, summary, earlier versions, channel.
 QSparqlQuery texts(const QStringList &uris);
@@ -199,24 +205,24 @@ QSparqlQuery unreadMessages(const QString &channelUri, const QDateTime &before);
 /// \name Lists
 /// @{
 /// Which messages a list shows.
-struct ListFilter
+struct ListFilter : MessageFilter
 {
-    QStringList channelUris; ///< All channels if it is empty.
-    bool onlyFavorites = false;
-    bool onlyUnread = false;
-    QDateTime since; ///< Without a bound if invalid.
-    QDateTime until;
+    Qt::SortOrder order = Qt::DescendingOrder; ///< By date, or by the time of storing without a date.
     int limit = 0; ///< Without a limit if it is 0.
+    bool asksWhetherRead = false; ///< For lists of URIs.
 };
-/// URI, link, title, date, whether it is a message, a favorite, and read: messages with a date, the newest
-/// first.
+/// URI, link, title, date, whether it is a message, a favorite, and read: messages with a date.
 QSparqlQuery datedHeadlines(const ListFilter &filter);
-/// As datedHeadlines(), messages without a date, those that were stored last first.
+/// As datedHeadlines(), messages without a date.
 QSparqlQuery undatedHeadlines(const ListFilter &filter);
 /// As datedHeadlines(), of the messages \a uris in any order.
 QSparqlQuery headlinesOf(const QStringList &uris);
-/// Message, channel that it belongs to, of some or all messages.
-QSparqlQuery channelsOfMessages(const QStringList &uris);
+/// URI, number, and if it is asked whether it was read, of the messages with a date. A message can be in
+/// several rows. Takes no limit.
+QSparqlQuery datedUris(const ListFilter &filter);
+/// As datedUris(), messages without a date.
+QSparqlQuery undatedUris(const ListFilter &filter);
+/// Message, channel that it belongs to.
 QSparqlQuery channelsOfAllMessages();
 /// Channel URI, title.
 QSparqlQuery titlesOfChannels();
@@ -250,6 +256,15 @@ QString linkEnclosures(const QList<QPair<QString, QString>> &pairs);
 QString linkEnclosure(const QString &remoteLink, const QString &ownerUri);
 /// Replaces local link, size and MIME type.
 QSparqlQuery replaceFile(const FeedEnclosure &enclosure);
+/// The enclosures that wait to be downloaded, and when each was added.
+QSparqlQuery queuedEnclosures();
+/// Enclosure, time at which it was added to those, for those of \a uris that wait.
+QSparqlQuery queuedTimes(const QStringList &uris);
+/// Adds the enclosures \a uris that do not wait, each a millisecond after the one before; the first one at
+/// \a time.
+QString queueEnclosures(const QStringList &uris, QDateTime time);
+/// Makes the enclosures \a uris wait no more.
+QString unqueueEnclosures(const QStringList &uris);
 /// @}
 
 /// \name Archive
@@ -276,11 +291,11 @@ QSparqlQuery messagesWithKeys(const QStringList &keys);
 /// Removes \a messages from the channel: deletes those that no other channel has.
 QString removeMessages(const QStringList &messages, const QString &channelUri);
 /// Which messages stay in their channel when others are dropped.
-enum class Spared { Favorites, FavoritesAndUnread };
+enum class Spared { Nothing, Favorites, FavoritesAndUnread };
 /// As removeMessages(), and leaves \a spared in the channel.
 QString dropMessages(const QStringList &messages, const QString &channelUri, Spared spared);
 /// Stores under the detail \a name of the channel by what it knows dropped messages: the second text of each
-/// pair. The first one is the URI of the message. Leaves \a spared out.
+/// pair. The first one is the URI of the message. Leaves \a spared out. Nothing if the channel is not stored.
 QString insertDropped(const QString &channelUri, const QString &name,
                       const QVector<QPair<QString, QString>> &values, Spared spared);
 /// Those of \a messages that a channel other than \a channelUri has, too.
@@ -319,8 +334,9 @@ QSparqlQuery searchableAfter(qlonglong last, int limit);
 QSparqlQuery messageStates();
 /// One row of sums over all messages: 1, the number, the mark of change, the product of both.
 QSparqlQuery sumsOfMessageStates();
-/// Number and URI of the messages that were added then or later.
-QSparqlQuery messagesAddedSince(const QDateTime &time);
+/// Number and URI of the first \a limit messages after the number \a last that were added at \a time or
+/// later, in the order of their numbers.
+QSparqlQuery messagesAddedSince(const QDateTime &time, qlonglong last, int limit);
 /// The numbers of all messages of the channels, or of all channels if there are none.
 QSparqlQuery numbersOfMessages(const QStringList &channelUris, bool onlyFavorites);
 /// Those of the messages \a numbers that were read.
@@ -329,6 +345,30 @@ QSparqlQuery readAmong(const QVector<qlonglong> &numbers);
 QSparqlQuery urisOf(const QVector<qlonglong> &numbers);
 /// Message, title of a channel that it belongs to.
 QSparqlQuery channelTitles(const QStringList &messageUris);
+/// @}
+
+/// \name Changes
+/// Numbers and marks of change are those of the searches. A block is blockSize numbers that follow each
+/// other.
+/// @{
+constexpr int blockSize = 1024;
+/// The highest number, and the highest mark.
+QSparqlQuery lastNumbers();
+/// Block, number of its resources, sum of their marks, sum of number times mark.
+QSparqlQuery sumsOfMarks();
+/// Block, number of owners of its resources, sum of the owners' numbers, sum of number times owner's number.
+QSparqlQuery sumsOfParts();
+/// The blocks with resources that were added at \a time or later.
+QSparqlQuery blocksAddedSince(const QDateTime &time);
+/// Number, mark, URI, digest, whether it is read, whether it is a favorite, in the order of the numbers. A
+/// message of several digests is in several rows.
+QSparqlQuery messagesInBlocks(qlonglong first, qlonglong last);
+/// Number, mark, in the order of the numbers.
+QSparqlQuery enclosuresInBlocks(qlonglong first, qlonglong last);
+/// Number, number of its owner, in the order of the first ones.
+QSparqlQuery partsInBlocks(qlonglong first, qlonglong last);
+/// URI, number, mark, title, link, type. A channel with several values is in several rows.
+QSparqlQuery shownChannels();
 /// @}
 
 /// \name Check
@@ -368,6 +408,8 @@ QString insertResource(const QString &uri, const char *type, const QHash<QString
 QString moveParts(const QString &fromUri, const QString &toUri);
 /// Enclosure and local link of the downloaded enclosures.
 QSparqlQuery localFiles();
+/// The remote links of the enclosures that wait to be downloaded.
+QSparqlQuery queuedAddresses();
 /// Leaves the enclosure without a local link.
 QString forgetFile(const QString &enclosureUri);
 /// @}
@@ -389,6 +431,8 @@ QSparqlQuery insertFacts(const QStringList &facts);
 /// The number of resources of \a kind.
 QSparqlQuery countOf(Kind kind);
 QSparqlQuery countOfFavorites();
+/// The number of favorites that were read.
+QSparqlQuery countOfReadFavorites();
 /// The number of messages that belong to no channel.
 QSparqlQuery countOfStrays();
 /// Makes these messages belong to the channel.

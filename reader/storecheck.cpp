@@ -169,7 +169,7 @@ Result<void> StoreCheck::repair(const QList<Finding> &findings, const RemovalSte
         case Finding::OrphanMessages:
         case Finding::OrphanEnclosures: return Orphans(m_store).remove(step);
         case Finding::MissingFiles: return forgetMissingFiles(store);
-        case Finding::UnfinishedFiles: return removeFiles(finding.places);
+        case Finding::UnfinishedFiles: return removeUnfinishedFiles(finding.places);
         case Finding::SeveralValues:
         case Finding::UnknownFiles: break;
         }

@@ -27,7 +27,8 @@ struct Finding
         OrphanMessages, ///< The URIs of messages that belong to no channel.
         OrphanEnclosures, ///< The remote links of enclosures that belong to nothing.
         MissingFiles, ///< The paths of downloaded files that are not there any more.
-        UnfinishedFiles, ///< The paths of parts of files in the download folder, a day old or older.
+        UnfinishedFiles, ///< The paths of parts of files in the download folder that no download is going to
+                         ///< continue.
         UnknownFiles ///< The paths of files in the download folder that belong to no enclosure.
     };
 

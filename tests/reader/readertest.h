@@ -86,7 +86,8 @@ protected:
     /// Returns everything in the store, without the URIs that the library has made and without times of now.
     QStringList contents() const
     {
-        const QStringList lines = everythingIn(store()).filter(QRegularExpression("^(?!.*#favoriteTime )"));
+        const QStringList lines =
+            everythingIn(store()).filter(QRegularExpression("^(?!.*#(favorite|queued)Time )"));
         return patterned(lines.join('\n')).split('\n');
     }
 

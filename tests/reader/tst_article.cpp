@@ -38,6 +38,7 @@ private Q_SLOTS:
     void noControlCharacters();
     void deepNesting_data();
     void deepNesting();
+    void formattingIsNotRepeated();
     void manyUnclosedParagraphsStayApart();
 };
 
@@ -129,6 +130,10 @@ void TestArticle::deepNesting_data()
     QTest::newRow("items") << "<li>";
     QTest::newRow("numbered") << "<font size=%1>";
     QTest::newRow("ends") << "</div>";
+    QTest::newRow("ends of others") << "<div></x>";
+    QTest::newRow("items in items") << "<li><dd>";
+    QTest::newRow("overlapping tables") << "<div><table></div></table>";
+    QTest::newRow("quoted ends") << "<div title=\"</\">";
 }
 
 // Without a bound, some of these texts take minutes or exhaust the stack.
@@ -141,6 +146,15 @@ void TestArticle::deepNesting()
     const Article article = Article::fromHtml(html + "text");
     QCOMPARE(article.blocks.size(), 1);
     QVERIFY(article.blocks.first().text.contains("text") || article.blocks.first().cells.contains("text"));
+}
+
+// A parser repeats open elements in each paragraph. Without a bound, this takes gigabytes.
+void TestArticle::formattingIsNotRepeated()
+{
+    QString html = "<p>";
+    for (int i = 0; i < 100; ++i)
+        html += QString("<b class=%1><i class=%1>").arg(i);
+    QCOMPARE(Article::fromHtml(html + QString("<p>x").repeated(100000)).blocks.size(), 100000);
 }
 
 void TestArticle::manyUnclosedParagraphsStayApart()

@@ -3,6 +3,7 @@
 
 #include <TidelReader/backup.h>
 #include <TidelReader/channels.h>
+#include <TidelReader/enclosurequeue.h>
 #include <TidelReader/itemkey.h>
 #include <TidelReader/messages.h>
 #include <TidelReader/messagewriter.h>
@@ -289,6 +290,7 @@ void TestBackup::copiesThatDiverged()
     VERIFY_OK(Messages(reader()).setFavorite(messageUri("c"), false));
     addMessages({"here"}, "news", 4);
     addEnclosure("here.ogg", messageUri("here"));
+    VERIFY_OK(EnclosureQueue(reader()).add({enclosureUri("a.ogg")}));
     VERIFY_OK(Channels(reader()).remove(Channels(reader()).all()->last(),
                                         [](int, const QList<FeedEnclosure> &) {}));
     QCOMPARE(Channels(reader()).all()->size(), 1);
@@ -316,6 +318,8 @@ void TestBackup::copiesThatDiverged()
     VERIFY_OK(Backup(reader()).restore(path("here")));
     QCOMPARE(merge("there"), QString("1 2 0"));
     QCOMPARE(inSeconds(everything()), inSeconds(united));
+    // What waits in the copy waits here too.
+    QCOMPARE(*EnclosureQueue(reader()).uris(), QStringList(enclosureUri("a.ogg")));
     QCOMPARE(store()
                  .texts("SELECT ?t { <https://example.org/radio> nie:created ?t "
                         "FILTER(?t = '2026-11-01T04:30:00Z'^^xsd:dateTime) }")

@@ -19,10 +19,16 @@ private slots:
     void headlines();
     void empty();
     void enclosures();
+    void unknownSize();
     void cancelLeavesOutTheRest();
     void endingAtOnce();
 
 private:
+    /// "5 of 6" for thousands of millions of bytes.
+    static QString progressText(qint64 received, qint64 total)
+    {
+        return QString("%1 of %2").arg(received / 1000000000).arg(total < 0 ? -1 : total / 1000000000);
+    }
     /// Starts \a queue and waits for its end.
     static bool run(DownloadQueue &queue);
 
@@ -98,8 +104,9 @@ void TestDownloadQueue::enclosures()
 {
     DownloadQueue queue(*m_plugin);
     QStringList heard;
-    QList<qint64> received;
-    connect(&queue, &DownloadQueue::progressed, this, [&](qint64 bytes) { received.append(bytes); });
+    QStringList steps;
+    connect(&queue, &DownloadQueue::progressed, this,
+            [&](qint64 received, qint64 total) { steps.append(progressText(received, total)); });
     for (const QString &uri : {QString("urn:a"), QString("urn:b")})
         queue.downloadEnclosure(uri, "/tmp/%41", [&heard](const DownloadResult &result) {
             heard.append(QString("%1 %2 %3 %4")
@@ -110,7 +117,20 @@ void TestDownloadQueue::enclosures()
     QCOMPARE(heard,
              QStringList({"file:///tmp/%2541/urn:a /tmp/%41/urn:a 5000000000 audio/ogg",
                           "file:///tmp/%2541/urn:b /tmp/%41/urn:b 5000000000 audio/ogg"}));
-    QCOMPARE(received.last(), Q_INT64_C(10000000000));
+    // The first one ends with less than announced, and its size counts then.
+    QCOMPARE(steps, QStringList({"2 of 6", "5 of 6", "7 of 11", "10 of 11"}));
+}
+
+void TestDownloadQueue::unknownSize()
+{
+    DownloadQueue queue(*m_plugin);
+    QStringList steps;
+    connect(&queue, &DownloadQueue::progressed, this,
+            [&](qint64 received, qint64 total) { steps.append(progressText(received, total)); });
+    for (const QString &uri : {QString("urn:unsized"), QString("urn:b")})
+        queue.downloadEnclosure(uri, "/tmp", [](const DownloadResult &) {});
+    QVERIFY(run(queue));
+    QCOMPARE(steps, QStringList({"2 of -1", "5 of -1", "7 of 11", "10 of 11"}));
 }
 
 void TestDownloadQueue::cancelLeavesOutTheRest()

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include <TidelReader/channels.h>
+#include <TidelReader/enclosurequeue.h>
 #include <TidelReader/messagelist.h>
 #include <TidelReader/messages.h>
 #include <TidelReader/readstate.h>
@@ -54,6 +55,8 @@ void TestKeptStores::readState()
     QCOMPARE(std::count_if(list->begin(), list->end(), [](auto &message) { return message.isFavorite; }),
              favorites);
     QCOMPARE(std::count_if(list->begin(), list->end(), [](auto &message) { return message.isRead; }), read);
+
+    QCOMPARE(EnclosureQueue(*store).uris().value(), QStringList());
 
     ReadState state(*store);
     const QStringList unread = state.unread({}).value();

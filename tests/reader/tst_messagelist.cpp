@@ -20,6 +20,8 @@ private Q_SLOTS:
     void manyMessages();
     void strangersHaveDatesToo();
     void severalValues();
+    void keptUris();
+    void uriList();
     void words();
     void headlines();
     void titled_data();
@@ -29,7 +31,8 @@ private Q_SLOTS:
 private:
     void fill() const;
     QStringList names(const Result<QList<MessageHeadline>> &list) const;
-    QStringList found(const MessageQuery &query) const { return names(MessageList(reader()).find(query)); }
+    QStringList found(const MessageQuery &query) const;
+    QStringList namesOf(const Result<UriList> &list) const;
 };
 
 Q_DECLARE_METATYPE(MessageQuery)
@@ -63,6 +66,12 @@ MessageQuery ofChannels(const QStringList &channels, MessageQuery query = {})
 {
     for (const QString &channel : channels)
         query.channelUris.append(channelUri(channel));
+    return query;
+}
+
+MessageQuery oldestFirst(MessageQuery query = {})
+{
+    query.order = Qt::AscendingOrder;
     return query;
 }
 
@@ -100,6 +109,24 @@ QStringList TestMessageList::names(const Result<QList<MessageHeadline>> &list) c
     for (const MessageHeadline &headline : *list)
         names.append(headline.uri.section(':', 2));
     return names;
+}
+
+QStringList TestMessageList::namesOf(const Result<UriList> &list) const
+{
+    if (!list)
+        return {list.error().text()};
+    QStringList names;
+    for (int row = 0; row < list->size(); ++row)
+        names.append(list->at(row).section(':', 2));
+    return names;
+}
+
+/// The names of the messages that both find() and uris() return.
+QStringList TestMessageList::found(const MessageQuery &query) const
+{
+    const QStringList found = names(MessageList(reader()).find(query));
+    const QStringList uris = namesOf(MessageList(reader()).uris(query));
+    return found == uris ? found : found + QStringList("but") + uris;
 }
 
 void TestMessageList::headline()
@@ -148,6 +175,11 @@ void TestMessageList::filters_data()
     QTest::newRow("since") << within(noon(4), {}) << "shared r5 r4";
     QTest::newRow("until") << within({}, noon(4)) << "n3 n2 n1";
     QTest::newRow("between") << within(noon(2), noon(5)) << "r4 n3 n2";
+    QTest::newRow("oldest first") << oldestFirst() << "u1 u2 n1 n2 n3 r4 r5 shared";
+    QTest::newRow("oldest, limit") << oldestFirst(limited(4)) << "u1 u2 n1 n2";
+    QTest::newRow("oldest, limit among those without a date") << oldestFirst(limited(1)) << "u1";
+    QTest::newRow("oldest unread") << oldestFirst(unread(2)) << "u1 n1";
+    QTest::newRow("oldest between") << oldestFirst(within(noon(2), noon(5))) << "n2 n3 r4";
     QTest::newRow("never") << within(noon(8), noon(9)) << "";
 }
 
@@ -167,6 +199,7 @@ void TestMessageList::sameDate()
         addMessages({name}, "news", 7);
     QCOMPARE(found({}), QStringList({"m5", "m4", "m3", "m2", "m1"}));
     QCOMPARE(found(limited(2)), QStringList({"m5", "m4"}));
+    QCOMPARE(found(oldestFirst(limited(2))), QStringList({"m1", "m2"}));
 }
 
 void TestMessageList::unreadAmongMany_data()
@@ -190,7 +223,7 @@ void TestMessageList::unreadAmongMany()
     VERIFY_OK(ReadState(reader()).set(messageUris(all), true));
     VERIFY_OK(ReadState(reader()).set(messageUris(unreadNames), false));
     StatementGate::reset();
-    QCOMPARE(found(unread(3)), unreadNames);
+    QCOMPARE(names(MessageList(reader()).find(unread(3))), unreadNames);
     const QStringList statements = StatementGate::statements();
     bool hasReadAll = false;
     for (const QString &statement : statements)
@@ -235,7 +268,46 @@ void TestMessageList::severalValues()
     addMessages({"a", "b"}, "news", 1);
     store().update("INSERT DATA { <urn:message:a> nie:title 'Another' ; nie:links <https://example.org/2> ; "
                    "nie:contentCreated '2026-11-09T12:00:00Z' }");
-    QCOMPARE(sorted(found({})), QStringList({"a", "b"}));
+    QCOMPARE(sorted(names(MessageList(reader()).find({}))), QStringList({"a", "b"}));
+    QCOMPARE(sorted(namesOf(MessageList(reader()).uris({}))), QStringList({"a", "b"}));
+}
+
+/// What counts as unread stays in a list of unread messages, unless it is gone.
+void TestMessageList::keptUris()
+{
+    fill();
+    UriList kept;
+    for (const char *name : {"n3", "shared", "r4", "none"})
+        kept.append(messageUri(name));
+    const MessageList list(reader());
+    QCOMPARE(namesOf(list.uris(unread(), kept)).join(' '), QString("shared r4 n3 n2 n1 u1"));
+    QCOMPARE(namesOf(list.uris(unread(2), kept)).join(' '), QString("shared r4"));
+    QCOMPARE(namesOf(list.uris(ofChannels({"radio"}, unread()), kept)).join(' '), QString("shared r4"));
+    QCOMPARE(namesOf(list.uris(limited(2), kept)).join(' '), QString("shared r5"));
+    MessageQuery query = unread();
+    query.words = "text";
+    QCOMPARE(namesOf(list.uris(query, kept)).join(' '), QString("shared r4 n3 n2 n1 u1"));
+}
+
+void TestMessageList::uriList()
+{
+    UriList list;
+    QVERIFY(list.isEmpty());
+    for (const char *uri : {"a", "bb", "\u00fc", "d"})
+        list.append(QString::fromUtf8(uri));
+    QCOMPARE(list.size(), 4);
+    QCOMPARE(list.at(2), QString::fromUtf8("\u00fc"));
+    QCOMPARE(list.indexOf("d"), 3);
+    QCOMPARE(list.indexOf("b"), -1);
+    UriList copy = list;
+    copy.remove(1, 2);
+    QCOMPARE(copy.size(), 2);
+    QCOMPARE(copy.at(1), QString("d"));
+    QCOMPARE(list.size(), 4);
+    copy.restore(1, 2, list);
+    QCOMPARE(copy.at(1), QString("bb"));
+    QCOMPARE(copy.indexOf(QString::fromUtf8("\u00fc")), 2);
+    QCOMPARE(copy.at(3), QString("d"));
 }
 
 void TestMessageList::words()
@@ -252,8 +324,12 @@ void TestMessageList::words()
     query = ofChannels({"radio"}, favorites());
     query.words = "text";
     QCOMPARE(found(query).join(' '), QString("shared"));
+    query.order = Qt::AscendingOrder;
+    query.onlyFavorites = false;
+    QCOMPARE(found(query).join(' '), QString("r4 r5 shared"));
     query.words = "?";
     QVERIFY(!MessageList(reader()).find(query));
+    QVERIFY(!MessageList(reader()).uris(query));
 }
 
 void TestMessageList::headlines()

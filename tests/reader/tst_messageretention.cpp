@@ -371,7 +371,7 @@ void TestMessageRetention::failureInALaterStep_data()
     QTest::addColumn<QString>("statement");
     QTest::addColumn<QString>("attempt");
     QTest::newRow("headlines") << "SELECT \\?m \\?link \\?key"
-                               << "read its oldest messages from the store";
+                               << "delete messages from the store";
     QTest::newRow("enclosures") << "SELECT DISTINCT \\?e"
                                 << "delete messages from the store";
     QTest::newRow("update") << "INSERT"

@@ -15,6 +15,7 @@ private Q_SLOTS:
     void onlyOfTheChannel();
     void severalTags_data();
     void severalTags();
+    void channels();
     void headlines();
     void manyHeadlines();
     void uri_data();
@@ -107,6 +108,19 @@ void TestMessages::severalTags()
     QCOMPARE(titlesOf(found), QStringList({"b", "a"}));
     QCOMPARE(found->at(0).isFavorite(), isFavorite);
     QVERIFY(!found->at(1).isFavorite());
+}
+
+void TestMessages::channels()
+{
+    for (const QString name : {"radio", "news", "music"})
+        addChannel(name);
+    addMessages({"a"}, "radio");
+    share("a", "news");
+    addMessages({"b"}, "music");
+    QCOMPARE(messages().channelTitles(messageUri("a")).value(), QStringList({"news", "radio"}));
+    QCOMPARE(messages().channelUris(messageUri("a")).value(),
+             QStringList({channelUri("news"), channelUri("radio")}));
+    QCOMPARE(messages().channelUris(messageUri("c")).value(), QStringList());
 }
 
 void TestMessages::headlines()

@@ -6,7 +6,9 @@
 
 #include <feedplugininterface.h>
 
+#include <QPointer>
 #include <QSignalSpy>
+#include <QThread>
 
 using namespace Tidel;
 
@@ -18,6 +20,7 @@ class TestPluginSwitch : public ReaderTestCase
 private Q_SLOTS:
     void initTestCase();
     void describe();
+    void oneForEachThread();
     void oneIsReturnedItself();
     void subscribe_data();
     void subscribe();
@@ -58,6 +61,21 @@ void TestPluginSwitch::initTestCase()
 {
     m_all = plugins({"secure", "special"});
     QVERIFY(m_all);
+}
+
+void TestPluginSwitch::oneForEachThread()
+{
+    const QString folder = m_folder.filePath("secure-special");
+    QCOMPARE(*findPlugin(folder), m_all);
+    QPointer<FeedPluginInterface> other;
+    const std::unique_ptr<QThread> thread(QThread::create([&] {
+        other = *findPlugin(folder);
+        QVERIFY(other != m_all);
+        QCOMPARE(other->thread(), QThread::currentThread());
+    }));
+    thread->start();
+    QVERIFY(thread->wait(60000));
+    QVERIFY(!other);
 }
 
 void TestPluginSwitch::describe()

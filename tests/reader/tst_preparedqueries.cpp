@@ -123,6 +123,7 @@ QList<QSparqlQuery> statements(const QString &value)
             Reader::messagesOf(value),
             Reader::messageInFull(value),
             Reader::channelTitlesOf(value),
+            Reader::channelUrisOf(value),
             Reader::messageUrisOf(value, 2),
             Reader::messageWithLink(url),
             Reader::message(url),

@@ -56,6 +56,7 @@ private Q_SLOTS:
     void skippedTimes_data();
     void skippedTimes();
     void files();
+    void linkThatIsNoPlace();
     void move();
     void moveBack();
     void moveToOtherChannel();
@@ -276,6 +277,13 @@ void TestSchedule::files()
     QCOMPARE(wait("news"), Q_INT64_C(0));
     QCOMPARE(scheduleAt(now).notes(channelUri("news")).error, QString("reason"));
     QVERIFY(!scheduleAt(now).isRefused(channel("news")));
+}
+
+void TestSchedule::linkThatIsNoPlace()
+{
+    const FeedChannel salvaged = channel("news");
+    VERIFY_OK(Channels(reader()).edit(salvaged, salvaged.title(), "urn:uuid:1"));
+    QCOMPARE(wait("news"), Q_INT64_C(-1));
 }
 
 void TestSchedule::move()

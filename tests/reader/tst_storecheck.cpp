@@ -2,6 +2,7 @@
 #include "readertest.h"
 
 #include <TidelReader/downloadfolder.h>
+#include <TidelReader/enclosurequeue.h>
 #include <TidelReader/storecheck.h>
 
 #include <QDir>
@@ -254,10 +255,20 @@ void TestStoreCheck::filesOfTheDownloadFolder()
 {
     const QString old = writeFile(".tidel-abcdef.part", 2);
     const QString young = writeFile(".tidel-ghijkl.part");
-    QCOMPARE(found(Finding::UnfinishedFiles), QStringList(old));
+    const QString wanted = writeFile(DownloadFolder::partName(linkOf("wanted.ogg")), 30);
+    addEnclosure("wanted.ogg", messageUri("a"));
+    VERIFY_OK(EnclosureQueue(reader()).add({enclosureUri("wanted.ogg")}));
+    const QString continuable = writeFile(".tidel-b.part", 6);
+    writeFile(".tidel-b.part.json", 6);
+    const QString forgotten = writeFile(".tidel-c.part", 8);
+    const QString note = writeFile(".tidel-c.part.json", 30);
+    const QString loneNote = writeFile(".tidel-d.part.json", 2);
+    QCOMPARE(found(Finding::UnfinishedFiles), QStringList({old, forgotten, loneNote}));
     repair();
-    QVERIFY(!QFile::exists(old));
-    QVERIFY(QFile::exists(young));
+    for (const QString &path : {old, forgotten, note, loneNote})
+        QVERIFY2(!QFile::exists(path), qPrintable(path));
+    for (const QString &path : {young, wanted, continuable, continuable + ".json"})
+        QVERIFY2(QFile::exists(path), qPrintable(path));
     const QString unknown = writeFile("unknown.ogg", 2);
     QCOMPARE(found(Finding::UnknownFiles), QStringList(unknown));
     repair();

@@ -87,6 +87,8 @@ void TestSyncedChanges::operations_data()
         [](const Store &store) { return Messages(store).setFavorite(messageUri("a"), true); });
     add("unfavorite", "sync",
         [](const Store &store) { return Messages(store).setFavorite(messageUri("b"), false); });
+    add("delete", "sync",
+        [=](const Store &store) { return Messages(store).remove({messageUri("a")}, noStep); });
     add("prune", "sync", [=](const Store &store) {
         return Retention(store).drop(channelUri("news"), messageUris({"a"}), RetentionRule{0, {}, true},
                                      noStep);

@@ -42,7 +42,7 @@ def facts(home, faults=None):
             if message["favorite"]:
                 found[Fact("favorite", *named, message["link"])] += 1
     for path in sorted((home.path / "Downloads").rglob("*")):
-        if path.is_file() and not path.name.endswith(".part"):
+        if path.is_file() and not path.name.endswith((".part", ".part.json")):
             found[Fact("file", "", "", f"{path.name}, {path.stat().st_size} bytes")] += 1
     return found
 

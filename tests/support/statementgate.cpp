@@ -4,6 +4,7 @@
 #include <dlfcn.h>
 
 #include <memory>
+#include <mutex>
 
 namespace {
 
@@ -54,11 +55,13 @@ public:
     QVariant value(int) const override { return {}; }
 };
 
+std::mutex mutex; // An archive runs statements on several threads.
 QStringList seenStatements;
 QList<QSparqlQuery::StatementType> seenTypes;
 QList<QPointer<QSparqlResult>> givenResults;
 QPointer<QSparqlConnection> lastConnection;
-std::function<StatementGate::Verdict(const QString &)> currentJudge;
+using Judge = std::function<StatementGate::Verdict(const QString &)>;
+std::shared_ptr<const Judge> currentJudge;
 
 QSparqlResult *realExec(QSparqlConnection *connection, const QSparqlQuery &query)
 {
@@ -70,6 +73,7 @@ QSparqlResult *realExec(QSparqlConnection *connection, const QSparqlQuery &query
 
 QSparqlResult *remembered(QSparqlResult *result)
 {
+    const std::lock_guard<std::mutex> lock(mutex);
     givenResults.append(result);
     return result;
 }
@@ -80,6 +84,7 @@ namespace StatementGate {
 
 void reset()
 {
+    const std::lock_guard<std::mutex> lock(mutex);
     seenStatements.clear();
     seenTypes.clear();
     givenResults.clear();
@@ -87,7 +92,11 @@ void reset()
     currentJudge = nullptr;
 }
 
-void setJudge(const std::function<Verdict(const QString &)> &judge) { currentJudge = judge; }
+void setJudge(const std::function<Verdict(const QString &)> &judge)
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    currentJudge = std::make_shared<const Judge>(judge);
+}
 
 void failAt(int index, Verdict verdict)
 {
@@ -110,10 +119,15 @@ QString refusedStatement() { return QStringLiteral("refuse this"); }
 QSparqlResult *QSparqlConnection::exec(const QSparqlQuery &query)
 {
     const QString text = query.preparedQueryText();
-    seenStatements.append(text);
-    seenTypes.append(query.type());
-    lastConnection = this;
-    switch (currentJudge ? currentJudge(text) : StatementGate::Pass) {
+    std::shared_ptr<const Judge> judge;
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        seenStatements.append(text);
+        seenTypes.append(query.type());
+        lastConnection = this;
+        judge = currentJudge;
+    }
+    switch (judge && *judge ? (*judge)(text) : StatementGate::Pass) {
     case StatementGate::Pass: return remembered(realExec(this, query));
     case StatementGate::Refuse:
         return remembered(realExec(this, QSparqlQuery(StatementGate::refusedStatement(), query.type())));

@@ -35,7 +35,8 @@ public:
     Q_INVOKABLE void downloadEnclosure(const QString &enclosureUri, const QString &folder) override
     {
         later([this, enclosureUri, folder] {
-            enclosureDownloadProgress(5000000000, -1);
+            enclosureDownloadProgress(2000000000, enclosureUri == "urn:unsized" ? -1 : 6000000000);
+            enclosureDownloadProgress(5000000000, enclosureUri == "urn:unsized" ? -1 : 6000000000);
             downloadEnclosureFinished(
                 {{"uri", enclosureUri},
                  {"localUrl",
