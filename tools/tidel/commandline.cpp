@@ -4,12 +4,13 @@
 #include "commandhelp.h"
 #include "commandtable.h"
 #include "complete.h"
-#include "logging.h"
 #include "output.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QLoggingCategory>
 
+#include <TidelReader/logging.h>
 #include <TidelReader/store.h>
 
 #include <memory>
@@ -144,6 +145,8 @@ int runCommand(const Command &command, const QStringList &arguments, Output &out
     if (!problem.isEmpty())
         return usageError(output, QStringLiteral("%1: %2").arg(name, problem), help);
     output.setStyle(given.isSet("json") ? Output::Json : Output::Text, given.isSet("quiet"));
+    if (given.isSet("quiet"))
+        QLoggingCategory::setFilterRules(QStringLiteral("tidel.*.info=false"));
     return run(command, given, output);
 }
 
@@ -180,12 +183,12 @@ int runCommandLine(const QStringList &arguments)
 
     std::unique_ptr<QstLogger> logger;
     if (parser.isSet(logSettings)) {
-        QString error;
-        logger = startLogging(parser.value(logSettings), &error);
-        if (!logger) {
-            output.error(error);
+        auto started = startLogging(parser.value(logSettings));
+        if (!started) {
+            output.error(parser.value(logSettings) + QLatin1String(": ") + started.error().text());
             return SomethingFailed;
         }
+        logger = std::move(*started);
     }
     return runCommand(*command, values.mid(1), output);
 }

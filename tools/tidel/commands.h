@@ -26,6 +26,7 @@ extern const Command searchCommand;
 extern const Command enclosuresCommand;
 extern const Command favoriteCommand;
 extern const Command unfavoriteCommand;
+extern const Command deleteCommand;
 extern const Command pruneCommand;
 extern const Command backupCommand;
 extern const Command restoreCommand;

@@ -36,7 +36,7 @@ const QVector<CommandGroup> &commandGroups()
           &importCommand, &exportCommand}},
         {"Reading",
          {&channelsCommand, &messagesCommand, &showCommand, &openCommand, &searchCommand, &readCommand,
-          &unreadCommand, &favoriteCommand, &unfavoriteCommand}},
+          &unreadCommand, &favoriteCommand, &unfavoriteCommand, &deleteCommand}},
         {"Files", {&enclosuresCommand, &downloadCommand}},
         {"Archive",
          {&statsCommand, &queryCommand, &pruneCommand, &cleanCommand, &backupCommand, &restoreCommand,

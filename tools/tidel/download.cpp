@@ -2,46 +2,29 @@
 #include "commands.h"
 
 #include "downloads.h"
+#include "enclosurefinder.h"
+#include "fileprogress.h"
+#include "filequeue.h"
 #include "jsonobjects.h"
-#include "lastlist.h"
-#include "messagefinder.h"
 #include "output.h"
 #include "phrases.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
+#include <QUrl>
 
 #include <feedplugininterface.h>
 
 #include <TidelReader/downloadfolder.h>
 #include <TidelReader/downloadqueue.h>
+#include <TidelReader/enclosurequeue.h>
 #include <TidelReader/enclosures.h>
 
 namespace Tidel {
 
 namespace {
-
-/// Returns the URIs of the enclosures that \a name identifies: an enclosure, or a message as chooseMessage()
-/// finds it. Reports to \a output if there are none.
-QStringList findEnclosures(const Store &store, const QString &name, Output &output)
-{
-    const bool isRow = LastList::rowNumber(name) > 0;
-    Result<QStringList> uris = isRow ? QStringList() : Enclosures(store).uris(name);
-    if (isRow || (!uris && uris.error().kind() == Error::NotFound)) {
-        const auto message = chooseMessage(store, name, output);
-        if (!message)
-            return {};
-        uris = Enclosures(store).uris(message->uri);
-    }
-    if (!uris) {
-        output.failure(name, uris.error());
-        return {};
-    }
-    if (uris->isEmpty())
-        output.note(QStringLiteral("%1: the message has no enclosures").arg(name));
-    return *uris;
-}
 
 /// Copies the file \a path to \a folder unless it is there, and returns the path of the copy. Reports to
 /// \a output why it could not.
@@ -85,91 +68,102 @@ void report(const FeedEnclosure &enclosure, const DownloadResult &result, const 
     QJsonObject json = enclosureJson(enclosure);
     addText(json, "file", path);
     addNumber(json, "length", result.length());
-    output.report(
-        QStringLiteral("%1: %2 (%3 bytes)").arg(QLatin1String(done), path, QString::number(result.length())),
-        json);
+    output.report(shownFile(done, path, result.length()), json);
 }
 
-/// Adds the enclosure \a uri to \a queue, for the folder \a into, or for the usual one if it is empty.
-void add(DownloadQueue &queue, const Store &store, const QString &uri, const QString &into, Output &output)
+/// Downloads the enclosures \a uris. Those that have waited for it then wait no more.
+void downloadFiles(const Store &store, const QStringList &uris, const QString &into, Output &output)
 {
-    const Result<FeedEnclosure> enclosure = Enclosures(store).get(uri);
-    if (!enclosure) {
-        output.failure(uri, enclosure.error());
-        return;
-    }
-    const QString folder = into.isEmpty() ? DownloadFolder::path() : into;
-    queue.downloadEnclosure(uri, folder,
-                            [&output, into, enclosure = *enclosure](const DownloadResult &result) {
-                                report(enclosure, result, into, output);
-                            });
-}
-
-/// Shows the numbers of finished downloads and received bytes in \a output.
-void showFileProgress(DownloadQueue &queue, Output &output)
-{
-    struct Progress
-    {
-        int ended = 0;
-        int all = 0;
-        qint64 received = 0;
-    };
-    const auto progress = std::make_shared<Progress>();
-    const auto show = [progress, &output] {
-        output.progress(shownProgress(progress->ended, progress->all, "files")
-                        + QStringLiteral(", %1 KiB").arg(progress->received / 1024));
-    };
-    QObject::connect(&queue, &DownloadQueue::advanced, &queue, [progress, show](int ended, int all) {
-        progress->ended = ended;
-        progress->all = all;
-        show();
-    });
-    QObject::connect(&queue, &DownloadQueue::progressed, &queue, [progress, show](qint64 bytes) {
-        progress->received = bytes;
-        show();
-    });
-}
-
-void download(const Store &store, const Arguments &arguments, Output &output)
-{
-    QStringList uris;
-    for (const QString &name : arguments.names)
-        uris += findEnclosures(store, name, output);
-    uris.removeDuplicates();
-    FeedPluginInterface *plugin = uris.isEmpty() ? nullptr : downloadPlugin(output);
+    FeedPluginInterface *const plugin = uris.isEmpty() ? nullptr : downloadPlugin(output);
     if (!plugin)
         return;
-
-    const QString into =
-        arguments.isSet("into") ? QFileInfo(arguments.value("into")).absoluteFilePath() : QString();
+    const auto queued = EnclosureQueue(store).times(uris);
+    if (!queued) {
+        output.failure(queued.error());
+        return;
+    }
     DownloadQueue queue(*plugin);
-    for (const QString &uri : qAsConst(uris))
-        add(queue, store, uri, into, output);
+    for (const QString &uri : uris) {
+        const Result<FeedEnclosure> enclosure = Enclosures(store).get(uri);
+        if (!enclosure) {
+            output.failure(uri, enclosure.error());
+            continue;
+        }
+        const auto end = [&, isQueued = queued->contains(uri),
+                          enclosure = *enclosure](const DownloadResult &result) {
+            report(enclosure, result, into, output);
+            if (isQueued && result.isOk())
+                unqueue(store, enclosure.uri(), output);
+        };
+        queue.downloadEnclosure(uri, into.isEmpty() ? DownloadFolder::path() : into, end);
+    }
     showFileProgress(queue, output);
     run(queue, output);
 }
 
+/// The value of --new; 0 if it is no number of files.
+int countIn(const Arguments &arguments)
+{
+    static const QRegularExpression number(QStringLiteral("^\\d{1,9}$"));
+    const QString value = arguments.value("new");
+    return number.match(value).hasMatch() ? value.toInt() : 0;
+}
+
+void download(const Store &store, const Arguments &arguments, Output &output)
+{
+    const bool isAboutQueue = arguments.names.isEmpty() && !arguments.isSet("new");
+    const QStringList uris = isAboutQueue ? queuedEnclosures(store, output)
+        : arguments.isSet("new") ? newestEnclosures(store, countIn(arguments), arguments.names, output)
+                                 : findEnclosures(store, arguments.names, output);
+    const QString into =
+        arguments.isSet("into") ? QFileInfo(arguments.value("into")).absoluteFilePath() : QString();
+    if (arguments.isSet("queue"))
+        queue(store, uris, output);
+    else if (arguments.isSet("unqueue"))
+        unqueue(store, uris, output);
+    else
+        downloadFiles(store, uris, into, output);
+}
+
 QString misuseOfDownload(const Arguments &arguments)
 {
-    return arguments.isSet("into") && arguments.value("into").isEmpty()
-        ? QStringLiteral("--into needs a folder")
-        : QString();
+    const bool isAboutQueue = arguments.isSet("queue") || arguments.isSet("unqueue");
+    if (arguments.isSet("into") && arguments.value("into").isEmpty())
+        return QStringLiteral("--into needs a folder");
+    if (arguments.isSet("new") && countIn(arguments) == 0)
+        return QStringLiteral("--new needs a number of files, 1 or more");
+    if (arguments.isSet("queue") && arguments.names.isEmpty() && !arguments.isSet("new"))
+        return QStringLiteral("--queue needs a message, an enclosure, or --new N");
+    if (arguments.isSet("unqueue") && (arguments.names.isEmpty() || arguments.isSet("new")))
+        return QStringLiteral("--unqueue needs a message or an enclosure");
+    if (arguments.isSet("queue") && arguments.isSet("unqueue"))
+        return QStringLiteral("choose --queue or --unqueue");
+    if (isAboutQueue && arguments.isSet("into"))
+        return QStringLiteral("--into downloads at once; leave out --queue and --unqueue");
+    return {};
 }
 
 } // namespace
 
 const Command downloadCommand = {
     "download",
-    "MESSAGE|ENCLOSURE...",
-    "Download the files of messages.",
-    "Messages: numbers in the last list, parts of titles, links or URIs; or the addresses or URIs of enclosures.",
-    1,
+    "[MESSAGE|ENCLOSURE|CHANNEL...]",
+    "Download the files of messages, or those that wait.",
+    "Messages: numbers in the last list, parts of titles, links or URIs; or the addresses or URIs of enclosures. "
+    "With --new, channels; all channels by default. Without any argument, downloads what waits. A download that "
+    "was interrupted goes on where it ended.",
+    0,
     anyNumber,
-    {{"into", "DIRECTORY",
+    {{"new", "N",
+      "Downloads the newest N files, of all these channels together, that were never downloaded."},
+     {"queue", nullptr, "Downloads nothing now. The files wait until \"tidel download\" is run."},
+     {"unqueue", nullptr, "The files wait no more."},
+     {"into", "DIRECTORY",
       "The folder for the files; by default \"tidel\" in your download folder. A file that was "
       "downloaded to another one is copied."}},
     {"tidel download https://radio.example.org/episodes/7",
-     "tidel download https://radio.example.org/episodes/7 --into ~/Music"},
+     "tidel download https://radio.example.org/episodes/7 --into ~/Music",
+     "tidel download --new 3 --queue \"Radio Hillside\"", "tidel download"},
     download,
     misuseOfDownload};
 

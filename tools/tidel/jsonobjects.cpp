@@ -61,7 +61,8 @@ QJsonObject headlineJson(const MessageHeadline &message)
     return json;
 }
 
-QJsonObject enclosureJson(const FeedEnclosure &enclosure, const EnclosureDetails &details)
+QJsonObject enclosureJson(const FeedEnclosure &enclosure, const EnclosureDetails &details,
+                          const QDateTime &queued)
 {
     QJsonObject json;
     addText(json, "uri", enclosure.uri());
@@ -70,6 +71,7 @@ QJsonObject enclosureJson(const FeedEnclosure &enclosure, const EnclosureDetails
     addNumber(json, "length", enclosure.length());
     addNumber(json, "duration", details.duration);
     addText(json, "title", details.title);
+    addTime(json, "queued", queued);
     addText(json, "file", QUrl(enclosure.localUrl()).toLocalFile());
     return json;
 }

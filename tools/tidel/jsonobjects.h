@@ -35,8 +35,10 @@ void addTimes(QJsonObject &object, const FeedChannel &channel, const Schedule &s
 /// The message: `uri`, `link`, `title`, `channels`, `published`, `read`, `favorite`.
 QJsonObject headlineJson(const MessageHeadline &message);
 
-/// The enclosure: `uri`, `url`, `type`, `length` in bytes, `duration` in seconds, `title`, `file`.
-QJsonObject enclosureJson(const FeedEnclosure &enclosure, const EnclosureDetails &details = {});
+/// The enclosure: `uri`, `url`, `type`, `length` in bytes, `duration` in seconds, `title`, `file`, and
+/// `queued` if it waits to be downloaded since then.
+QJsonObject enclosureJson(const FeedEnclosure &enclosure, const EnclosureDetails &details = {},
+                          const QDateTime &queued = {});
 
 } // namespace Tidel
 

@@ -76,10 +76,10 @@ QString misuseOfFilter(const Arguments &arguments)
     return limitOf(arguments, 1) >= 1 ? QString() : QStringLiteral("--limit needs a number, 1 or more");
 }
 
-std::optional<ListFilter> listFilter(const Store &store, const QStringList &channels,
-                                     const Arguments &arguments, Output &output)
+std::optional<MessageFilter> messageFilter(const Store &store, const QStringList &channels,
+                                           const Arguments &arguments, Output &output)
 {
-    ListFilter filter;
+    MessageFilter filter;
     const auto named = channelsNamed(store, channels, output);
     if (!named)
         return std::nullopt;

@@ -12,6 +12,7 @@
 #include <QUrl>
 
 #include <TidelReader/channels.h>
+#include <TidelReader/enclosurequeue.h>
 #include <TidelReader/enclosures.h>
 #include <TidelReader/folders.h>
 #include <TidelReader/readstate.h>
@@ -24,9 +25,9 @@ namespace Tidel {
 
 namespace {
 
-QString shownSize(unsigned int length)
+QString shownLength(unsigned int length)
 {
-    return length == 0 ? QStringLiteral("(no size)") : QStringLiteral("%1 bytes").arg(length);
+    return length == 0 ? QStringLiteral("(no size)") : shownSize(length);
 }
 
 QString shownType(const QString &mimeType)
@@ -119,36 +120,88 @@ void listChannels(const Store &store, const Arguments &arguments, Output &output
     output.table(channelTable(channels, *facts, arguments.isSet("uri")));
 }
 
-Result<QHash<QString, EnclosureDetails>> detailsOf(const Store &store, const QList<FeedEnclosure> &enclosures)
+/// What a list of enclosures shows beside them, by their URIs.
+struct EnclosureFacts
+{
+    QHash<QString, EnclosureDetails> details;
+    QHash<QString, QDateTime> queued;
+};
+
+Result<EnclosureFacts> factsOf(const Store &store, const QList<FeedEnclosure> &enclosures)
 {
     QStringList uris;
     for (const FeedEnclosure &enclosure : enclosures)
         uris.append(enclosure.uri());
-    return Enclosures(store).details(uris);
+    EnclosureFacts facts;
+    return Enclosures(store)
+        .details(uris)
+        .and_then([&](const QHash<QString, EnclosureDetails> &details) {
+            facts.details = details;
+            return EnclosureQueue(store).times(uris);
+        })
+        .map([&](const QHash<QString, QDateTime> &queued) {
+            facts.queued = queued;
+            return facts;
+        });
 }
 
 /// Lists \a enclosures with their local copies, and with their durations if any is known.
-void showEnclosures(const QList<FeedEnclosure> &enclosures, const QHash<QString, EnclosureDetails> &details,
-                    Output &output)
+void showEnclosures(const QList<FeedEnclosure> &enclosures, const EnclosureFacts &facts, Output &output)
 {
-    const bool showsDurations = std::any_of(details.begin(), details.end(),
+    const bool showsDurations = std::any_of(facts.details.begin(), facts.details.end(),
                                             [](const EnclosureDetails &each) { return each.duration > 0; });
     Table table(showsDurations ? QSet<int>{0, 1} : QSet<int>{0});
     for (const FeedEnclosure &enclosure : enclosures) {
-        const EnclosureDetails more = details.value(enclosure.uri());
-        QStringList row{shownSize(enclosure.length())};
+        const EnclosureDetails more = facts.details.value(enclosure.uri());
+        const QDateTime queued = facts.queued.value(enclosure.uri());
+        const QString file = QUrl(enclosure.localUrl()).toLocalFile();
+        QStringList row{shownLength(enclosure.length())};
         if (showsDurations)
             row.append(more.duration > 0 ? shownDuration(more.duration) : QString());
         row << shownType(enclosure.mimeType()) << enclosure.remoteUrl()
-            << QUrl(enclosure.localUrl()).toLocalFile();
+            << (queued.isValid() ? QStringLiteral("waits to be downloaded") : file);
         table.addRow(row);
-        output.object(enclosureJson(enclosure, more));
+        output.object(enclosureJson(enclosure, more, queued));
     }
     output.table(table);
 }
 
+/// Lists \a enclosures with all that is known of them.
+void showEnclosures(const Store &store, const QList<FeedEnclosure> &enclosures, Output &output)
+{
+    const Result<EnclosureFacts> facts = factsOf(store, enclosures);
+    if (facts)
+        showEnclosures(enclosures, *facts, output);
+    else
+        output.failure(facts.error());
+}
+
+void listQueue(const Store &store, Output &output)
+{
+    const Result<QStringList> uris = EnclosureQueue(store).uris();
+    if (!uris) {
+        output.failure(uris.error());
+        return;
+    }
+    if (uris->isEmpty())
+        output.note(QStringLiteral("No files wait to be downloaded"));
+    QList<FeedEnclosure> enclosures;
+    for (const QString &uri : *uris) {
+        const Result<FeedEnclosure> enclosure = Enclosures(store).get(uri);
+        if (enclosure)
+            enclosures.append(*enclosure);
+        else
+            output.failure(uri, enclosure.error());
+    }
+    showEnclosures(store, enclosures, output);
+}
+
 void listEnclosures(const Store &store, const Arguments &arguments, Output &output)
 {
+    if (arguments.names.isEmpty()) {
+        listQueue(store, output);
+        return;
+    }
     const auto message = chooseMessage(store, arguments.names.first(), output);
     if (!message)
         return;
@@ -160,11 +213,7 @@ void listEnclosures(const Store &store, const Arguments &arguments, Output &outp
     }
     if (enclosures->isEmpty())
         output.note(QStringLiteral("%1: the message has no enclosures").arg(title));
-    const auto details = detailsOf(store, *enclosures);
-    if (details)
-        showEnclosures(*enclosures, *details, output);
-    else
-        output.failure(title, details.error());
+    showEnclosures(store, *enclosures, output);
 }
 
 } // namespace
@@ -180,14 +229,16 @@ const Command channelsCommand = {
     {"tidel channels"},
     listChannels};
 
-const Command enclosuresCommand = {"enclosures",
-                                   "MESSAGE",
-                                   "List the files of a message: size, type, address.",
-                                   aMessage,
-                                   1,
-                                   1,
-                                   {},
-                                   {"tidel enclosures https://radio.example.org/episodes/7"},
-                                   listEnclosures};
+const Command enclosuresCommand = {
+    "enclosures",
+    "[MESSAGE]",
+    "List the files of a message, or those that wait: size, duration, type, address, local copy.",
+    "A message: its number in the last list, a part of its title, its link or URI. Without one, lists the files "
+    "that wait to be downloaded.",
+    0,
+    1,
+    {},
+    {"tidel enclosures https://radio.example.org/episodes/7", "tidel enclosures"},
+    listEnclosures};
 
 } // namespace Tidel

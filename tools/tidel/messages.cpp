@@ -21,14 +21,10 @@ int screenful(const Output &output)
     return height > 0 && output.style() == Output::Text ? qMax(least, height - otherLines) : 0;
 }
 
-MessageQuery queryOf(const ListFilter &filter, const Arguments &arguments, int limit)
+MessageQuery queryOf(const MessageFilter &filter, const Arguments &arguments, int limit)
 {
     MessageQuery query;
-    query.channelUris = filter.channelUris;
-    query.onlyUnread = filter.onlyUnread;
-    query.onlyFavorites = filter.onlyFavorites;
-    query.since = filter.since;
-    query.until = filter.until;
+    static_cast<MessageFilter &>(query) = filter;
     query.words = arguments.value("search");
     query.limit = limit > 0 ? limit + 1 : 0; // one more, to see whether there are more
     return query;
@@ -47,7 +43,7 @@ QString nothingFound(const Arguments &arguments)
 
 void listMessages(const Store &store, const Arguments &arguments, Output &output)
 {
-    const auto filter = listFilter(store, arguments.names, arguments, output);
+    const auto filter = messageFilter(store, arguments.names, arguments, output);
     if (!filter)
         return;
     const int limit = limitOf(arguments, screenful(output));

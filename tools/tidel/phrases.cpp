@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "phrases.h"
 
+#include <QLocale>
 #include <QStringList>
 #include <QTime>
 
@@ -44,6 +45,13 @@ QString shownTime(const QDateTime &time)
 {
     return time.isValid() ? time.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm"))
                           : QStringLiteral("(no date)");
+}
+
+QString shownSize(qint64 bytes) { return QLocale::c().formattedDataSize(bytes); }
+
+QString shownFile(const char *done, const QString &path, qint64 bytes)
+{
+    return QStringLiteral("%1: %2 (%3)").arg(QLatin1String(done), path, shownSize(bytes));
 }
 
 QString shownDuration(int seconds)

@@ -27,6 +27,10 @@ QString countedFavorites(int count);
 
 /// Returns \a time in local time, such as "2026-11-03 10:00"; "(no date)" if it is invalid.
 QString shownTime(const QDateTime &time);
+/// Returns \a bytes such as "980 bytes" or "12.40 MiB".
+QString shownSize(qint64 bytes);
+/// Returns "DONE: PATH (SIZE)", such as "Downloaded: /home/me/7.mp3 (35.70 MiB)".
+QString shownFile(const char *done, const QString &path, qint64 bytes);
 /// Returns \a seconds such as "42:07" or "1:02:30".
 QString shownDuration(int seconds);
 

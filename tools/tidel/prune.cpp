@@ -48,7 +48,8 @@ void drop(Retention &retention, const FeedChannel &channel, const QStringList &u
         output.failure(channel.title(), dropped.error(), QStringLiteral("; prune again"));
 }
 
-void apply(const Store &store, const FeedChannel &channel, const RetentionRule &rule, bool isDry,
+/// Returns true if \a rule deletes nothing from \a channel; otherwise returns false.
+bool apply(const Store &store, const FeedChannel &channel, const RetentionRule &rule, bool isDry,
            Output &output)
 {
     Retention retention(store);
@@ -56,12 +57,26 @@ void apply(const Store &store, const FeedChannel &channel, const RetentionRule &
     if (!uris)
         output.failure(channel.title(), uris.error());
     else if (uris->isEmpty())
-        output.report(QStringLiteral("%1: nothing to delete").arg(channel.title()),
-                      RemovalReport(output).json(channelJson(channel)));
+        output.object(RemovalReport(output).json(channelJson(channel)));
     else if (isDry)
         show(retention, channel, *uris, output);
     else
         drop(retention, channel, *uris, rule, output);
+    return uris && uris->isEmpty();
+}
+
+/// A channel, and the rule that applies to it.
+using RuledChannel = QPair<FeedChannel, RetentionRule>;
+
+void applyAll(const Store &store, const QVector<RuledChannel> &channels, bool isDry, Output &output)
+{
+    int unchanged = 0;
+    for (const RuledChannel &channel : channels)
+        unchanged += apply(store, channel.first, channel.second, isDry, output) ? 1 : 0;
+    if (unchanged == 0 || unchanged < channels.size())
+        return;
+    const QString what = unchanged == 1 ? channels.constFirst().first.title() : countedChannels(unchanged);
+    output.report(QStringLiteral("%1: nothing to delete").arg(what), {});
 }
 
 /// Remembers \a rule for \a channels, or for all if there are none. Forgets it if there is none.
@@ -103,16 +118,15 @@ void showRules(const Rules &rules, const QList<FeedChannel> &channels, Output &o
 void applyRemembered(const Store &store, const QList<FeedChannel> &channels, const Rules &rules, bool isDry,
                      Output &output)
 {
-    bool hasRule = false;
+    QVector<RuledChannel> ruled;
     for (const FeedChannel &channel : channels) {
         const auto own = rules.constFind(channel.uri());
         const auto rule = own == rules.cend() ? rules.constFind(QString()) : own;
-        if (rule == rules.cend())
-            continue;
-        hasRule = true;
-        apply(store, channel, *rule, isDry, output);
+        if (rule != rules.cend())
+            ruled.append({channel, *rule});
     }
-    if (!hasRule && !channels.isEmpty())
+    applyAll(store, ruled, isDry, output);
+    if (ruled.isEmpty() && !channels.isEmpty())
         output.error(QStringLiteral(
             "no rule is remembered; give --keep N or --older-than 90d, and --remember for the next time"));
 }
@@ -140,10 +154,13 @@ void prune(const Store &store, const Arguments &arguments, Output &output)
         remember(store, named, rule, output);
     if (arguments.isSet("forget"))
         return;
-    for (const FeedChannel &channel : rule ? chosen : QList<FeedChannel>())
-        apply(store, channel, *rule, isDry, output);
-    if (rule)
+    if (rule) {
+        QVector<RuledChannel> ruled;
+        for (const FeedChannel &channel : chosen)
+            ruled.append({channel, *rule});
+        applyAll(store, ruled, isDry, output);
         return;
+    }
     const auto rules = RetentionRules(store).all();
     if (!rules)
         output.failure(rules.error());

@@ -73,9 +73,9 @@ std::optional<QString> askSecretly(const QString &question)
 {
     if (isatty(STDIN_FILENO) != 1)
         return answer();
+    const Silence silence; // Before the question, so that a quick answer is hidden too.
     fputs(terminalText(question).toUtf8().constData(), stderr);
     fflush(stderr);
-    const Silence silence;
     const std::optional<QString> line = answer();
     fputc('\n', stderr);
     return line;

@@ -30,7 +30,10 @@ const char *const goneAdvice =
 class RefreshReport
 {
 public:
-    RefreshReport(const Store &store, Output &output) : m_store(store), m_output(output), m_filler(store) { }
+    RefreshReport(const Store &store, bool isForOne, Output &output)
+        : m_store(store), m_isForOne(isForOne), m_output(output), m_filler(store)
+    {
+    }
 
     /// Reports the result of the download of \a channel.
     void add(const FeedChannel &channel, const DownloadResult &result);
@@ -47,6 +50,7 @@ private:
               const QList<FeedMessage> &known = {});
 
     const Store &m_store;
+    const bool m_isForOne; ///< One channel is refreshed.
     Output &m_output;
     int m_channels = 0;
     int m_newMessages = 0;
@@ -79,8 +83,11 @@ void RefreshReport::addMessages(const FeedChannel &channel, const DownloadResult
     QJsonObject json = channelJson(channel);
     json.insert(QStringLiteral("new"), int(added.size()));
     json.insert(QStringLiteral("changed"), int(changed.size()));
-    m_output.report(
-        channel.title() + QLatin1String(": ") + countedNews(int(added.size()), int(changed.size())), json);
+    const QString news = countedNews(int(added.size()), int(changed.size()));
+    if (m_isForOne || !added.isEmpty() || !changed.isEmpty())
+        m_output.report(channel.title() + QLatin1String(": ") + news, json);
+    else
+        m_output.object(json);
     list(channel, added, QString(), result.headlines());
     list(channel, changed, QStringLiteral(" (changed)"));
 }
@@ -128,7 +135,7 @@ void refresh(const Store &store, const Arguments &arguments, Output &output)
     if (!plugin)
         return;
 
-    RefreshReport report(store, output);
+    RefreshReport report(store, chosen.size() == 1, output);
     DownloadQueue queue(*plugin);
     for (const FeedChannel &channel : chosen)
         queue.downloadFeed(channel.uri(),
@@ -141,14 +148,15 @@ void refresh(const Store &store, const Arguments &arguments, Output &output)
 
 } // namespace
 
-const Command refreshCommand = {"refresh",
-                                "[CHANNEL...] [--force]",
-                                "Download the feeds that are due, and store new messages.",
-                                someChannels,
-                                0,
-                                anyNumber,
-                                {{"force", nullptr, "Asks for feeds that are not due, too."}},
-                                {"tidel refresh", "tidel refresh \"Garden Notes\""},
-                                refresh};
+const Command refreshCommand = {
+    "refresh",
+    "[CHANNEL...] [--force]",
+    "Download the feeds that are due, and store new messages. Lists the channels that have some.",
+    someChannels,
+    0,
+    anyNumber,
+    {{"force", nullptr, "Asks for feeds that are not due, too."}},
+    {"tidel refresh", "tidel refresh \"Garden Notes\""},
+    refresh};
 
 } // namespace Tidel

@@ -74,15 +74,11 @@ void show(const SearchHit &hit, const QString &start, Output &output)
     output.line(indent + hit.message.link());
 }
 
-SearchQuery queryOf(const ListFilter &filter, const Arguments &arguments)
+SearchQuery queryOf(const MessageFilter &filter, const Arguments &arguments)
 {
     SearchQuery query;
+    static_cast<MessageFilter &>(query) = filter;
     query.words = arguments.names.join(QLatin1Char(' '));
-    query.channelUris = filter.channelUris;
-    query.onlyUnread = filter.onlyUnread;
-    query.onlyFavorites = filter.onlyFavorites;
-    query.since = filter.since;
-    query.until = filter.until;
     query.limit = limitOf(arguments, query.limit);
     return query;
 }
@@ -109,7 +105,7 @@ void search(const Store &store, const Arguments &arguments, Output &output)
 {
     const QStringList channels =
         arguments.isSet("channel") ? QStringList(arguments.value("channel")) : QStringList();
-    const auto filter = listFilter(store, channels, arguments, output);
+    const auto filter = messageFilter(store, channels, arguments, output);
     if (!filter)
         return;
     const SearchQuery query = queryOf(*filter, arguments);

@@ -104,6 +104,8 @@ void showChannels(QList<Activity> activities, Output &output)
     std::stable_sort(silent.begin(), silent.end(),
                      [](const Activity &a, const Activity &b) { return a.newest < b.newest; });
     show(QStringLiteral("Silent for %1 days:").arg(silentDays), silent.mid(0, shownChannels), output);
+    if (silent.size() > shownChannels)
+        output.line(QStringLiteral("  and %1 more").arg(silent.size() - shownChannels));
 }
 
 void stats(const Store &store, const Arguments &, Output &output)

@@ -9,6 +9,7 @@
 #include "searchable.h"
 
 #include <QFileInfo>
+#include <QHash>
 
 #include <feedplugininterface.h>
 
@@ -85,9 +86,26 @@ struct Page
     DownloadResult result;
 };
 
+/// The passwords of addresses that are subscribed to. They are kept apart from the addresses.
+class Passwords
+{
+public:
+    /// Returns \a arguments without their passwords. An address that a channel has stays as it is. Reports to
+    /// \a output if a password cannot be kept, and leaves its address out.
+    QStringList takenFrom(const QStringList &arguments, const Store &store, Output &output);
+    /// Gives the server of \a address the password that it had before, because the new one did not work.
+    void restore(const QString &address) const
+    {
+        static_cast<void>(Logins::restore(m_trials.value(address)));
+    }
+
+private:
+    QHash<QString, Logins::Trial> m_trials; // By the addresses without passwords.
+};
+
 /// Subscribes to the feeds at \a addresses, and reports each result, except those that it adds to \a pages.
 void subscribeTo(const Store &store, FeedPluginInterface &plugin, const QStringList &addresses,
-                 Output &output, std::vector<Page> *pages = nullptr)
+                 const Passwords &passwords, Output &output, std::vector<Page> *pages = nullptr)
 {
     DownloadQueue queue(plugin);
     SearchFiller filler(store);
@@ -98,15 +116,16 @@ void subscribeTo(const Store &store, FeedPluginInterface &plugin, const QStringL
                 pages->push_back({address, result});
             else
                 report(store, address, result, output);
+            if (!result.isOk() && result.error() != FeedDownloadAlreadyStored
+                && result.foundFeeds().isEmpty())
+                passwords.restore(address);
         });
     showProgress(queue, "feeds", output);
     run(queue, output);
     addToIndex(store, filler);
 }
 
-/// Returns \a arguments without the passwords of addresses, which are kept apart. An address that a channel
-/// has stays as it is. Reports to \a output if a password cannot be kept, and leaves its address out.
-QStringList withPasswordsApart(const Store &store, const QStringList &arguments, Output &output)
+QStringList Passwords::takenFrom(const QStringList &arguments, const Store &store, Output &output)
 {
     QStringList addresses;
     for (const QString &argument : arguments) {
@@ -116,11 +135,13 @@ QStringList withPasswordsApart(const Store &store, const QStringList &arguments,
             addresses.append(argument);
             continue;
         }
-        const Result<QUrl> bare = Logins::takeApart(address);
-        if (bare)
-            addresses.append(Link::encoded(*bare));
-        else
-            output.failure(argument, bare.error());
+        const Result<Logins::Trial> trial = Logins::tryOut(address);
+        if (!trial) {
+            output.failure(argument, trial.error());
+            continue;
+        }
+        addresses.append(Link::encoded(trial->address));
+        m_trials.insert(addresses.constLast(), *trial);
     }
     return addresses;
 }
@@ -142,7 +163,9 @@ void subscribe(const Store &store, const Arguments &arguments, Output &output)
     if (!plugin)
         return;
     std::vector<Page> pages;
-    subscribeTo(store, *plugin, withPasswordsApart(store, arguments.names, output), output, &pages);
+    Passwords passwords;
+    subscribeTo(store, *plugin, passwords.takenFrom(arguments.names, store, output), passwords, output,
+                &pages);
     QStringList chosen;
     for (const Page &page : pages) {
         if (output.signal() != 0)
@@ -152,7 +175,7 @@ void subscribe(const Store &store, const Arguments &arguments, Output &output)
             chosen.append(Link::encoded(feed.address));
     }
     if (!chosen.isEmpty())
-        subscribeTo(store, *plugin, chosen, output);
+        subscribeTo(store, *plugin, chosen, passwords, output);
 }
 
 } // namespace

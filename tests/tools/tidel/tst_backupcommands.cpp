@@ -16,6 +16,7 @@ private Q_SLOTS:
     void backupAndRestore();
     void restoreIntoAnotherArchive();
     void merge();
+    void killedMerge();
     void unreadableBackup();
     void failures_data();
     void failures();
@@ -76,6 +77,39 @@ void TestBackupCommands::merge()
              "tidel: could not merge the backup: " + home()
                  + "/none: the file does not exist or cannot be read; check its name\n");
     // Nothing is left of the other archive.
+    QVERIFY(!QFileInfo::exists(store().dataFolder() + "/tidel/merging"));
+}
+
+/// What was merged before a kill stays, and the next merge completes it.
+void TestBackupCommands::killedMerge()
+{
+    constexpr int groups = 6;
+    const QString file = home() + "/archive.ttl.gz";
+    QList<FeedMessage> messages;
+    for (int i = 0; i < groups * 100; ++i)
+        messages.append(message(QString("m%1").arg(i)));
+    const QString news = addChannel("News", messages);
+    QVERIFY(runCommand(backupCommand, {file}).isFine);
+    const QStringList expected = titles(news);
+    QVERIFY(runCommand(unsubscribeCommand, {"News"}).isFine);
+    addChannel("Radio", {message("own")});
+
+    for (int kill = 0; kill < 4; ++kill) {
+        const int before = store().count("?m a mfo:FeedMessage");
+        QProcess program;
+        program.start(TIDEL_PROGRAM, {"restore", "--merge", file});
+        QTRY_VERIFY_WITH_TIMEOUT(
+            store().count("?m a mfo:FeedMessage") > before || program.state() == QProcess::NotRunning, 60000);
+        program.kill();
+        QVERIFY(program.waitForFinished(60000));
+    }
+    const CommandResult completed = runCommand(restoreCommand, {file}, {{"merge", ""}});
+    QCOMPARE(completed.err, QString());
+    QCOMPARE(titles(news), expected);
+    QCOMPARE(store().count("?m a mfo:FeedMessage"), groups * 100 + 1);
+    QCOMPARE(QProcess::execute(TIDEL_PROGRAM, {"check", "--quiet"}), 0);
+    QCOMPARE(runCommand(restoreCommand, {file}, {{"merge", ""}}).out,
+             QString("Added: 0 channels, 0 messages, 0 enclosures\n"));
     QVERIFY(!QFileInfo::exists(store().dataFolder() + "/tidel/merging"));
 }
 

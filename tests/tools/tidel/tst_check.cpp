@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
+#include "programrun.h"
+
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -10,13 +12,6 @@
 namespace {
 
 constexpr int itemCount = 300;
-
-struct Ended
-{
-    int exitCode;
-    QString out;
-    QString err;
-};
 
 QString link(int number) { return QStringLiteral("https://example.org/%1").arg(number); }
 
@@ -40,7 +35,7 @@ private Q_SLOTS:
     void repairThatIsKilled();
 
 private:
-    Ended tidel(const QStringList &arguments) const;
+    Run tidel(const QStringList &arguments) const;
     QString storeFolder() const { return m_home->filePath("data/tidel/store"); }
     QString writeFeed() const;
     /// Overwrites the bytes of the database from \a from to \a to, thousandths of its size, by \a byte.
@@ -63,15 +58,11 @@ void TestCheck::init()
     qunsetenv("XDG_CONFIG_HOME");
 }
 
-Ended TestCheck::tidel(const QStringList &arguments) const
+Run TestCheck::tidel(const QStringList &arguments) const
 {
     QProcess process;
     process.start(TIDEL_PROGRAM, arguments);
-    if (!process.waitForFinished(120000))
-        qFatal("tidel does not end");
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+    return finishedRun(process);
 }
 
 /// A feed with many items, each with a file.
@@ -135,7 +126,7 @@ QStringList TestCheck::titles() const
 
 void TestCheck::noStore()
 {
-    const Ended checked = tidel({"check"});
+    const Run checked = tidel({"check"});
     QCOMPARE(checked.out, QString("There is no store yet\n"));
     QCOMPARE(checked.exitCode, 0);
     QVERIFY(!QFile::exists(storeFolder()));
@@ -146,7 +137,7 @@ void TestCheck::soundStore()
     QCOMPARE(tidel({"subscribe", writeFeed()}).exitCode, 0);
     const QByteArray before = database();
     for (const QStringList &arguments : {QStringList{"check"}, QStringList{"check", "--repair"}}) {
-        const Ended checked = tidel(arguments);
+        const Run checked = tidel(arguments);
         QCOMPARE(checked.exitCode, 0);
         QCOMPARE(checked.err, QString());
         const QStringList lines = checked.out.split('\n', Qt::SkipEmptyParts);
@@ -159,7 +150,7 @@ void TestCheck::soundStore()
 
 void TestCheck::yesNeedsRepair()
 {
-    const Ended checked = tidel({"check", "--yes"});
+    const Run checked = tidel({"check", "--yes"});
     QCOMPARE(checked.exitCode, 2);
     QVERIFY(checked.err.contains("--yes belongs to --repair"));
 }
@@ -174,18 +165,18 @@ void TestCheck::findingsAndRepair()
     QVERIFY(part.setFileTime(QDateTime::currentDateTime().addDays(-2), QFileDevice::FileModificationTime));
     part.close();
 
-    const Ended checked = tidel({"check"});
+    const Run checked = tidel({"check"});
     QCOMPARE(checked.exitCode, 1);
     QVERIFY2(checked.out.contains("Unfinished downloads: 1 (" + part.fileName()), qPrintable(checked.out));
     QVERIFY2(checked.err.contains("\"tidel check --repair\""), qPrintable(checked.err));
     // Nobody can answer the question.
-    const Ended asked = tidel({"check", "--repair"});
+    const Run asked = tidel({"check", "--repair"});
     QCOMPARE(asked.exitCode, 1);
     QVERIFY2(asked.out.contains("unfinished downloads are removed"), qPrintable(asked.out));
     QVERIFY2(asked.err.contains("add --yes"), qPrintable(asked.err));
     QVERIFY(part.exists());
 
-    const Ended repaired = tidel({"check", "--repair", "--yes"});
+    const Run repaired = tidel({"check", "--repair", "--yes"});
     QCOMPARE(repaired.exitCode, 0);
     QVERIFY2(repaired.out.endsWith("Repaired\n"), qPrintable(repaired.out));
     QVERIFY(!part.exists());
@@ -224,14 +215,14 @@ void TestCheck::damage()
         overwrite(from, to, char(byte));
     const QByteArray damaged = database();
 
-    const Ended checked = tidel({"check"});
+    const Run checked = tidel({"check"});
     QCOMPARE(checked.exitCode, 1);
     QVERIFY2(checked.out.startsWith("Database: damaged ("), qPrintable(checked.out));
     QVERIFY2(checked.err.contains("\"tidel check --repair\""), qPrintable(checked.err));
     QCOMPARE(tidel({"check", "--repair"}).exitCode, 1);
     QVERIFY(database() == damaged);
 
-    const Ended repaired = tidel({"check", "--repair", "--yes"});
+    const Run repaired = tidel({"check", "--repair", "--yes"});
     QVERIFY2(repaired.exitCode == 0, qPrintable(repaired.out + repaired.err));
     QVERIFY2(repaired.out.contains("Saved: "), qPrintable(repaired.out));
     QCOMPARE(damagedFolders().size(), 1);
@@ -258,7 +249,7 @@ void TestCheck::nothingReadable()
     QCOMPARE(tidel({"subscribe", writeFeed()}).exitCode, 0);
     const QByteArray garbage(int(database().size()), 'x');
     setDatabase(garbage);
-    const Ended repaired = tidel({"check", "--repair", "--yes"});
+    const Run repaired = tidel({"check", "--repair", "--yes"});
     QCOMPARE(repaired.exitCode, 1);
     QVERIFY2(repaired.err.contains("nothing in it can be read"), qPrintable(repaired.err));
     QVERIFY(database() == garbage);
@@ -270,7 +261,7 @@ void TestCheck::errorsNameTheRepair()
 {
     QCOMPARE(tidel({"subscribe", writeFeed()}).exitCode, 0);
     setDatabase(QByteArray(100, 'y') + database().mid(100));
-    const Ended listed = tidel({"channels"});
+    const Run listed = tidel({"channels"});
     QCOMPARE(listed.exitCode, 1);
     QVERIFY2(listed.err.contains("\"tidel check --repair\""), qPrintable(listed.err));
 }
@@ -289,7 +280,7 @@ void TestCheck::repairThatIsKilled()
         process.kill();
         process.waitForFinished();
     }
-    const Ended repaired = tidel({"check", "--repair", "--yes"});
+    const Run repaired = tidel({"check", "--repair", "--yes"});
     QVERIFY2(repaired.exitCode == 0, qPrintable(repaired.out + repaired.err));
     QCOMPARE(links().size(), itemCount);
     QVERIFY(!damagedFolders().isEmpty());

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-#include <QtTest>
+#include "programrun.h"
+#include "pseudoterminal.h"
 
-#include <pty.h>
-#include <unistd.h>
+#include <QtTest>
 
 namespace {
 
@@ -75,32 +75,22 @@ QStringList TestFeedChoice::run(const QStringList &arguments) const
 {
     QProcess process;
     start(process, arguments);
-    if (!process.waitForFinished(60000))
-        return {};
-    return QString::fromUtf8(process.readAllStandardOutput() + process.readAllStandardError())
-               .split('\n', Qt::SkipEmptyParts)
-        << QString::number(process.exitCode());
+    const Run ended = finishedRun(process);
+    return ended.lines() << ended.errors() << QString::number(ended.exitCode);
 }
 
 QString TestFeedChoice::runOnTerminal(const QStringList &arguments, const QByteArray &input) const
 {
-    int terminal = -1;
-    int program = -1;
-    const winsize size = {24, 200, 0, 0};
-    if (openpty(&terminal, &program, nullptr, nullptr, &size) != 0)
-        return {};
-    const QString name = QString::fromLatin1(ttyname(program));
+    PseudoTerminal terminal;
     QProcess process;
-    process.setStandardInputFile(name);
-    process.setStandardOutputFile(name);
+    process.setStandardInputFile(terminal.name());
+    process.setStandardOutputFile(terminal.name());
     start(process, arguments);
-    const bool isEntered = ::write(terminal, input.constData(), size_t(input.size())) == input.size();
-    const bool isFine = isEntered && process.waitForFinished(60000);
-    close(program);
-    QByteArray shown(4096, '\0');
-    shown.truncate(int(qMax<ssize_t>(0, read(terminal, shown.data(), size_t(shown.size())))));
-    close(terminal);
-    return isFine ? QString::fromUtf8(shown + process.readAllStandardError()).remove('\r') : QString();
+    if (!terminal.enter(input))
+        return {};
+    QString shown = QString::fromUtf8(terminal.readAll());
+    shown += finishedRun(process).err;
+    return shown.remove('\r');
 }
 
 /// The titles of the stored channels.

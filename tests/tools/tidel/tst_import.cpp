@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
+#include "programrun.h"
+
 #include <feedserver.h>
 
 #include <QtTest>
@@ -6,13 +8,6 @@
 #include <csignal>
 
 namespace {
-
-struct Run
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
 
 QByteArray feed(const QString &address, const QString &title)
 {
@@ -74,10 +69,7 @@ Run TestImport::run(const QStringList &arguments, const QString &data) const
 {
     QProcess process;
     start(process, arguments, data);
-    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
-        return {};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+    return finishedRun(process);
 }
 
 QString TestImport::list(const QByteArray &outlines) const

@@ -125,6 +125,8 @@ void TestJson::everyCommand()
           {{"channels", "favorite", "link", "published", "read", "title", "uri"},
            {"channels", "favorite", "link", "read", "title", "uri"}});
     check({"enclosures", beans}, {{"length", "type", "uri", "url"}});
+    check({"download", beans, "--queue"}, {{"length", "queued", "type", "uri", "url"}});
+    check({"enclosures"}, {{"length", "queued", "type", "uri", "url"}});
     check({"download", beans}, {{"file", "length", "type", "uri", "url"}});
     check({"favorite", beans}, {{"favorite", "uri"}});
     check({"show", beans},
@@ -149,6 +151,8 @@ void TestJson::everyCommand()
     QCOMPARE(keys(statistics.last()), QStringList({"link", "messages", "newest", "title", "type", "uri"}));
     check({"plugins"}, {{"addresses", "description", "file", "name", "version"}});
     check({"unfavorite", beans}, {{"favorite", "uri"}});
+    check({"delete", beans, "--dry-run"},
+          {{"channels", "favorite", "link", "published", "read", "title", "uri"}});
     check({"edit", "Garden", "--title", "Notes"}, {channel});
     check({"folder", "Notes", "A/B"}, {{"folder", "link", "title", "type", "uri"}});
     check({"export"}, {{"folder", "link", "title", "website"}});
@@ -164,6 +168,7 @@ void TestJson::everyCommand()
     check({"prune", "--keep", "1", "--include-unread"}, {deletedChannel});
     objects({"prune", "Notes", "--keep", "5", "--older-than", "900d", "--remember"});
     check({"prune", "--rules"}, {{"includesUnread", "keep", "link", "olderThan", "title", "type", "uri"}});
+    check({"delete", beans}, {deleted});
     check({"clean"}, {deleted});
     check({"unsubscribe", "Notes", "--dry-run"},
           {{"favorites", "files", "link", "title", "type", "uri", "wouldDelete"}});

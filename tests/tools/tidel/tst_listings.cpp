@@ -26,6 +26,7 @@ void TestListings::failures_data()
 
     QTest::newRow("channels") << &channelsCommand << QStringList();
     QTest::newRow("messages") << &messagesCommand << QStringList("News");
+    QTest::newRow("queue") << &enclosuresCommand << QStringList();
     QTest::newRow("enclosures") << &enclosuresCommand << QStringList(linkOf("one"));
 }
 
@@ -34,7 +35,13 @@ void TestListings::failures()
     QFETCH(const Command *, command);
     QFETCH(QStringList, names);
     failEverywhere(
-        *command, names, {}, [this] { addChannel("News", {message("one", day(1), {"file"})}); }, [] {});
+        *command, names, {},
+        [this] {
+            addChannel("News", {message("one", day(1), {"file"})});
+            store().update(
+                "INSERT { ?e tidel:queuedTime '2026-11-20T10:00:00Z' } WHERE { ?e a mfo:Enclosure }");
+        },
+        [] {});
 }
 
 void TestListings::unreadableChannels_data()

@@ -1,27 +1,16 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
+#include "programrun.h"
+#include "pseudoterminal.h"
+
 #include <feedserver.h>
 
 #include <QtTest>
 
 #include <csignal>
 
-#include <pty.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 namespace {
 
 const QString samples(TIDEL_TEST_DATA);
-
-/// The result of a run of the program.
-struct Run
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-
-    QStringList lines() const { return out.split('\n', Qt::SkipEmptyParts); }
-};
 
 QByteArray item(int number)
 {
@@ -79,10 +68,6 @@ private:
     QProcessEnvironment m_environment;
 };
 
-#define VERIFY_RUN(run, code)                                                                                \
-    QVERIFY2((run).exitCode == (code),                                                                       \
-             qPrintable(QString("exit code %1\n%2\n%3").arg((run).exitCode).arg((run).out, (run).err)))
-
 void TestNetwork::initTestCase()
 {
     // A shell may ignore the signal for programs in the background.
@@ -116,10 +101,7 @@ Run TestNetwork::run(const QStringList &arguments) const
 {
     QProcess process;
     start(process, arguments);
-    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
-        return {};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+    return finishedRun(process);
 }
 
 QString TestNetwork::write(const QString &name, const QByteArray &items) const
@@ -171,8 +153,7 @@ void TestNetwork::subscribeAndRefresh()
     m_server->forgetRequests();
     const Run unchanged = run({"refresh"});
     VERIFY_RUN(unchanged, 0);
-    QCOMPARE(unchanged.lines(),
-             QStringList({"evening: nothing new", "morning: nothing new", "2 channels: 0 new messages"}));
+    QCOMPARE(unchanged.lines(), QStringList({"2 channels: 0 new messages"}));
     QStringList requests = m_server->takeRequests();
     requests.sort();
     QCOMPARE(requests, QStringList({"GET /files/evening.xml 304", "GET /files/morning.xml 304"}));
@@ -180,8 +161,8 @@ void TestNetwork::subscribeAndRefresh()
     write("morning.xml", item(4) + item(3) + item(1));
     const Run refreshed = run({"refresh"});
     VERIFY_RUN(refreshed, 0);
-    QCOMPARE(refreshed.lines().size(), 5);
-    QCOMPARE(refreshed.lines().at(1), QString("morning: 2 new"));
+    QCOMPARE(refreshed.lines().size(), 4);
+    QCOMPARE(refreshed.lines().at(0), QString("morning: 2 new"));
     QVERIFY(refreshed.out.contains("\n  (no date)  Item 3\n")
             && refreshed.out.contains("\n  (no date)  Item 4\n"));
     QCOMPARE(refreshed.lines().last(), QString("2 channels: 2 new messages"));
@@ -194,14 +175,12 @@ void TestNetwork::manyFeeds()
 {
     QStringList addresses;
     QStringList expected;
-    QStringList unchanged;
     for (int i = 10; i < 50; ++i) {
         addresses.append(write(QString("many%1.xml").arg(i), item(i)));
         expected.append(QString("Subscribed: many%1 (1 message)").arg(i));
-        unchanged.append(QString("many%1: nothing new").arg(i));
     }
     QCOMPARE(run(QStringList{"subscribe"} + addresses).lines(), expected);
-    QCOMPARE(run({"refresh"}).lines(), unchanged + QStringList{"40 channels: 0 new messages"});
+    QCOMPARE(run({"refresh"}).lines(), QStringList{"40 channels: 0 new messages"});
 }
 
 /// The output of three runs at the same time.
@@ -244,7 +223,7 @@ void TestNetwork::parallelRuns()
     const QString refreshed = runThreeTimes({"refresh"});
     QVERIFY2(!refreshed.contains("tidel:"), qPrintable(refreshed));
     QCOMPARE(refreshed.count(": 1 new\n"), feeds);
-    QCOMPARE(refreshed.count(": nothing new"), 2 * feeds);
+    QVERIFY(!refreshed.contains("nothing new"));
     QCOMPARE(run({"channels"}).out.count(QString("  %1/%1  ").arg(items + 1)), feeds);
 }
 
@@ -408,8 +387,6 @@ void TestNetwork::downloadByName()
     QVERIFY2(mixed.err.contains("tidel: nowhere: no such message; "), qPrintable(mixed.err));
     QVERIFY2(mixed.err.contains("tidel: " + bad + ": the server answered 404 Not Found\n"),
              qPrintable(mixed.err));
-    VERIFY_RUN(run({"download"}), 2);
-    VERIFY_RUN(run({"download", good, "--into", ""}), 2);
 }
 
 void TestNetwork::downloadFolder()
@@ -512,22 +489,13 @@ void TestNetwork::killedDownload()
 /// terminal is unknown if \a columns is 0.
 QByteArray TestNetwork::shownProgress(ushort columns) const
 {
-    int terminal = -1;
-    int program = -1;
-    const winsize size = {24, columns, 0, 0};
-    if (openpty(&terminal, &program, nullptr, nullptr, &size) != 0)
-        return {};
-    const QByteArray name = ttyname(program);
+    PseudoTerminal terminal(24, columns);
     QProcess process;
-    process.setStandardErrorFile(QString::fromLatin1(name));
+    process.setStandardErrorFile(terminal.name());
     start(process, {"subscribe", write("one.xml", item(1)), write("two.xml", item(2))});
-    const bool isFine = process.waitForFinished() && process.exitCode() == 0
-        && process.readAllStandardOutput().count("Subscribed: ") == 2;
-    close(program);
-    QByteArray shown(4096, '\0');
-    shown.truncate(int(qMax<ssize_t>(0, read(terminal, shown.data(), size_t(shown.size())))));
-    close(terminal);
-    return isFine ? shown : QByteArray();
+    const QByteArray shown = terminal.readAll();
+    const Run ended = finishedRun(process);
+    return ended.exitCode == 0 && ended.out.count("Subscribed: ") == 2 ? shown : QByteArray();
 }
 
 void TestNetwork::progress()

@@ -31,12 +31,14 @@ private Q_SLOTS:
     void openRefusesOtherLinks();
     void channelCounts();
     void unsubscribingAsks();
+    void deletingAsks();
+    void passwordIsHidden();
 
 private:
     /// Runs the lines \a script with a shell in a new session of a terminal with \a columns. Returns what the
-    /// terminal shows. The user enters \a input.
-    QString session(const QString &script, int columns = 80, int lines = 24,
-                    const QByteArray &input = {}) const;
+    /// terminal shows. The user enters \a input after \a prompt has appeared.
+    QString session(const QString &script, int columns = 80, int lines = 24, const QByteArray &input = {},
+                    const QByteArray &prompt = {}) const;
     QString run(const QString &script, int columns = 80) const { return session(script, columns).trimmed(); }
     void writeFeed(const QString &name, const QString &title, const QByteArray &items) const;
     QString path(const QString &name) const { return m_home->filePath(name); }
@@ -53,14 +55,13 @@ QByteArray item(const QByteArray &title, const QByteArray &day, const QByteArray
         + " 12:00:00 GMT</pubDate></item>";
 }
 
-QByteArray everythingFrom(int terminal)
+/// Adds to \a text what \a terminal shows until \a end, or all of it if that is null.
+void readUntil(const char *end, int terminal, QByteArray *text)
 {
-    QByteArray text;
     char some[4096];
     ssize_t count = 0;
-    while ((count = read(terminal, some, sizeof some)) > 0)
-        text.append(some, int(count));
-    return text;
+    while ((!end || !text->contains(end)) && (count = read(terminal, some, sizeof some)) > 0)
+        text->append(some, int(count));
 }
 
 } // namespace
@@ -84,7 +85,8 @@ void TestReading::writeFeed(const QString &name, const QString &title, const QBy
                + "</channel></rss>");
 }
 
-QString TestReading::session(const QString &script, int columns, int lines, const QByteArray &input) const
+QString TestReading::session(const QString &script, int columns, int lines, const QByteArray &input,
+                             const QByteArray &prompt) const
 {
     const winsize size = {ushort(lines), ushort(columns), 0, 0};
     const QByteArray bin = QFileInfo(TIDEL_PROGRAM).path().toLocal8Bit();
@@ -103,8 +105,10 @@ QString TestReading::session(const QString &script, int columns, int lines, cons
         execl("/bin/sh", "sh", "-c", text.constData(), nullptr);
         _exit(127);
     }
-    const bool isEntered = ::write(terminal, input.constData(), size_t(input.size())) == input.size();
-    const QByteArray shown = isEntered ? everythingFrom(terminal) : QByteArray();
+    QByteArray shown;
+    readUntil(prompt.constData(), terminal, &shown);
+    if (::write(terminal, input.constData(), size_t(input.size())) == input.size())
+        readUntil(nullptr, terminal, &shown);
     waitpid(child, nullptr, 0);
     close(terminal);
     return QString::fromUtf8(shown).remove('\r');
@@ -359,6 +363,31 @@ void TestReading::unsubscribingAsks()
     run("tidel subscribe sea.xml");
     // Without a terminal, a script is not asked.
     QCOMPARE(run("tidel unsubscribe Sea < /dev/null"), QString("Unsubscribed: Sea"));
+}
+
+void TestReading::deletingAsks()
+{
+    run("tidel favorite runner");
+    const QString question = "Delete 2 messages, 1 favorite among them? [y/N] ";
+    const QString command = "stty -echo; tidel delete runner Ships";
+    QString shown = session(command, 80, 24, "n\n");
+    QVERIFY2(shown.contains(question) && shown.contains("Not deleted"), qPrintable(shown));
+    shown = session("stty -echo; tidel delete Ships", 80, 24, "\x04");
+    QVERIFY2(shown.contains("Delete Ships? [y/N] "), qPrintable(shown));
+    shown = session(command, 80, 24, "y\n");
+    QVERIFY2(shown.contains(question + "Deleted: 2 messages, 0 files"), qPrintable(shown));
+    QCOMPARE(run("tidel delete broad --yes"), QString("Deleted: 1 message, 0 files"));
+}
+
+void TestReading::passwordIsHidden()
+{
+    const QByteArray prompt = "Password of Ann for 127.0.0.1: ";
+    run("tidel edit Sea --link http://127.0.0.1:9/sea.xml");
+    const QString shown = session("tidel edit Sea --login Ann; stty -a", 80, 24, "open sesame\n", prompt);
+    QVERIFY2(shown.startsWith(prompt), qPrintable(shown));
+    QVERIFY2(!shown.contains("sesame"), qPrintable(shown));
+    QVERIFY2(shown.contains(" echo "), qPrintable(shown));
+    QVERIFY(run("cat tidel/logins.json").contains("open sesame"));
 }
 
 QTEST_GUILESS_MAIN(TestReading)

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
+#include "programrun.h"
+#include "pseudoterminal.h"
+
 #include <timeargument.h>
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QtTest>
-
-#include <pty.h>
-#include <unistd.h>
 
 using namespace Tidel;
 
@@ -32,12 +32,6 @@ private Q_SLOTS:
     void times();
 
 private:
-    struct Run
-    {
-        int exitCode;
-        QString out;
-        QString err;
-    };
     Run run(const QStringList &arguments) const;
     QByteArray runOnTerminal(const QStringList &arguments, const char *name, const char *value) const;
     void writeFeed(const QString &name, const QString &title, const QByteArray &items) const;
@@ -76,7 +70,7 @@ void TestSearchCommand::init()
     QCOMPARE(run({"favorite", "https://example.org/Shi"}).exitCode, 0);
 }
 
-TestSearchCommand::Run TestSearchCommand::run(const QStringList &arguments) const
+Run TestSearchCommand::run(const QStringList &arguments) const
 {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -84,19 +78,13 @@ TestSearchCommand::Run TestSearchCommand::run(const QStringList &arguments) cons
     environment.insert("TZ", "UTC");
     process.setProcessEnvironment(environment);
     process.start(TIDEL_PROGRAM, arguments);
-    process.waitForFinished(60000);
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+    return finishedRun(process);
 }
 
 QByteArray TestSearchCommand::runOnTerminal(const QStringList &arguments, const char *name,
                                             const char *value) const
 {
-    int terminal = -1;
-    int program = -1;
-    const winsize size = {24, 200, 0, 0};
-    if (openpty(&terminal, &program, nullptr, nullptr, &size) != 0)
-        return {};
+    PseudoTerminal terminal;
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("XDG_DATA_HOME", m_home->path());
@@ -105,14 +93,10 @@ QByteArray TestSearchCommand::runOnTerminal(const QStringList &arguments, const 
     environment.remove("NO_COLOR");
     environment.insert(name, value);
     process.setProcessEnvironment(environment);
-    process.setStandardOutputFile(QString::fromLatin1(ttyname(program)));
+    process.setStandardOutputFile(terminal.name());
     process.start(TIDEL_PROGRAM, arguments);
-    const bool isFine = process.waitForFinished(60000);
-    close(program);
-    QByteArray shown(4096, '\0');
-    shown.truncate(int(qMax<ssize_t>(0, read(terminal, shown.data(), size_t(shown.size())))));
-    close(terminal);
-    return isFine ? shown.replace('\r', "") : QByteArray();
+    const QByteArray shown = terminal.readAll().replace('\r', "");
+    return finishedRun(process).exitCode == 0 ? shown : QByteArray();
 }
 
 void TestSearchCommand::hits()

@@ -136,6 +136,7 @@ void TestSeveralPrograms::suspendedDuringRefresh()
     const int before = messages();
     VERIFY_END(start({"channels"}));
 
+    const auto quiet = start({"prune", "--keep", "0", "--include-unread", "--quiet"});
     const auto prune = start({"prune", "--keep", "0", "--include-unread"});
     QVERIFY(prune->waitForReadyRead(60000));
     const QByteArray notice = prune->readLine();
@@ -148,6 +149,8 @@ void TestSeveralPrograms::suspendedDuringRefresh()
     kill(pid_t(refresh->processId()), SIGCONT);
     VERIFY_END(prune);
     VERIFY_END(refresh);
+    QVERIFY(quiet->waitForFinished(120000));
+    QCOMPARE(quiet->readAll(), QByteArray());
 }
 
 QTEST_GUILESS_MAIN(TestSeveralPrograms)
