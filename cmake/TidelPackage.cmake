@@ -12,6 +12,13 @@ else()
     set(TIDEL_PC_SPARQL_LIBS "-lTidelSparql")
 endif()
 
+# A project that uses the other Qt is refused.
+if(TIDEL_QT_MAJOR EQUAL 5)
+    set(TIDEL_OTHER_QT_MAJOR 6)
+else()
+    set(TIDEL_OTHER_QT_MAJOR 5)
+endif()
+
 # tidel_package(NAME VERSION COMPATIBILITY) installs the package NAME with the exported targets NAMETargets.
 function(tidel_package name version compatibility)
     set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/${name})
