@@ -10,9 +10,13 @@ BELOW = {
     "qtsparql": [],
     "src": ["qtsparql"],
     "reader": ["qtsparql", "src"],
+    "models": ["src", "reader"],
+    "qml": ["src", "reader", "models"],
     "feeds": ["src", "reader"],
     "plugins": ["qtsparql", "src", "reader", "feeds"],
-    "tools": ["qtsparql", "src", "reader"],
+    "tools": ["qtsparql", "src", "reader", "models"],
+    "tools/desktop": ["src", "reader", "models"],
+    "examples": ["qtsparql", "src", "reader", "models"],
 }
 STATEMENT_FILES = ["src/storestatements.cpp", "reader/statements.cpp"]
 # Its help shows queries of users.
@@ -26,6 +30,8 @@ SPARQL_HEADER = re.compile(r"QSparql\w*|qsparql\w*\.h")
 NOT_FOR_READER = re.compile(
     r"#\s*include\s*[<\"](QNetwork\w*|QtNetwork\b.*|signal\.h|csignal|termios\.h|sys/ioctl\.h)[>\"]"
     r"|\b(isatty|stdout|stderr|v?f?printf|f?puts|qInfo|std::cout|std::cerr)\b")
+WINDOW_NETWORK = re.compile(r"QNetwork|QtNetwork")
+WINDOW_PICTURES = re.compile(r"/(article|icons)/")
 INCLUDE = re.compile(r"^\s*#\s*include\s*[<\"]([^>\"]+)[>\"]", re.MULTILINE)
 STRING = r'"(?:\\.|[^"\\\n])*"'
 STRINGS = re.compile(rf"{STRING}(?:\s*{STRING})*")
@@ -60,14 +66,24 @@ def check_statements(path, text):
                    f"Move the statement to {' or '.join(STATEMENT_FILES)} and call it from here.")
 
 
+def layer_of(path):
+    """Returns the innermost folder of BELOW that path is in."""
+    return max((folder for folder in BELOW if path.startswith(f"{folder}/")), key=len)
+
+
 def check_includes(path, text, owners):
-    layer = path.split("/")[0]
+    layer = layer_of(path)
     for match in INCLUDE.finditer(text):
         name = match[1]
         where = f"{path}:{line_of(text, match.start(1))}: includes <{name}>"
-        if layer in ("plugins", "tools") and SPARQL_HEADER.fullmatch(name):
+        if layer == "tools/desktop" and WINDOW_NETWORK.match(name) and not WINDOW_PICTURES.search(path):
+            report(where, "Leave the network to the archive; the window fetches only pictures of articles and icons.")
+            continue
+        if layer in ("qml", "plugins", "tools", "tools/desktop") and SPARQL_HEADER.fullmatch(name):
             report(where, "Ask the store through src/ or reader/, which own every statement.")
             continue
+        if layer in ("examples", "qml", "tools/desktop") and name.endswith("_p.h"):
+            report(where, f"{layer}/ includes installed headers only.")
         folders = owners.get(name.split("/")[-1], set())
         if folders and not folders & {layer, *BELOW[layer]}:
             report(f"{where} of {' and '.join(sorted(folders))}/",
@@ -87,7 +103,7 @@ def main():
     paths = [path for path in listed.splitlines() if path.endswith((".h", ".cpp"))]
     owners = {}
     for path in paths:
-        owners.setdefault(path.split("/")[-1], set()).add(path.split("/")[0])
+        owners.setdefault(path.split("/")[-1], set()).add(layer_of(path))
     for path in paths:
         with open(path, encoding="utf-8") as source:
             text = without_comments(source.read())

@@ -12,6 +12,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import time
 
 import process
 import programs
@@ -34,6 +35,8 @@ class Feeds:
         subprocess.run([sys.executable, generator, "--feeds", str(FEEDS), "--items", str(items), "--newest",
                         str(shown), "--size", "1300", self.folder], check=True)
         self.published = items
+        # tidel does not trust the time of a file that was just written, and reads it once more.
+        time.sleep(2.5)
 
 
 class Measurement:

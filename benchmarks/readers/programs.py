@@ -2,9 +2,9 @@
 """The programs that are compared. Each has a folder of its own, and is asked for what it has stored."""
 
 import contextlib
+import json
 import os
 import pathlib
-import re
 import shutil
 import sqlite3
 import sys
@@ -55,7 +55,8 @@ class Tidel(Program):
         return self.tidel("search", "--limit", "20", *words)
 
     def count(self):
-        return sum(int(number) for number in re.findall(r"(\d+) messages?\b", self.channels().text))
+        channels = self.tidel("channels", "--json").text.splitlines()
+        return sum(json.loads(channel)["messages"] for channel in channels)
 
     def store(self):
         return self.folder / "data"
