@@ -45,7 +45,7 @@ int waitForOthers(void *data, int count)
 int refuseIncomplete(void *data)
 {
     const SqliteWaiting *update = *static_cast<Connection *>(data)->update;
-    return update && (update->isOver() || update->isUndone());
+    return update && (update->isOver() || update->isUndone() || update->hasMissedLock());
 }
 
 /// Called by SQLite when it undoes an update.
@@ -53,6 +53,19 @@ void noteUndone(void *data)
 {
     if (SqliteWaiting *update = *static_cast<Connection *>(data)->update)
         update->undo();
+}
+
+/// Called by SQLite when \a statement has ended. One that should have written, but did not begin to, found
+/// the database locked. SQLite does not wait then if the update has read before.
+int noteNotWritten(unsigned, void *data, void *statement, void *)
+{
+    const Connection &connection = *static_cast<Connection *>(data);
+    SqliteWaiting *const update = *connection.update;
+    const bool isInUpdate = update && sqlite3_get_autocommit(connection.database) == 0;
+    if (isInUpdate && sqlite3_stmt_readonly(static_cast<sqlite3_stmt *>(statement)) == 0
+        && sqlite3_txn_state(connection.database, "main") != SQLITE_TXN_WRITE)
+        update->missLock();
+    return 0;
 }
 
 /// Returns the process of a line of /proc/locks if it is a lock for writing to the database whose index is
@@ -89,6 +102,7 @@ QVector<sqlite3 *> SqliteWaiting::govern(const std::function<void()> &open)
         sqlite3_busy_handler(database, waitForOthers, connection);
         sqlite3_commit_hook(database, refuseIncomplete, connection);
         sqlite3_rollback_hook(database, noteUndone, connection);
+        sqlite3_trace_v2(database, SQLITE_TRACE_PROFILE, noteNotWritten, connection);
     }
     return databases;
 }

@@ -29,11 +29,17 @@ public:
     bool isOver() const { return m_isOver; }
 
     /// Begins an update after another one, which may be undone.
-    void begin() { m_isUndone = false; }
+    void begin() { m_isUndone = m_hasMissedLock = false; }
     /// Has nothing more of the update committed. Tracker may call this in another thread.
     void undo() { m_isUndone = true; }
     /// Returns true if the update was undone; otherwise returns false.
     bool isUndone() const { return m_isUndone; }
+
+    /// Has nothing of the update committed, a part of which found the database locked.
+    void missLock() { m_hasMissedLock = true; }
+    /// Returns true if a part of the update found the database locked, so that the update has to be repeated;
+    /// otherwise returns false. Tracker may have reported success.
+    bool hasMissedLock() const { return m_hasMissedLock; }
 
     /// Says for whom this object waited in vain.
     QString failure() const { return m_wait.failure(writer()); }
@@ -48,6 +54,7 @@ private:
     SqliteWaiting *const m_previous;
     bool m_isOver = false;
     std::atomic<bool> m_isUndone{false};
+    std::atomic<bool> m_hasMissedLock{false};
 };
 
 #endif

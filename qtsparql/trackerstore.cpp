@@ -219,7 +219,7 @@ QSparqlError TrackerStore::update(const QString &statement)
     const UpdateBatch batch(text, &m_database->ranges());
     SqliteWaiting waiting(m_folder, m_patience);
     QSparqlError error = updateOnce(text, batch, &waiting);
-    while (isOutOfDate(error) && waiting.goOn())
+    while ((isOutOfDate(error) || waiting.hasMissedLock()) && waiting.goOn())
         error = updateOnce(text, batch, &waiting);
     if (waiting.isOver())
         return QSparqlError(updateRefused + QLatin1String(": ") + waiting.failure(),
@@ -235,7 +235,7 @@ QSparqlError TrackerStore::updateOnce(const QString &text, const UpdateBatch &ba
     waiting->begin();
     if (!batch.isEmpty())
         batch.run(m_database->connection(), &error);
-    if (batch.isEmpty() || error) {
+    if (batch.isEmpty() || (error && !waiting->hasMissedLock())) {
         g_clear_error(&error);
         TrackerMessages::forget();
         waiting->begin();
@@ -280,7 +280,17 @@ QSparqlError TrackerStore::readTurtle(const QString &fileName)
         return failure;
     GError *error = nullptr;
     SqliteWaiting waiting(m_folder, m_patience);
-    const bool isRead = ::readTurtle(m_database->connection(), fileName, &error);
+    bool isRead = ::readTurtle(m_database->connection(), fileName, &error);
+    while (waiting.hasMissedLock() && waiting.goOn()) {
+        g_clear_error(&error);
+        waiting.begin();
+        isRead = ::readTurtle(m_database->connection(), fileName, &error);
+    }
+    if (waiting.isOver()) {
+        g_clear_error(&error);
+        return QSparqlError(fileRefused + QLatin1String(": ") + waiting.failure(),
+                            QSparqlError::BackendError);
+    }
     if (isRead && !waiting.isUndone())
         return explained(sync());
     // The file cannot be read or decompressed.

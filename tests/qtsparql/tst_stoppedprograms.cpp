@@ -23,6 +23,8 @@ private Q_SLOTS:
     void whileWriting();
     void whileReading();
     void lockThatIsFreeTooLate();
+    void lockThatIsTakenAfterReading_data();
+    void lockThatIsTakenAfterReading();
 };
 
 namespace {
@@ -43,8 +45,9 @@ QString failure(const QString &folder, int patience)
     return ScratchStore::run(*connection, insertOne, QSparqlQuery::InsertStatement)->lastError().message();
 }
 
-/// The connection that keeps the database locked until another one has given up.
+/// The connection that keeps the database locked until others have been refused so many times.
 sqlite3 *blocker = nullptr;
+int refusalsLeft = 0;
 
 /// Says that \a message names \a process as suspended.
 bool names(const QString &message, qint64 process)
@@ -65,7 +68,7 @@ extern "C" int sqlite3_step(sqlite3_stmt *statement)
     using Step = int (*)(sqlite3_stmt *);
     static const auto step = reinterpret_cast<Step>(dlsym(RTLD_NEXT, "sqlite3_step"));
     const int result = step(statement);
-    if (result == SQLITE_BUSY && blocker) {
+    if (result == SQLITE_BUSY && blocker && --refusalsLeft == 0) {
         sqlite3_exec(blocker, "ROLLBACK", nullptr, nullptr, nullptr);
         sqlite3_close(blocker);
         blocker = nullptr;
@@ -154,6 +157,15 @@ void TestStoppedPrograms::whileReading()
     QCOMPARE(store.rows(countTitles), QStringList(QStringLiteral("2")));
 }
 
+/// Locks the database in \a folder until other connections have been refused \a count times.
+bool block(const QString &folder, int count)
+{
+    refusalsLeft = count;
+    const QByteArray file = QFile::encodeName(folder + QStringLiteral("/meta.db"));
+    return sqlite3_open(file.constData(), &blocker) == SQLITE_OK
+        && sqlite3_exec(blocker, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr) == SQLITE_OK;
+}
+
 // Tracker goes on after a statement that SQLite refused, and would commit the others.
 void TestStoppedPrograms::lockThatIsFreeTooLate()
 {
@@ -163,9 +175,7 @@ void TestStoppedPrograms::lockThatIsFreeTooLate()
                                   QSparqlQuery::InsertStatement));
     const QString statement =
         QStringLiteral("INSERT { <urn:one> a mfo:FeedMessage } INSERT { <urn:two> a mfo:FeedMessage }");
-    QCOMPARE(sqlite3_open(QFile::encodeName(dir.filePath(QStringLiteral("meta.db"))).constData(), &blocker),
-             SQLITE_OK);
-    QCOMPARE(sqlite3_exec(blocker, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+    QVERIFY(block(dir.path(), 1));
     const auto result = ScratchStore::run(*connection, statement, QSparqlQuery::InsertStatement);
     QVERIFY(!blocker);
     VERIFY_REFUSED(result, BackendError);
@@ -173,6 +183,29 @@ void TestStoppedPrograms::lockThatIsFreeTooLate()
     QCOMPARE(ScratchStore::rows(*connection, messages), QStringList());
     VERIFY_DONE(ScratchStore::run(*connection, statement, QSparqlQuery::InsertStatement));
     QCOMPARE(ScratchStore::rows(*connection, messages).size(), 2);
+}
+
+void TestStoppedPrograms::lockThatIsTakenAfterReading_data()
+{
+    QTest::addColumn<int>("refusals");
+    for (const int refusals : {1, 2, 3, 5, 8, 20, 50})
+        QTest::addRow("%d", refusals) << refusals;
+}
+
+// An update that has read already does not wait for a lock: SQLite refuses its statements at once.
+void TestStoppedPrograms::lockThatIsTakenAfterReading()
+{
+    QFETCH(int, refusals);
+    const ScratchStore store;
+    VERIFY_DONE(store.update(QStringLiteral("INSERT { <urn:c> a mfo:FeedChannel }")));
+    QVERIFY(block(store.folder(), refusals));
+    VERIFY_DONE(
+        store.update(QStringLiteral("INSERT { ?c nie:comment \"old\" } WHERE { ?c nie:title \"none\" } "
+                                    "INSERT { <urn:one> a mfo:FeedMessage ; nie:title \"one\" } "
+                                    "INSERT { <urn:two> a mfo:FeedMessage ; nie:title \"two\" } "
+                                    "INSERT { <urn:three> a mfo:FeedMessage ; nie:title \"three\" }")));
+    QVERIFY(!blocker);
+    QCOMPARE(store.rows(countTitles), QStringList(QStringLiteral("3")));
 }
 
 QTEST_GUILESS_MAIN(TestStoppedPrograms)

@@ -197,6 +197,16 @@ QString TestNetwork::runThreeTimes(const QStringList &arguments) const
     return QString::fromUtf8(output);
 }
 
+/// The lines of \a text without \a usual.
+QString oddLines(const QString &text, const QString &usual)
+{
+    QStringList lines;
+    for (const QString &line : text.split('\n'))
+        if (!line.contains(usual))
+            lines.append(line);
+    return lines.join('\n');
+}
+
 // A timer may refresh at the same time as the user. Everything is stored once, and nothing fails.
 void TestNetwork::parallelRuns()
 {
@@ -216,7 +226,9 @@ void TestNetwork::parallelRuns()
     QVERIFY2(!subscribed.contains("tidel:"), qPrintable(subscribed));
     QCOMPARE(subscribed.count("Subscribed: "), feeds);
     QCOMPARE(subscribed.count("Already subscribed: "), 2 * feeds);
-    QCOMPARE(run({"channels"}).out.count(QString("  %1/%1  ").arg(items)), feeds);
+    const QString channels = run({"channels"}).out;
+    QVERIFY2(channels.count(QString("  %1/%1  ").arg(items)) == feeds,
+             qPrintable(oddLines(channels, "30/30") + oddLines(subscribed, "(30 messages)")));
 
     for (int i = 0; i < feeds; ++i)
         write(QString("shared%1.xml").arg(i), item(1000 + i));
@@ -224,7 +236,9 @@ void TestNetwork::parallelRuns()
     QVERIFY2(!refreshed.contains("tidel:"), qPrintable(refreshed));
     QCOMPARE(refreshed.count(": 1 new\n"), feeds);
     QVERIFY(!refreshed.contains("nothing new"));
-    QCOMPARE(run({"channels"}).out.count(QString("  %1/%1  ").arg(items + 1)), feeds);
+    const QString grown = run({"channels"}).out;
+    QVERIFY2(grown.count(QString("  %1/%1  ").arg(items + 1)) == feeds,
+             qPrintable(oddLines(grown, "31/31") + refreshed));
 }
 
 void TestNetwork::failures()
