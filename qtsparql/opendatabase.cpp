@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "opendatabase_p.h"
 
+#include "dateindex_p.h"
 #include "obstacle_p.h"
 #include "ontology_p.h"
 #include "printedvalues_p.h"
@@ -82,6 +83,8 @@ OpenDatabase::Pointer OpenDatabase::connect(const StoreFolder &place, Access acc
             store.get(), isForWriting ? ontology.get() : nullptr, nullptr, &cause));
     });
     if (!cause) {
+        if (isForWriting)
+            std::for_each(connections.cbegin(), connections.cend(), indexDates);
         for (sqlite3 *connection : connections)
             database->m_cleanups.push_back(std::make_unique<ClosingCleanup>(connection));
         database->quickenQueries();

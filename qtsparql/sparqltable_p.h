@@ -6,6 +6,7 @@
 #include <QVariant>
 
 #include <algorithm>
+#include <deque>
 #include <memory>
 #include <vector>
 
@@ -58,7 +59,7 @@ public:
     /// Removes the rows for whose numbers \a isUnwanted returns true.
     template <typename Condition> void removeRows(Condition isUnwanted)
     {
-        std::vector<Value> kept;
+        std::deque<Value> kept;
         const auto columns = columnCount();
         for (int row = 0; row < rowCount(); ++row) {
             const auto first = m_values.begin() + ptrdiff_t(row) * columns;
@@ -88,7 +89,7 @@ private:
     Value keep(Type type, const char *utf8, size_t length);
 
     QStringList m_names;
-    std::vector<Value> m_values;
+    std::deque<Value> m_values; // It grows without a copy.
     std::vector<std::unique_ptr<char[]>> m_blocks;
     char *m_free = nullptr; // in the last block
     size_t m_freeSize = 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "scratchstore.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QProcess>
 #include <QTest>
@@ -35,6 +36,7 @@ private Q_SLOTS:
     void indexes();
     void lookUpIsIndependentOfTheSize_data();
     void lookUpIsIndependentOfTheSize();
+    void datesOfAnOlderStoreAreIndexed();
     void namesAreTheStockOnes();
     void stockProgramReads_data();
     void stockProgramReads();
@@ -127,11 +129,12 @@ void addMessages(const ScratchStore &store, int from, int count)
         statement +=
             QStringLiteral(
                 "<urn:m%1> a mfo:FeedMessage ; nie:title \"%1\" ; nie:links <http://example.org/%1> ; "
-                "nie:isLogicalPartOf <urn:c%2> . "
+                "nie:isLogicalPartOf <urn:c%2> ; nie:contentCreated \"%3\" . "
                 "<urn:e%1> a mfo:Enclosure ; mfo:remoteLink <http://example.org/%1.mp3> ; "
                 "nie:isLogicalPartOf <urn:m%1> . ")
                 .arg(i)
-                .arg(i / 10);
+                .arg(i / 10)
+                .arg(QDateTime::fromSecsSinceEpoch(i * 37 % 1000, Qt::UTC).toString(Qt::ISODate));
     }
     VERIFY_DONE(store.update(statement + QLatin1Char('}')));
 }
@@ -184,6 +187,8 @@ void TestOntology::lookUpIsIndependentOfTheSize_data()
         "SELECT ?e ?l { ?e a mfo:Enclosure ; nie:isLogicalPartOf <urn:m7> ; mfo:remoteLink ?l }");
     QTest::newRow("messages of a channel")
         << QStringLiteral("SELECT COUNT(?m) { ?m a mfo:FeedMessage ; nie:isLogicalPartOf <urn:c0> }");
+    QTest::newRow("newest message") << QStringLiteral(
+        "SELECT ?m { ?m nie:contentCreated ?date } ORDER BY DESC(?date) DESC(tracker:id(?m)) LIMIT 1");
 }
 
 void TestOntology::lookUpIsIndependentOfTheSize()
@@ -197,6 +202,29 @@ void TestOntology::lookUpIsIndependentOfTheSize()
     const int many = stepsFor(store, query);
     QVERIFY2(many > 0 && many <= few + few / 4,
              qPrintable(QStringLiteral("%1 steps among 50 messages, %2 among 1550").arg(few).arg(many)));
+}
+
+void TestOntology::datesOfAnOlderStoreAreIndexed()
+{
+    const QTemporaryDir dir;
+    const auto write = [&dir] {
+        return ScratchStore::run(*ScratchStore::connect(dir.path()), insertFeed,
+                                 QSparqlQuery::InsertStatement);
+    };
+    VERIFY_DONE(write());
+    QCOMPARE(sqliteRows(dir.path(), QStringLiteral("DROP INDEX tidel_dates")), QStringList());
+    for (int i = 0; i < 2; ++i)
+        VERIFY_DONE(write());
+    const QString dates =
+        QStringLiteral("SELECT \"nie:contentCreated\" FROM \"nie:InformationElement_nie:contentCreated\" "
+                       "INDEXED BY tidel_dates");
+    QCOMPARE(sqliteRows(dir.path(), dates).size(), 1);
+    QCOMPARE(stock(QStringLiteral("readwrite"), dir.path(),
+                   {QStringLiteral("INSERT { <urn:new> a nie:InformationElement ; "
+                                   "nie:contentCreated \"2026-01-01T00:00:00Z\" }")})
+                 .exitCode,
+             0);
+    QCOMPARE(sqliteRows(dir.path(), dates).size(), 2);
 }
 
 void TestOntology::namesAreTheStockOnes()
