@@ -19,6 +19,8 @@ public:
     /// Reads the page of \a row from \a store. What is not stored, or could not be read, has a headline with
     /// its URI alone, so that it is not read again and again.
     Result<void> readPage(const Store &store, const UriList &rows, int row);
+    /// The messages whose headlines are known.
+    QStringList uris() const { return m_headlines.keys(); }
     /// Adds \a headlines.
     void add(const QList<MessageHeadline> &headlines);
     /// Forgets the headlines of the messages \a uris.

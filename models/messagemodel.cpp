@@ -22,6 +22,7 @@ struct ListReading
 };
 
 using Answer = QFuture<Result<ListReading>>;
+using Headlines = Result<QList<MessageHeadline>>;
 
 /// What a list shows.
 struct Wanted
@@ -121,22 +122,26 @@ private:
     void apply(const ListReading &reading);
     void remove(const QVector<RowRun> &runs);
     void readAllHeadlinesAgain();
+    void replaceHeadlines();
     void tellChange(int first, int count);
     void setLoading(bool isTrue);
     void setError(const std::optional<Error> &newError);
 
     MessageModel *const q;
     QFutureWatcher<Result<ListReading>> answer;
+    QFutureWatcher<Headlines> newHeadlines;
     HeadlineCache headlines;
     bool hasQuery = false;
     bool hasFirstRows = false;
     bool isReading = false;
     bool isStale = false; // Something has changed since the reading began.
+    bool areHeadlinesStale = false; // As isStale, of newHeadlines.
 };
 
 MessageModelPrivate::MessageModelPrivate(MessageModel *model, Archive *source) : archive(source), q(model)
 {
     QObject::connect(&answer, &QFutureWatcherBase::finished, q, [this] { take(); });
+    QObject::connect(&newHeadlines, &QFutureWatcherBase::finished, q, [this] { replaceHeadlines(); });
     if (source)
         connectTo(source);
 }
@@ -149,6 +154,8 @@ void MessageModelPrivate::setArchive(Archive *source)
     // What the other archive answers is not for this one.
     answer.cancel();
     answer.setFuture(Answer());
+    newHeadlines.setFuture(QFuture<Headlines>());
+    headlines.clear();
     setError({});
     if (source)
         connectTo(source);
@@ -277,14 +284,32 @@ void MessageModelPrivate::remove(const QVector<RowRun> &runs)
 void MessageModelPrivate::readHeadlinesAgain(const QStringList &uris)
 {
     headlines.forget(uris);
+    areHeadlinesStale = true;
     const QVector<RowRun> runs = runsWith(uris, rows);
     for (const RowRun &run : runs)
         tellChange(run.first, run.count);
 }
 
+/// The headlines of before are shown until the others are there. A view would wait for them otherwise.
 void MessageModelPrivate::readAllHeadlinesAgain()
 {
+    areHeadlinesStale = false;
+    newHeadlines.cancel();
+    if (archive)
+        newHeadlines.setFuture(archive->read(
+            [uris = headlines.uris()](const Store &store) { return MessageList(store).headlines(uris); },
+            Archive::LongRead));
+}
+
+void MessageModelPrivate::replaceHeadlines()
+{
+    const QFuture<Headlines> ended = newHeadlines.future();
+    if (ended.resultCount() == 0)
+        return;
+    if (areHeadlinesStale)
+        return readAllHeadlinesAgain();
     headlines.clear();
+    headlines.add(ended.result().value_or(QList<MessageHeadline>()));
     if (!rows.isEmpty())
         tellChange(0, rows.size());
 }

@@ -87,14 +87,21 @@ struct ShownList
     RowMirror mirror;
 };
 
-/// Waits until \a archive tells every change, and the models know it.
-void waitForWatch(Archive *archive)
+void waitFor(const QFuture<Result<void>> &future)
 {
     QFutureWatcher<Result<void>> watcher;
     QSignalSpy finished(&watcher, &QFutureWatcherBase::finished);
-    watcher.setFuture(archive->change([](const Store &) { return Result<void>(); }));
+    watcher.setFuture(future);
     QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, patience);
 }
+
+Result<void> doNothing(const Store &) { return {}; }
+
+/// Waits until \a archive tells every change, and the models know it.
+void waitForWatch(Archive *archive) { waitFor(archive->change(doNothing)); }
+
+/// Waits until the models have got what they have asked \a archive for.
+void waitForReads(Archive *archive) { waitFor(archive->read(doNothing, Archive::LongRead)); }
 
 #define WAIT_FOR(list) QTRY_VERIFY_WITH_TIMEOUT((list).isThere(), patience)
 #define WAIT_FOR_NAMES(list, expected) QTRY_COMPARE_WITH_TIMEOUT((list).names(), expected, patience)
@@ -474,6 +481,19 @@ void TestMessageModel::longList()
     // The last 2,000 are known.
     QCOMPARE(statementsOf(2999, 1000, -1), 0);
     QCOMPARE(statementsOf(999, 0, -1), 10);
+    // They are shown until they have been read again.
+    QSemaphore free;
+    const auto held = archive.read(
+        [&free](const Store &) {
+            free.acquire();
+            return Result<void>();
+        },
+        Archive::LongRead);
+    Q_EMIT archive.channelsChanged({channelUri("news")});
+    QCOMPARE(statementsOf(0, 99, 1), 0);
+    free.release();
+    waitForReads(&archive);
+    QCOMPARE(statementsOf(0, 99, 1), 0);
 }
 
 void TestMessageModel::unreadablePage()
@@ -563,12 +583,15 @@ void TestMessageModel::otherArchive()
     list.model.setArchive(&other);
     QCOMPARE(list.model.rowCount(), 0);
     WAIT_FOR_NAMES(list, QStringList({"b", "a"}));
-    WAIT_FOR(list);
+    waitForWatch(&other);
+    waitForReads(&other);
     // The first one has nothing to say any more.
     QSignalSpy told(&list.model, &MessageModel::dataChanged);
     Q_EMIT archive.channelsChanged({channelUri("news")});
+    waitForReads(&archive);
     QCOMPARE(told.count(), 0);
     Q_EMIT other.channelsChanged({channelUri("news")});
+    waitForReads(&other);
     QCOMPARE(told.count(), 1);
 
     list.model.setArchive(nullptr);
