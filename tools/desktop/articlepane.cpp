@@ -26,6 +26,18 @@ void ArticlePane::load(const QString &uri)
     reload();
 }
 
+void ArticlePane::warmUp(const QString &uri)
+{
+    if (m_isWarm)
+        return;
+    m_isWarm = true;
+    const auto reading = m_archive->read([uri](const Store &store) { return loadMessage(store, uri); });
+    whenAnswered(reading, this, [this](const Result<ShownMessage> &loaded) {
+        if (loaded && m_wanted.isEmpty())
+            rehearse(*loaded);
+    });
+}
+
 void ArticlePane::reload()
 {
     m_reading.cancel();

@@ -22,6 +22,9 @@ public:
 
     /// Shows the message \a uri, as soon as it is read; nothing if \a uri is empty.
     void load(const QString &uri);
+    /// Does for the message \a uri, without showing it, what takes longest for the first message: the store
+    /// prepares its queries, and fonts are loaded. Does so once.
+    void warmUp(const QString &uri);
     /// Reads the message again.
     void reload();
     /// The address of the message; empty if it has none that a browser can show.
@@ -43,6 +46,7 @@ private:
     Archive *const m_archive;
     QString m_wanted;
     QFuture<Result<ShownMessage>> m_reading;
+    bool m_isWarm = false;
 };
 
 } // namespace Tidel

@@ -105,6 +105,10 @@ void MainWindow::connectPanes()
 
 void MainWindow::connectArticle()
 {
+    const MessageModel *messages = m_messages->view()->messages();
+    connect(messages, &MessageModel::rowsInserted, this, [this, messages] {
+        m_article->warmUp(messages->index(0, 0).data(MessageModel::UriRole).toString());
+    });
     connect(m_article, &ArticlePane::shown, this, [this](const QString &uri) {
         if (!m_messages->view()->current(MessageModel::IsReadRole).toBool())
             m_marks->readSoon(uri);

@@ -83,6 +83,15 @@ void ArticleBrowser::display(const QString &html, const QStringList &pictures)
     layOut();
 }
 
+void ArticleBrowser::rehearse(const QString &html) const
+{
+    QTextDocument text;
+    text.setDefaultFont(font());
+    text.setDefaultStyleSheet(articleStyle(ArticleColors(palette())));
+    text.setHtml(html);
+    text.setTextWidth(width());
+}
+
 bool ArticleBrowser::readOn()
 {
     QScrollBar *bar = verticalScrollBar();

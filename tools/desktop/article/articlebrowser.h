@@ -19,6 +19,8 @@ public:
 
     /// Shows \a html. \a pictures are the addresses that may be fetched.
     void display(const QString &html, const QStringList &pictures);
+    /// Lays \a html out, but does not show it.
+    void rehearse(const QString &html) const;
     /// Scrolls by a page. Returns false if the end was reached before; otherwise returns true.
     bool readOn();
 

@@ -26,6 +26,18 @@ QString textOf(const FeedMessage &message)
     return message.description().isEmpty() ? message.summary() : message.description();
 }
 
+SafeHtml safeText(const ShownMessage &shown, bool isAllowed)
+{
+    return SafeHtml::fromHtml(textOf(shown.message), baseOf(shown),
+                              isAllowed ? SafeHtml::ShownPictures : SafeHtml::LinkedPictures);
+}
+
+QString articleHtml(const ShownMessage &shown, const SafeHtml &text)
+{
+    return headHtml(shown) + QStringLiteral("<div>") + text.html + QStringLiteral("</div>")
+        + enclosuresHtml(shown);
+}
+
 } // namespace
 
 ArticleView::ArticleView(QWidget *parent)
@@ -81,6 +93,11 @@ void ArticleView::show(const ShownMessage &message)
     m_browser->verticalScrollBar()->setValue(isSame ? place : 0);
 }
 
+void ArticleView::rehearse(const ShownMessage &message) const
+{
+    m_browser->rehearse(articleHtml(message, safeText(message, false)));
+}
+
 void ArticleView::clear() { show(ShownMessage()); }
 
 bool ArticleView::readOn() { return m_browser->readOn(); }
@@ -96,12 +113,9 @@ void ArticleView::render()
         m_browser->display(QString(), {});
         return;
     }
-    const SafeHtml text = SafeHtml::fromHtml(textOf(m_shown.message), baseOf(m_shown),
-                                             isAllowed ? SafeHtml::ShownPictures : SafeHtml::LinkedPictures);
+    const SafeHtml text = safeText(m_shown, isAllowed);
     m_pictureBar->setVisible(!isAllowed && !text.pictures.isEmpty());
-    m_browser->display(headHtml(m_shown) + QStringLiteral("<div>") + text.html + QStringLiteral("</div>")
-                           + enclosuresHtml(m_shown),
-                       isAllowed ? text.pictures : QStringList());
+    m_browser->display(articleHtml(m_shown, text), isAllowed ? text.pictures : QStringList());
 }
 
 void ArticleView::activate(const QUrl &link)
