@@ -8,6 +8,7 @@
 #include <TidelReader/messages.h>
 
 #include <feedplugininterface.h>
+#include <soon.h>
 
 #include <QFutureWatcher>
 #include <QSemaphore>
@@ -268,7 +269,7 @@ void TestArchiveObject::subscribe()
     QCOMPARE(ends(watcher.future()),
              (QStringList{addresses.at(0).toString() + " ok", addresses.at(1).toString() + " 4",
                           addresses.at(2).toString() + " ok"}));
-    QTRY_COMPARE(ready.size(), 3);
+    COMPARE_SOON(ready.size(), 3);
     QCOMPARE(watcher.progressMaximum(), 3);
     QCOMPARE(watcher.progressValue(), 3);
     QCOMPARE(Channels(reader()).all()->size(), 2);

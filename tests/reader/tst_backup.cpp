@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "readertest.h"
 
+#include <soon.h>
+
 #include <TidelReader/backup.h>
 #include <TidelReader/channels.h>
 #include <TidelReader/enclosurequeue.h>
@@ -249,7 +251,7 @@ void TestBackup::oneMomentWhileOthersWrite()
         }
     }));
     writer->start();
-    QTRY_VERIFY(written > 10);
+    VERIFY_SOON(written > 10);
     for (int i = 0; i < 10; ++i)
         VERIFY_OK(Backup(reader()).write(path(QString::number(i))));
     isDone = true;

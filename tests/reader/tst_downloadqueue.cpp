@@ -3,6 +3,7 @@
 #include <TidelReader/pluginfinder.h>
 
 #include <feedplugininterface.h>
+#include <soon.h>
 
 #include <QtTest>
 
@@ -46,7 +47,7 @@ bool TestDownloadQueue::run(DownloadQueue &queue)
 {
     QSignalSpy finished(&queue, &DownloadQueue::finished);
     queue.start();
-    const bool isFinished = finished.wait(10000);
+    const bool isFinished = finished.wait(longestWait);
     QTest::qWait(0);
     return isFinished && finished.size() == 1;
 }
@@ -145,7 +146,7 @@ void TestDownloadQueue::cancelLeavesOutTheRest()
     QTest::qWait(50);
     QCOMPARE(finished.size(), 0);
     queue.cancel();
-    QTRY_COMPARE(finished.size(), 1);
+    COMPARE_SOON(finished.size(), 1);
     QCOMPARE(heard.size(), 8);
     QCOMPARE(heard.count(FeedDownloadCanceled), 8);
 }

@@ -5,6 +5,7 @@
 #include <TidelReader/pluginfinder.h>
 
 #include <feedplugininterface.h>
+#include <soon.h>
 
 #include <QPointer>
 #include <QSignalSpy>
@@ -120,7 +121,7 @@ void TestPluginSwitch::subscribe()
     QSignalSpy finished(m_all, &FeedPluginInterface::downloadFeedsFinished);
     m_all->subscribe(QUrl(address));
     QCOMPARE(finished.size(), 0);
-    QVERIFY(finished.wait());
+    QVERIFY(finished.wait(longestWait));
     QCOMPARE(m_all->property("newMessages").toStringList(), QStringList(plugin + ' ' + address));
 }
 
@@ -129,7 +130,7 @@ void TestPluginSwitch::noneTakesTheAddress()
     QSignalSpy failed(m_all, &FeedPluginInterface::downloadFeedsFailed);
     m_all->subscribe(QUrl("http://example.org/"));
     QCOMPARE(failed.size(), 0);
-    QVERIFY(failed.wait());
+    QVERIFY(failed.wait(longestWait));
     QCOMPARE(failed.first().first().toInt(), int(FeedDownloadBadAddress));
     QCOMPARE(m_all->errorString(), QString("no download plug-in takes this address"));
 
@@ -137,7 +138,7 @@ void TestPluginSwitch::noneTakesTheAddress()
     FeedPluginInterface *withAny = plugins({"dummy", "special"});
     QSignalSpy finished(withAny, &FeedPluginInterface::downloadFeedsFinished);
     withAny->subscribe(QUrl("http:"));
-    QVERIFY(finished.wait());
+    QVERIFY(finished.wait(longestWait));
 }
 
 void TestPluginSwitch::channels()
@@ -147,15 +148,15 @@ void TestPluginSwitch::channels()
     addChannelAt("c", "https://special.example.org/c");
     QSignalSpy finished(m_all, &FeedPluginInterface::downloadFeedsFinished);
     m_all->downloadFeeds({channelUri("a"), channelUri("b"), channelUri("c"), "urn:unknown"});
-    QVERIFY(finished.wait());
+    QVERIFY(finished.wait(longestWait));
     QCOMPARE(m_all->property("newMessages").toStringList(),
              QStringList({"special " + channelUri("a"), "special " + channelUri("c"),
                           "secure " + channelUri("b"), "secure urn:unknown"}));
     m_all->downloadFeeds({channelUri("b")});
-    QVERIFY(finished.wait());
+    QVERIFY(finished.wait(longestWait));
     QCOMPARE(m_all->property("newMessages").toStringList(), QStringList("secure " + channelUri("b")));
     m_all->downloadFeeds({});
-    QVERIFY(finished.wait());
+    QVERIFY(finished.wait(longestWait));
 }
 
 void TestPluginSwitch::firstFailureCounts()
@@ -164,7 +165,7 @@ void TestPluginSwitch::firstFailureCounts()
     addChannelAt("b", "https://example.org/b");
     QSignalSpy failed(m_all, &FeedPluginInterface::downloadFeedsFailed);
     m_all->downloadFeeds({channelUri("fail"), channelUri("b")});
-    QVERIFY(failed.wait());
+    QVERIFY(failed.wait(longestWait));
     QCOMPARE(failed.size(), 1);
     QCOMPARE(failed.first().first().toInt(), 599);
     QCOMPARE(m_all->errorString(), QString("special failed"));
@@ -179,7 +180,7 @@ void TestPluginSwitch::enclosure()
     QSignalSpy finished(m_all, &FeedPluginInterface::downloadEnclosureFinished);
     QSignalSpy progress(m_all, &FeedPluginInterface::enclosureDownloadProgress);
     m_all->downloadEnclosure(enclosureUri("file"), "/folder");
-    QVERIFY(finished.wait());
+    QVERIFY(finished.wait(longestWait));
     const QVariantMap map = finished.first().first().toMap();
     QCOMPARE(map.value("mimeType").toString(), QString("special"));
     QCOMPARE(map.value("localUrl").toString(), QString("/folder"));
@@ -192,7 +193,7 @@ void TestPluginSwitch::busy()
     QSignalSpy finished(m_all, &FeedPluginInterface::downloadFeedsFinished);
     m_all->subscribe(QUrl("https://example.org/a"));
     m_all->subscribe(QUrl("https://example.org/b"));
-    QTRY_COMPARE(finished.size() + failed.size(), 2);
+    COMPARE_SOON(finished.size() + failed.size(), 2);
     QCOMPARE(failed.first().first().toInt(), int(FeedDownloadBusy));
     QCOMPARE(m_all->property("newMessages").toStringList(), QStringList("secure https://example.org/a"));
 }
@@ -204,7 +205,7 @@ void TestPluginSwitch::cancel()
     QSignalSpy failed(m_all, &FeedPluginInterface::downloadFeedsFailed);
     m_all->downloadFeeds({channelUri("wait"), channelUri("b")});
     m_all->cancel();
-    QVERIFY(failed.wait());
+    QVERIFY(failed.wait(longestWait));
     QCOMPARE(failed.first().first().toInt(), int(FeedDownloadCanceled));
     // The other plug-in was not called.
     QCOMPARE(m_all->property("newMessages").toStringList().filter("secure"), QStringList());
@@ -219,7 +220,7 @@ void TestPluginSwitch::queue()
                         [&heard](const DownloadResult &result) { heard += result.newMessages(); });
     QSignalSpy finished(&queue, &DownloadQueue::finished);
     queue.start();
-    QVERIFY(finished.wait());
+    QVERIFY(finished.wait(longestWait));
     const QString one = "secure https://example.org/";
     const QString other = "special https://special.example.org/";
     QCOMPARE(heard, QStringList({one, other, one, other}));

@@ -2,6 +2,7 @@
 #include "plugintest.h"
 
 #include <feedtrackersparql.h>
+#include <soon.h>
 
 #include <QtTest>
 
@@ -243,7 +244,7 @@ void TestEnclosureDownloads::sameNameInParallel()
                 [&] { ++finished; });
         downloaders.back()->downloadEnclosure(uri, folder());
     }
-    QTRY_COMPARE(finished, count);
+    COMPARE_SOON(finished, count);
     QCOMPARE(files().size(), count);
     QSet<qint64> sizes;
     for (const QFileInfo &file : QDir(folder()).entryInfoList(QDir::Files))
@@ -397,7 +398,7 @@ void TestEnclosureDownloads::cancel()
     const QString uri = addEnclosure(m_server->url("/stalled"));
     QSignalSpy progress(&downloader(), &FeedPluginInterface::enclosureDownloadProgress);
     downloader().downloadEnclosure(uri, folder());
-    QTRY_VERIFY(!progress.isEmpty());
+    VERIFY_SOON(!progress.isEmpty());
     downloader().cancel();
     const Ending canceled = ending(downloader());
     VERIFY_ENDING(canceled, "downloadEnclosureFailed");
@@ -410,7 +411,7 @@ void TestEnclosureDownloads::deletedDuringDownload()
     auto other = another();
     QSignalSpy progress(other.get(), &FeedPluginInterface::enclosureDownloadProgress);
     other->downloadEnclosure(addEnclosure(m_server->url("/stalled")), folder());
-    QTRY_VERIFY(!progress.isEmpty());
+    VERIFY_SOON(!progress.isEmpty());
     other.reset();
     QCOMPARE(files(), QStringList());
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "plugintest.h"
 
+#include <soon.h>
 #include <statementgate.h>
 
 #include <TidelReader/channels.h>
@@ -281,7 +282,7 @@ void TestFeedWriter::canceledBetweenGroups()
     for (int i = 0; i < 12000; ++i)
         items += item(QByteArray::number(i), QByteArray::number(i));
     downloader().subscribe(QUrl("file://" + write("feed.xml", feed(items))));
-    QTRY_VERIFY(m_store->count("?m a mfo:FeedMessage") > 0);
+    VERIFY_SOON(m_store->count("?m a mfo:FeedMessage") > 0);
     downloader().cancel();
     const Ending canceled = ending(downloader());
     QCOMPARE(canceled.error, int(FeedDownloadCanceled));

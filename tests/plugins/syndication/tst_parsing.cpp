@@ -2,6 +2,8 @@
 #include "parserthread.h"
 #include "parsing.h"
 
+#include <soon.h>
+
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -48,7 +50,7 @@ void TestParsing::feed()
     // The result waits for the event loop.
     QVERIFY(m_parser->waitForDone());
     QCOMPARE(int(ends.size()), 0);
-    QTRY_COMPARE(int(ends.size()), 1);
+    COMPARE_SOON(int(ends.size()), 1);
     QCOMPARE(int(job->takeResult()->items().size()), 3);
 }
 
@@ -56,7 +58,7 @@ void TestParsing::noFeed()
 {
     const auto job = parsing({"Nothing", QUrl("https://example.org/feed"), {}, {}, {}});
     QSignalSpy ends(job.get(), &Parsing::finished);
-    QTRY_COMPARE(int(ends.size()), 1);
+    COMPARE_SOON(int(ends.size()), 1);
     QCOMPARE(job->takeResult().error().reason,
              QString("the document is not a feed: it is neither XML nor JSON"));
 }
@@ -72,7 +74,7 @@ void TestParsing::severalAtOnce()
             job.release()->deleteLater();
         });
     }
-    QTRY_COMPARE(int(sizes.size()), 20);
+    COMPARE_SOON(int(sizes.size()), 20);
     QVERIFY(std::is_sorted(sizes.rbegin(), sizes.rend()));
 }
 

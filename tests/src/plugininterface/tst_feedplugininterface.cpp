@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include <feedmethod.h>
 #include <feedplugininterface.h>
+#include <soon.h>
 
 #include <QMetaMethod>
 #include <QPluginLoader>
@@ -258,13 +259,13 @@ void tst_FeedPluginInterface::pluginIsCalledThroughTheInterface()
 
     plugin->subscribe(QUrl("https://example.org/feed.xml"));
     QVERIFY(feedsFinished.isEmpty());
-    QVERIFY(feedsFinished.wait());
+    QVERIFY(feedsFinished.wait(longestWait));
     QCOMPARE(plugin->errorString(), QString("https://example.org/feed.xml"));
     plugin->downloadFeeds({"urn:1", "urn:2", "urn:3"});
-    QVERIFY(feedsFailed.wait());
+    QVERIFY(feedsFailed.wait(longestWait));
     QCOMPARE(feedsFailed.at(0), QVariantList{3});
     plugin->cancel();
-    QVERIFY(enclosureFailed.wait());
+    QVERIFY(enclosureFailed.wait(longestWait));
     QCOMPARE(enclosureFailed.at(0), QVariantList{FeedDownloadCanceled});
 }
 
@@ -286,7 +287,7 @@ void tst_FeedPluginInterface::pluginIsCalledByName()
     const QList<QGenericArgument> arguments = arrived.genericArguments();
     QCOMPARE(arguments.size(), 2);
     QVERIFY(QMetaObject::invokeMethod(plugin, arrived.name.constData(), arguments[0], arguments[1]));
-    QVERIFY(finished.wait());
+    QVERIFY(finished.wait(longestWait));
     const QVariantMap map{{"uri", "urn:1"}, {"localUrl", "/folder"}};
     QCOMPARE(finished.at(0), QVariantList{map});
     QCOMPARE(progress.at(0), QVariantList({qint64(1) << 40, qint64(-1)}));

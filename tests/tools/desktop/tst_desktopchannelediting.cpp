@@ -2,6 +2,7 @@
 #include "windowtest.h"
 
 #include <propertiesdialog.h>
+#include <soon.h>
 
 #include <TidelReader/channels.h>
 #include <TidelReader/feeds.h>
@@ -59,7 +60,7 @@ void TestDesktopChannelEditing::init()
     addMessages({"d"}, "music", 10);
     VERIFY_OK(Folders(reader()).move(channelUri("music"), "Arts"));
     openWindow();
-    QTRY_COMPARE(channelTitles(),
+    COMPARE_SOON(channelTitles(),
                  QStringList({"All messages", "Unread", "Favorites", "Arts", " music", "news"}));
 }
 
@@ -88,8 +89,8 @@ void TestDesktopChannelEditing::rename()
     QCOMPARE(editor->text(), QString("news"));
     editor->setText("The  Courier");
     QTest::keyClick(editor, Qt::Key_Return);
-    QTRY_COMPARE(storedChannels(), QStringList({"music", "The Courier"}));
-    QTRY_VERIFY(channelTitles().contains("The Courier"));
+    COMPARE_SOON(storedChannels(), QStringList({"music", "The Courier"}));
+    VERIFY_SOON(channelTitles().contains("The Courier"));
     QCOMPARE(channels()->channel(), channelUri("news"));
 }
 
@@ -118,14 +119,14 @@ void TestDesktopChannelEditing::dragIntoFolder()
     QVERIFY(!(model->flags(arts) & Qt::ItemIsDragEnabled));
     select("news");
     QVERIFY(dropNewsOn(arts));
-    QTRY_COMPARE(folderOf("news"), QString("Arts"));
-    QTRY_COMPARE(channelTitles().mid(3), QStringList({"Arts", " music", " news"}));
+    COMPARE_SOON(folderOf("news"), QString("Arts"));
+    COMPARE_SOON(channelTitles().mid(3), QStringList({"Arts", " music", " news"}));
     QVERIFY(dropNewsOn({}));
-    QTRY_COMPARE(folderOf("news"), QString());
-    QTRY_COMPARE(channelTitles().mid(3), QStringList({"Arts", " music", "news"}));
+    COMPARE_SOON(folderOf("news"), QString());
+    COMPARE_SOON(channelTitles().mid(3), QStringList({"Arts", " music", "news"}));
     // A channel stands for the folder that it is in.
     QVERIFY(dropNewsOn(model->index(0, 0, arts)));
-    QTRY_COMPARE(folderOf("news"), QString("Arts"));
+    COMPARE_SOON(folderOf("news"), QString("Arts"));
 }
 
 void TestDesktopChannelEditing::moveByName()
@@ -137,14 +138,14 @@ void TestDesktopChannelEditing::moveByName()
     QCOMPARE(input->comboBoxItems(), QStringList({"", "Arts"}));
     input->setTextValue(" Daily / World");
     input->accept();
-    QTRY_COMPARE(folderOf("news"), QString("Daily/World"));
-    QTRY_COMPARE(channelTitles().mid(3), QStringList({"Arts", " music", "Daily", " World", "  news"}));
+    COMPARE_SOON(folderOf("news"), QString("Daily/World"));
+    COMPARE_SOON(channelTitles().mid(3), QStringList({"Arts", " music", "Daily", " World", "  news"}));
 }
 
 QMessageBox *TestDesktopChannelEditing::askToUnsubscribe()
 {
     press(QKeySequence("Ctrl+Del"));
-    [&] { QTRY_VERIFY(dialog<QMessageBox>()); }();
+    [&] { VERIFY_SOON(dialog<QMessageBox>()); }();
     return dialog<QMessageBox>();
 }
 
@@ -171,12 +172,12 @@ void TestDesktopChannelEditing::unsubscribeAndUndo()
     QVERIFY(channels()->isRowHidden(4, {}));
     QVERIFY(notice()->text().contains("news"));
     QCOMPARE(channels()->channel(), channelUri("music"));
-    QTRY_COMPARE(titles(), QStringList("Title of d"));
+    COMPARE_SOON(titles(), QStringList("Title of d"));
     press(QKeySequence::Undo);
     QVERIFY(!channels()->isRowHidden(4, {}));
     QCOMPARE(notice()->text(), QString());
     QCOMPARE(channels()->channel(), channelUri("news"));
-    QTRY_COMPARE(titles(), QStringList({"Title of b", "Title of a"}));
+    COMPARE_SOON(titles(), QStringList({"Title of b", "Title of a"}));
     closeWindow();
     QCOMPARE(storedChannels(), QStringList({"music", "news"}));
 }
@@ -217,7 +218,7 @@ void TestDesktopChannelEditing::nothingIsLostWithoutClosing()
     select("news");
     answer(askToUnsubscribe(), QMessageBox::AcceptRole);
     openWindow();
-    QTRY_VERIFY(channelTitles().contains("news"));
+    VERIFY_SOON(channelTitles().contains("news"));
     QVERIFY(!channels()->isRowHidden(4, {}));
 }
 
@@ -225,7 +226,7 @@ void TestDesktopChannelEditing::properties()
 {
     select("news");
     press(QKeySequence("Alt+Return"));
-    QTRY_VERIFY(dialog<PropertiesDialog>());
+    VERIFY_SOON(dialog<PropertiesDialog>());
     auto *properties = dialog<PropertiesDialog>();
     QVERIFY(properties->windowTitle().contains("news"));
     auto *interval = properties->findChild<QComboBox *>();
@@ -234,9 +235,9 @@ void TestDesktopChannelEditing::properties()
     properties->findChildren<QSpinBox *>().constFirst()->setValue(1);
     properties->findChild<QCheckBox *>()->setChecked(true);
     properties->accept();
-    QTRY_COMPARE(RetentionRules(reader()).all()->value(channelUri("news")).toString(),
+    COMPARE_SOON(RetentionRules(reader()).all()->value(channelUri("news")).toString(),
                  QString("keep=1 unread"));
-    QTRY_COMPARE(messagesIn("news"), QStringList("b"));
+    COMPARE_SOON(messagesIn("news"), QStringList("b"));
     QCOMPARE(messagesIn("music"), QStringList("d"));
     QCOMPARE(Feeds(reader()).plan(channelUri("news"))->interval, 3600);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "windowtest.h"
 
+#include <soon.h>
+
 #include <TidelReader/channelmodel.h>
 #include <TidelReader/channels.h>
 #include <TidelReader/messages.h>
@@ -58,7 +60,7 @@ void TestDesktopDeleting::init()
     addMessages({"a", "b", "c"}, "news", 1);
     addMessages({"d"}, "music", 10);
     openWindow();
-    QTRY_COMPARE(titles(), QStringList({"Title of d", "Title of c", "Title of b", "Title of a"}));
+    COMPARE_SOON(titles(), QStringList({"Title of d", "Title of c", "Title of b", "Title of a"}));
 }
 
 void TestDesktopDeleting::select(int row)
@@ -71,14 +73,14 @@ void TestDesktopDeleting::unsubscribe(const QString &channel)
 {
     channels()->select(channelUri(channel));
     press(QKeySequence("Ctrl+Del"));
-    QTRY_VERIFY(dialog<QMessageBox>());
+    VERIFY_SOON(dialog<QMessageBox>());
     const QMessageBox *box = dialog<QMessageBox>();
     const QList<QAbstractButton *> buttons = box->buttons();
     for (QAbstractButton *button : buttons) {
         if (box->buttonRole(button) == QMessageBox::AcceptRole)
             button->click();
     }
-    QTRY_VERIFY(!window()->findChild<QMessageBox *>());
+    VERIFY_SOON(!window()->findChild<QMessageBox *>());
 }
 
 QString TestDesktopDeleting::undoText() const
@@ -94,7 +96,7 @@ void TestDesktopDeleting::deletesTheCurrentMessage()
     QCOMPARE(titles(), QStringList({"Title of d", "Title of b", "Title of a"}));
     QCOMPARE(messages()->message(), messageUri("b"));
     QCOMPARE(messages()->selected(), messageUris({"b"}));
-    QTRY_COMPARE(shown(), messageUri("b"));
+    COMPARE_SOON(shown(), messageUri("b"));
     QCOMPARE(notice()->text(), QString("Deleted 1 message(s)"));
     QCOMPARE(stored(), QStringList({"a", "b", "c", "d"}));
 }
@@ -119,17 +121,17 @@ void TestDesktopDeleting::lastMessageOfTheList()
 void TestDesktopDeleting::onlyMessage()
 {
     channels()->select(channelUri("music"));
-    QTRY_COMPARE(titles(), QStringList("Title of d"));
+    COMPARE_SOON(titles(), QStringList("Title of d"));
     select(0);
-    QTRY_COMPARE(shown(), messageUri("d"));
+    COMPARE_SOON(shown(), messageUri("d"));
     press(Qt::Key_Delete);
     QCOMPARE(titles(), QStringList());
     QCOMPARE(messages()->message(), QString());
-    QTRY_COMPARE(shown(), QString());
+    COMPARE_SOON(shown(), QString());
     // There is nothing to delete.
     press(Qt::Key_Delete);
     press(QKeySequence::Undo);
-    QTRY_COMPARE(titles(), QStringList("Title of d"));
+    COMPARE_SOON(titles(), QStringList("Title of d"));
     QVERIFY(!undoText().contains("Delete"));
 }
 
@@ -140,10 +142,10 @@ void TestDesktopDeleting::undo()
     press(Qt::Key_Delete);
     QCOMPARE(titles(), QStringList({"Title of d", "Title of a"}));
     press(QKeySequence::Undo);
-    QTRY_COMPARE(titles(), QStringList({"Title of d", "Title of b", "Title of a"}));
+    COMPARE_SOON(titles(), QStringList({"Title of d", "Title of b", "Title of a"}));
     QCOMPARE(messages()->message(), messageUri("a"));
     press(QKeySequence::Undo);
-    QTRY_COMPARE(titles().size(), 4);
+    COMPARE_SOON(titles().size(), 4);
     QCOMPARE(notice()->text(), QString());
 }
 
@@ -155,7 +157,7 @@ void TestDesktopDeleting::undoByTheNotice()
         if (button->text() == "Undo")
             button->click();
     }
-    QTRY_COMPARE(titles().size(), 4);
+    COMPARE_SOON(titles().size(), 4);
 }
 
 void TestDesktopDeleting::redo()
@@ -163,7 +165,7 @@ void TestDesktopDeleting::redo()
     select(0);
     press(Qt::Key_Delete);
     press(QKeySequence::Undo);
-    QTRY_COMPARE(titles().size(), 4);
+    COMPARE_SOON(titles().size(), 4);
     press(QKeySequence::Redo);
     QCOMPARE(titles(), QStringList({"Title of c", "Title of b", "Title of a"}));
     closeWindow();
@@ -176,24 +178,24 @@ void TestDesktopDeleting::hiddenInAllLists()
     select(1);
     press(Qt::Key_Delete);
     channels()->select(channelUri("news"));
-    QTRY_COMPARE(titles(), QStringList({"Title of b", "Title of a"}));
+    COMPARE_SOON(titles(), QStringList({"Title of b", "Title of a"}));
     addMessages({"e"}, "news", 20);
-    QTRY_COMPARE(titles(), QStringList({"Title of e", "Title of b", "Title of a"}));
+    COMPARE_SOON(titles(), QStringList({"Title of e", "Title of b", "Title of a"}));
     press(QKeySequence::Undo);
-    QTRY_COMPARE(titles(), QStringList({"Title of e", "Title of c", "Title of b", "Title of a"}));
+    COMPARE_SOON(titles(), QStringList({"Title of e", "Title of c", "Title of b", "Title of a"}));
 }
 
 void TestDesktopDeleting::countsAsRead()
 {
-    QTRY_COMPARE(unreadOfNews(), 3);
+    COMPARE_SOON(unreadOfNews(), 3);
     VERIFY_OK(ReadState(reader()).set({messageUri("b")}, true));
-    QTRY_COMPARE(unreadOfNews(), 2);
+    COMPARE_SOON(unreadOfNews(), 2);
     select(1);
     QTest::keyClick(messages(), Qt::Key_Down, Qt::ShiftModifier);
     press(Qt::Key_Delete);
-    QTRY_COMPARE(unreadOfNews(), 1);
+    COMPARE_SOON(unreadOfNews(), 1);
     press(QKeySequence::Undo);
-    QTRY_COMPARE(unreadOfNews(), 2);
+    COMPARE_SOON(unreadOfNews(), 2);
     QVERIFY(isRead("b"));
     QVERIFY(!isRead("c"));
 }
@@ -212,7 +214,7 @@ void TestDesktopDeleting::nothingIsLostWithoutClosing()
     select(1);
     press(Qt::Key_Delete);
     openWindow();
-    QTRY_COMPARE(titles().size(), 4);
+    COMPARE_SOON(titles().size(), 4);
     QCOMPARE(stored(), QStringList({"a", "b", "c", "d"}));
 }
 
@@ -230,18 +232,18 @@ void TestDesktopDeleting::lastThingIsUndoneFirst()
     select(3);
     press(Qt::Key_Delete);
     unsubscribe("music");
-    QTRY_COMPARE(titles(), QStringList({"Title of c", "Title of b"}));
+    COMPARE_SOON(titles(), QStringList({"Title of c", "Title of b"}));
     press(QKeySequence("Shift+A"));
     QTRY_VERIFY2(undoText().contains("Mark 2 Message"), qPrintable(undoText()));
     press(QKeySequence::Undo);
-    QTRY_VERIFY(!isRead("b"));
+    VERIFY_SOON(!isRead("b"));
     QVERIFY2(undoText().contains("Unsubscribe from “music”"), qPrintable(undoText()));
     press(QKeySequence::Undo);
-    QTRY_COMPARE(titles(), QStringList("Title of d"));
+    COMPARE_SOON(titles(), QStringList("Title of d"));
     QVERIFY2(undoText().contains("Delete 1 Message"), qPrintable(undoText()));
     press(QKeySequence::Undo);
     channels()->setCurrentIndex(channels()->model()->index(0, 0));
-    QTRY_COMPARE(titles().size(), 4);
+    COMPARE_SOON(titles().size(), 4);
 }
 
 /// The button of a notice never undoes something else.
@@ -250,7 +252,7 @@ void TestDesktopDeleting::noticeGoesWithWhatItSays()
     select(0);
     press(Qt::Key_Delete);
     press(QKeySequence("Shift+A"));
-    QTRY_COMPARE(notice()->text(), QString("Marked 3 message(s) as read"));
+    COMPARE_SOON(notice()->text(), QString("Marked 3 message(s) as read"));
     press(QKeySequence::Undo);
     QCOMPARE(notice()->text(), QString());
 }
@@ -270,10 +272,10 @@ void TestDesktopDeleting::lastChannelUnsubscribed()
 {
     unsubscribe("music");
     unsubscribe("news");
-    QTRY_VERIFY(!messages()->messages()->isLoading());
+    VERIFY_SOON(!messages()->messages()->isLoading());
     QCOMPARE(titles(), QStringList());
     press(QKeySequence::Undo);
-    QTRY_COMPARE(titles().size(), 3);
+    COMPARE_SOON(titles().size(), 3);
 }
 
 QTEST_MAIN(TestDesktopDeleting)

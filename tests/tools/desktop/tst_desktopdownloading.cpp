@@ -6,6 +6,7 @@
 #include <TidelReader/downloadfolder.h>
 
 #include <feedserver.h>
+#include <soon.h>
 
 #include <QFile>
 #include <QLabel>
@@ -72,9 +73,9 @@ void TestDesktopDownloading::showMessage(const QStringList &paths)
             QString("INSERT { <%1> a mfo:Enclosure ; mfo:remoteLink <%2> ; nie:isLogicalPartOf <%3> }")
                 .arg(enclosureUri(QString::number(i)), m_server->url(paths.at(i)), messageUri("a")));
     openWindow();
-    QTRY_COMPARE(titles().size(), 1);
+    COMPARE_SOON(titles().size(), 1);
     messages()->setCurrentIndex(messages()->model()->index(0, 0));
-    QTRY_COMPARE(shown(), messageUri("a"));
+    COMPARE_SOON(shown(), messageUri("a"));
     QCOMPARE(article()->message().enclosures.size(), paths.size());
 }
 
@@ -86,7 +87,7 @@ void TestDesktopDownloading::progressAndContinuation()
     click(0);
     QCOMPARE(rows().size(), 1);
     DownloadRow *row = rows().constFirst();
-    QTRY_VERIFY(row->isVisible());
+    VERIFY_SOON(row->isVisible());
     QTRY_COMPARE_WITH_TIMEOUT(texts(row), QStringList({"200.0 KiB of 400.0 KiB (50%)", "beans.mp3"}), 60000);
     const auto *bar = row->findChild<QProgressBar *>();
     QCOMPARE(bar->value() * 2, bar->maximum());
@@ -100,8 +101,8 @@ void TestDesktopDownloading::progressAndContinuation()
     QTRY_COMPARE_WITH_TIMEOUT(window()->statusBar()->currentMessage(), "Downloaded " + path, 60000);
     QCOMPARE(QFile(path).size(), 400 * 1024);
     QCOMPARE(m_server->requests().filter(" 206").size(), 1);
-    QTRY_VERIFY(shownText().contains("Open"));
-    QTRY_VERIFY(rows().isEmpty());
+    VERIFY_SOON(shownText().contains("Open"));
+    VERIFY_SOON(rows().isEmpty());
 }
 
 void TestDesktopDownloading::severalAtOnce()
@@ -126,7 +127,7 @@ void TestDesktopDownloading::failure()
     showMessage({"/status/404"});
     click(0);
     QTRY_VERIFY_WITH_TIMEOUT(notice()->text().startsWith("Could not download the file: "), 60000);
-    QTRY_VERIFY(rows().isEmpty());
+    VERIFY_SOON(rows().isEmpty());
     QVERIFY(!shownText().contains("Continue"));
 }
 

@@ -2,6 +2,7 @@
 #include "windowtest.h"
 
 #include <messagecolumns.h>
+#include <soon.h>
 
 #include <TidelReader/folders.h>
 #include <TidelReader/messages.h>
@@ -58,15 +59,15 @@ void TestDesktopReading::emptyArchive()
 {
     openWindow();
     const auto *hint = messages()->viewport()->findChild<QLabel *>();
-    QTRY_VERIFY(hint->isVisible() && hint->text().contains("Ctrl+N"));
+    VERIFY_SOON(hint->isVisible() && hint->text().contains("Ctrl+N"));
     const QImage painted = messages()->viewport()->grab().toImage();
     QImage blank(painted);
     blank.fill(painted.pixelColor(0, 0));
     QVERIFY(painted != blank);
     addChannel("news");
-    QTRY_COMPARE(hint->text(), QString("No messages"));
+    COMPARE_SOON(hint->text(), QString("No messages"));
     addMessages({"a"}, "news");
-    QTRY_VERIFY(!hint->isVisible());
+    VERIFY_SOON(!hint->isVisible());
 }
 
 void TestDesktopReading::lists()
@@ -74,12 +75,12 @@ void TestDesktopReading::lists()
     addTwoChannels();
     VERIFY_OK(Folders(reader()).move(channelUri("music"), "Arts"));
     openWindow();
-    QTRY_COMPARE(channelTitles(),
+    COMPARE_SOON(channelTitles(),
                  QStringList({"All messages", "Unread", "Favorites", "Arts", " music", "news"}));
-    QTRY_COMPARE(titles(), QStringList({"Title of d", "Title of c", "Title of b", "Title of a"}));
+    COMPARE_SOON(titles(), QStringList({"Title of d", "Title of c", "Title of b", "Title of a"}));
     QVERIFY(!messages()->isColumnHidden(MessageColumns::ChannelColumn));
     channels()->select(channelUri("news"));
-    QTRY_COMPARE(titles(), QStringList({"Title of c", "Title of b", "Title of a"}));
+    COMPARE_SOON(titles(), QStringList({"Title of c", "Title of b", "Title of a"}));
     QVERIFY(messages()->isColumnHidden(MessageColumns::ChannelColumn));
     QCOMPARE(window()->windowTitle(), QString("news"));
 }
@@ -90,17 +91,17 @@ void TestDesktopReading::folders()
     addTwoChannels();
     VERIFY_OK(Folders(reader()).move(channelUri("music"), "Arts"));
     openWindow();
-    QTRY_COMPARE(channelTitles().size(), 6);
+    COMPARE_SOON(channelTitles().size(), 6);
     channels()->setCurrentIndex(channels()->model()->index(3, 0));
-    QTRY_COMPARE(titles(), QStringList("Title of d"));
+    COMPARE_SOON(titles(), QStringList("Title of d"));
     closeWindow();
     openWindow();
-    QTRY_COMPARE(window()->windowTitle(), QString("Arts"));
-    QTRY_COMPARE(titles(), QStringList("Title of d"));
+    COMPARE_SOON(window()->windowTitle(), QString("Arts"));
+    COMPARE_SOON(titles(), QStringList("Title of d"));
     VERIFY_OK(Folders(reader()).move(channelUri("news"), "Arts"));
-    QTRY_COMPARE(titles().size(), 4);
+    COMPARE_SOON(titles().size(), 4);
     VERIFY_OK(Folders(reader()).move(channelUri("music"), {}));
-    QTRY_COMPARE(titles(), QStringList({"Title of c", "Title of b", "Title of a"}));
+    COMPARE_SOON(titles(), QStringList({"Title of c", "Title of b", "Title of a"}));
 }
 
 /// A message that is shown for a moment becomes read.
@@ -108,13 +109,13 @@ void TestDesktopReading::showsMessages()
 {
     addTwoChannels();
     openWindow();
-    QTRY_COMPARE(titles().size(), 4);
+    COMPARE_SOON(titles().size(), 4);
     messages()->setCurrentIndex(messages()->model()->index(1, 2));
-    QTRY_COMPARE(shown(), messageUri("c"));
+    COMPARE_SOON(shown(), messageUri("c"));
     QVERIFY(shownText().contains("Text of c"));
     QVERIFY(shownText().contains("news"));
-    QTRY_VERIFY(isRead("c"));
-    QTRY_VERIFY(messages()->current(MessageModel::IsReadRole).toBool());
+    VERIFY_SOON(isRead("c"));
+    VERIFY_SOON(messages()->current(MessageModel::IsReadRole).toBool());
     QVERIFY(!isRead("d"));
 }
 
@@ -123,7 +124,7 @@ void TestDesktopReading::walkingPastMarksNothing()
 {
     addTwoChannels();
     openWindow();
-    QTRY_COMPARE(titles().size(), 4);
+    COMPARE_SOON(titles().size(), 4);
     messages()->setFocus();
     int shownMessages = 0;
     connect(article(), &ArticlePane::shown, this, [this, &shownMessages] {
@@ -131,7 +132,7 @@ void TestDesktopReading::walkingPastMarksNothing()
         QTest::keyClick(messages(), Qt::Key_Down);
     });
     press(Qt::Key_Down);
-    QTRY_VERIFY(isRead("a"));
+    VERIFY_SOON(isRead("a"));
     QCOMPARE(shownMessages, 4);
     QVERIFY(!isRead("b") && !isRead("c") && !isRead("d"));
 }
@@ -141,13 +142,13 @@ void TestDesktopReading::nextUnreadAndPrevious()
     addTwoChannels();
     VERIFY_OK(ReadState(reader()).set({messageUri("c")}, true));
     openWindow();
-    QTRY_COMPARE(titles().size(), 4);
+    COMPARE_SOON(titles().size(), 4);
     press(Qt::Key_N);
-    QTRY_COMPARE(shown(), messageUri("d"));
+    COMPARE_SOON(shown(), messageUri("d"));
     press(Qt::Key_N);
-    QTRY_COMPARE(shown(), messageUri("b"));
+    COMPARE_SOON(shown(), messageUri("b"));
     press(Qt::Key_P);
-    QTRY_COMPARE(shown(), messageUri("c"));
+    COMPARE_SOON(shown(), messageUri("c"));
 }
 
 void TestDesktopReading::nextUnreadFarAway()
@@ -158,12 +159,12 @@ void TestDesktopReading::nextUnreadFarAway()
     VERIFY_OK(ReadState(reader()).set(messageUris(names), true));
     VERIFY_OK(ReadState(reader()).set({messageUri("m150")}, false));
     openWindow();
-    QTRY_COMPARE(titles().size(), 200);
+    COMPARE_SOON(titles().size(), 200);
     press(Qt::Key_N);
-    QTRY_COMPARE(shown(), messageUri("m150"));
-    QTRY_VERIFY(isRead("m150"));
+    COMPARE_SOON(shown(), messageUri("m150"));
+    VERIFY_SOON(isRead("m150"));
     press(Qt::Key_N);
-    QTRY_COMPARE(window()->statusBar()->currentMessage(), QString("There are no unread messages"));
+    COMPARE_SOON(window()->statusBar()->currentMessage(), QString("There are no unread messages"));
     QCOMPARE(shown(), messageUri("m150"));
 }
 
@@ -173,11 +174,11 @@ void TestDesktopReading::nextUnreadInAnotherChannel()
     addTwoChannels();
     VERIFY_OK(ReadState(reader()).set({messageUri("d")}, true));
     openWindow();
-    QTRY_COMPARE(channelTitles().size(), 5);
+    COMPARE_SOON(channelTitles().size(), 5);
     channels()->select(channelUri("music"));
-    QTRY_COMPARE(titles(), QStringList("Title of d"));
+    COMPARE_SOON(titles(), QStringList("Title of d"));
     press(Qt::Key_N);
-    QTRY_COMPARE(shown(), messageUri("c"));
+    COMPARE_SOON(shown(), messageUri("c"));
     QCOMPARE(channels()->channel(), channelUri("news"));
 }
 
@@ -189,9 +190,9 @@ void TestDesktopReading::space()
                            "WHERE { <%1> nie:description ?text }")
                        .arg(messageUri("d"), QString("<p>word</p>").repeated(200)));
     openWindow();
-    QTRY_COMPARE(titles().size(), 4);
+    COMPARE_SOON(titles().size(), 4);
     press(Qt::Key_Space);
-    QTRY_COMPARE(shown(), messageUri("d"));
+    COMPARE_SOON(shown(), messageUri("d"));
     const QScrollBar *bar = article()->findChild<QTextBrowser *>()->verticalScrollBar();
     QVERIFY(bar->maximum() > 0);
     press(Qt::Key_Space);
@@ -200,33 +201,33 @@ void TestDesktopReading::space()
     for (int page = 0; page < 100 && bar->value() < bar->maximum(); ++page)
         press(Qt::Key_Space);
     press(Qt::Key_Space);
-    QTRY_COMPARE(shown(), messageUri("c"));
+    COMPARE_SOON(shown(), messageUri("c"));
     QCOMPARE(bar->value(), 0);
     // Who reads on has read it, however quickly.
     press(Qt::Key_Space);
-    QTRY_COMPARE(shown(), messageUri("b"));
-    QTRY_VERIFY(isRead("c"));
+    COMPARE_SOON(shown(), messageUri("b"));
+    VERIFY_SOON(isRead("c"));
 }
 
 void TestDesktopReading::marks()
 {
     addTwoChannels();
     openWindow();
-    QTRY_COMPARE(titles().size(), 4);
+    COMPARE_SOON(titles().size(), 4);
     press(Qt::Key_N);
-    QTRY_COMPARE(shown(), messageUri("d"));
+    COMPARE_SOON(shown(), messageUri("d"));
     QSignalSpy changed(messages()->model(), &QAbstractItemModel::dataChanged);
     press(Qt::Key_S);
-    QTRY_VERIFY(Messages(reader()).get(messageUri("d"))->isFavorite());
-    QTRY_VERIFY(messages()->current(MessageModel::IsFavoriteRole).toBool());
-    QTRY_VERIFY(std::any_of(changed.cbegin(), changed.cend(), [](const QList<QVariant> &cells) {
+    VERIFY_SOON(Messages(reader()).get(messageUri("d"))->isFavorite());
+    VERIFY_SOON(messages()->current(MessageModel::IsFavoriteRole).toBool());
+    VERIFY_SOON(std::any_of(changed.cbegin(), changed.cend(), [](const QList<QVariant> &cells) {
         return cells.at(1).toModelIndex().column() == MessageColumns::DateColumn;
     }));
     press(Qt::Key_S);
-    QTRY_VERIFY(!Messages(reader()).get(messageUri("d"))->isFavorite());
-    QTRY_VERIFY(messages()->current(MessageModel::IsReadRole).toBool());
+    VERIFY_SOON(!Messages(reader()).get(messageUri("d"))->isFavorite());
+    VERIFY_SOON(messages()->current(MessageModel::IsReadRole).toBool());
     press(Qt::Key_M);
-    QTRY_VERIFY(!isRead("d"));
+    VERIFY_SOON(!isRead("d"));
 }
 
 /// A click on the star or on the dot marks, also another message than the one that is shown.
@@ -234,15 +235,15 @@ void TestDesktopReading::clicks()
 {
     addTwoChannels();
     openWindow();
-    QTRY_COMPARE(titles().size(), 4);
+    COMPARE_SOON(titles().size(), 4);
     const auto click = [this](int row, int column) {
         const QRect rect = messages()->visualRect(messages()->model()->index(row, column));
         QTest::mouseClick(messages()->viewport(), Qt::LeftButton, {}, rect.center());
     };
     click(2, MessageColumns::FavoriteColumn);
-    QTRY_VERIFY(Messages(reader()).get(messageUri("b"))->isFavorite());
+    VERIFY_SOON(Messages(reader()).get(messageUri("b"))->isFavorite());
     click(3, MessageColumns::ReadColumn);
-    QTRY_VERIFY(isRead("a"));
+    VERIFY_SOON(isRead("a"));
 }
 
 void TestDesktopReading::markAllReadAndUndo()
@@ -250,43 +251,43 @@ void TestDesktopReading::markAllReadAndUndo()
     addTwoChannels();
     VERIFY_OK(ReadState(reader()).set({messageUri("b")}, true));
     openWindow();
-    QTRY_COMPARE(channelTitles().size(), 5);
+    COMPARE_SOON(channelTitles().size(), 5);
     channels()->select(channelUri("news"));
-    QTRY_COMPARE(titles().size(), 3);
+    COMPARE_SOON(titles().size(), 3);
     press(QKeySequence("Shift+A"));
-    QTRY_VERIFY(isRead("a") && isRead("c"));
+    VERIFY_SOON(isRead("a") && isRead("c"));
     QVERIFY(!isRead("d"));
-    QTRY_VERIFY(notice()->text().contains("2"));
+    VERIFY_SOON(notice()->text().contains("2"));
     press(QKeySequence::Undo);
-    QTRY_VERIFY(!isRead("a") && !isRead("c"));
+    VERIFY_SOON(!isRead("a") && !isRead("c"));
     QVERIFY(isRead("b"));
     press(QKeySequence::Redo);
-    QTRY_VERIFY(isRead("a") && isRead("c"));
+    VERIFY_SOON(isRead("a") && isRead("c"));
 }
 
 void TestDesktopReading::searchAsOneTypes()
 {
     addTwoChannels();
     openWindow();
-    QTRY_COMPARE(titles().size(), 4);
+    COMPARE_SOON(titles().size(), 4);
     press(Qt::Key_Slash);
     auto *words = qobject_cast<QLineEdit *>(QApplication::focusWidget());
     QVERIFY(words);
     QTest::keyClicks(words, "summary b");
-    QTRY_COMPARE(titles(), QStringList("Title of b"));
+    COMPARE_SOON(titles(), QStringList("Title of b"));
     QTest::keyClick(words, Qt::Key_Down);
-    QTRY_COMPARE(shown(), messageUri("b"));
+    COMPARE_SOON(shown(), messageUri("b"));
     QCOMPARE(QApplication::focusWidget(), messages());
     press(Qt::Key_Slash);
     QTest::keyClick(words, Qt::Key_End);
     QTest::keyClick(words, Qt::Key_Backspace);
     QTest::keyClick(words, 'n');
-    QTRY_COMPARE(titles(), QStringList());
+    COMPARE_SOON(titles(), QStringList());
     press(Qt::Key_Escape);
-    QTRY_COMPARE(titles().size(), 4);
+    COMPARE_SOON(titles().size(), 4);
     QCOMPARE(QApplication::focusWidget(), messages());
     channels()->select(channelUri("music"));
-    QTRY_COMPARE(titles().size(), 1);
+    COMPARE_SOON(titles().size(), 1);
     press(Qt::Key_Slash);
     QTest::keyClicks(words, "summary");
     QTest::qWait(300);
@@ -298,7 +299,7 @@ void TestDesktopReading::stateIsRemembered()
     addTwoChannels();
     VERIFY_OK(Folders(reader()).move(channelUri("music"), "Arts"));
     openWindow();
-    QTRY_COMPARE(channelTitles().size(), 6);
+    COMPARE_SOON(channelTitles().size(), 6);
     channels()->collapse(channels()->model()->index(3, 0));
     channels()->select(channelUri("news"));
     window()->resize(777, 555);
@@ -306,11 +307,11 @@ void TestDesktopReading::stateIsRemembered()
     const QList<int> sizes = window()->findChild<QSplitter *>()->sizes();
     closeWindow();
     openWindow();
-    QTRY_COMPARE(channels()->channel(), channelUri("news"));
+    COMPARE_SOON(channels()->channel(), channelUri("news"));
     QCOMPARE(window()->size(), QSize(777, 555));
     QCOMPARE(window()->findChild<QSplitter *>()->sizes(), sizes);
     QVERIFY(!channels()->isExpanded(channels()->model()->index(3, 0)));
-    QTRY_COMPARE(titles().size(), 3);
+    COMPARE_SOON(titles().size(), 3);
 }
 
 /// What takes the focus has a name, and so have the columns that show no text.
@@ -318,7 +319,7 @@ void TestDesktopReading::namesForScreenReaders()
 {
     addTwoChannels();
     openWindow();
-    QTRY_COMPARE(titles().size(), 4);
+    COMPARE_SOON(titles().size(), 4);
     const QList<QWidget *> widgets = window()->findChildren<QWidget *>();
     for (const QWidget *widget : widgets) {
         const bool takesFocus = widget->focusPolicy() & Qt::TabFocus && widget->isVisible();
@@ -328,7 +329,7 @@ void TestDesktopReading::namesForScreenReaders()
     const QModelIndex dot = messages()->model()->index(0, MessageColumns::ReadColumn);
     QCOMPARE(dot.data(Qt::AccessibleTextRole).toString(), QString("unread"));
     const QModelIndex unread = channels()->model()->index(1, 0);
-    QTRY_COMPARE(unread.data(Qt::AccessibleTextRole).toString(), QString("Unread, 4 unread"));
+    COMPARE_SOON(unread.data(Qt::AccessibleTextRole).toString(), QString("Unread, 4 unread"));
 }
 
 QTEST_MAIN(TestDesktopReading)

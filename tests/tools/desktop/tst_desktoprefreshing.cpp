@@ -9,6 +9,7 @@
 
 #include <feedserver.h>
 #include <rawserver.h>
+#include <soon.h>
 
 #include <QAction>
 #include <QDialog>
@@ -61,12 +62,12 @@ void TestDesktopRefreshing::news()
 {
     subscribeTo({QUrl::fromLocalFile(TIDEL_TEST_DATA "/feeds/county-news.xml").toString()});
     openWindow();
-    QTRY_COMPARE(channelTitles().size(), 4);
+    COMPARE_SOON(channelTitles().size(), 4);
     press(Qt::Key_F5);
     QVERIFY(showsProgress());
     QTRY_VERIFY_WITH_TIMEOUT(!showsProgress(), 60000);
     QVERIFY2(statusText().contains("new message(s) in 1 channel(s)"), qPrintable(statusText()));
-    QTRY_VERIFY(!titles().isEmpty());
+    VERIFY_SOON(!titles().isEmpty());
     press(Qt::Key_F5);
     QTRY_COMPARE_WITH_TIMEOUT(statusText(), QString("No new messages"), 60000);
 }
@@ -78,7 +79,7 @@ void TestDesktopRefreshing::currentChannelOnly()
         subscribeTo({server.url("/files/county-news.xml"), server.url("/files/town-news.xml")});
     QCOMPARE(uris.size(), 2);
     openWindow();
-    QTRY_COMPARE(channelTitles().size(), 5);
+    COMPARE_SOON(channelTitles().size(), 5);
     channels()->select(uris.at(1));
     QSignalSpy finished(window()->findChild<Refresher *>(), &Refresher::finished);
     press(Qt::Key_R);
@@ -92,7 +93,7 @@ void TestDesktopRefreshing::errorsAtTheirChannels()
     FeedServer server(TIDEL_TEST_DATA "/feeds");
     const QStringList uris = subscribeTo({server.url("/status/404"), "http://127.0.0.1:9/feed.xml"});
     openWindow();
-    QTRY_COMPARE(channelTitles().size(), 5);
+    COMPARE_SOON(channelTitles().size(), 5);
     QSignalSpy finished(window()->findChild<Refresher *>(), &Refresher::finished);
     press(Qt::Key_F5);
     QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, 60000);
@@ -101,7 +102,7 @@ void TestDesktopRefreshing::errorsAtTheirChannels()
     QCOMPARE(notice()->text(), QString());
     for (const QString &uri : uris) {
         channels()->select(uri);
-        QTRY_VERIFY(channels()->currentIndex().data(Qt::ToolTipRole).toString().contains("Could not be"));
+        VERIFY_SOON(channels()->currentIndex().data(Qt::ToolTipRole).toString().contains("Could not be"));
     }
 }
 
@@ -115,7 +116,7 @@ void TestDesktopRefreshing::limits()
     rule.dropsUnread = true;
     VERIFY_OK(RetentionRules(reader()).set(uris.constFirst(), rule));
     openWindow();
-    QTRY_COMPARE(channelTitles().size(), 4);
+    COMPARE_SOON(channelTitles().size(), 4);
     press(Qt::Key_F5);
     QTRY_COMPARE_WITH_TIMEOUT(store().count("?m a mfo:FeedMessage"), 1, 60000);
     QVERIFY2(!statusText().startsWith("1 "), qPrintable(statusText()));
@@ -128,12 +129,12 @@ void TestDesktopRefreshing::stop()
     RawServer server(silence);
     subscribeTo({server.url()});
     openWindow();
-    QTRY_COMPARE(channelTitles().size(), 4);
+    COMPARE_SOON(channelTitles().size(), 4);
     press(Qt::Key_F5);
     QTRY_COMPARE_WITH_TIMEOUT(server.clients(), 1, 60000);
     QVERIFY(showsProgress());
     press(Qt::Key_Escape);
-    QTRY_VERIFY(!showsProgress());
+    VERIFY_SOON(!showsProgress());
 }
 
 /// A refresh that is asked for while another one runs begins when that has ended.
@@ -160,7 +161,7 @@ void TestDesktopRefreshing::withoutStore()
     qputenv("XDG_DATA_HOME", QFile::encodeName(folder.filePath("file")));
     openWindow();
     press(Qt::Key_F5);
-    QTRY_VERIFY(notice()->text().startsWith("Nothing could be refreshed: could not open the store"));
+    VERIFY_SOON(notice()->text().startsWith("Nothing could be refreshed: could not open the store"));
     QVERIFY(!dialog<QDialog>());
 }
 

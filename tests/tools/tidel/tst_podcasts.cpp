@@ -3,6 +3,7 @@
 #include "pseudoterminal.h"
 
 #include <feedserver.h>
+#include <soon.h>
 
 #include <QDir>
 #include <QJsonDocument>
@@ -151,7 +152,7 @@ void TestPodcasts::interrupted()
     const auto part = [this] {
         return QDir(folder()).entryInfoList({".tidel-*.part"}, QDir::Hidden | QDir::Files);
     };
-    QTRY_VERIFY(part().size() == 1 && part().first().size() == 200000);
+    VERIFY_SOON(part().size() == 1 && part().first().size() == 200000);
     QCOMPARE(kill(pid_t(process.processId()), signal), 0);
     QVERIFY(process.waitForFinished());
     QCOMPARE(part().value(0).size(), qint64(200000));
@@ -222,8 +223,8 @@ void TestPodcasts::interruptedQueue()
     VERIFY_RUN(run({"download", "--new", "2", "--queue"}), 0);
     QProcess process;
     start(process, {"download"});
-    QTRY_COMPARE(files().filter("two").size(), 1);
-    QTRY_COMPARE(m_server->requests().size(), 2);
+    COMPARE_SOON(files().filter("two").size(), 1);
+    COMPARE_SOON(m_server->requests().size(), 2);
     QCOMPARE(kill(pid_t(process.processId()), SIGKILL), 0);
     QVERIFY(process.waitForFinished());
     VERIFY_RUN(run({"download"}), 0);

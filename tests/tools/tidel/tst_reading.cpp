@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
+#include <soon.h>
+
 #include <QtTest>
 
 #include <pty.h>
@@ -313,7 +315,7 @@ void TestReading::open()
     opener.close();
     QVERIFY(opener.setPermissions(QFile::ReadUser | QFile::ExeUser));
     QCOMPARE(run("tidel open ships"), QString("Opened: Ships"));
-    QTRY_VERIFY(QFile::exists(path("opened")));
+    VERIFY_SOON(QFile::exists(path("opened")));
     QFile opened(path("opened"));
     QVERIFY(opened.open(QIODevice::ReadOnly));
     QCOMPARE(opened.readAll(), QByteArray("1\nhttps://example.org/ships\n"));
