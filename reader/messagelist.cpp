@@ -114,6 +114,7 @@ private:
     QVector<Part> inOrder(Part dated, Part undated) const;
     Result<QVector<Entry>> readAll(const Statements::ListFilter &filter);
     Result<void> countUnread();
+    Result<bool> isLikelyNewest();
     /// Returns true if the list can have no more than \a entries; otherwise returns false.
     bool isFull(const QVector<Entry> &entries) const
     {
@@ -172,25 +173,40 @@ Result<void> ListReader::countUnread()
     });
 }
 
-/// To look for unread messages among all takes several times as long as to read the newest. Mostly these are
-/// the unread ones.
+/// Returns true if a look at the newest of all messages is likely to find the list; otherwise returns false.
+Result<bool> ListReader::isLikelyNewest()
+{
+    constexpr int many = 10000;
+    if (m_query.limit <= 0 || m_query.order != Qt::DescendingOrder)
+        return false;
+    if (m_query.onlyUnread)
+        return true;
+    if (m_query.channelUris.isEmpty())
+        return false;
+    return store().number(Statements::countOfParts(m_query.channelUris), attempt).map([](int count) {
+        return count > many;
+    });
+}
+
+/// To look for unread messages among all, or to sort those of a large channel, takes several times as long as
+/// to read the newest of all. Mostly these are the ones.
 Result<QVector<Entry>> ListReader::read()
 {
     constexpr int factor = 4;
-    if (!m_query.onlyUnread || m_query.limit <= 0 || m_query.order != Qt::DescendingOrder)
-        return readAll(filter());
-    Statements::ListFilter newest = filter();
-    newest.onlyUnread = false;
-    newest.limit *= factor;
-    Result<QVector<Entry>> entries =
-        store().run(Statements::datedHeadlines(newest), attempt).map(extractEntries);
-    if (!entries)
-        return entries;
-    choose(&*entries);
-    const Result<void> counted = isFull(*entries) ? Result<void>() : countUnread();
-    if (!counted)
-        return Failure(counted.error());
-    return isFull(*entries) ? entries : readAll(filter());
+    return isLikelyNewest().and_then([&](bool isLikely) -> Result<QVector<Entry>> {
+        if (!isLikely)
+            return readAll(filter());
+        const auto entries =
+            store()
+                .run(Statements::headlinesAmongNewest(filter(), factor * m_query.limit), attempt)
+                .map(extractEntries);
+        if (!entries || isFull(*entries))
+            return entries;
+        const Result<void> counted = m_query.onlyUnread ? countUnread() : Result<void>();
+        if (!counted)
+            return Failure(counted.error());
+        return isFull(*entries) ? entries : readAll(filter());
+    });
 }
 
 Result<QVector<Entry>> ListReader::readUris(const QStringList &uris)

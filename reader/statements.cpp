@@ -742,6 +742,12 @@ QString replaceReadState(const QStringList &uris, bool isRead, const QDateTime &
         + QLatin1String("?m a mfo:FeedMessage } ");
 }
 
+QSparqlQuery countOfParts(const QStringList &channelUris)
+{
+    return select(QLatin1String("SELECT (COUNT(*) AS ?n) WHERE { ") + valuesOf("c", channelUris)
+                  + QLatin1String("?x nie:isLogicalPartOf ?c }"));
+}
+
 QSparqlQuery readCounts()
 {
     return select(QStringLiteral("SELECT ?c (COUNT(*) AS ?n) WHERE { ?c a mfo:FeedChannel . "
@@ -802,16 +808,22 @@ QString without(bool isAsked, const char *property)
                    : QString();
 }
 
-/// What \a filter demands of ?m with the date ?date. To ask for the class here would make Tracker look up
-/// each message before it chooses.
-QString demandsOfDated(const ListFilter &filter)
+/// What \a filter demands of ?m with the date ?date in addition to a date.
+QString furtherDemandsOfDated(const ListFilter &filter)
 {
-    QString pattern = demands(filter) + QLatin1String("?m nie:contentCreated ?date ");
+    QString pattern = demands(filter);
     if (filter.since.isValid())
         pattern += QLatin1String("FILTER(?date >= ") + timeTerm(filter.since) + QLatin1String(") ");
     if (filter.until.isValid())
         pattern += QLatin1String("FILTER(?date < ") + timeTerm(filter.until) + QLatin1String(") ");
     return pattern + without(filter.onlyUnread, "tidel:readTime");
+}
+
+/// What \a filter demands of ?m with the date ?date. To ask for the class here would make Tracker look up
+/// each message before it chooses.
+QString demandsOfDated(const ListFilter &filter)
+{
+    return QLatin1String("?m nie:contentCreated ?date . ") + furtherDemandsOfDated(filter);
 }
 
 /// What \a filter demands of ?m without a date.
@@ -860,6 +872,15 @@ QSparqlQuery datedHeadlines(const ListFilter &filter)
 {
     return chosenHeadlines(demandsOfDated(filter), QStringLiteral("?m ?date"), orderOfDated(filter), filter,
                            false);
+}
+
+QSparqlQuery headlinesAmongNewest(const ListFilter &filter, int count)
+{
+    const QString newest = QStringLiteral("{ SELECT ?m ?date WHERE { ?m nie:contentCreated ?date } "
+                                          "ORDER BY DESC(?date) DESC(tracker:id(?m)) LIMIT %1 } ")
+                               .arg(count);
+    return chosenHeadlines(newest + furtherDemandsOfDated(filter), QStringLiteral("?m ?date"),
+                           orderOfDated(filter), filter, false);
 }
 
 QSparqlQuery undatedHeadlines(const ListFilter &filter)

@@ -213,6 +213,8 @@ struct ListFilter : MessageFilter
 };
 /// URI, link, title, date, whether it is a message, a favorite, and read: messages with a date.
 QSparqlQuery datedHeadlines(const ListFilter &filter);
+/// As datedHeadlines(), but looks only at the newest \a count of all messages.
+QSparqlQuery headlinesAmongNewest(const ListFilter &filter, int count);
 /// As datedHeadlines(), messages without a date.
 QSparqlQuery undatedHeadlines(const ListFilter &filter);
 /// As datedHeadlines(), of the messages \a uris in any order.
@@ -226,6 +228,8 @@ QSparqlQuery undatedUris(const ListFilter &filter);
 QSparqlQuery channelsOfAllMessages();
 /// Channel URI, title.
 QSparqlQuery titlesOfChannels();
+/// The number of messages of the channels \a channelUris and their images.
+QSparqlQuery countOfParts(const QStringList &channelUris);
 /// The number of messages that were read.
 QSparqlQuery countOfRead();
 /// URI, title of messages whose title contains \a part in any case, those first whose title is \a part.

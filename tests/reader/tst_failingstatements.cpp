@@ -216,6 +216,12 @@ void TestFailingStatements::queriesAndUpdates_data()
         query.channelUris = QStringList("urn:none");
         return outcome(MessageList(s).find(query));
     });
+    addAttempt("MessageList::find, channel", 4, [=](S s) {
+        MessageQuery query;
+        query.channelUris = QStringList(news);
+        query.limit = 100;
+        return outcome(MessageList(s).find(query));
+    });
     addAttempt("MessageList::titled", 3, [](S s) { return outcome(MessageList(s).titled("of b", 9)); });
     addAttempt("ReadState::unread", 1, [](S s) { return outcome(ReadState(s).unread({})); });
     addAttempt("ReadState::counts", 3, [](S s) { return outcome(ReadState(s).counts()); });

@@ -17,6 +17,8 @@ private Q_SLOTS:
     void sameDate();
     void unreadAmongMany_data();
     void unreadAmongMany();
+    void largeChannel_data();
+    void largeChannel();
     void manyMessages();
     void strangersHaveDatesToo();
     void severalValues();
@@ -75,9 +77,8 @@ MessageQuery oldestFirst(MessageQuery query = {})
     return query;
 }
 
-MessageQuery within(const QDateTime &since, const QDateTime &until)
+MessageQuery within(const QDateTime &since, const QDateTime &until, MessageQuery query = {})
 {
-    MessageQuery query;
     query.since = since;
     query.until = until;
     return query;
@@ -202,6 +203,9 @@ void TestMessageList::sameDate()
     QCOMPARE(found(oldestFirst(limited(2))), QStringList({"m1", "m2"}));
 }
 
+// How a statement begins to look at the newest messages alone.
+const QString amongNewest = "WHERE { { SELECT ?m ?date WHERE { ?m nie:contentCreated ?date } ";
+
 void TestMessageList::unreadAmongMany_data()
 {
     QTest::addColumn<QStringList>("unreadNames");
@@ -227,8 +231,54 @@ void TestMessageList::unreadAmongMany()
     const QStringList statements = StatementGate::statements();
     bool hasReadAll = false;
     for (const QString &statement : statements)
-        hasReadAll = hasReadAll || statement.contains("NOT EXISTS { ?m tidel:readTime");
+        hasReadAll = hasReadAll
+            || (statement.contains("NOT EXISTS { ?m tidel:readTime") && !statement.contains(amongNewest));
     QCOMPARE(hasReadAll, readsAll);
+}
+
+void TestMessageList::largeChannel_data()
+{
+    QTest::addColumn<QStringList>("channels");
+    QTest::addColumn<MessageQuery>("query");
+    QTest::addColumn<QString>("expected");
+    QTest::addColumn<int>("looks");
+    const QStringList large("large");
+    QTest::newRow("among the newest") << large << limited(2) << "c b" << 1;
+    QTest::newRow("partly among the newest") << large << limited(3) << "c b a" << 2;
+    QTest::newRow("with others") << QStringList({"large", "small"}) << limited(2) << "c y" << 1;
+    QTest::newRow("since") << large << within(noon(8), {}, limited(1)) << "c" << 1;
+    QTest::newRow("until") << large << within({}, noon(2), limited(1)) << "a" << 2;
+    QTest::newRow("without a limit") << large << limited(0) << "c b a" << 1;
+    QTest::newRow("small") << QStringList("small") << limited(2) << "y x" << 1;
+}
+
+// Of a channel with most of the messages, only the newest of all are looked at.
+void TestMessageList::largeChannel()
+{
+    QFETCH(QStringList, channels);
+    QFETCH(MessageQuery, query);
+    QFETCH(QString, expected);
+    QFETCH(int, looks);
+    addChannel("large");
+    addChannel("small");
+    addMessages({"a"}, "large", 1);
+    addMessages(numberedNames("w", 8), "small", 2);
+    addMessages({"b"}, "large", 10);
+    addMessages({"x", "y"}, "small", 11);
+    addMessages({"c"}, "large", 13);
+    QString parts;
+    for (int i = 0; i < 10000; ++i)
+        parts += QString("<urn:part:%1> a mfo:Enclosure ; nie:isLogicalPartOf <%2> . ")
+                     .arg(QString::number(i), channelUri("large"));
+    store().update("INSERT DATA { " + parts + '}');
+    StatementGate::reset();
+    QCOMPARE(found(ofChannels(channels, query)).join(' '), expected);
+    const QStringList statements = StatementGate::statements().filter("SELECT ?m ?link ?title ?date");
+    const bool isLarge = channels.contains("large") && query.limit > 0;
+    QCOMPARE(int(statements.filter(amongNewest).size()), isLarge ? 1 : 0);
+    QCOMPARE(int(statements.filter("{ ?m nie:contentCreated ?date . ").size()
+                 + statements.filter(amongNewest).size()),
+             looks);
 }
 
 // Channels of many messages are asked for at once.
