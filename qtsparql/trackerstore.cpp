@@ -217,13 +217,20 @@ QSparqlError TrackerStore::update(const QString &statement)
         return explained(failure);
     const QString text = TrackerDialect::toTracker(TrackerDialect::withoutEmptySubjects(statement));
     const UpdateBatch batch(text, &m_database->ranges());
+    return patiently(updateRefused, [&](SqliteWaiting *waiting) { return updateOnce(text, batch, waiting); });
+}
+
+/// Calls \a write until no other process is in the way, or too much time has passed. The message begins with
+/// \a refused then.
+QSparqlError TrackerStore::patiently(const QString &refused,
+                                     const std::function<QSparqlError(SqliteWaiting *)> &write)
+{
     SqliteWaiting waiting(m_folder, m_patience);
-    QSparqlError error = updateOnce(text, batch, &waiting);
+    QSparqlError error = write(&waiting);
     while ((isOutOfDate(error) || waiting.hasMissedLock()) && waiting.goOn())
-        error = updateOnce(text, batch, &waiting);
+        error = write(&waiting);
     if (waiting.isOver())
-        return QSparqlError(updateRefused + QLatin1String(": ") + waiting.failure(),
-                            QSparqlError::BackendError);
+        return QSparqlError(refused + QLatin1String(": ") + waiting.failure(), QSparqlError::BackendError);
     return explained(error);
 }
 
@@ -278,21 +285,17 @@ QSparqlError TrackerStore::readTurtle(const QString &fileName)
         return explained(failure);
     if (const QSparqlError failure = refuseWithoutSpace(fileName); failure.isValid())
         return failure;
+    const QSparqlError failure =
+        patiently(fileRefused, [&](SqliteWaiting *waiting) { return readOnce(fileName, waiting); });
+    return failure.isValid() ? failure : explained(sync());
+}
+
+QSparqlError TrackerStore::readOnce(const QString &fileName, SqliteWaiting *waiting) const
+{
     GError *error = nullptr;
-    SqliteWaiting waiting(m_folder, m_patience);
-    bool isRead = ::readTurtle(m_database->connection(), fileName, &error);
-    while (waiting.hasMissedLock() && waiting.goOn()) {
-        g_clear_error(&error);
-        waiting.begin();
-        isRead = ::readTurtle(m_database->connection(), fileName, &error);
-    }
-    if (waiting.isOver()) {
-        g_clear_error(&error);
-        return QSparqlError(fileRefused + QLatin1String(": ") + waiting.failure(),
-                            QSparqlError::BackendError);
-    }
-    if (isRead && !waiting.isUndone())
-        return explained(sync());
+    waiting->begin();
+    if (::readTurtle(m_database->connection(), fileName, &error) && !waiting->isUndone())
+        return QSparqlError();
     // The file cannot be read or decompressed.
     const bool isOfFile = error && error->domain == G_IO_ERROR;
     QSparqlError result = error ? fromGError(fileRefused, error)
@@ -302,7 +305,7 @@ QSparqlError TrackerStore::readTurtle(const QString &fileName)
         result.setType(QSparqlError::StatementError);
     else if (!obstacleIn(m_folder).isEmpty())
         result.setType(QSparqlError::BackendError);
-    return explained(result);
+    return result;
 }
 
 QSparqlError TrackerStore::sync() const

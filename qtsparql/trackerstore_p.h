@@ -5,6 +5,7 @@
 #include "qsparqlerror.h"
 #include "sparqltable_p.h"
 
+#include <functional>
 #include <memory>
 
 class DividedQuery;
@@ -59,7 +60,9 @@ private:
     QSparqlError becomeWritable();
     QSparqlError explained(const QSparqlError &error);
     QSparqlError refuseWithoutSpace(const QString &fileName) const;
+    QSparqlError patiently(const QString &refused, const std::function<QSparqlError(SqliteWaiting *)> &write);
     QSparqlError updateOnce(const QString &text, const UpdateBatch &batch, SqliteWaiting *waiting);
+    QSparqlError readOnce(const QString &fileName, SqliteWaiting *waiting) const;
 
     const QString m_folder;
     const int m_patience;

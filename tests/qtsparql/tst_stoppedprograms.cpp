@@ -3,10 +3,12 @@
 #include "scratchstore.h"
 
 #include <heldlocks.h>
+#include <sparqlturtle.h>
 
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QRegularExpression>
+#include <QTemporaryFile>
 #include <QTest>
 
 #include <dlfcn.h>
@@ -25,6 +27,7 @@ private Q_SLOTS:
     void lockThatIsFreeTooLate();
     void lockThatIsTakenAfterReading_data();
     void lockThatIsTakenAfterReading();
+    void lockedWhileAFileIsRead();
 };
 
 namespace {
@@ -49,6 +52,13 @@ QString failure(const QString &folder, int patience)
 sqlite3 *blocker = nullptr;
 int refusalsLeft = 0;
 
+void release()
+{
+    sqlite3_exec(blocker, "ROLLBACK", nullptr, nullptr, nullptr);
+    sqlite3_close(blocker);
+    blocker = nullptr;
+}
+
 /// Says that \a message names \a process as suspended.
 bool names(const QString &message, qint64 process)
 {
@@ -68,11 +78,8 @@ extern "C" int sqlite3_step(sqlite3_stmt *statement)
     using Step = int (*)(sqlite3_stmt *);
     static const auto step = reinterpret_cast<Step>(dlsym(RTLD_NEXT, "sqlite3_step"));
     const int result = step(statement);
-    if (result == SQLITE_BUSY && blocker && --refusalsLeft == 0) {
-        sqlite3_exec(blocker, "ROLLBACK", nullptr, nullptr, nullptr);
-        sqlite3_close(blocker);
-        blocker = nullptr;
-    }
+    if (result == SQLITE_BUSY && blocker && --refusalsLeft == 0)
+        release();
     return result;
 }
 
@@ -157,7 +164,8 @@ void TestStoppedPrograms::whileReading()
     QCOMPARE(store.rows(countTitles), QStringList(QStringLiteral("2")));
 }
 
-/// Locks the database in \a folder until other connections have been refused \a count times.
+/// Locks the database in \a folder until other connections have been refused \a count times, or until
+/// release().
 bool block(const QString &folder, int count)
 {
     refusalsLeft = count;
@@ -206,6 +214,31 @@ void TestStoppedPrograms::lockThatIsTakenAfterReading()
                                     "INSERT { <urn:three> a mfo:FeedMessage ; nie:title \"three\" }")));
     QVERIFY(!blocker);
     QCOMPARE(store.rows(countTitles), QStringList(QStringLiteral("3")));
+}
+
+void TestStoppedPrograms::lockedWhileAFileIsRead()
+{
+    const QTemporaryDir dir;
+    const auto connection = connectTo(dir.path(), 100);
+    VERIFY_DONE(ScratchStore::run(*connection, QStringLiteral("INSERT { <urn:c> a mfo:FeedChannel }"),
+                                  QSparqlQuery::InsertStatement));
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    for (const char *name : {"one", "two", "three"})
+        file.write(QByteArray("<urn:").append(name).append(
+            "> a <http://tracker.api.gnome.org/ontology/v3/mfo#FeedMessage> ; "
+            "<http://tracker.api.gnome.org/ontology/v3/nie#title> \"title\" .\n"));
+    file.close();
+    const QSparqlConnectionOptions options = connection->options();
+    QVERIFY(block(dir.path(), -1));
+    const QString message = SparqlTurtle::read(options, file.fileName()).message();
+    QVERIFY2(message.startsWith(
+                 QLatin1String("The file is refused: another program has been writing for 0 seconds; ")),
+             qPrintable(message));
+    QCOMPARE(ScratchStore::rows(*connection, countTitles), QStringList(QStringLiteral("0")));
+    release();
+    QVERIFY(!SparqlTurtle::read(options, file.fileName()).isValid());
+    QCOMPARE(ScratchStore::rows(*connection, countTitles), QStringList(QStringLiteral("3")));
 }
 
 QTEST_GUILESS_MAIN(TestStoppedPrograms)

@@ -93,8 +93,11 @@ void ArticleView::show(const ShownMessage &message)
     m_browser->verticalScrollBar()->setValue(isSame ? place : 0);
 }
 
-void ArticleView::rehearse(const ShownMessage &message) const
+void ArticleView::rehearse(ShownMessage message) const
 {
+    // Nobody should wait for a long text.
+    constexpr int longest = 5000;
+    message.message.setDescription(textOf(message.message).left(longest));
     m_browser->rehearse(articleHtml(message, safeText(message, false)));
 }
 

@@ -25,8 +25,8 @@ public:
 
     /// Shows \a message. The place in the text is kept if it was shown already.
     void show(const ShownMessage &message);
-    /// Lays \a message out, but does not show it.
-    void rehearse(const ShownMessage &message) const;
+    /// Lays the beginning of \a message out, but does not show it.
+    void rehearse(ShownMessage message) const;
     /// Shows nothing.
     void clear();
     /// What is shown; it has no URI if there is nothing.
