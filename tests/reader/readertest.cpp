@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "readertest.h"
 
+#include <TidelReader/writeturn.h>
+
+#include <atomic>
+#include <future>
+#include <thread>
+
 using namespace Tidel;
 
 QStringList sorted(QStringList list)
@@ -39,6 +45,23 @@ QStringList numberedNames(const QString &prefix, int count)
     for (int i = 1; i <= count; ++i)
         names.append(prefix + QString::number(i));
     return names;
+}
+
+bool takesTurn(const std::function<void()> &work)
+{
+    std::promise<void> begun;
+    std::atomic<bool> hasEnded(false);
+    std::thread other([&] {
+        const auto turn = WriteTurn::take();
+        begun.set_value();
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        hasEnded = true;
+    });
+    begun.get_future().wait();
+    work();
+    const bool hasWaited = hasEnded;
+    other.join();
+    return hasWaited && WriteTurn::take(0);
 }
 
 RemovalStep StepLog::listener()

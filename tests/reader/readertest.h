@@ -11,6 +11,7 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <functional>
 #include <optional>
 
 /// Returns \a list in alphabetical order.
@@ -28,6 +29,10 @@ QStringList linksOf(const QStringList &names);
 /// Returns "PREFIX1", "PREFIX2" and so on.
 QStringList numberedNames(const QString &prefix, int count);
 /// @}
+
+/// Calls \a work while another thread has the turn to write. Returns true if it waits for the turn and ends
+/// its own; otherwise returns false.
+bool takesTurn(const std::function<void()> &work);
 
 /// Returns the error of \a result; an empty text if it has a value.
 template <typename T> QString errorText(const Tidel::Result<T> &result)

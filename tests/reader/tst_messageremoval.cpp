@@ -4,11 +4,6 @@
 #include <TidelReader/feeds.h>
 #include <TidelReader/itemkey.h>
 #include <TidelReader/messages.h>
-#include <TidelReader/writeturn.h>
-
-#include <atomic>
-#include <future>
-#include <thread>
 
 using namespace Tidel;
 
@@ -179,21 +174,7 @@ void TestMessageRemoval::oneUpdateRemembersAndDeletes()
 void TestMessageRemoval::needsItsTurn()
 {
     addMessages({"a"}, "news", 1);
-    std::promise<void> begun;
-    std::atomic<bool> hasEnded(false);
-    std::thread other([&] {
-        const auto turn = WriteTurn::take();
-        begun.set_value();
-        std::this_thread::sleep_for(std::chrono::milliseconds(200));
-        hasEnded = true;
-    });
-    begun.get_future().wait();
-    const auto removed = remove({"a"});
-    const bool hasWaited = hasEnded;
-    other.join();
-    VERIFY_OK(removed);
-    QVERIFY(hasWaited);
-    VERIFY_OK(WriteTurn::take(0));
+    QVERIFY(takesTurn([this] { VERIFY_OK(remove({"a"})); }));
 }
 
 QTEST_GUILESS_MAIN(TestMessageRemoval)

@@ -4,13 +4,8 @@
 #include <TidelReader/itemkey.h>
 #include <TidelReader/retention.h>
 #include <TidelReader/retentionrules.h>
-#include <TidelReader/writeturn.h>
 
 #include <QRegularExpression>
-
-#include <atomic>
-#include <future>
-#include <thread>
 
 using namespace Tidel;
 
@@ -348,22 +343,7 @@ void TestMessageRetention::manyMessages()
 void TestMessageRetention::waitsForItsTurn()
 {
     addMessages({"a"}, "news");
-    std::promise<void> begun;
-    std::atomic<bool> hasEnded(false);
-    std::thread other([&] {
-        const auto turn = WriteTurn::take();
-        begun.set_value();
-        std::this_thread::sleep_for(std::chrono::milliseconds(200));
-        hasEnded = true;
-    });
-    begun.get_future().wait();
-    const auto dropped = drop({"a"});
-    const bool hasWaited = hasEnded;
-    other.join();
-    VERIFY_OK(dropped);
-    QVERIFY(hasWaited);
-    // The turn has ended.
-    VERIFY_OK(WriteTurn::take(0));
+    QVERIFY(takesTurn([this] { VERIFY_OK(drop({"a"})); }));
 }
 
 void TestMessageRetention::failureInALaterStep_data()
