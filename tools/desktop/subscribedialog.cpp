@@ -58,6 +58,21 @@ Result<QList<Logins::Trial>> tryOut(const Store &store, const QList<QUrl> &addre
     return trials;
 }
 
+/// Gives the servers of \a trials that no channel uses the logins that they had before.
+Result<void> restoreUnused(const Store &store, const QList<Logins::Trial> &trials)
+{
+    for (const Logins::Trial &trial : trials) {
+        const Result<QString> known = Channels(store).uri(Link::encoded(trial.address));
+        if (!known)
+            return Failure(known.error());
+        const bool isUnused = trial.isNew && known->isEmpty();
+        const Result<void> restored = isUnused ? Logins::restore(trial) : Result<void>();
+        if (!restored)
+            return restored;
+    }
+    return {};
+}
+
 /// The link of the channel that \a download has added.
 QString linkOf(const ArchiveDownload &download)
 {
@@ -110,12 +125,23 @@ void SubscribeDialog::layOut()
     layout->addRow(m_buttons);
 }
 
-SubscribeDialog::~SubscribeDialog() { m_download.cancel(); }
+SubscribeDialog::~SubscribeDialog()
+{
+    m_download.cancel();
+    if (!m_isBusy)
+        return;
+    // Whether the logins work is not known.
+    m_archive->change([logins = m_logins](const Store &store) {
+        const bool isThere = logins.resultCount() > 0 && logins.result();
+        return isThere ? restoreUnused(store, *logins.result()) : Result<void>();
+    });
+}
 
 void SubscribeDialog::setAddress(const QString &address) { m_address->setText(address); }
 
 void SubscribeDialog::setBusy(bool isBusy)
 {
+    m_isBusy = isBusy;
     m_address->setReadOnly(isBusy);
     m_buttons->button(QDialogButtonBox::Ok)->setEnabled(!isBusy && !m_address->text().trimmed().isEmpty());
 }
@@ -167,7 +193,8 @@ void SubscribeDialog::subscribe()
     setBusy(true);
     say(tr("Looking for the feed..."));
     const auto keepApart = [wanted](const Store &store) { return tryOut(store, wanted); };
-    whenAnswered(m_archive->change(keepApart), this, [this](const Result<QList<Logins::Trial>> &trials) {
+    m_logins = m_archive->change(keepApart);
+    whenAnswered(m_logins, this, [this](const Result<QList<Logins::Trial>> &trials) {
         if (trials) {
             start(*trials);
             return;

@@ -57,6 +57,8 @@ private:
     QListWidget *const m_feeds; // Those of a page.
     QLabel *const m_state;
     QDialogButtonBox *const m_buttons;
+    bool m_isBusy = false;
+    QFuture<Result<QList<Logins::Trial>>> m_logins;
     QList<Logins::Trial> m_trials; // The logins of what is under way.
     QFuture<ArchiveDownload> m_download;
 };

@@ -46,6 +46,7 @@ private Q_SLOTS:
     void failure();
     void passwordInTheAddress();
     void passwordThatIsAskedFor();
+    void closedTooEarly();
     void drop();
     void importAndExport();
     void importWithoutFile();
@@ -181,6 +182,24 @@ void TestDesktopSubscribing::passwordThatIsAskedFor()
     QTRY_VERIFY_WITH_TIMEOUT(!dialog<SubscribeDialog>(), 60000);
     QCOMPARE(Channels(reader()).all()->constFirst().link(), address.toString());
     QCOMPARE(Logins::of(address).password, QString("open sesame"));
+}
+
+/// Whether the password is right is not known.
+void TestDesktopSubscribing::closedTooEarly()
+{
+    FeedServer server(TIDEL_TEST_DATA "/feeds");
+    QUrl address(server.url("/silent"));
+    address.setUserName("Ann");
+    openWindow();
+    SubscribeDialog *subscribe = openDialog();
+    QUrl secret = address;
+    secret.setPassword("open sesame");
+    subscribe->setAddress(secret.toString(QUrl::FullyEncoded));
+    accept(subscribe);
+    COMPARE_SOON(Logins::of(address).password, QString("open sesame"));
+    subscribe->reject();
+    COMPARE_SOON(Logins::of(address).password, QString());
+    QCOMPARE(Channels(reader()).all()->size(), 0);
 }
 
 void TestDesktopSubscribing::drop()
