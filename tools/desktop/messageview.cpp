@@ -29,11 +29,15 @@ Result<QString> nextUnreadMessage(const Store &store, MessageQuery query, const 
     });
 }
 
+// The column of channels, in characters.
+constexpr int narrowest = 16;
+constexpr int widest = 30;
+
 } // namespace
 
 MessageView::MessageView(Archive *archive, QWidget *parent)
     : QTreeView(parent), m_archive(archive), m_messages(new MessageModel(archive, this)),
-      m_columns(new MessageColumns(this))
+      m_columns(new MessageColumns(this)), m_channelWidth(fontMetrics().averageCharWidth() * narrowest)
 {
     m_columns->setSourceModel(m_messages);
     setModel(m_columns);
@@ -52,11 +56,22 @@ MessageView::MessageView(Archive *archive, QWidget *parent)
         header()->setSectionResizeMode(column, QHeaderView::Fixed);
         header()->resizeSection(column, 28);
     }
-    header()->resizeSection(MessageColumns::ChannelColumn, fontMetrics().averageCharWidth() * 16);
+    header()->resizeSection(MessageColumns::ChannelColumn, m_channelWidth);
     const QString longDate = QLocale().toString(QDate(2028, 12, 28), QLocale::ShortFormat);
     header()->resizeSection(MessageColumns::DateColumn, fontMetrics().horizontalAdvance(longDate) + 20);
     header()->setSectionsMovable(false);
     connect(this, &QTreeView::clicked, this, &MessageView::toggle);
+}
+
+void MessageView::resizeEvent(QResizeEvent *event)
+{
+    QTreeView::resizeEvent(event);
+    // The user has not chosen another width.
+    if (header()->sectionSize(MessageColumns::ChannelColumn) != m_channelWidth)
+        return;
+    const int character = fontMetrics().averageCharWidth();
+    m_channelWidth = qBound(character * narrowest, width() / 6, character * widest);
+    header()->resizeSection(MessageColumns::ChannelColumn, m_channelWidth);
 }
 
 void MessageView::setQuery(const MessageQuery &query)

@@ -55,6 +55,7 @@ Q_SIGNALS:
 protected:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void focusInEvent(QFocusEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void selectRow(int row);
@@ -64,6 +65,7 @@ private:
     Archive *const m_archive;
     MessageModel *const m_messages;
     MessageColumns *const m_columns;
+    int m_channelWidth; // as long as the user has not chosen another one
     QFuture<Result<QString>> m_nextUnread;
 };
 

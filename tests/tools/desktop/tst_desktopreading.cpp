@@ -9,6 +9,7 @@
 #include <TidelReader/readstate.h>
 
 #include <QAction>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
@@ -39,6 +40,7 @@ private Q_SLOTS:
     void markAllReadAndUndo();
     void searchAsOneTypes();
     void stateIsRemembered();
+    void widthOfTheChannels();
     void namesForScreenReaders();
 
 private:
@@ -315,6 +317,26 @@ void TestDesktopReading::stateIsRemembered()
 }
 
 /// What takes the focus has a name, and so have the columns that show no text.
+/// There is more room for the names of channels in a wide window, unless the user has chosen a width.
+void TestDesktopReading::widthOfTheChannels()
+{
+    openWindow();
+    const auto widthIn = [&](int windowWidth) {
+        window()->resize(windowWidth, 700);
+        QCoreApplication::processEvents();
+        return messages()->header()->sectionSize(MessageColumns::ChannelColumn);
+    };
+    const int narrow = widthIn(700);
+    const int wide = widthIn(1900);
+    QVERIFY2(wide > narrow, qPrintable(QString::number(wide)));
+    QCOMPARE(widthIn(700), narrow);
+    messages()->header()->resizeSection(MessageColumns::ChannelColumn, 333);
+    QCOMPARE(widthIn(1900), 333);
+    closeWindow();
+    openWindow();
+    QCOMPARE(widthIn(1800), 333);
+}
+
 void TestDesktopReading::namesForScreenReaders()
 {
     addTwoChannels();
