@@ -188,8 +188,8 @@ Result<bool> ListReader::isLikelyNewest()
     });
 }
 
-/// To look for unread messages among all, or to sort those of a large channel, takes several times as long as
-/// to read the newest of all. Mostly these are the ones.
+/// Looking for unread messages among all, or sorting those of a large channel, takes several times as long as
+/// reading the newest of all. The list is mostly among these.
 Result<QVector<Entry>> ListReader::read()
 {
     constexpr int factor = 4;

@@ -769,8 +769,8 @@ QSparqlQuery unreadMessages(const QString &channelUri, const QDateTime &before)
 
 namespace {
 
-/// What is true of all messages that a pattern finds. Not to ask for it again is faster: SQLite reads a table
-/// whole that a query names twice.
+/// What is true of all messages that a pattern finds. A query need not ask for it again. That would be slow:
+/// SQLite reads a whole table if a query names it twice.
 struct Certainties
 {
     bool areMessages = false;
