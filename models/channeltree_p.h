@@ -23,7 +23,7 @@ struct ChannelNode
     int row() const;
 };
 
-/// The rows of a ChannelModel, which it tells of each change.
+/// The rows of a ChannelModel. The tree tells the model of each change.
 class ChannelTree
 {
 public:

@@ -155,7 +155,6 @@ void MessageModelPrivate::setArchive(Archive *source)
     answer.cancel();
     answer.setFuture(Answer());
     newHeadlines.setFuture(QFuture<Headlines>());
-    headlines.clear();
     setError({});
     if (source)
         connectTo(source);

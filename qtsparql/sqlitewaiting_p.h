@@ -35,7 +35,7 @@ public:
     /// Returns true if the update was undone; otherwise returns false.
     bool isUndone() const { return m_isUndone; }
 
-    /// Has nothing of the update committed, a part of which found the database locked.
+    /// Notes that a part of the update found the database locked. Nothing of the update is committed then.
     void missLock() { m_hasMissedLock = true; }
     /// Returns true if a part of the update found the database locked, so that the update has to be repeated;
     /// otherwise returns false. Tracker may have reported success.

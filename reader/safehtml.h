@@ -17,8 +17,8 @@ namespace Tidel {
  * comments, and nothing that is hidden. Links are absolute and lead to http, https or mail addresses.
  * Pictures of one pixel, which count readers, are left out. Videos, sounds and frames become links.
  *
- * A text may come from a stranger. Time and memory grow with its length only. Elements that are nested too
- * deep, or of which there are too many, lose their tags.
+ * A text may come from a stranger. Time and memory grow with its length only. Elements lose their
+ * tags if they are nested too deep, or if there are too many of them.
  *
  * \code
  * const SafeHtml text = SafeHtml::fromHtml(message.description(), QUrl(message.link()));

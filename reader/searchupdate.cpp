@@ -192,8 +192,8 @@ Result<void> SearchUpdate::replaceRenumbered(qint64 since)
     return {};
 }
 
-/// Replaces those of the messages \a hashes, in the order of their numbers, of which the index has another
-/// hash.
+/// Replaces the messages of \a hashes for which the index has another hash. \a hashes has the order of the
+/// numbers.
 Result<void> SearchUpdate::replaceDifferent(const QVector<QPair<qlonglong, qlonglong>> &hashes)
 {
     const QHash<qlonglong, IndexedState> known =

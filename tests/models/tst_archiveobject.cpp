@@ -32,10 +32,7 @@ RawAnswer silence()
     return answer;
 }
 
-template <typename T> void wait(const QFuture<T> &future)
-{
-    QTRY_VERIFY_WITH_TIMEOUT(future.isFinished(), 60000);
-}
+template <typename T> void wait(const QFuture<T> &future) { VERIFY_SOON(future.isFinished()); }
 
 /// "SUBJECT ok" or "SUBJECT ERROR" for each result.
 QStringList ends(const QFuture<ArchiveDownload> &future)
@@ -314,15 +311,15 @@ void TestArchiveObject::enclosures()
     const QString target = folder.filePath("files");
     QFutureWatcher<ArchiveDownload> watcher;
     watcher.setFuture(archive.downloadEnclosures({uri}, target));
-    QTRY_COMPARE_WITH_TIMEOUT(watcher.progressValue(), 200, 60000);
+    COMPARE_SOON(watcher.progressValue(), 200);
     QCOMPARE(watcher.progressMaximum(), 400);
     watcher.cancel();
-    QTRY_VERIFY_WITH_TIMEOUT(watcher.isFinished(), 60000);
+    VERIFY_SOON(watcher.isFinished());
 
     QFutureWatcher<ArchiveDownload> again;
     QSignalSpy progress(&again, &QFutureWatcherBase::progressValueChanged);
     again.setFuture(archive.downloadEnclosures({uri}, target));
-    QTRY_VERIFY_WITH_TIMEOUT(again.isFinished(), 60000);
+    VERIFY_SOON(again.isFinished());
     QCOMPARE(ends(again.future()), QStringList(uri + " ok"));
     QCOMPARE(again.progressValue(), 400);
     for (const QList<QVariant> &values : qAsConst(progress))
@@ -335,7 +332,7 @@ void TestArchiveObject::cancelDownloads()
     Archive archive;
     auto canceled =
         archive.subscribe({sampleFeed("county-news.xml"), QUrl(silent.url()), QUrl(silent.url() + "b")});
-    QTRY_COMPARE_WITH_TIMEOUT(canceled.resultCount(), 1, 60000);
+    COMPARE_SOON(canceled.resultCount(), 1);
     canceled.cancel();
     wait(canceled);
     QVERIFY(canceled.isCanceled());
@@ -349,7 +346,7 @@ void TestArchiveObject::closingCancelsDownloads()
     const RawServer silent(silence());
     Archive archive;
     const auto download = archive.subscribe({QUrl(silent.url())});
-    QTRY_VERIFY_WITH_TIMEOUT(silent.clients() > 0, 60000);
+    VERIFY_SOON(silent.clients() > 0);
     QVERIFY(archive.close());
     QVERIFY(download.isFinished());
     QVERIFY(download.isCanceled());

@@ -20,8 +20,6 @@ using namespace Tidel;
 
 namespace {
 
-constexpr int patience = 60000; // milliseconds
-
 QString lineOf(const MessageHeadline &headline)
 {
     return QStringList({headline.uri, headline.link, headline.title, headline.channels.join('+'),
@@ -94,7 +92,7 @@ void waitFor(const QFuture<Result<void>> &future)
     QFutureWatcher<Result<void>> watcher;
     QSignalSpy finished(&watcher, &QFutureWatcherBase::finished);
     watcher.setFuture(future);
-    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, patience);
+    COMPARE_SOON(finished.count(), 1);
 }
 
 Result<void> doNothing(const Store &) { return {}; }
@@ -105,8 +103,8 @@ void waitForWatch(Archive *archive) { waitFor(archive->change(doNothing)); }
 /// Waits until the models have got what they have asked \a archive for.
 void waitForReads(Archive *archive) { waitFor(archive->read(doNothing, Archive::LongRead)); }
 
-#define WAIT_FOR(list) QTRY_VERIFY_WITH_TIMEOUT((list).isThere(), patience)
-#define WAIT_FOR_NAMES(list, expected) QTRY_COMPARE_WITH_TIMEOUT((list).names(), expected, patience)
+#define WAIT_FOR(list) VERIFY_SOON((list).isThere())
+#define WAIT_FOR_NAMES(list, expected) COMPARE_SOON((list).names(), expected)
 
 class TestMessageModel : public ReaderTestCase
 {
@@ -289,7 +287,8 @@ void TestMessageModel::randomChanges()
         changeSomething(&random);
         for (size_t i = 0; i < lists.size(); ++i) {
             const QStringList lines = expected(*lists[i], shown[i]);
-            const bool isSame = QTest::qWaitFor([&] { return lists[i]->mirror.rows() == lines; }, patience);
+            const bool isSame =
+                QTest::qWaitFor([&] { return lists[i]->mirror.rows() == lines; }, longestWait);
             const QString where = QString("seed %1, step %2, list %3:\n").arg(seed).arg(step).arg(i);
             QVERIFY2(
                 isSame,
@@ -321,7 +320,7 @@ void TestMessageModel::changesBeforeTheWatch()
                        .arg(messageUri("b")));
     mayGoOn.release(1000);
     WAIT_FOR_NAMES(list, QStringList("b"));
-    QTRY_VERIFY_WITH_TIMEOUT(list.mirror.rows().constFirst().contains(" Other "), patience);
+    VERIFY_SOON(list.mirror.rows().constFirst().contains(" Other "));
 }
 
 void TestMessageModel::runsOfRows()
@@ -342,7 +341,7 @@ void TestMessageModel::runsOfRows()
     WAIT_FOR_NAMES(list, QStringList({"first", "last"}));
     QCOMPARE(list.mirror.changes(), before + 1);
     addMessages(many, "radio", 0);
-    QTRY_COMPARE_WITH_TIMEOUT(list.model.rowCount(), 52, patience);
+    COMPARE_SOON(list.model.rowCount(), 52);
     QCOMPARE(list.mirror.changes(), before + 2);
 }
 
@@ -376,7 +375,7 @@ void TestMessageModel::readMessagesStay()
     WAIT_FOR(list);
     waitForWatch(&archive);
     VERIFY_OK(ReadState(reader()).set({messageUri("a")}, true));
-    QTRY_VERIFY_WITH_TIMEOUT(list.model.index(1).data(MessageModel::IsReadRole).toBool(), patience);
+    VERIFY_SOON(list.model.index(1).data(MessageModel::IsReadRole).toBool());
     addMessages({"between"}, "news", 1);
     WAIT_FOR_NAMES(list, QStringList({"b", "between", "a"}));
     list.model.setQuery(unread());
@@ -422,7 +421,7 @@ void TestMessageModel::hiddenWhileReading()
     QVERIFY(!list.names().contains("m7"));
     list.model.setHidden({});
     list.model.setHidden({messageUri("m8")});
-    QTRY_VERIFY_WITH_TIMEOUT(list.names().contains("m7"), patience);
+    VERIFY_SOON(list.names().contains("m7"));
     QCOMPARE(list.names().size(), 249);
     QVERIFY(!list.names().contains("m8"));
 }
@@ -451,7 +450,7 @@ void TestMessageModel::otherTitleOfTheChannel()
     waitForWatch(&archive);
     store().update(QString("DELETE { <%1> nie:title 'news' } INSERT { <%1> nie:title 'Other' }")
                        .arg(channelUri("news")));
-    QTRY_VERIFY_WITH_TIMEOUT(list.mirror.rows().constFirst().contains(" Other "), patience);
+    VERIFY_SOON(list.mirror.rows().constFirst().contains(" Other "));
 }
 
 void TestMessageModel::longList()
@@ -464,7 +463,7 @@ void TestMessageModel::longList()
     MessageModel model(&archive);
     waitForWatch(&archive);
     model.setQuery(ofChannel("news"));
-    QTRY_VERIFY_WITH_TIMEOUT(!model.isLoading(), patience);
+    VERIFY_SOON(!model.isLoading());
     QCOMPARE(model.rowCount(), names.size());
     const auto statementsOf = [&model](int first, int last, int step) {
         StatementGate::reset();
@@ -507,7 +506,7 @@ void TestMessageModel::unreadablePage()
     QSignalSpy failed(&model, &MessageModel::errorChanged);
     waitForWatch(&archive);
     model.setQuery({});
-    QTRY_VERIFY_WITH_TIMEOUT(!model.isLoading(), patience);
+    VERIFY_SOON(!model.isLoading());
     StatementGate::setJudge([](const QString &statement) {
         return statement.contains("VALUES ?m") ? StatementGate::Refuse : StatementGate::Pass;
     });
@@ -521,7 +520,7 @@ void TestMessageModel::unreadablePage()
     QCOMPARE(model.index(121).data(), QVariant(QString()));
     QCOMPARE(StatementGate::statements().filter("VALUES ?m"), QStringList());
     model.setQuery({});
-    QTRY_VERIFY_WITH_TIMEOUT(!model.isLoading(), patience);
+    VERIFY_SOON(!model.isLoading());
     QVERIFY(!model.error());
     QCOMPARE(model.index(120).data().toString(), QString("Title of a30"));
 }
@@ -625,11 +624,11 @@ void TestMessageModel::archiveGoesFirst()
     MessageModel shown(archive.get());
     waitForWatch(archive.get());
     shown.setQuery({});
-    QTRY_VERIFY_WITH_TIMEOUT(!shown.isLoading(), patience);
+    VERIFY_SOON(!shown.isLoading());
     MessageModel loading(archive.get());
     loading.setQuery({});
     archive->close();
-    QTRY_VERIFY_WITH_TIMEOUT(!loading.isLoading(), patience);
+    VERIFY_SOON(!loading.isLoading());
     archive.reset();
     QCOMPARE(shown.index(0).data().toString(), QString("Title of a150"));
     QCOMPARE(shown.index(149).data(MessageModel::UriRole).toString(), messageUri("a1"));
@@ -648,7 +647,7 @@ void TestMessageModel::modelGoesFirst()
     model->setQuery({});
     model.reset();
     const auto next = archive.read([](const Store &) { return Result<void>(); });
-    QTRY_VERIFY_WITH_TIMEOUT(next.isFinished(), patience);
+    VERIFY_SOON(next.isFinished());
     Q_EMIT archive.messagesAdded({messageUri("a")});
 }
 

@@ -130,6 +130,15 @@ void ReaderTestCase::addEnclosure(const QString &name, const QString &ownerUri) 
                        .arg(enclosureUri(name), linkOf(name), name, ownerUri));
 }
 
+void ReaderTestCase::addOwnAndSharedEnclosures() const
+{
+    addMessages({"a", "b"}, "news", 1);
+    for (const char *name : {"own.ogg", "shared.ogg", "icon.png"})
+        addEnclosure(name, messageUri("a"));
+    store().update("INSERT { <urn:enclosure:shared.ogg> nie:isLogicalPartOf <urn:message:b> . "
+                   "<urn:enclosure:icon.png> nie:isLogicalPartOf <urn:channel:radio> }");
+}
+
 void ReaderTestCase::addFavorite(const QString &message) const
 {
     store().update(

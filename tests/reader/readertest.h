@@ -80,6 +80,9 @@ protected:
     /// Makes a message a part of a second channel.
     void share(const QString &message, const QString &channel) const;
     void addEnclosure(const QString &name, const QString &ownerUri) const;
+    /// Stores the messages "a" and "b", and three enclosures of "a". The message "b" has "shared.ogg" too,
+    /// and the channel "radio" has "icon.png". Nothing else has "own.ogg".
+    void addOwnAndSharedEnclosures() const;
     void addFavorite(const QString &message) const;
     /// Stores that messages with the links of \a names were dropped from the channel.
     void addDropped(const QStringList &names, const QString &channel) const;

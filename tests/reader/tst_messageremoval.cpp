@@ -95,12 +95,7 @@ void TestMessageRemoval::favoritesGo()
 /// What another message or a channel needs stays.
 void TestMessageRemoval::enclosures()
 {
-    addMessages({"a", "b"}, "news", 1);
-    addEnclosure("own.ogg", messageUri("a"));
-    addEnclosure("shared.ogg", messageUri("a"));
-    addEnclosure("icon.png", messageUri("a"));
-    store().update("INSERT { <urn:enclosure:shared.ogg> nie:isLogicalPartOf <urn:message:b> . "
-                   "<urn:enclosure:icon.png> nie:isLogicalPartOf <urn:channel:radio> }");
+    addOwnAndSharedEnclosures();
     VERIFY_OK(remove({"a"}));
     QCOMPARE(m_steps.lines(), QStringList("1 urn:enclosure:own.ogg"));
     QCOMPARE(m_steps.enclosures().constFirst().localUrl(), QString("file:///files/own.ogg"));

@@ -312,12 +312,7 @@ void TestMessageRetention::sharedMessages()
 
 void TestMessageRetention::enclosures()
 {
-    addMessages({"a", "b"}, "news", 1);
-    addEnclosure("own.ogg", messageUri("a"));
-    addEnclosure("shared.ogg", messageUri("a"));
-    addEnclosure("icon.png", messageUri("a"));
-    store().update("INSERT { <urn:enclosure:shared.ogg> nie:isLogicalPartOf <urn:message:b> . "
-                   "<urn:enclosure:icon.png> nie:isLogicalPartOf <urn:channel:radio> }");
+    addOwnAndSharedEnclosures();
     VERIFY_OK(drop({"a"}));
     QCOMPARE(m_steps.lines(), QStringList("1 urn:enclosure:own.ogg"));
     QCOMPARE(m_steps.enclosures().constFirst().remoteUrl(), linkOf("own.ogg"));

@@ -66,12 +66,14 @@ MessageView::MessageView(Archive *archive, QWidget *parent)
 void MessageView::resizeEvent(QResizeEvent *event)
 {
     QTreeView::resizeEvent(event);
-    // The user has not chosen another width.
-    if (header()->sectionSize(MessageColumns::ChannelColumn) != m_channelWidth)
-        return;
     const int character = fontMetrics().averageCharWidth();
-    m_channelWidth = qBound(character * narrowest, width() / 6, character * widest);
-    header()->resizeSection(MessageColumns::ChannelColumn, m_channelWidth);
+    const int wanted = qBound(character * narrowest, width() / 6, character * widest);
+    // Another width is one that the user has chosen. The wanted one may come from the settings.
+    const int current = header()->sectionSize(MessageColumns::ChannelColumn);
+    if (current != m_channelWidth && current != wanted)
+        return;
+    m_channelWidth = wanted;
+    header()->resizeSection(MessageColumns::ChannelColumn, wanted);
 }
 
 void MessageView::setQuery(const MessageQuery &query)

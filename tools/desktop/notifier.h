@@ -23,7 +23,7 @@ public:
 
     /// Shows an icon in the tray, or none.
     void setEnabled(bool isEnabled);
-    /// Tells of the new messages of a refresh, all together.
+    /// Shows one notification for all new messages of a refresh.
     void tell(const RefreshOutcome &outcome);
 
 Q_SIGNALS:

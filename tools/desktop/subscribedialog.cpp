@@ -206,7 +206,6 @@ void SubscribeDialog::subscribe()
 
 void SubscribeDialog::start(const QList<Logins::Trial> &trials)
 {
-    m_trials = trials;
     QList<QUrl> wanted;
     for (const Logins::Trial &trial : trials)
         wanted.append(trial.address);
@@ -239,7 +238,7 @@ void SubscribeDialog::finish(const QList<ArchiveDownload> &downloads)
         }
     }
     if (isLocked)
-        askForLogin(m_trials.constFirst().address);
+        askForLogin(trials().constFirst().address);
     else if (!problem.isEmpty())
         say(tr("Could not subscribe: %1").arg(problem));
     if (!links.isEmpty())
@@ -251,7 +250,8 @@ void SubscribeDialog::restore(const ArchiveDownload &failed)
 {
     if (failed.result.error() == FeedDownloadAlreadyStored)
         return;
-    for (const Logins::Trial &trial : qAsConst(m_trials)) {
+    const QList<Logins::Trial> tried = trials();
+    for (const Logins::Trial &trial : tried) {
         if (trial.isNew && trial.address.toString() == failed.subject)
             m_archive->change([trial](const Store &) { return Logins::restore(trial); });
     }
@@ -259,7 +259,7 @@ void SubscribeDialog::restore(const ArchiveDownload &failed)
 
 void SubscribeDialog::askForLogin(const QUrl &address)
 {
-    const bool isFirst = m_login->isHidden() && !m_trials.constFirst().isNew;
+    const bool isFirst = m_login->isHidden() && !trials().constFirst().isNew;
     say(isFirst ? tr("This server asks who you are.") : tr("The server refuses this user or password."));
     m_login->ask(address);
     grow();

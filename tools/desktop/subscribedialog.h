@@ -39,6 +39,7 @@ private:
     void layOut();
     void subscribe();
     void start(const QList<Logins::Trial> &trials);
+    QList<Logins::Trial> trials() const { return *m_logins.result(); }
     void restore(const ArchiveDownload &failed);
     void askForLogin(const QUrl &address);
     QList<QUrl> addresses() const;
@@ -58,8 +59,7 @@ private:
     QLabel *const m_state;
     QDialogButtonBox *const m_buttons;
     bool m_isBusy = false;
-    QFuture<Result<QList<Logins::Trial>>> m_logins;
-    QList<Logins::Trial> m_trials; // The logins of what is under way.
+    QFuture<Result<QList<Logins::Trial>>> m_logins; // Of what is under way.
     QFuture<ArchiveDownload> m_download;
 };
 

@@ -304,7 +304,7 @@ void TestFeedWriter::downloadersTakeTurns()
     other->subscribe(QUrl("file://" + write("other.xml", feed(items))));
     QSignalSpy ends(other.get(), &FeedPluginInterface::downloadFeedsFinished);
     VERIFY_ENDING(ending(downloader()), "downloadFeedsFinished");
-    QTRY_COMPARE_WITH_TIMEOUT(int(ends.size()), 1, 60000);
+    COMPARE_SOON(int(ends.size()), 1);
     QCOMPARE(m_store->count("?m a mfo:FeedMessage"), 8000);
     QCOMPARE(m_store->count("?m a mfo:FeedMessage ; nie:isLogicalPartOf ?c"), 16000);
 }

@@ -88,17 +88,17 @@ void TestDesktopDownloading::progressAndContinuation()
     QCOMPARE(rows().size(), 1);
     DownloadRow *row = rows().constFirst();
     VERIFY_SOON(row->isVisible());
-    QTRY_COMPARE_WITH_TIMEOUT(texts(row), QStringList({"200.0 KiB of 400.0 KiB (50%)", "beans.mp3"}), 60000);
+    COMPARE_SOON(texts(row), QStringList({"200.0 KiB of 400.0 KiB (50%)", "beans.mp3"}));
     const auto *bar = row->findChild<QProgressBar *>();
     QCOMPARE(bar->value() * 2, bar->maximum());
     row->findChild<QPushButton *>()->click();
-    QTRY_VERIFY_WITH_TIMEOUT(rows().isEmpty(), 60000);
-    QTRY_VERIFY_WITH_TIMEOUT(shownText().contains("Continue (200.00 KiB there)"), 60000);
+    VERIFY_SOON(rows().isEmpty());
+    VERIFY_SOON(shownText().contains("Continue (200.00 KiB there)"));
     QCOMPARE(notice()->text(), QString());
 
     click(0);
     const QString path = DownloadFolder::path() + "/beans.mp3";
-    QTRY_COMPARE_WITH_TIMEOUT(window()->statusBar()->currentMessage(), "Downloaded " + path, 60000);
+    COMPARE_SOON(window()->statusBar()->currentMessage(), "Downloaded " + path);
     QCOMPARE(QFile(path).size(), 400 * 1024);
     QCOMPARE(m_server->requests().filter(" 206").size(), 1);
     VERIFY_SOON(shownText().contains("Open"));
@@ -116,17 +116,17 @@ void TestDesktopDownloading::severalAtOnce()
         return std::any_of(all.cbegin(), all.cend(),
                            [&](const DownloadRow *row) { return texts(row).contains(text); });
     };
-    QTRY_VERIFY_WITH_TIMEOUT(isThere("100.0 KiB of 400.0 KiB (25%)"), 60000);
-    QTRY_VERIFY_WITH_TIMEOUT(isThere("200.0 KiB of 400.0 KiB (50%)"), 60000);
+    VERIFY_SOON(isThere("100.0 KiB of 400.0 KiB (25%)"));
+    VERIFY_SOON(isThere("200.0 KiB of 400.0 KiB (50%)"));
     rows().constFirst()->findChild<QPushButton *>()->click();
-    QTRY_COMPARE_WITH_TIMEOUT(rows().size(), 1, 60000);
+    COMPARE_SOON(rows().size(), 1);
 }
 
 void TestDesktopDownloading::failure()
 {
     showMessage({"/status/404"});
     click(0);
-    QTRY_VERIFY_WITH_TIMEOUT(notice()->text().startsWith("Could not download the file: "), 60000);
+    VERIFY_SOON(notice()->text().startsWith("Could not download the file: "));
     VERIFY_SOON(rows().isEmpty());
     QVERIFY(!shownText().contains("Continue"));
 }

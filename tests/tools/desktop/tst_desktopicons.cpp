@@ -100,7 +100,7 @@ void TestDesktopIcons::refresh()
 {
     QSignalSpy finished(window()->findChild<Refresher *>(), &Refresher::finished);
     press(Qt::Key_F5);
-    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, 60000);
+    COMPARE_SOON(finished.size(), 1);
 }
 
 QColor TestDesktopIcons::shownColor() const
@@ -117,7 +117,7 @@ QStringList TestDesktopIcons::asked()
     bool hasAnswered = false;
     const auto answer = [&hasAnswered](const Result<void> &) { hasAnswered = true; };
     whenAnswered(archive()->read([](const Store &) { return Result<void>(); }), this, answer);
-    [&] { QTRY_VERIFY_WITH_TIMEOUT(hasAnswered && !icons()->isLooking(), 60000); }();
+    [&] { VERIFY_SOON(hasAnswered && !icons()->isLooking()); }();
     QStringList requests;
     const QStringList all = m_server->takeRequests();
     for (const QString &request : all) {
@@ -304,7 +304,7 @@ void TestDesktopIcons::switchedOff()
     openWindow();
     QVERIFY(!action()->isChecked());
     action()->trigger();
-    QTRY_VERIFY_WITH_TIMEOUT(shownColor().isValid(), 60000);
+    VERIFY_SOON(shownColor().isValid());
     QCOMPARE(asked(), QStringList("GET /favicon.ico 200"));
     action()->trigger();
     QVERIFY(!shownColor().isValid());
@@ -320,7 +320,7 @@ void TestDesktopIcons::goneWithTheChannel()
     QVERIFY(!IconCache::icon(m_uri).isNull());
     const QList<FeedChannel> stored = *Channels(reader()).all();
     VERIFY_OK(Channels(reader()).remove(stored.constFirst(), [](int, const QList<FeedEnclosure> &) {}));
-    QTRY_VERIFY_WITH_TIMEOUT(IconCache::icon(m_uri).isNull(), 60000);
+    VERIFY_SOON(IconCache::icon(m_uri).isNull());
     QVERIFY(IconCache::isDue(m_uri));
 }
 

@@ -329,6 +329,8 @@ void TestDesktopReading::widthOfTheChannels()
     const int narrow = widthIn(700);
     const int wide = widthIn(1900);
     QVERIFY2(wide > narrow, qPrintable(QString::number(wide)));
+    closeWindow();
+    openWindow();
     QCOMPARE(widthIn(700), narrow);
     messages()->header()->resizeSection(MessageColumns::ChannelColumn, 333);
     QCOMPARE(widthIn(1900), 333);

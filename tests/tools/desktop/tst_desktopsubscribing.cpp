@@ -83,7 +83,7 @@ void TestDesktopSubscribing::address()
     subscribe->findChild<QComboBox *>()->setEditText("Home/Garden");
     QVERIFY(ok->isEnabled());
     accept(subscribe);
-    QTRY_VERIFY_WITH_TIMEOUT(!dialog<SubscribeDialog>(), 60000);
+    VERIFY_SOON(!dialog<SubscribeDialog>());
     COMPARE_SOON(channelTitles().mid(3), QStringList({"Home", " Garden", "  Garden Notes"}));
     COMPARE_SOON(channels()->title(), QString("Garden Notes"));
     VERIFY_SOON(!titles().isEmpty());
@@ -104,13 +104,13 @@ void TestDesktopSubscribing::page()
     auto *feeds = subscribe->findChild<QListWidget *>();
     subscribe->setAddress(server.url("/files/page.html"));
     accept(subscribe);
-    QTRY_VERIFY_WITH_TIMEOUT(feeds->isVisible(), 60000);
+    VERIFY_SOON(feeds->isVisible());
     QCOMPARE(feeds->count(), 2);
     QCOMPARE(feeds->item(1)->text(), QString("County"));
     QCOMPARE(Channels(reader()).all()->size(), 0);
     feeds->setCurrentRow(1);
     accept(subscribe);
-    QTRY_VERIFY_WITH_TIMEOUT(!dialog<SubscribeDialog>(), 60000);
+    VERIFY_SOON(!dialog<SubscribeDialog>());
     const QList<FeedChannel> stored = *Channels(reader()).all();
     QCOMPARE(stored.size(), 1);
     QCOMPARE(stored.constFirst().link(), server.url("/files/county.xml"));
@@ -123,7 +123,7 @@ void TestDesktopSubscribing::failure()
     SubscribeDialog *subscribe = openDialog();
     subscribe->setAddress("/nowhere/feed.xml");
     accept(subscribe);
-    QTRY_VERIFY_WITH_TIMEOUT(says(subscribe, "Could not subscribe: "), 60000);
+    VERIFY_SOON(says(subscribe, "Could not subscribe: "));
     QVERIFY(subscribe->isVisible());
     QVERIFY(subscribe->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->isEnabled());
 }
@@ -141,8 +141,8 @@ void TestDesktopSubscribing::passwordInTheAddress()
     secret.setPassword("open sesame");
     subscribe->setAddress(secret.toString(QUrl::FullyEncoded));
     accept(subscribe);
-    QTRY_COMPARE_WITH_TIMEOUT(line->text(), address.toString(), 60000);
-    QTRY_VERIFY_WITH_TIMEOUT(!dialog<SubscribeDialog>(), 60000);
+    COMPARE_SOON(line->text(), address.toString());
+    VERIFY_SOON(!dialog<SubscribeDialog>());
     const QList<FeedChannel> stored = *Channels(reader()).all();
     QCOMPARE(stored.size(), 1);
     QCOMPARE(stored.constFirst().link(), address.toString());
@@ -159,7 +159,7 @@ void TestDesktopSubscribing::passwordThatIsAskedFor()
     QVERIFY(!login->isVisible());
     subscribe->setAddress(server.url("/locked"));
     accept(subscribe);
-    QTRY_VERIFY_WITH_TIMEOUT(login->isVisible(), 60000);
+    VERIFY_SOON(login->isVisible());
     QVERIFY(says(subscribe, "This server asks who you are."));
     QVERIFY(says(subscribe, Logins::path()));
     const QList<QLabel *> labels = subscribe->findChildren<QLabel *>();
@@ -171,15 +171,15 @@ void TestDesktopSubscribing::passwordThatIsAskedFor()
     lines.at(0)->setText("Ann");
     lines.at(1)->setText("wrong");
     accept(subscribe);
-    QTRY_VERIFY_WITH_TIMEOUT(says(subscribe, "The server refuses this user or password."), 60000);
+    VERIFY_SOON(says(subscribe, "The server refuses this user or password."));
     QCOMPARE(lines.at(0)->text(), QString("Ann"));
     QCOMPARE(lines.at(1)->text(), QString());
     QUrl address(server.url("/locked"));
     address.setUserName("Ann");
-    QTRY_COMPARE_WITH_TIMEOUT(Logins::of(address).password, QString(), 60000);
+    COMPARE_SOON(Logins::of(address).password, QString());
     lines.at(1)->setText("open sesame");
     accept(subscribe);
-    QTRY_VERIFY_WITH_TIMEOUT(!dialog<SubscribeDialog>(), 60000);
+    VERIFY_SOON(!dialog<SubscribeDialog>());
     QCOMPARE(Channels(reader()).all()->constFirst().link(), address.toString());
     QCOMPARE(Logins::of(address).password, QString("open sesame"));
 }
@@ -227,16 +227,16 @@ void TestDesktopSubscribing::importAndExport()
           "xmlUrl='javascript:1'/></body></opml>");
     Archive own;
     const auto imported = importChannels(&own, folder.filePath("in.opml"));
-    QTRY_VERIFY_WITH_TIMEOUT(imported.isFinished(), 60000);
+    VERIFY_SOON(imported.isFinished());
     VERIFY_OK(imported.result());
     QCOMPARE(imported.result()->toString(), QString("2 new channel(s); 1 could not be read"));
     QCOMPARE(imported.result()->uris.size(), 2);
     const auto exported = exportChannels(&own, folder.filePath("out.opml"));
-    QTRY_VERIFY_WITH_TIMEOUT(exported.isFinished(), 60000);
+    VERIFY_SOON(exported.isFinished());
     VERIFY_OK(exported.result());
     QCOMPARE(*exported.result(), 2);
     const auto again = importChannels(&own, folder.filePath("out.opml"));
-    QTRY_VERIFY_WITH_TIMEOUT(again.isFinished(), 60000);
+    VERIFY_SOON(again.isFinished());
     QCOMPARE(again.result()->toString(), QString("0 new channel(s); 2 were there before"));
 }
 
@@ -244,11 +244,11 @@ void TestDesktopSubscribing::importWithoutFile()
 {
     Archive own;
     const auto imported = importChannels(&own, "/nowhere/list.opml");
-    QTRY_VERIFY_WITH_TIMEOUT(imported.isFinished(), 60000);
+    VERIFY_SOON(imported.isFinished());
     VERIFY_ERROR(imported.result(), Error::FileFailed,
                  "could not read /nowhere/list.opml: No such file or directory");
     const auto exported = exportChannels(&own, "/nowhere/list.opml");
-    QTRY_VERIFY_WITH_TIMEOUT(exported.isFinished(), 60000);
+    VERIFY_SOON(exported.isFinished());
     QVERIFY(errorText(exported.result()).startsWith("could not write /nowhere/list.opml: "));
 }
 

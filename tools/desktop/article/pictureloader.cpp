@@ -67,7 +67,7 @@ void PictureLoader::fetch(const QUrl &address)
         return;
     m_known.insert(address);
     m_waiting.enqueue(address);
-    // Whoever asks is drawing.
+    // The caller is drawing now.
     QTimer::singleShot(0, this, &PictureLoader::startNext);
 }
 
